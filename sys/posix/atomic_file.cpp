@@ -1,0 +1,200 @@
+#include "sys/atomic_file.h"
+
+#include "sys/posix/reason.h"
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sys {
+
+namespace {
+
+using std::filesystem::path;
+
+// Smaller pieces are gathered up to this size.
+constexpr std::size_t gathered_size = 256 * 1024;
+
+path hidden_name(const path& target) {
+    static std::atomic<unsigned> count = 0;
+    const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+    return target.parent_path() / (".zef-" + std::to_string(::getpid()) + "-" + std::to_string(++count) +
+                                   "-" + std::to_string(now) + ".tmp");
+}
+
+// The file that a chain of symbolic links ends at, whether it exists or not.
+base::result<path> follow_links(const path& target) {
+    std::error_code error;
+    path file = std::filesystem::absolute(target, error);
+    for (int links = 0; std::filesystem::is_symlink(file, error); ++links) {
+        const path next = std::filesystem::read_symlink(file, error);
+        if (error || links == 40)
+            return cannot(L"write", target, error ? error.value() : ELOOP);
+        file = file.parent_path() / next;
+    }
+    return file;
+}
+
+std::string name_of_descriptor(int file) {
+    return "/proc/self/fd/" + std::to_string(file);
+}
+
+// A file without a name in that folder: nothing is left of it when this process is killed. -1 where the file
+// system has no such, or where it could not be given a name later.
+int open_unnamed([[maybe_unused]] const path& folder, [[maybe_unused]] mode_t mode) {
+#ifdef O_TMPFILE
+    const int file = ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
+    if (file >= 0 && ::access(name_of_descriptor(file).c_str(), F_OK) == 0)
+        return file;
+    if (file >= 0)
+        ::close(file);
+#endif
+    return -1;
+}
+
+} // namespace
+
+struct atomic_file::state {
+    path asked;     // as the caller named it
+    path target;    // absolute, no symbolic link
+    path temporary; // empty while the new file has no name
+    int file = -1;
+    std::string gathered;
+    base::result<void> outcome;
+
+    ~state() {
+        if (file >= 0)
+            ::close(file);
+        if (!temporary.empty())
+            ::unlink(temporary.c_str());
+    }
+
+    base::result<void> fail(int error) {
+        outcome = cannot(L"write", asked, error);
+        return outcome;
+    }
+
+    base::result<void> write_through(std::string_view bytes) {
+        while (!bytes.empty()) {
+            const ssize_t count = ::write(file, bytes.data(), bytes.size());
+            if (count >= 0)
+                bytes.remove_prefix(static_cast<std::size_t>(count));
+            else if (errno != EINTR)
+                return fail(errno);
+        }
+        return {};
+    }
+
+    base::result<void> flush() {
+        const auto written = write_through(gathered);
+        gathered.clear();
+        return written;
+    }
+
+    // Gives the new file the old one's bits and, as far as the system lets us, its owner and group. The bits
+    // go last: a new owner may take some away.
+    bool take_over_rights() {
+        struct stat old = {};
+        if (::stat(target.c_str(), &old) != 0)
+            return errno == ENOENT;
+        [[maybe_unused]] const bool given = ::fchown(file, old.st_uid, old.st_gid) == 0 ||
+                                            ::fchown(file, static_cast<uid_t>(-1), old.st_gid) == 0;
+        return ::fchmod(file, old.st_mode & 07777) == 0;
+    }
+
+    bool give_name() {
+        while (temporary.empty()) {
+            const path name = hidden_name(target);
+            if (::linkat(AT_FDCWD, name_of_descriptor(file).c_str(), AT_FDCWD, name.c_str(),
+                         AT_SYMLINK_FOLLOW) == 0)
+                temporary = name;
+            else if (errno != EEXIST)
+                return false;
+        }
+        return true;
+    }
+
+    // True also where folders cannot be opened or flushed: the system then keeps names safe in its own way.
+    bool sync_folder() {
+        const int folder = ::open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (folder < 0)
+            return true;
+        const bool done = ::fsync(folder) == 0 || errno == EINVAL;
+        ::close(folder);
+        return done;
+    }
+};
+
+atomic_file::atomic_file(std::unique_ptr<state> made) : state_(std::move(made)) {
+}
+atomic_file::atomic_file(atomic_file&&) noexcept = default;
+atomic_file& atomic_file::operator=(atomic_file&&) noexcept = default;
+atomic_file::~atomic_file() = default;
+
+base::result<atomic_file> atomic_file::create(const path& target) {
+    auto file = follow_links(target);
+    if (!file)
+        return base::failure{file.error()};
+    auto made = std::make_unique<state>();
+    made->asked = target;
+    made->target = std::move(*file);
+
+    struct stat old = {};
+    const bool is_old = ::stat(made->target.c_str(), &old) == 0;
+    if (is_old && S_ISDIR(old.st_mode))
+        return cannot(L"write", target, EISDIR);
+    if (is_old && !S_ISREG(old.st_mode))
+        return cannot(L"write", target, L"it is a device or a pipe");
+    if (is_old && ::faccessat(AT_FDCWD, made->target.c_str(), W_OK, AT_EACCESS) != 0)
+        return cannot(L"write", target, errno);
+
+    // An old file's bytes may be private: nobody else may read the new ones before they have its bits.
+    const mode_t mode = is_old ? 0600 : 0666;
+    made->file = open_unnamed(made->target.parent_path(), mode);
+    while (made->file < 0) {
+        const path name = hidden_name(made->target);
+        made->file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (made->file >= 0)
+            made->temporary = name;
+        else if (errno == ENOENT)
+            return cannot(L"write", target, L"no such folder");
+        else if (errno != EEXIST)
+            return cannot(L"write", target, errno);
+    }
+    return atomic_file(std::move(made));
+}
+
+base::result<void> atomic_file::write(std::string_view bytes) {
+    state& s = *state_;
+    if (!s.outcome)
+        return s.outcome;
+    if (s.gathered.size() + bytes.size() > gathered_size) {
+        if (const auto written = s.flush(); !written)
+            return written;
+        if (bytes.size() >= gathered_size)
+            return s.write_through(bytes);
+    }
+    s.gathered += bytes;
+    return {};
+}
+
+base::result<void> atomic_file::commit() {
+    state& s = *state_;
+    if (!s.outcome)
+        return s.outcome;
+    if (const auto written = s.flush(); !written)
+        return written;
+    if (!s.take_over_rights() || ::fsync(s.file) != 0 || !s.give_name() ||
+        ::rename(s.temporary.c_str(), s.target.c_str()) != 0)
+        return s.fail(errno);
+    s.temporary.clear();
+    if (!s.sync_folder())
+        return s.fail(errno);
+    return {};
+}
+
+} // namespace sys

@@ -1,0 +1,128 @@
+#include "sys/code_page.h"
+
+#include "base/utf.h"
+
+#include <cerrno>
+#include <iconv.h>
+#include <optional>
+
+namespace sys {
+
+namespace {
+
+// The pages by number, and the names that the system has for them: the prefix with the number less an offset.
+struct page_range {
+    int first;
+    int last;
+    const char* prefix;
+    int offset;
+};
+
+constexpr page_range page_ranges[] = {
+    {437, 437, "CP", 0},
+    {850, 850, "CP", 0},
+    {852, 852, "CP", 0},
+    {855, 855, "CP", 0},
+    {857, 857, "CP", 0},
+    {860, 866, "CP", 0},
+    {869, 869, "CP", 0},
+    {874, 874, "CP", 0},
+    {932, 932, "CP", 0},
+    {936, 936, "CP", 0},
+    {949, 950, "CP", 0},
+    {1250, 1258, "CP", 0},
+    {1361, 1361, "CP", 0},
+    {10000, 10000, "MACINTOSH", -1},
+    {20127, 20127, "US-ASCII", -1},
+    {28591, 28599, "ISO-8859-", 28590},
+    {28603, 28603, "ISO-8859-", 28590},
+    {28605, 28605, "ISO-8859-", 28590},
+};
+
+// Empty for a number that is not one of ours.
+std::string name_of(int number) {
+    for (const page_range& range : page_ranges) {
+        if (number >= range.first && number <= range.last)
+            return range.offset < 0 ? range.prefix : range.prefix + std::to_string(number - range.offset);
+    }
+    return {};
+}
+
+class converter {
+public:
+    converter(const std::string& to, const std::string& from)
+        : handle_(::iconv_open(to.c_str(), from.c_str())) {}
+    ~converter() {
+        if (is_open())
+            ::iconv_close(handle_);
+    }
+    converter(const converter&) = delete;
+    converter& operator=(const converter&) = delete;
+
+    bool is_open() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+
+    // The bytes, which stand for one character, converted; otherwise nothing, and errno is EINVAL when they
+    // are the beginning of a character. Some pages hold a character back to join it with the next: the second
+    // call fetches it.
+    std::optional<std::string> convert(std::string bytes) {
+        char out[32];
+        char* in_at = bytes.data();
+        char* out_at = out;
+        std::size_t in_left = bytes.size();
+        std::size_t out_left = sizeof out;
+        ::iconv(handle_, nullptr, nullptr, nullptr, nullptr);
+        // A positive answer counts characters that were replaced by others.
+        if (::iconv(handle_, &in_at, &in_left, &out_at, &out_left) != 0 ||
+            ::iconv(handle_, nullptr, nullptr, &out_at, &out_left) != 0)
+            return std::nullopt;
+        return std::string(out, out_at);
+    }
+
+private:
+    iconv_t handle_;
+};
+
+std::string bytes_of(unsigned code) {
+    std::string bytes;
+    if (code > 0xFF)
+        bytes += static_cast<char>(code >> 8);
+    bytes += static_cast<char>(code & 0xFF);
+    return bytes;
+}
+
+} // namespace
+
+bool code_page::fill() {
+    const std::string name = name_of(number_);
+    converter decoder("UTF-8", name);
+    converter encoder(name, "UTF-8");
+    if (name.empty() || !decoder.is_open() || !encoder.is_open())
+        return false;
+    characters_.resize(0x10000);
+    codes_.resize(0x10000);
+
+    // False when the code is the beginning of a longer one.
+    const auto add = [&](unsigned code) {
+        const auto utf8 = decoder.convert(bytes_of(code));
+        if (!utf8)
+            return errno != EINVAL;
+        const std::wstring text = base::widen(*utf8);
+        const auto c = text.size() == 1 ? static_cast<char32_t>(text[0]) : 0;
+        if (c < 0x80 || c > 0xFFFF)
+            return true;
+        characters_[code] = static_cast<char16_t>(c);
+        // Of several codes for one character the system tells which one is written.
+        if (codes_[c] == 0 || encoder.convert(*utf8) == bytes_of(code))
+            codes_[c] = static_cast<std::uint16_t>(code);
+        return true;
+    };
+    for (unsigned byte = 0; byte < 0x80; ++byte)
+        characters_[byte] = static_cast<char16_t>(byte);
+    for (unsigned byte = 0x80; byte <= 0xFF; ++byte) {
+        for (unsigned trail = add(byte) ? 0x100 : 0x21; trail <= 0xFF; ++trail)
+            add(byte << 8 | trail);
+    }
+    return true;
+}
+
+} // namespace sys
