@@ -1,0 +1,251 @@
+// The objects of a drawing and the drawing itself: AcDbObject, AcDbEntity, AcDbDatabase.
+//
+// An object is opened by its id, for reading by many or for writing by one, used, and closed. What it is lies in
+// the drawing; opening makes an object of it, closing puts what was changed back. Reading never changes anything.
+//
+// Words for an object's life: new (made, in no database), resident (in a database), erased (marked; not saved, not
+// found, can come back), gone (its database was closed).
+#pragma once
+
+#include "acarray.h"
+#include "acdb.h"
+#include "acestext.h"
+#include "acstring.h"
+#include "adsdef.h"
+#include "dbcolor.h"
+#include "dbid.h"
+#include "dbidar.h"
+#include "drawable.h"
+#include "rxboiler.h"
+#include "rxobject.h"
+
+#include <memory>
+
+class AcDbBlockTable;
+class AcDbDictionary;
+class AcDbDimStyleTable;
+class AcDbImpDatabase;
+class AcDbImpObject;
+class AcDbLayerTable;
+class AcDbLinetypeTable;
+class AcDbRegAppTable;
+class AcDbSymbolTable;
+class AcDbTextStyleTable;
+class AcDbUCSTable;
+class AcDbViewTable;
+class AcDbViewportTable;
+
+// The root of everything that a drawing owns.
+//
+// The assert functions end the command when their condition does not hold (they throw inside the host): they guard
+// members of classes, not callers.
+class ACDB_PORT AcDbObject : public AcGiDrawable {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbObject);
+
+    ~AcDbObject() override;
+
+    // Null for a new object.
+    AcDbObjectId objectId() const;
+    AcDbObjectId id() const override { return objectId(); }
+    Adesk::Boolean isPersistent() const override { return !isNewObject(); }
+    AcDbHandle handle() const;
+    void getAcDbHandle(AcDbHandle& handle) const;
+    // The container: a table, a block record, a dictionary. Null when there is none.
+    AcDbObjectId ownerId() const;
+    // Null for a new object.
+    AcDbDatabase* database() const;
+
+    // Ends one opening. What was changed is put into the drawing with the last one. eNoDatabase for a new object.
+    Acad::ErrorStatus close();
+    // Ends an opening for writing and takes back what was changed since. eNotOpenForWrite otherwise.
+    Acad::ErrorStatus cancel();
+    // From read to write: eHadMultipleReaders when others read, eWasOpenForWrite, eOnLockedLayer.
+    Acad::ErrorStatus upgradeOpen();
+    // From write to read; what was changed is put into the drawing.
+    Acad::ErrorStatus downgradeOpen();
+
+    // Marks as erased, or revives. eNotOpenForWrite, eWasErased, eWasNotErased, and what subErase answers.
+    Acad::ErrorStatus erase(bool erasing = true);
+
+    bool isReadEnabled() const;
+    bool isWriteEnabled() const;
+    bool isErased() const;
+    // Whether it was changed since it was opened.
+    bool isModified() const;
+    bool isNewObject() const;
+    void assertReadEnabled() const;
+    void assertWriteEnabled(bool autoUndo = true, bool recordModified = true);
+
+    // The extended data of an application, or of all (null), as a chain that the caller frees; null for none.
+    virtual resbuf* xData(const ACHAR* regappName = nullptr) const;
+    // Replaces the extended data of the applications in the chain (1001 and what follows); an application named
+    // without data loses its. eInvalidResBuf, eRegappIdNotFound, eXdataSizeExceeded (16 KB per object).
+    virtual Acad::ErrorStatus setXData(const resbuf* xdata);
+
+    // The object's own dictionary: null id when it has none.
+    AcDbObjectId extensionDictionary() const;
+
+    // Whether the object may be erased or revived; a class may refuse.
+    virtual Acad::ErrorStatus subErase(bool erasing);
+
+    // The host's side of the object; no concern of programs.
+    AcDbImpObject& imp() const { return *m_imp; }
+
+protected:
+    AcDbObject();
+    // An object draws nothing unless its class says what.
+    Adesk::UInt32 subSetAttributes(AcGiDrawableTraits* traits) override;
+    Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;
+    void subViewportDraw(AcGiViewportDraw* draw) override;
+
+private:
+    friend class AcDbImpDatabase;
+    std::unique_ptr<AcDbImpObject> m_imp;
+};
+
+// What can be drawn: properties that all entities have. Entities of every kind are opened as such, those whose
+// kind the host does not know too.
+class ACDB_PORT AcDbEntity : public AcDbObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbEntity);
+    ~AcDbEntity() override;
+
+    // The name of its layer. The second form gives a text that the caller frees (acutDelString).
+    AcString layerName() const;
+    ACHAR* layer() const;
+    Acad::ErrorStatus layer(AcString& name) const;
+    // Null when the drawing has no record of that layer.
+    AcDbObjectId layerId() const;
+    // eKeyNotFound, eDeletedEntry, eWrongObjectType. Parts (vertices, attributes) follow when doSubents is true.
+    virtual Acad::ErrorStatus setLayer(const ACHAR* name, bool doSubents = true, bool allowHiddenLayer = false);
+    virtual Acad::ErrorStatus setLayer(AcDbObjectId id, bool doSubents = true, bool allowHiddenLayer = false);
+
+    AcCmColor color() const;
+    Adesk::UInt16 colorIndex() const;
+    virtual Acad::ErrorStatus setColor(const AcCmColor& color, bool doSubents = true);
+    virtual Acad::ErrorStatus setColorIndex(Adesk::UInt16 index, bool doSubents = true);
+
+    ACHAR* linetype() const;
+    AcDbObjectId linetypeId() const;
+    virtual Acad::ErrorStatus setLinetype(const ACHAR* name, bool doSubents = true);
+    virtual Acad::ErrorStatus setLinetype(AcDbObjectId id, bool doSubents = true);
+
+    double linetypeScale() const;
+    Acad::ErrorStatus setLinetypeScale(double scale, bool doSubents = true);
+
+    AcDb::LineWeight lineWeight() const;
+    // eBadLineWeightValue for a weight that is none.
+    virtual Acad::ErrorStatus setLineWeight(AcDb::LineWeight weight, bool doSubents = true);
+
+    AcDb::Visibility visibility() const;
+    virtual Acad::ErrorStatus setVisibility(AcDb::Visibility visibility, bool doSubents = true);
+
+    // The block record that it belongs to.
+    AcDbObjectId blockId() const;
+
+protected:
+    AcDbEntity();
+    friend class AcDbImpDatabase;
+};
+
+// A drawing.
+class ACDB_PORT AcDbDatabase : public AcRxObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbDatabase);
+
+    // A new drawing: with layer 0, the standard styles and the spaces when buildDefaultDrawing is true; otherwise
+    // nothing, to be filled by dxfIn.
+    explicit AcDbDatabase(bool buildDefaultDrawing = true, bool noDocument = false);
+    ~AcDbDatabase() override;
+
+    // Reads a DXF file into an empty database. eFileNotFound, eFileAccessErr, eDxfReadAborted; the reason in words
+    // goes to `reason` when given.
+    Acad::ErrorStatus dxfIn(const ACHAR* fileName, AcString* reason = nullptr);
+    // Writes the drawing, whole or not at all. eFileAccessErr; the reason goes to `reason`.
+    Acad::ErrorStatus dxfOut(const ACHAR* fileName, AcString* reason = nullptr);
+
+    // The file that it was read from or last written to; empty for a new one.
+    Acad::ErrorStatus getFilename(const ACHAR*& fileName) const;
+
+    AcDbObjectId layerTableId() const;
+    AcDbObjectId linetypeTableId() const;
+    AcDbObjectId textStyleTableId() const;
+    AcDbObjectId blockTableId() const;
+    AcDbObjectId regAppTableId() const;
+    AcDbObjectId dimStyleTableId() const;
+    AcDbObjectId viewTableId() const;
+    AcDbObjectId viewportTableId() const;
+    AcDbObjectId UCSTableId() const;
+    AcDbObjectId namedObjectsDictionaryId() const;
+
+    // Open a table; the caller closes it.
+    Acad::ErrorStatus getLayerTable(AcDbLayerTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getLinetypeTable(AcDbLinetypeTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getTextStyleTable(AcDbTextStyleTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getBlockTable(AcDbBlockTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getRegAppTable(AcDbRegAppTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getDimStyleTable(AcDbDimStyleTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getViewTable(AcDbViewTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getViewportTable(AcDbViewportTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getUCSTable(AcDbUCSTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getSymbolTable(AcDbLayerTable*& table, AcDb::OpenMode mode) { return getLayerTable(table, mode); }
+    Acad::ErrorStatus getSymbolTable(AcDbLinetypeTable*& table, AcDb::OpenMode mode) {
+        return getLinetypeTable(table, mode);
+    }
+    Acad::ErrorStatus getSymbolTable(AcDbTextStyleTable*& table, AcDb::OpenMode mode) {
+        return getTextStyleTable(table, mode);
+    }
+    Acad::ErrorStatus getSymbolTable(AcDbBlockTable*& table, AcDb::OpenMode mode) { return getBlockTable(table, mode); }
+    Acad::ErrorStatus getSymbolTable(AcDbRegAppTable*& table, AcDb::OpenMode mode) {
+        return getRegAppTable(table, mode);
+    }
+    // eKeyNotFound when the drawing's version has no dictionaries (R12 and before).
+    Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary, AcDb::OpenMode mode = AcDb::kForRead);
+
+    // The object with a handle. eUnknownHandle when there is none; erased ones are found.
+    Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound, const AcDbHandle& handle,
+                                      Adesk::UInt32 xRefId = 0);
+
+    // The current layer.
+    AcDbObjectId clayer() const;
+    // eInvalidLayer for a frozen or dependent layer, eDeletedEntry, eWrongObjectType.
+    Acad::ErrorStatus setClayer(AcDbObjectId id);
+    // Whether the Model tab is current.
+    bool tilemode() const;
+    // The block that the user edits: model or paper space.
+    AcDbObjectId currentSpaceId() const;
+
+    // The host's side of the database; no concern of programs.
+    AcDbImpDatabase& imp() const { return *m_imp; }
+
+private:
+    std::unique_ptr<AcDbImpDatabase> m_imp;
+};
+
+// Opens an object of any class. On failure the pointer becomes null. eNullObjectId, eWasErased (unless openErased),
+// eWasOpenForRead, eWasOpenForWrite, eAtMaxReaders, eOnLockedLayer (an entity, for write).
+ACDB_PORT Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode = AcDb::kForRead,
+                                           bool openErasedObject = false);
+inline Acad::ErrorStatus acdbOpenAcDbObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode,
+                                            bool openErasedObject = false) {
+    return acdbOpenObject(object, id, mode, openErasedObject);
+}
+// As above, and eNotAnEntity for what is none.
+ACDB_PORT Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity*& entity, AcDbObjectId id, AcDb::OpenMode mode,
+                                               bool openErasedEntity = false);
+
+// Opens an object of one class: eNotThatKindOfClass for another.
+template<class T>
+Acad::ErrorStatus acdbOpenObject(T*& object, AcDbObjectId id, AcDb::OpenMode mode = AcDb::kForRead,
+                                 bool openErasedObject = false) {
+    object = nullptr;
+    AcDbObject* opened = nullptr;
+    if (const Acad::ErrorStatus status = acdbOpenObject(opened, id, mode, openErasedObject); status != Acad::eOk)
+        return status;
+    object = T::cast(opened);
+    if (object != nullptr)
+        return Acad::eOk;
+    opened->close();
+    return Acad::eNotThatKindOfClass;
+}

@@ -1,0 +1,6 @@
+// An array of integers.
+#pragma once
+
+#include "acarray.h"
+
+typedef AcArray<int> AcGeIntArray;

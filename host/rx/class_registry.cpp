@@ -1,0 +1,62 @@
+#include "host/rx/class_registry.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace rx {
+
+AcRxClass* class_registry::add(class_data data) {
+    if (data.name.empty() || by_name_.has(data.name.c_str()))
+        return nullptr;
+    data.owner = owner_;
+    // The dictionary hands out plain pointers, and whoever removes a class there owns it.
+    auto* const made = new AcRxClass;
+    made->m_data = std::make_unique<class_data>(std::move(data));
+    made->m_parent = find(made->m_data->parent.c_str());
+    all_.push_back(made);
+    Adesk::UInt32 id;
+    by_name_.atPut(made->name(), made, id);
+    return made;
+}
+
+void class_registry::remove(AcRxClass* gone) {
+    const auto at = std::find(all_.begin(), all_.end(), gone);
+    if (at == all_.end())
+        return;
+    if (find(gone->name()) == gone)
+        by_name_.remove(gone->name());
+    delete gone;
+}
+
+void class_registry::forget(const AcRxClass* gone) {
+    std::erase(all_, gone);
+    for (AcRxClass* c : all_) {
+        if (c->m_parent == gone)
+            c->m_parent = nullptr;
+        std::erase_if(c->m_data->extensions, [&](const auto& x) { return x.protocol == gone; });
+    }
+}
+
+void class_registry::build_hierarchy() {
+    for (AcRxClass* c : all_) {
+        if (c->m_parent == nullptr)
+            c->m_parent = find(c->m_data->parent.c_str());
+    }
+}
+
+const void* class_registry::set_owner(const void* owner) {
+    return std::exchange(owner_, owner);
+}
+
+bool class_registry::has_classes_of(const void* owner) const {
+    return std::any_of(all_.begin(), all_.end(),
+                       [&](const AcRxClass* c) { return c->m_data->owner == owner; });
+}
+
+AcRxClass* class_registry::find(const ACHAR* name) const {
+    // Programs can put other objects into the dictionary too.
+    return dynamic_cast<AcRxClass*>(by_name_.at(name));
+}
+
+} // namespace rx
