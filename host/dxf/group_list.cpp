@@ -1,0 +1,229 @@
+#include "host/dxf/group_list.h"
+
+#include "base/number_text.h"
+#include "host/dxf/record_header.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace dxf {
+
+namespace {
+
+// A number as far as the text is one; nothing when it does not begin with one.
+template<class Number>
+std::optional<Number> leading_number(std::string_view text) {
+    text = trimmed(text);
+    if (!text.empty() && text.front() == '+')
+        text.remove_prefix(1);
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::invalid_argument)
+        return std::nullopt;
+    return value;
+}
+
+// A changed number keeps the columns of the one before it; a text has none to keep.
+std::string as_wide_as(std::string value, std::string_view before, int code) {
+    if (kind_of_code(code) != value_kind::text && !before.empty() && before.front() == ' ' &&
+        value.size() < before.size())
+        value.insert(0, before.size() - value.size(), ' ');
+    return value;
+}
+
+} // namespace
+
+value_kind kind_of_code(int code) {
+    struct range {
+        int first, last;
+        value_kind kind;
+    };
+    // Source: the DXF reference's table of group code value types.
+    static constexpr range ranges[] = {
+        {0, 4, value_kind::text},           {5, 5, value_kind::handle},         {6, 9, value_kind::text},
+        {10, 59, value_kind::real},         {60, 79, value_kind::small_integer}, {90, 99, value_kind::integer},
+        {100, 102, value_kind::text},       {105, 105, value_kind::handle},     {110, 149, value_kind::real},
+        {160, 169, value_kind::wide_integer}, {170, 179, value_kind::small_integer},
+        {210, 239, value_kind::real},       {270, 289, value_kind::small_integer}, {290, 299, value_kind::flag},
+        {300, 309, value_kind::text},       {310, 319, value_kind::binary},     {320, 369, value_kind::handle},
+        {370, 389, value_kind::small_integer}, {390, 399, value_kind::handle},  {400, 409, value_kind::small_integer},
+        {410, 419, value_kind::text},       {420, 429, value_kind::integer},    {430, 439, value_kind::text},
+        {440, 459, value_kind::integer},    {460, 469, value_kind::real},       {470, 479, value_kind::text},
+        {480, 481, value_kind::handle},     {999, 1003, value_kind::text},      {1004, 1004, value_kind::binary},
+        {1005, 1005, value_kind::handle},   {1006, 1009, value_kind::text},     {1010, 1059, value_kind::real},
+        {1060, 1070, value_kind::small_integer}, {1071, 1071, value_kind::integer}};
+    for (const range& range : ranges)
+        if (code >= range.first && code <= range.last)
+            return range.kind;
+    return value_kind::text;
+}
+
+void append_group(std::string& out, const group_style& style, int code, std::string_view value) {
+    const std::string digits = std::to_string(code);
+    if (style.padded_codes && digits.size() < 3)
+        out.append(3 - digits.size(), ' ');
+    out += digits;
+    out += style.line_end;
+    if (style.padded_numbers) {
+        const value_kind kind = kind_of_code(code);
+        const std::size_t width = kind == value_kind::small_integer || kind == value_kind::flag ? 6
+                                  : kind == value_kind::integer                                  ? 9
+                                                                                                 : 0;
+        if (value.size() < width)
+            out.append(width - value.size(), ' ');
+    }
+    out += value;
+    out += style.line_end;
+}
+
+group_list::group_list(std::string_view record) {
+    groups_.reserve(24);
+    group_reader reader(record);
+    raw_group raw;
+    while (reader.next(raw))
+        groups_.push_back(
+            {raw.code, raw.value, {raw.begin, static_cast<std::size_t>(raw.end - raw.begin)}});
+    rest_ = record.substr(static_cast<std::size_t>(reader.position() - record.data()));
+}
+
+// The groups among which a place's are looked for; extended data and embedded objects are never among them.
+std::pair<std::size_t, std::size_t> group_list::extent(const group_place& place) const {
+    std::size_t first = npos;        // behind the marker
+    std::size_t first_marker = npos; // of any class
+    std::size_t end = groups_.size();
+    for (std::size_t i = 0; i < groups_.size(); ++i) {
+        const int code = groups_[i].code;
+        if (code >= 1000 || code == 101) {
+            end = i;
+            break;
+        }
+        if (code != 100)
+            continue;
+        if (first != npos)
+            return {first, i};
+        if (first_marker == npos)
+            first_marker = i;
+        if (trimmed(groups_[i].value) == place.marker)
+            first = i + 1;
+    }
+    if (first != npos)
+        return {first, end};
+    return {0, first_marker == npos || place.marker == "*" ? end : first_marker};
+}
+
+std::size_t group_list::find(const group_place& place, int code) const {
+    const auto [first, last] = extent(place);
+    bool in_braces = false;
+    for (std::size_t i = first; i < last; ++i) {
+        if (groups_[i].code == 102 && code != 102)
+            in_braces = groups_[i].value.find('{') != std::string_view::npos;
+        else if (groups_[i].code == code && !in_braces)
+            return i;
+    }
+    return npos;
+}
+
+std::optional<std::string_view> group_list::text(const group_place& place, int code) const {
+    const std::size_t at = find(place, code);
+    if (at == npos)
+        return std::nullopt;
+    return groups_[at].value;
+}
+
+std::optional<std::int64_t> group_list::integer(const group_place& place, int code) const {
+    const std::size_t at = find(place, code);
+    return at == npos ? std::nullopt : leading_number<std::int64_t>(groups_[at].value);
+}
+
+std::optional<double> group_list::real(const group_place& place, int code) const {
+    const std::size_t at = find(place, code);
+    return at == npos ? std::nullopt : leading_number<double>(groups_[at].value);
+}
+
+std::uint64_t group_list::handle(const group_place& place, int code) const {
+    const std::size_t at = find(place, code);
+    return at == npos ? 0 : parse_handle(groups_[at].value);
+}
+
+// Behind the last group that the class writes before this one; with none of these, first of its class.
+std::size_t group_list::insertion_point(const group_place& place, int code) const {
+    const auto [first, last] = extent(place);
+    const auto rank = [&](int wanted) {
+        return std::find(place.order.begin(), place.order.end(), wanted) - place.order.begin();
+    };
+    const auto own = rank(code);
+    std::size_t at = first;
+    bool in_braces = false;
+    for (std::size_t i = first; i < last; ++i) {
+        if (groups_[i].code == 102)
+            in_braces = groups_[i].value.find('{') != std::string_view::npos;
+        else if (!in_braces && (groups_[i].code == 0 || rank(groups_[i].code) < own))
+            at = i + 1;
+    }
+    return at;
+}
+
+void group_list::put(std::size_t at, int code, std::string value) {
+    own_.push_back(std::move(value));
+    groups_[at] = {code, own_.back(), {}};
+    changed_ = true;
+}
+
+void group_list::set_text(const group_place& place, int code, std::string_view value) {
+    std::size_t at = find(place, code);
+    if (at != npos && groups_[at].value == value)
+        return;
+    std::string written(value);
+    if (at == npos) {
+        at = insertion_point(place, code);
+        groups_.insert(groups_.begin() + static_cast<std::ptrdiff_t>(at), group{});
+    } else {
+        written = as_wide_as(std::move(written), groups_[at].value, code);
+    }
+    put(at, code, std::move(written));
+}
+
+void group_list::set_integer(const group_place& place, int code, std::int64_t value) {
+    if (integer(place, code) != value)
+        set_text(place, code, std::to_string(value));
+}
+
+void group_list::set_real(const group_place& place, int code, double value) {
+    if (real(place, code) != value)
+        set_text(place, code, base::real_text(value));
+}
+
+void group_list::remove(const group_place& place, int code) {
+    const std::size_t at = find(place, code);
+    if (at == npos)
+        return;
+    groups_.erase(groups_.begin() + static_cast<std::ptrdiff_t>(at));
+    changed_ = true;
+}
+
+void group_list::splice(std::size_t first, std::size_t last, std::span<const fresh_group> groups) {
+    const auto begin = groups_.begin();
+    const auto at = groups_.erase(begin + static_cast<std::ptrdiff_t>(first), begin + static_cast<std::ptrdiff_t>(last));
+    std::vector<group> added;
+    added.reserve(groups.size());
+    for (const fresh_group& fresh : groups) {
+        own_.push_back(fresh.value);
+        added.push_back({fresh.code, own_.back(), {}});
+    }
+    groups_.insert(at, added.begin(), added.end());
+    changed_ = true;
+}
+
+std::string group_list::write(const group_style& style) const {
+    std::string out;
+    for (const group& group : groups_) {
+        if (!group.source.empty())
+            out += group.source;
+        else
+            append_group(out, style, group.code, group.value);
+    }
+    out += rest_;
+    return out;
+}
+
+} // namespace dxf

@@ -1,0 +1,104 @@
+// The groups of one record, to be read, and to be changed group by group.
+//
+// A list looks on the record's text. A change replaces, adds or takes away single groups; text() gives the
+// record's text anew, in which every group that was not changed stands byte for byte as it stood, and changed ones
+// follow the file's manner (line ends, padding of codes and numbers).
+#pragma once
+
+#include "adesk.h"
+#include "host/dxf/group_reader.h"
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dxf {
+
+struct group {
+    int code = 0;
+    std::string_view value;  // without line end
+    std::string_view source; // both lines as they stand in the file; empty when written anew
+};
+
+// How a file writes its groups.
+struct group_style {
+    std::string_view line_end = "\r\n";
+    bool padded_codes = true;   // in three columns
+    bool padded_numbers = true; // short integers in six columns, longer ones in nine
+};
+
+// Where in a record a property is looked for.
+//
+// From R13 on the groups of each class stand behind a marker (100); a group of another class may have the same
+// code. Where the marker is missing, what stands before the first one is searched: of records without markers (R12
+// and before, and what some programs write) that is all.
+struct group_place {
+    std::string_view marker; // class name behind group 100; "*": the whole record
+    std::span<const int> order = {}; // the codes of this class in the order in which they are written
+};
+
+class ACDB_PORT group_list {
+public:
+    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+
+    group_list() = default;
+    // Reads a record's text; the text must outlive the list.
+    explicit group_list(std::string_view record);
+    group_list(group_list&&) = default;
+    group_list& operator=(group_list&&) = default;
+
+    const std::vector<group>& groups() const { return groups_; }
+    bool empty() const { return groups_.empty(); }
+    bool changed() const { return changed_; }
+
+    // The first group of a code at a place; npos when there is none.
+    std::size_t find(const group_place& place, int code) const;
+
+    // Its value as text, integer, real or handle, blanks around numbers ignored; nothing when there is none. What
+    // is no number reads as far as it is one, as programs in the wild read it ("256QSW" is 256).
+    std::optional<std::string_view> text(const group_place& place, int code) const;
+    std::optional<std::int64_t> integer(const group_place& place, int code) const;
+    std::optional<double> real(const group_place& place, int code) const;
+    std::uint64_t handle(const group_place& place, int code) const; // 0: none
+
+    // Sets the first group of a code, or adds one where `place.order` puts it. A value that reads the same already
+    // is left as it is.
+    void set_text(const group_place& place, int code, std::string_view value);
+    void set_integer(const group_place& place, int code, std::int64_t value);
+    void set_real(const group_place& place, int code, double value);
+    // Takes away the first group of a code, if there is one.
+    void remove(const group_place& place, int code);
+
+    // Replaces the groups [first, last) by others.
+    struct fresh_group {
+        int code;
+        std::string value;
+    };
+    void splice(std::size_t first, std::size_t last, std::span<const fresh_group> groups);
+
+    // The record's text with all changes.
+    std::string write(const group_style& style) const;
+
+private:
+    std::pair<std::size_t, std::size_t> extent(const group_place& place) const;
+    std::size_t insertion_point(const group_place& place, int code) const;
+    void put(std::size_t at, int code, std::string value);
+
+    std::vector<group> groups_;
+    std::string_view rest_;       // behind the last whole group, in damaged files
+    std::deque<std::string> own_; // values written anew
+    bool changed_ = false;
+};
+
+// The kinds of value that group codes have, by the ranges of the DXF reference.
+enum class value_kind { text, real, small_integer, integer, wide_integer, flag, handle, binary };
+ACDB_PORT value_kind kind_of_code(int code);
+
+// One group in the manner of a file.
+ACDB_PORT void append_group(std::string& out, const group_style& style, int code, std::string_view value);
+
+} // namespace dxf

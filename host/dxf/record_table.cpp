@@ -1,0 +1,231 @@
+#include "host/dxf/record_table.h"
+
+#include "host/dxf/record_header.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace dxf {
+
+namespace {
+
+constexpr std::string_view known_type_names[known_types] = {
+    "",         "SECTION", "ENDSEC", "TABLE", "ENDTAB", "EOF",  "CLASS",  "BLOCK",      "ENDBLK",
+    "BLOCK_RECORD", "LAYER", "LTYPE", "STYLE", "VIEW",   "UCS",  "VPORT",  "APPID",      "DIMSTYLE",
+    "VERTEX",   "ATTRIB",  "SEQEND", "INSERT", "POLYLINE", "VIEWPORT", "DICTIONARY", "XRECORD", "LAYOUT"};
+
+// Handles are mostly dense: a plain table serves until it would be this many times larger than the records.
+constexpr std::uint64_t sparse = 8;
+
+} // namespace
+
+record_table::record_table() {
+    for (const std::string_view name : known_type_names)
+        type_names_.put(name);
+    layer_names_.put({}); // number 0: no layer
+    put_owner(0);         // number 0: no owner
+}
+
+void record_table::reserve(std::size_t records) {
+    texts_.reserve(records);
+    lengths_.reserve(records);
+    kinds_.reserve(records);
+    gone_.reserve(records);
+    types_.reserve(records);
+    layers_.reserve(records);
+    owners_.reserve(records);
+    next_.reserve(records);
+    handles_.reserve(records);
+}
+
+std::uint32_t record_table::put_owner(std::uint64_t handle) {
+    if (last_owner_ < owners_seen_.size() && owners_seen_[last_owner_] == handle)
+        return last_owner_;
+    const auto [at, added] = owner_numbers_.try_emplace(handle, static_cast<std::uint32_t>(owners_seen_.size()));
+    if (added)
+        owners_seen_.push_back(handle);
+    return last_owner_ = at->second;
+}
+
+record_id record_table::append(std::string_view text, record_kind kind, std::uint32_t type) {
+    const record_id id = size();
+    texts_.push_back(text.data());
+    lengths_.push_back(static_cast<std::uint32_t>(text.size()));
+    kinds_.push_back(kind);
+    gone_.push_back(0);
+    types_.push_back(type);
+    layers_.push_back(0);
+    owners_.push_back(0);
+    next_.push_back(no_record);
+    handles_.push_back(0);
+    if (last_ != no_record)
+        next_[last_] = id;
+    last_ = id;
+    return id;
+}
+
+record_id record_table::append_implied(std::string_view text, std::uint32_t type) {
+    const record_id id = append(arena_.keep(text), record_kind::implied, type);
+    set_handle(id, new_handle());
+    return id;
+}
+
+void record_table::set_handle(record_id id, std::uint64_t handle) {
+    handles_[id] = handle;
+    highest_handle_ = std::max(highest_handle_, handle);
+    handles_indexed_ = false;
+}
+
+record_id record_table::find(std::uint64_t handle) const {
+    if (handle == 0)
+        return no_record;
+    if (!handles_indexed_) {
+        by_handle_.clear();
+        by_far_handle_.clear();
+        const bool dense = highest_handle_ / sparse <= size();
+        if (dense)
+            by_handle_.assign(static_cast<std::size_t>(highest_handle_) + 1, no_record);
+        for (record_id id = size(); id-- > 0;) { // backwards, so that the first of doubles stays
+            if (handles_[id] == 0)
+                continue;
+            if (dense)
+                by_handle_[static_cast<std::size_t>(handles_[id])] = id;
+            else
+                by_far_handle_[handles_[id]] = id;
+        }
+        handles_indexed_ = true;
+    }
+    if (handle < by_handle_.size())
+        return by_handle_[static_cast<std::size_t>(handle)];
+    const auto at = by_far_handle_.find(handle);
+    return at == by_far_handle_.end() ? no_record : at->second;
+}
+
+record_content record_table::content(record_id id) const {
+    return {texts_[id], lengths_[id], layers_[id], owners_[id], gone_[id] != 0};
+}
+
+void record_table::put(record_id id, const record_content& content) {
+    texts_[id] = content.text;
+    lengths_[id] = content.length;
+    layers_[id] = content.layer;
+    owners_[id] = content.owner;
+    gone_[id] = content.gone ? 1 : 0;
+    ++version_;
+}
+
+// Keeps what a record is before it changes: for undo, and to know what differs from the file.
+void record_table::note(record_id id) {
+    if (!open_) {
+        steps_.resize(done_); // what was undone can not be given again after a new change
+        steps_.push_back({std::move(next_name_), {}});
+        next_name_.clear();
+        ++done_;
+        open_ = true;
+    }
+    steps_.back().changes.push_back({id, content(id)});
+    saved_.try_emplace(id, content(id));
+}
+
+bool record_table::replace(record_id id, std::string_view text) {
+    if (this->text(id) == text)
+        return false;
+    note(id);
+    record_content changed = content(id);
+    const std::string_view kept = arena_.keep(text);
+    changed.text = kept.data();
+    changed.length = static_cast<std::uint32_t>(kept.size());
+    const record_header header = read_record_header(kept);
+    if (stands_on_layer(kinds_[id]))
+        changed.layer = put_layer(header.layer);
+    if (header.owner != 0 && kinds_[id] != record_kind::part)
+        changed.owner = put_owner(header.owner);
+    put(id, changed);
+    return true;
+}
+
+record_id record_table::insert_after(record_id previous, std::string_view text, record_kind kind) {
+    const std::string_view kept = arena_.keep(text);
+    const record_header header = read_record_header(kept);
+    const record_id last = std::exchange(last_, no_record);
+    const record_id id = append(kept, kind, put_type(header.type));
+    if (last != previous)
+        last_ = last;
+    next_[id] = next_[previous];
+    next_[previous] = id;
+    if (stands_on_layer(kind))
+        layers_[id] = put_layer(header.layer);
+    owners_[id] = put_owner(header.owner);
+    const bool indexed = handles_indexed_;
+    set_handle(id, header.handle != 0 ? header.handle : new_handle());
+    if (indexed) { // one more entry rather than a new index for each new object
+        if (handles_[id] < by_handle_.size())
+            by_handle_[static_cast<std::size_t>(handles_[id])] = id;
+        else
+            by_far_handle_[handles_[id]] = id;
+        handles_indexed_ = true;
+    }
+    gone_[id] = 1;
+    note(id);
+    gone_[id] = 0;
+    ++version_;
+    return id;
+}
+
+bool record_table::set_gone(record_id id, bool gone) {
+    if (this->gone(id) == gone)
+        return false;
+    note(id);
+    gone_[id] = gone ? 1 : 0;
+    ++version_;
+    return true;
+}
+
+void record_table::begin_step(std::string name) {
+    open_ = false;
+    next_name_ = std::move(name);
+}
+
+void record_table::exchange(change& entry) {
+    const record_content now = content(entry.id);
+    put(entry.id, entry.other);
+    entry.other = now;
+}
+
+std::string record_table::undo(std::vector<record_id>& touched) {
+    open_ = false;
+    if (done_ == 0)
+        return {};
+    step& last = steps_[--done_];
+    for (auto at = last.changes.rbegin(); at != last.changes.rend(); ++at) {
+        exchange(*at);
+        touched.push_back(at->id);
+    }
+    return last.name;
+}
+
+std::string record_table::redo(std::vector<record_id>& touched) {
+    open_ = false;
+    if (done_ == steps_.size())
+        return {};
+    step& next = steps_[done_++];
+    for (change& entry : next.changes) {
+        exchange(entry);
+        touched.push_back(entry.id);
+    }
+    return next.name;
+}
+
+void record_table::mark_saved() {
+    for (auto& [id, saved] : saved_)
+        saved = content(id);
+}
+
+std::size_t record_table::unsaved() const {
+    return static_cast<std::size_t>(std::count_if(saved_.begin(), saved_.end(), [&](const auto& entry) {
+        const auto& [id, saved] = entry;
+        return gone(id) ? !saved.gone : saved.gone || saved.view() != text(id);
+    }));
+}
+
+} // namespace dxf

@@ -1,0 +1,190 @@
+// The records of a drawing: every run of groups that begins with a group 0, in columns, with what is asked of
+// all of them (type, layer, owner, handle) indexed, and the history of their changes.
+//
+// A record's text is looked on where it lies: in the file's bytes, or in the arena of texts written anew. Texts
+// never change or move, so a change is a new text put in the old one's place, and undo puts the old one back:
+// what was undone is the original bytes again. The order of the file is kept as a chain; ids are in the order of
+// creation, so a higher id is a newer record.
+#pragma once
+
+#include "adesk.h"
+#include "host/dxf/names.h"
+#include "host/dxf/text_arena.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace dxf {
+
+using record_id = std::uint32_t;
+inline constexpr record_id no_record = 0xFFFFFFFFu;
+
+// What a record is to a drawing.
+enum class record_kind : std::uint8_t {
+    structure, // SECTION, ENDSEC, ENDTAB, EOF, CLASS, what stands before the first group 0, unknown sections
+    header,    // the SECTION record of the header, with all its variables
+    table,     // TABLE
+    entry,     // a record of a symbol table
+    block,     // BLOCK
+    block_end, // ENDBLK
+    entity,
+    part,   // VERTEX, ATTRIB, SEQEND behind the entity that they belong to
+    object,  // of the OBJECTS section
+    implied, // stands for what the file leaves out, such as model space in old drawings; never saved
+};
+
+// Whether group 8 of such a record is its layer.
+constexpr bool stands_on_layer(record_kind kind) {
+    return kind == record_kind::entity || kind == record_kind::part || kind == record_kind::block ||
+           kind == record_kind::block_end;
+}
+
+// Types that the index knows by number; others get numbers behind these as they are met.
+enum known_type : std::uint32_t {
+    type_none, type_section, type_endsec, type_table, type_endtab, type_eof, type_class, type_block, type_endblk,
+    type_block_record, type_layer, type_ltype, type_style, type_view, type_ucs, type_vport, type_appid,
+    type_dimstyle, type_vertex, type_attrib, type_seqend, type_insert, type_polyline, type_viewport,
+    type_dictionary, type_xrecord, type_layout, known_types
+};
+
+// The part of a record that changes; what undo exchanges.
+struct record_content {
+    const char* text = nullptr;
+    std::uint32_t length = 0;
+    std::uint32_t layer = 0; // number of its layer name's bytes in layer_names()
+    std::uint32_t owner = 0; // number of its owner's handle, see owner_handle()
+    bool gone = false;       // erased, or its creation undone: not saved, not found
+
+    std::string_view view() const { return {text, length}; }
+};
+
+class ACDB_PORT record_table {
+public:
+    record_table();
+    record_table(const record_table&) = delete;
+    record_table& operator=(const record_table&) = delete;
+
+    // ---- what stands there
+
+    record_id size() const { return static_cast<record_id>(texts_.size()); }
+    bool has(record_id id) const { return id < size(); }
+    std::string_view text(record_id id) const { return {texts_[id], lengths_[id]}; }
+    record_kind kind(record_id id) const { return kinds_[id]; }
+    std::uint32_t type(record_id id) const { return types_[id]; }
+    std::string_view type_name(record_id id) const { return type_names_[types_[id]]; }
+    std::uint32_t layer(record_id id) const { return layers_[id]; }
+    std::uint64_t handle(record_id id) const { return handles_[id]; }
+    std::uint64_t owner_handle(record_id id) const { return owners_seen_[owners_[id]]; }
+    bool gone(record_id id) const { return gone_[id] != 0; }
+    record_id next(record_id id) const { return next_[id]; }
+
+    const name_set& type_names() const { return type_names_; }
+    const name_set& layer_names() const { return layer_names_; }
+
+    // The columns themselves, for scans over all records.
+    const std::vector<std::uint32_t>& types() const { return types_; }
+    const std::vector<std::uint32_t>& layers() const { return layers_; }
+
+    // The record with a handle, erased ones too; no_record when there is none. Of doubles the first.
+    record_id find(std::uint64_t handle) const;
+
+    // The highest handle in use.
+    std::uint64_t highest_handle() const { return highest_handle_; }
+
+    // ---- filling, by the reader of a file
+
+    void reserve(std::size_t records);
+    std::uint32_t put_type(std::string_view name) { return type_names_.put(name); }
+    std::uint32_t put_layer(std::string_view bytes) { return layer_names_.put(bytes); }
+    std::uint32_t put_owner(std::uint64_t handle);
+    // Appends a record behind the last one of the file's order. The text must stay where it is.
+    record_id append(std::string_view text, record_kind kind, std::uint32_t type);
+    // A record that stands for what the file leaves out.
+    record_id append_implied(std::string_view text, std::uint32_t type);
+    void extend(record_id id, const char* end) { lengths_[id] = static_cast<std::uint32_t>(end - texts_[id]); }
+    void set_kind(record_id id, record_kind kind) { kinds_[id] = kind; }
+    void set_handle(record_id id, std::uint64_t handle);
+    void set_layer(record_id id, std::uint32_t layer) { layers_[id] = layer; }
+    void set_owner(record_id id, std::uint32_t owner) { owners_[id] = owner; }
+    std::uint32_t owner(record_id id) const { return owners_[id]; }
+    // A handle that the file does not use; for records that have none there, and for new ones.
+    std::uint64_t new_handle() { return ++highest_handle_; }
+
+    // ---- changes; each is noted in the step that is open
+
+    // Puts a new text in a record's place; layer and owner are read from it. False when it is the same text.
+    bool replace(record_id id, std::string_view text);
+    // A new record behind `previous` in the order of the file. Group 5 of the text is its handle.
+    record_id insert_after(record_id previous, std::string_view text, record_kind kind);
+    // Takes a record out, or brings it back. False when it is so already.
+    bool set_gone(record_id id, bool gone);
+
+    // ---- history
+
+    // Changes from here on belong to a new step, until the next call. A step without a change is none.
+    void begin_step(std::string name);
+    // Takes back, or gives again, a whole step. Its name; empty when there is none. `touched` gets the records.
+    std::string undo(std::vector<record_id>& touched);
+    std::string redo(std::vector<record_id>& touched);
+    bool can_undo() const { return done_ != 0; }
+    bool can_redo() const { return done_ != steps_.size(); }
+    // Whether the step that is open holds a change.
+    bool step_changed() const { return open_ && done_ != 0; }
+    // A number that is another one after every change, undo and redo.
+    std::uint64_t version() const { return version_; }
+
+    // What is there now is what the file holds.
+    void mark_saved();
+    // How many records differ from what the file holds.
+    std::size_t unsaved() const;
+
+private:
+    struct change {
+        record_id id;
+        record_content other; // what the record was, or after undo: what it became
+    };
+    struct step {
+        std::string name;
+        std::vector<change> changes;
+    };
+
+    record_content content(record_id id) const;
+    void put(record_id id, const record_content& content);
+    void note(record_id id);
+    void exchange(change& entry);
+
+    std::vector<const char*> texts_;
+    std::vector<std::uint32_t> lengths_;
+    std::vector<record_kind> kinds_;
+    std::vector<std::uint8_t> gone_;
+    std::vector<std::uint32_t> types_;
+    std::vector<std::uint32_t> layers_;
+    std::vector<std::uint32_t> owners_;
+    std::vector<record_id> next_;
+    std::vector<std::uint64_t> handles_;
+    record_id last_ = no_record; // of the file's order, while it is being filled
+
+    name_set type_names_;
+    name_set layer_names_;
+    std::vector<std::uint64_t> owners_seen_;
+    std::unordered_map<std::uint64_t, std::uint32_t> owner_numbers_;
+    std::uint32_t last_owner_ = 0; // runs of one owner are the rule
+
+    std::uint64_t highest_handle_ = 0;
+    mutable std::vector<record_id> by_handle_; // built when first asked
+    mutable std::unordered_map<std::uint64_t, record_id> by_far_handle_;
+    mutable bool handles_indexed_ = false;
+
+    text_arena arena_;
+    std::vector<step> steps_;
+    std::size_t done_ = 0; // steps_[0, done_) are in effect
+    bool open_ = false;    // the last step in effect takes further changes
+    std::string next_name_;
+    std::uint64_t version_ = 0;
+    std::unordered_map<record_id, record_content> saved_; // of records that changed since the file was read
+};
+
+} // namespace dxf
