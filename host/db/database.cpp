@@ -1,0 +1,194 @@
+#include "dbdict.h"
+#include "dbsymtb.h"
+#include "dbxrecrd.h"
+#include "host/db/imp_database.h"
+#include "host/db/imp_object.h"
+#include "host/db/new_drawing.h"
+#include "host/dxf/record_header.h"
+#include "rxregsvc.h"
+#include "sys/folders.h"
+
+ACRX_NO_CONS_DEFINE_MEMBERS(AcDbDatabase, AcRxObject)
+
+namespace {
+
+// Every class of the database, once, before the first database is made.
+void register_classes() {
+    static const bool done = [] {
+        AcDbObject::rxInit();
+        AcDbEntity::rxInit();
+        AcDbDatabase::rxInit();
+        AcDbDictionary::rxInit();
+        AcDbXrecord::rxInit();
+        AcDbSymbolTable::rxInit();
+        AcDbSymbolTableRecord::rxInit();
+        AcDbLayerTable::rxInit();
+        AcDbLayerTableRecord::rxInit();
+        AcDbLinetypeTable::rxInit();
+        AcDbLinetypeTableRecord::rxInit();
+        AcDbTextStyleTable::rxInit();
+        AcDbTextStyleTableRecord::rxInit();
+        AcDbBlockTable::rxInit();
+        AcDbBlockTableRecord::rxInit();
+        AcDbRegAppTable::rxInit();
+        AcDbRegAppTableRecord::rxInit();
+        AcDbDimStyleTable::rxInit();
+        AcDbDimStyleTableRecord::rxInit();
+        AcDbViewTable::rxInit();
+        AcDbViewTableRecord::rxInit();
+        AcDbViewportTable::rxInit();
+        AcDbViewportTableRecord::rxInit();
+        AcDbUCSTable::rxInit();
+        AcDbUCSTableRecord::rxInit();
+        acrxBuildClassHierarchy();
+        return true;
+    }();
+    static_cast<void>(done);
+}
+
+template<class Table>
+Acad::ErrorStatus open_table(AcDbImpDatabase& imp, db::table_kind kind, Table*& table, AcDb::OpenMode mode) {
+    table = nullptr;
+    return imp.has_drawing() ? acdbOpenObject(table, imp.id(imp.table(kind)), mode) : Acad::eNoDatabase;
+}
+
+AcDbObjectId table_id(AcDbImpDatabase& imp, db::table_kind kind) {
+    return imp.has_drawing() ? imp.id(imp.table(kind)) : AcDbObjectId::kNull;
+}
+
+} // namespace
+
+AcDbDatabase::AcDbDatabase(bool buildDefaultDrawing, bool /*noDocument*/) {
+    register_classes();
+    m_imp = std::make_unique<AcDbImpDatabase>(*this);
+    if (buildDefaultDrawing)
+        m_imp->set_drawing(db::new_drawing());
+}
+
+AcDbDatabase::~AcDbDatabase() = default;
+
+Acad::ErrorStatus AcDbDatabase::dxfIn(const ACHAR* fileName, AcString* reason) {
+    if (fileName == nullptr || m_imp->has_drawing())
+        return Acad::eInvalidInput;
+    const std::filesystem::path path = sys::to_path(fileName);
+    auto opened = dxf::drawing::open(path);
+    if (!opened) {
+        if (reason != nullptr)
+            *reason = opened.error().c_str();
+        std::error_code ignored;
+        return std::filesystem::exists(path, ignored) ? Acad::eDxfReadAborted : Acad::eFileNotFound;
+    }
+    m_imp->set_drawing(std::move(*opened));
+    m_imp->file_name = fileName;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDatabase::dxfOut(const ACHAR* fileName, AcString* reason) {
+    if (fileName == nullptr || !m_imp->has_drawing())
+        return Acad::eInvalidInput;
+    if (auto saved = m_imp->drawing().save(sys::to_path(fileName)); !saved) {
+        if (reason != nullptr)
+            *reason = saved.error().c_str();
+        return Acad::eFileAccessErr;
+    }
+    m_imp->file_name = fileName;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDatabase::getFilename(const ACHAR*& fileName) const {
+    fileName = m_imp->file_name.c_str();
+    return Acad::eOk;
+}
+
+AcDbObjectId AcDbDatabase::layerTableId() const { return table_id(*m_imp, db::table_kind::layer); }
+AcDbObjectId AcDbDatabase::linetypeTableId() const { return table_id(*m_imp, db::table_kind::linetype); }
+AcDbObjectId AcDbDatabase::textStyleTableId() const { return table_id(*m_imp, db::table_kind::text_style); }
+AcDbObjectId AcDbDatabase::blockTableId() const { return table_id(*m_imp, db::table_kind::block); }
+AcDbObjectId AcDbDatabase::regAppTableId() const { return table_id(*m_imp, db::table_kind::regapp); }
+AcDbObjectId AcDbDatabase::dimStyleTableId() const { return table_id(*m_imp, db::table_kind::dim_style); }
+AcDbObjectId AcDbDatabase::viewTableId() const { return table_id(*m_imp, db::table_kind::view); }
+AcDbObjectId AcDbDatabase::viewportTableId() const { return table_id(*m_imp, db::table_kind::viewport); }
+AcDbObjectId AcDbDatabase::UCSTableId() const { return table_id(*m_imp, db::table_kind::ucs); }
+
+AcDbObjectId AcDbDatabase::namedObjectsDictionaryId() const {
+    return m_imp->has_drawing() ? m_imp->id(m_imp->root_dictionary()) : AcDbObjectId::kNull;
+}
+
+Acad::ErrorStatus AcDbDatabase::getLayerTable(AcDbLayerTable*& table, AcDb::OpenMode mode) {
+    return open_table(*m_imp, db::table_kind::layer, table, mode);
+}
+Acad::ErrorStatus AcDbDatabase::getLinetypeTable(AcDbLinetypeTable*& table, AcDb::OpenMode mode) {
+    return open_table(*m_imp, db::table_kind::linetype, table, mode);
+}
+Acad::ErrorStatus AcDbDatabase::getTextStyleTable(AcDbTextStyleTable*& table, AcDb::OpenMode mode) {
+    return open_table(*m_imp, db::table_kind::text_style, table, mode);
+}
+Acad::ErrorStatus AcDbDatabase::getBlockTable(AcDbBlockTable*& table, AcDb::OpenMode mode) {
+    return open_table(*m_imp, db::table_kind::block, table, mode);
+}
+Acad::ErrorStatus AcDbDatabase::getRegAppTable(AcDbRegAppTable*& table, AcDb::OpenMode mode) {
+    return open_table(*m_imp, db::table_kind::regapp, table, mode);
+}
+Acad::ErrorStatus AcDbDatabase::getDimStyleTable(AcDbDimStyleTable*& table, AcDb::OpenMode mode) {
+    return open_table(*m_imp, db::table_kind::dim_style, table, mode);
+}
+Acad::ErrorStatus AcDbDatabase::getViewTable(AcDbViewTable*& table, AcDb::OpenMode mode) {
+    return open_table(*m_imp, db::table_kind::view, table, mode);
+}
+Acad::ErrorStatus AcDbDatabase::getViewportTable(AcDbViewportTable*& table, AcDb::OpenMode mode) {
+    return open_table(*m_imp, db::table_kind::viewport, table, mode);
+}
+Acad::ErrorStatus AcDbDatabase::getUCSTable(AcDbUCSTable*& table, AcDb::OpenMode mode) {
+    return open_table(*m_imp, db::table_kind::ucs, table, mode);
+}
+
+Acad::ErrorStatus AcDbDatabase::getNamedObjectsDictionary(AcDbDictionary*& dictionary, AcDb::OpenMode mode) {
+    dictionary = nullptr;
+    const AcDbObjectId id = namedObjectsDictionaryId();
+    return id.isNull() ? Acad::eKeyNotFound : acdbOpenObject(dictionary, id, mode);
+}
+
+Acad::ErrorStatus AcDbDatabase::getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound, const AcDbHandle& handle,
+                                                Adesk::UInt32 /*xRefId*/) {
+    if (createIfNotFound)
+        return Acad::eNotImplementedYet;
+    const dxf::record_id found = m_imp->has_drawing() ? m_imp->records().find(handle) : dxf::no_record;
+    if (found == dxf::no_record)
+        return Acad::eUnknownHandle;
+    id = m_imp->id(found);
+    return Acad::eOk;
+}
+
+AcDbObjectId AcDbDatabase::clayer() const {
+    return m_imp->has_drawing() ? m_imp->id(m_imp->current_layer()) : AcDbObjectId::kNull;
+}
+
+Acad::ErrorStatus AcDbDatabase::setClayer(AcDbObjectId id) {
+    const dxf::record_id record = m_imp->record(id);
+    if (record == dxf::no_record)
+        return Acad::eNullObjectId;
+    if (m_imp->records().type(record) != dxf::type_layer)
+        return Acad::eWrongObjectType;
+    if (m_imp->records().gone(record))
+        return Acad::eDeletedEntry;
+    AcDbLayerTableRecord* layer = nullptr;
+    if (const Acad::ErrorStatus status = acdbOpenObject(layer, id, AcDb::kForRead); status != Acad::eOk)
+        return status;
+    const bool usable = !layer->isFrozen() && !layer->isDependent();
+    layer->close();
+    if (!usable)
+        return Acad::eInvalidLayer;
+    if (id == clayer())
+        return Acad::eOk;
+    const std::string_view name = dxf::value_of(m_imp->records().text(record), 2);
+    return m_imp->drawing().set_header_value("$CLAYER", 8, name) ? Acad::eOk : Acad::eNotApplicable;
+}
+
+bool AcDbDatabase::tilemode() const {
+    return !m_imp->has_drawing() || m_imp->drawing().header_value("$TILEMODE").value_or("1") != "0";
+}
+
+AcDbObjectId AcDbDatabase::currentSpaceId() const {
+    return m_imp->has_drawing() ? m_imp->id(m_imp->block(tilemode() ? ACDB_MODEL_SPACE : ACDB_PAPER_SPACE))
+                                : AcDbObjectId::kNull;
+}

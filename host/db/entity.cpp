@@ -1,0 +1,214 @@
+#include "acutmem.h"
+#include "base/case_fold.h"
+#include "dbsymtb.h"
+#include "host/db/imp_database.h"
+#include "host/db/imp_object.h"
+#include "host/db/properties.h"
+#include "host/dxf/record_header.h"
+
+using db::entity_place;
+
+ACRX_NO_CONS_DEFINE_MEMBERS(AcDbEntity, AcDbObject)
+
+AcDbEntity::AcDbEntity() = default;
+AcDbEntity::~AcDbEntity() = default;
+
+namespace {
+
+ACHAR* copy_of(const std::wstring& text) {
+    ACHAR* copy = nullptr;
+    acutNewString(text.c_str(), copy);
+    return copy;
+}
+
+// Does to the parts behind an entity (vertices, attributes, the end of their sequence) what was done to it. Parts
+// that are open elsewhere, or on locked layers, stay as they are.
+template<class Change>
+void for_parts(const AcDbImpObject& imp, Change change) {
+    const dxf::record_table& records = imp.database->records();
+    for (dxf::record_id part = records.next(imp.record);
+         part != dxf::no_record && records.kind(part) == dxf::record_kind::part; part = records.next(part)) {
+        AcDbEntity* entity = nullptr;
+        if (acdbOpenAcDbEntity(entity, imp.database->id(part), AcDb::kForWrite) != Acad::eOk)
+            continue;
+        change(*entity);
+        entity->close();
+    }
+}
+
+std::wstring name_of_entry(const AcDbImpObject& imp, AcDbObjectId id) {
+    const dxf::record_id record = imp.database->record(id);
+    return record != dxf::no_record ? imp.database->name_of(record) : std::wstring();
+}
+
+// The entry that an id names, if it is a live one of the wanted type.
+Acad::ErrorStatus check_entry(const AcDbImpObject& imp, AcDbObjectId id, std::uint32_t type) {
+    const dxf::record_id record = imp.database->record(id);
+    if (record == dxf::no_record)
+        return Acad::eNullObjectId;
+    if (imp.database->records().type(record) != type)
+        return Acad::eWrongObjectType;
+    return imp.database->records().gone(record) ? Acad::eDeletedEntry : Acad::eOk;
+}
+
+} // namespace
+
+AcString AcDbEntity::layerName() const {
+    assertReadEnabled();
+    const auto name = imp().groups().text(entity_place, 8);
+    return AcString(name ? imp().decode(dxf::trimmed(*name)).c_str() : L"0");
+}
+
+ACHAR* AcDbEntity::layer() const {
+    return copy_of(layerName().kwszPtr());
+}
+
+Acad::ErrorStatus AcDbEntity::layer(AcString& name) const {
+    name = layerName();
+    return Acad::eOk;
+}
+
+AcDbObjectId AcDbEntity::layerId() const {
+    return imp().database->id(imp().database->find_entry(db::table_kind::layer, layerName().kwszPtr()));
+}
+
+Acad::ErrorStatus AcDbEntity::setLayer(const ACHAR* name, bool doSubents, bool /*allowHiddenLayer*/) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    if (name == nullptr || imp().database->find_entry(db::table_kind::layer, name) == dxf::no_record)
+        return Acad::eKeyNotFound;
+    if (!base::equal_no_case(layerName().kwszPtr(), name))
+        imp().edit().set_text(entity_place, 8, imp().database->layer_bytes(name));
+    if (doSubents)
+        for_parts(imp(), [&](AcDbEntity& part) { part.setLayer(name, false); });
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbEntity::setLayer(AcDbObjectId id, bool doSubents, bool allowHiddenLayer) {
+    if (const Acad::ErrorStatus status = check_entry(imp(), id, dxf::type_layer); status != Acad::eOk)
+        return status;
+    return setLayer(name_of_entry(imp(), id).c_str(), doSubents, allowHiddenLayer);
+}
+
+AcCmColor AcDbEntity::color() const {
+    assertReadEnabled();
+    return db::read_color(imp(), entity_place, AcCmColor::kACIbyLayer);
+}
+
+Adesk::UInt16 AcDbEntity::colorIndex() const {
+    return color().colorIndex();
+}
+
+Acad::ErrorStatus AcDbEntity::setColor(const AcCmColor& color, bool doSubents) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    db::write_color(imp(), entity_place, color);
+    if (doSubents)
+        for_parts(imp(), [&](AcDbEntity& part) { part.setColor(color, false); });
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbEntity::setColorIndex(Adesk::UInt16 index, bool doSubents) {
+    AcCmColor color;
+    const Acad::ErrorStatus status = color.setColorIndex(index);
+    return status == Acad::eOk ? setColor(color, doSubents) : status;
+}
+
+ACHAR* AcDbEntity::linetype() const {
+    assertReadEnabled();
+    const auto name = imp().groups().text(entity_place, 6);
+    return copy_of(name ? imp().decode(dxf::trimmed(*name)) : L"ByLayer");
+}
+
+AcDbObjectId AcDbEntity::linetypeId() const {
+    ACHAR* name = linetype();
+    const AcDbObjectId id = imp().database->id(imp().database->find_entry(db::table_kind::linetype, name));
+    acutDelString(name);
+    return id;
+}
+
+Acad::ErrorStatus AcDbEntity::setLinetype(const ACHAR* name, bool doSubents) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    const dxf::record_id entry =
+        name != nullptr ? imp().database->find_entry(db::table_kind::linetype, name) : dxf::no_record;
+    if (entry == dxf::no_record)
+        return Acad::eKeyNotFound;
+    if (base::equal_no_case(name, L"ByLayer"))
+        imp().edit().remove(entity_place, 6);
+    else
+        imp().edit().set_text(entity_place, 6, dxf::value_of(imp().database->records().text(entry), 2));
+    if (doSubents)
+        for_parts(imp(), [&](AcDbEntity& part) { part.setLinetype(name, false); });
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbEntity::setLinetype(AcDbObjectId id, bool doSubents) {
+    if (const Acad::ErrorStatus status = check_entry(imp(), id, dxf::type_ltype); status != Acad::eOk)
+        return status;
+    return setLinetype(name_of_entry(imp(), id).c_str(), doSubents);
+}
+
+double AcDbEntity::linetypeScale() const {
+    assertReadEnabled();
+    return imp().groups().real(entity_place, 48).value_or(1.0);
+}
+
+Acad::ErrorStatus AcDbEntity::setLinetypeScale(double scale, bool doSubents) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    if (!(scale > 0.0))
+        return Acad::eBadLinetypeScale;
+    if (linetypeScale() != scale)
+        imp().edit().set_real(entity_place, 48, scale);
+    if (doSubents)
+        for_parts(imp(), [&](AcDbEntity& part) { part.setLinetypeScale(scale, false); });
+    return Acad::eOk;
+}
+
+AcDb::LineWeight AcDbEntity::lineWeight() const {
+    assertReadEnabled();
+    const auto weight = static_cast<int>(imp().groups().integer(entity_place, 370).value_or(AcDb::kLnWtByLayer));
+    return db::is_line_weight(weight) ? static_cast<AcDb::LineWeight>(weight) : AcDb::kLnWtByLayer;
+}
+
+Acad::ErrorStatus AcDbEntity::setLineWeight(AcDb::LineWeight weight, bool doSubents) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    if (!db::is_line_weight(weight))
+        return Acad::eBadLineWeightValue;
+    if (lineWeight() != weight)
+        imp().edit().set_integer(entity_place, 370, weight);
+    if (doSubents)
+        for_parts(imp(), [&](AcDbEntity& part) { part.setLineWeight(weight, false); });
+    return Acad::eOk;
+}
+
+AcDb::Visibility AcDbEntity::visibility() const {
+    assertReadEnabled();
+    return imp().groups().integer(entity_place, 60).value_or(0) == 1 ? AcDb::kInvisible : AcDb::kVisible;
+}
+
+Acad::ErrorStatus AcDbEntity::setVisibility(AcDb::Visibility visibility, bool doSubents) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    if (this->visibility() != visibility) {
+        if (visibility == AcDb::kVisible)
+            imp().edit().remove(entity_place, 60);
+        else
+            imp().edit().set_integer(entity_place, 60, 1);
+    }
+    if (doSubents)
+        for_parts(imp(), [&](AcDbEntity& part) { part.setVisibility(visibility, false); });
+    return Acad::eOk;
+}
+
+AcDbObjectId AcDbEntity::blockId() const {
+    // A part belongs to its entity, and with it to the entity's block.
+    AcDbObjectId owner = ownerId();
+    const dxf::record_id record = imp().database->record(owner);
+    const dxf::record_table& records = imp().database->records();
+    if (record != dxf::no_record && records.kind(record) == dxf::record_kind::entity)
+        owner = imp().database->id(records.find(records.owner_handle(record)));
+    return owner;
+}

@@ -1,0 +1,248 @@
+#include "host/db/extended_data.h"
+
+#include "acutmem.h"
+#include "base/case_fold.h"
+#include "base/number_text.h"
+#include "dbid.h"
+#include "host/db/imp_database.h"
+#include "host/db/imp_object.h"
+#include "host/dxf/record_header.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+namespace db {
+
+namespace {
+
+constexpr int application_code = 1001;
+constexpr std::size_t most_extended_data = 16 * 1024; // bytes per object, all applications together
+
+bool is_point(int code) {
+    return (code >= 10 && code <= 18) || (code >= 110 && code <= 112) || code == 210 ||
+           (code >= 1010 && code <= 1013);
+}
+
+// Where the y and z of a point stand, relative to its x.
+constexpr int next_coordinate = 10;
+
+ACHAR* text_copy(const std::wstring& text) {
+    ACHAR* copy = nullptr;
+    acutNewString(text.c_str(), copy);
+    return copy;
+}
+
+std::string hexadecimal(std::uint64_t value) {
+    char digits[20];
+    std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(value));
+    return digits;
+}
+
+void read_bytes(std::string_view digits, ads_binary& out) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
+        bytes += static_cast<char>(dxf::parse_handle(digits.substr(i, 2)));
+    out.clen = static_cast<short>(bytes.size());
+    out.buf = new char[bytes.size() + 1]; // acutRelRb frees it
+    std::memcpy(out.buf, bytes.data(), bytes.size());
+}
+
+void read_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at, resbuf& out) {
+    const dxf::group& group = groups[at];
+    const auto real = [&](std::size_t i) { return base::parse_real(groups[i].value).value_or(0.0); };
+    const auto whole = [&] { return base::parse_integer(group.value).value_or(0); };
+    switch (dxf::kind_of_code(group.code)) {
+    case dxf::value_kind::real:
+        if (!is_point(group.code)) {
+            out.resval.rreal = real(at);
+            break;
+        }
+        for (std::size_t i = 0; i < 3; ++i)
+            out.resval.rpoint[i] = at + i < groups.size() ? real(at + i) : 0.0;
+        break;
+    case dxf::value_kind::small_integer:
+    case dxf::value_kind::flag:
+        out.resval.rint = static_cast<short>(whole());
+        break;
+    case dxf::value_kind::integer:
+        out.resval.rlong = static_cast<Adesk::Int32>(whole());
+        break;
+    case dxf::value_kind::wide_integer:
+        out.resval.mnInt64 = whole();
+        break;
+    case dxf::value_kind::handle:
+        if (group.code >= 320 && group.code <= 369) {
+            const dxf::record_id named = object.database->records().find(dxf::parse_handle(group.value));
+            out.resval.rlname[0] = object.database->id(named).asOldId();
+            break;
+        }
+        [[fallthrough]];
+    case dxf::value_kind::text:
+        out.resval.rstring = text_copy(object.decode(group.value));
+        break;
+    case dxf::value_kind::binary:
+        read_bytes(dxf::trimmed(group.value), out.resval.rbinary);
+        break;
+    }
+}
+
+// The groups of one application: [first, last).
+struct extent {
+    std::size_t first, last;
+};
+
+std::vector<extent> applications(const dxf::group_list& list) {
+    std::vector<extent> found;
+    const auto& groups = list.groups();
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        if (groups[i].code == application_code)
+            found.push_back({i, i + 1});
+        else if (groups[i].code > application_code - 2 && !found.empty())
+            found.back().last = i + 1;
+    }
+    return found;
+}
+
+} // namespace
+
+resbuf* chain_of(const AcDbImpObject& object, std::span<const dxf::group> groups) {
+    resbuf* head = nullptr;
+    resbuf** tail = &head;
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        resbuf* const value = acutNewRb(groups[i].code);
+        read_value(object, groups, i, *value);
+        *tail = value;
+        tail = &value->rbnext;
+        if (is_point(groups[i].code)) {
+            const int code = groups[i].code;
+            for (int step = 1; step < 3 && i + 1 < groups.size() && groups[i + 1].code == code + step * next_coordinate;
+                 ++step)
+                ++i;
+        }
+    }
+    return head;
+}
+
+bool groups_of(const AcDbImpObject& object, const resbuf* chain, bool (*allowed)(int code),
+               std::vector<dxf::group_list::fresh_group>& groups) {
+    for (; chain != nullptr; chain = chain->rbnext) {
+        const int code = chain->restype;
+        if (!allowed(code))
+            return false;
+        switch (dxf::kind_of_code(code)) {
+        case dxf::value_kind::real:
+            if (!is_point(code)) {
+                groups.push_back({code, base::real_text(chain->resval.rreal)});
+                break;
+            }
+            for (int i = 0; i < 3; ++i)
+                groups.push_back({code + i * next_coordinate, base::real_text(chain->resval.rpoint[i])});
+            break;
+        case dxf::value_kind::small_integer:
+        case dxf::value_kind::flag:
+            groups.push_back({code, std::to_string(chain->resval.rint)});
+            break;
+        case dxf::value_kind::integer:
+            groups.push_back({code, std::to_string(chain->resval.rlong)});
+            break;
+        case dxf::value_kind::wide_integer:
+            groups.push_back({code, std::to_string(chain->resval.mnInt64)});
+            break;
+        case dxf::value_kind::handle:
+            if (code >= 320 && code <= 369) {
+                AcDbObjectId id;
+                id.setFromOldId(chain->resval.rlname[0]);
+                groups.push_back({code, hexadecimal(id.handle())});
+                break;
+            }
+            [[fallthrough]];
+        case dxf::value_kind::text:
+            if (chain->resval.rstring == nullptr)
+                return false;
+            groups.push_back({code, object.encode(chain->resval.rstring)});
+            break;
+        case dxf::value_kind::binary: {
+            std::string digits;
+            for (short i = 0; i < chain->resval.rbinary.clen; ++i) {
+                char two[3];
+                std::snprintf(two, sizeof two, "%02X", static_cast<unsigned char>(chain->resval.rbinary.buf[i]));
+                digits += two;
+            }
+            groups.push_back({code, std::move(digits)});
+            break;
+        }
+        }
+    }
+    return true;
+}
+
+resbuf* read_extended_data(const AcDbImpObject& object, const ACHAR* application) {
+    const auto& groups = object.groups().groups();
+    resbuf* head = nullptr;
+    resbuf** tail = &head;
+    for (const extent& one : applications(object.groups())) {
+        if (application != nullptr && !base::equal_no_case(object.decode(groups[one.first].value), application))
+            continue;
+        *tail = chain_of(object, std::span(groups).subspan(one.first, one.last - one.first));
+        while (*tail != nullptr)
+            tail = &(*tail)->rbnext;
+    }
+    return head;
+}
+
+Acad::ErrorStatus write_extended_data(AcDbImpObject& object, const resbuf* chain) {
+    if (chain == nullptr || chain->restype != application_code)
+        return Acad::eInvalidResBuf;
+    std::vector<dxf::group_list::fresh_group> fresh;
+    if (!groups_of(object, chain, [](int code) { return code >= 1000 && code <= 1071; }, fresh))
+        return Acad::eInvalidResBuf;
+    int depth = 0;
+    std::size_t size = 0;
+    for (const auto& group : fresh) {
+        if (group.code == application_code && object.database != nullptr &&
+            object.database->find_entry(table_kind::regapp, object.decode(group.value)) == dxf::no_record)
+            return Acad::eRegappIdNotFound;
+        if (group.code == 1002)
+            depth += group.value == "{" ? 1 : -1;
+        if (depth < 0)
+            return Acad::eInvalidResBuf;
+        size += group.value.size() + 2;
+    }
+    if (depth != 0)
+        return Acad::eInvalidResBuf;
+
+    dxf::group_list& list = object.edit();
+    const auto same = [&](std::string_view a, std::string_view b) {
+        return base::equal_no_case(object.decode(a), object.decode(b));
+    };
+    for (const extent& other : applications(list)) {
+        const std::string_view name = list.groups()[other.first].value;
+        if (std::none_of(fresh.begin(), fresh.end(),
+                         [&](const auto& group) { return group.code == application_code && same(group.value, name); }))
+            for (std::size_t i = other.first; i < other.last; ++i)
+                size += list.groups()[i].value.size() + 2;
+    }
+    if (size > most_extended_data)
+        return Acad::eXdataSizeExceeded;
+
+    // Each application's data takes the place of what it had; new data goes behind all.
+    for (std::size_t first = 0; first < fresh.size();) {
+        std::size_t last = first + 1;
+        while (last < fresh.size() && fresh[last].code != application_code)
+            ++last;
+        std::size_t from = list.groups().size();
+        std::size_t to = from;
+        for (const extent& one : applications(list))
+            if (same(list.groups()[one.first].value, fresh[first].value)) {
+                from = one.first;
+                to = one.last;
+            }
+        const bool keeps_data = last - first > 1; // a name alone takes the data away
+        list.splice(from, to, std::span(fresh).subspan(first, keeps_data ? last - first : 0));
+        first = last;
+    }
+    return Acad::eOk;
+}
+
+} // namespace db

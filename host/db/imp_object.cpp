@@ -1,0 +1,34 @@
+#include "host/db/imp_object.h"
+
+#include "base/utf.h"
+#include "host/db/imp_database.h"
+
+void AcDbImpObject::begin_new(std::string text) {
+    const std::size_t length = text.size();
+    own_ = std::move(text);
+    own_.append(64, '\0');
+    groups_ = dxf::group_list(std::string_view(own_).substr(0, length));
+    loaded_ = true;
+}
+
+const dxf::group_list& AcDbImpObject::groups() const {
+    if (!loaded_) {
+        groups_ = dxf::group_list(database->records().text(record));
+        loaded_ = true;
+    }
+    return groups_;
+}
+
+dxf::group_list& AcDbImpObject::edit() {
+    groups();
+    return groups_;
+}
+
+// A new object's texts are UTF-8 until it joins a drawing, whose encoding they take then.
+std::wstring AcDbImpObject::decode(std::string_view bytes) const {
+    return database != nullptr ? database->drawing().codec().decode(bytes) : base::widen(bytes);
+}
+
+std::string AcDbImpObject::encode(std::wstring_view text) const {
+    return database != nullptr ? database->drawing().codec().encode(text) : base::narrow(text);
+}

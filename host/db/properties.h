@@ -1,0 +1,26 @@
+// Where the properties of objects stand in their groups, and how colours and weights are written.
+#pragma once
+
+#include "dbcolor.h"
+#include "acdb.h"
+#include "host/dxf/group_list.h"
+
+class AcDbImpObject;
+
+namespace db {
+
+// The place of what all entities have in common, and of a layer's properties. Source of the orders: the DXF
+// reference's group tables, as the files of the big programs show them.
+extern const dxf::group_place entity_place;
+extern const dxf::group_place layer_place;
+// The name of a symbol table record, whatever its class.
+extern const dxf::group_place name_place;
+
+// A colour of groups 62, 420 and 430; of an entity without them, ByLayer.
+AcCmColor read_color(const AcDbImpObject& object, const dxf::group_place& place, int missing);
+// Writes them. `sign` is -1 for a layer that is off: its index is negative.
+void write_color(AcDbImpObject& object, const dxf::group_place& place, const AcCmColor& color, int sign = 1);
+
+bool is_line_weight(int weight);
+
+} // namespace db

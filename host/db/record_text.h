@@ -1,0 +1,50 @@
+// Writes a new record in the manner of a drawing's file.
+#pragma once
+
+#include "host/db/imp_database.h"
+#include "host/db/imp_object.h"
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace db {
+
+class record_text {
+public:
+    explicit record_text(AcDbImpDatabase& database) : database_(database) {}
+
+    void add(int code, std::string_view value) {
+        dxf::append_group(text_, database_.drawing().style(), code, value);
+    }
+    void add_handle(int code, std::uint64_t handle) {
+        char digits[20];
+        std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(handle));
+        add(code, digits);
+    }
+    // Type, a new handle where the drawing has handles, and from R13 on the owner.
+    void head(std::string_view type, std::uint64_t owner) {
+        add(0, type);
+        constexpr int first_with_owners = 1012;
+        const bool modern = database_.drawing().version() >= first_with_owners;
+        const auto handling = database_.drawing().header_value("$HANDLING");
+        if (modern || (handling && *handling == "1"))
+            add_handle(type == "DIMSTYLE" ? 105 : 5, database_.records().new_handle());
+        if (modern)
+            add_handle(330, owner);
+    }
+    // A group of a new object, its text in the encoding of the file.
+    void transcoded(const AcDbImpObject& object, const dxf::group& group) {
+        if (dxf::kind_of_code(group.code) == dxf::value_kind::text)
+            add(group.code, database_.drawing().codec().encode(object.decode(group.value)));
+        else
+            add(group.code, group.value);
+    }
+    const std::string& text() const { return text_; }
+
+private:
+    AcDbImpDatabase& database_;
+    std::string text_;
+};
+
+} // namespace db

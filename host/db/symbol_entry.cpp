@@ -1,0 +1,105 @@
+#include "host/db/symbol_entry.h"
+
+#include "adscodes.h"
+#include "host/db/imp_object.h"
+#include "host/db/properties.h"
+#include "host/db/record_text.h"
+#include "host/dxf/record_header.h"
+
+#include <algorithm>
+
+namespace db {
+
+namespace {
+
+struct entry_row {
+    std::string_view class_name;
+    std::string_view type;
+    // The groups behind the class's marker; a name without text stands where the name goes.
+    std::vector<dxf::group_list::fresh_group> groups;
+};
+
+// What a new record holds before anything is set. Source: the DXF reference's defaults.
+const std::vector<entry_row>& rows() {
+    static const std::vector<entry_row> table = {
+        {"AcDbLayerTableRecord", "LAYER", {{2, ""}, {70, "0"}, {62, "7"}, {6, "Continuous"}, {370, "-3"}}},
+        {"AcDbLinetypeTableRecord", "LTYPE", {{2, ""}, {70, "0"}, {3, ""}, {72, "65"}, {73, "0"}, {40, "0.0"}}},
+        {"AcDbTextStyleTableRecord",
+         "STYLE",
+         {{2, ""}, {70, "0"}, {40, "0.0"}, {41, "1.0"}, {50, "0.0"}, {71, "0"}, {42, "2.5"}, {3, "txt"}, {4, ""}}},
+        {"AcDbRegAppTableRecord", "APPID", {{2, ""}, {70, "0"}}},
+        {"AcDbDimStyleTableRecord", "DIMSTYLE", {{2, ""}, {70, "0"}}},
+        {"AcDbViewTableRecord", "VIEW", {{2, ""}, {70, "0"}, {40, "1.0"}, {10, "0.0"}, {20, "0.0"}, {41, "1.0"},
+                                         {11, "0.0"}, {21, "0.0"}, {31, "1.0"}, {12, "0.0"}, {22, "0.0"}, {32, "0.0"},
+                                         {42, "50.0"}, {43, "0.0"}, {44, "0.0"}, {50, "0.0"}, {71, "0"}}},
+        {"AcDbUCSTableRecord", "UCS", {{2, ""}, {70, "0"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {11, "1.0"},
+                                       {21, "0.0"}, {31, "0.0"}, {12, "0.0"}, {22, "1.0"}, {32, "0.0"}}},
+    };
+    return table;
+}
+
+constexpr int first_with_markers = 1012; // R13
+constexpr int first_with_weights = 1015; // 2000
+
+} // namespace
+
+std::string new_entry_text(std::string_view class_name) {
+    const auto row = std::find_if(rows().begin(), rows().end(),
+                                  [&](const entry_row& candidate) { return candidate.class_name == class_name; });
+    std::string text;
+    if (row == rows().end()) // a class whose records only files bring
+        return text;
+    const dxf::group_style style{"\n", false, false};
+    dxf::append_group(text, style, 0, row->type);
+    dxf::append_group(text, style, 100, "AcDbSymbolTableRecord");
+    dxf::append_group(text, style, 100, class_name);
+    for (const auto& group : row->groups)
+        dxf::append_group(text, style, group.code, group.value);
+    return text;
+}
+
+Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymbolTableRecord& entry, AcDbObjectId& id) {
+    AcDbImpObject& imp = entry.imp();
+    if (imp.groups().empty())
+        return Acad::eNotImplementedYet;
+    AcString name;
+    entry.getName(name);
+    if (acdbSNValid(name.kwszPtr(), 1) != RTNORM)
+        return Acad::eInvalidInput;
+    if (database.find_entry(kind, name.kwszPtr()) != dxf::no_record)
+        return Acad::eDuplicateRecordName;
+    const dxf::record_id previous = database.place_for_entry(kind);
+    if (previous == dxf::no_record)
+        return Acad::eNotApplicable; // the drawing has no such table
+    const dxf::record_id table = database.table(kind);
+    if (dxf::value_of(database.records().text(table), 2) != imp.groups().groups().front().value)
+        return Acad::eNotThatKindOfClass;
+
+    const int version = database.drawing().version();
+    record_text text(database);
+    text.head(imp.groups().groups().front().value, database.records().handle(table));
+    for (const dxf::group& group : imp.groups().groups()) {
+        const bool weight = group.code == 370 || group.code == 290 || group.code == 390;
+        if (group.code == 0 || (group.code == 100 && version < first_with_markers) ||
+            (weight && version < first_with_weights))
+            continue;
+        text.transcoded(imp, group);
+    }
+    if (kind == table_kind::layer && version >= first_with_weights) {
+        // Plot style and material are those of layer 0: the format wants them named.
+        const dxf::record_id zero = database.find_entry(table_kind::layer, L"0");
+        if (zero != dxf::no_record) {
+            const dxf::group_list model(database.records().text(zero));
+            for (const int code : {390, 347, 348})
+                if (const auto handle = model.text(layer_place, code))
+                    text.add(code, *handle);
+        }
+    }
+    const dxf::record_id record =
+        database.records().insert_after(previous, text.text(), dxf::record_kind::entry);
+    database.adopt(entry, record);
+    id = database.id(record);
+    return Acad::eOk;
+}
+
+} // namespace db
