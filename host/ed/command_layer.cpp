@@ -1,0 +1,416 @@
+// -LAYER: makes layers and sets their properties, by the editor's prompts.
+#include "aced.h"
+#include "base/case_fold.h"
+#include "base/number_text.h"
+#include "base/utf.h"
+#include "base/wildcard.h"
+#include "dbobjptr.h"
+#include "dbsymtb.h"
+#include "host/ap/documents.h"
+#include "host/db/imp_database.h"
+#include "host/db/properties.h"
+#include "host/ed/host_commands.h"
+#include "host/ed/prompts.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+namespace ed {
+
+namespace {
+
+AcDbDatabase* database() {
+    return ap::documents::instance().current_database();
+}
+
+std::wstring current_name() {
+    return database()->imp().name_of(database()->imp().current_layer());
+}
+
+std::vector<AcDbObjectId> all_layers() {
+    std::vector<AcDbObjectId> ids;
+    AcDbImpDatabase& imp = database()->imp();
+    for (const dxf::record_id entry : imp.entries(db::table_kind::layer))
+        if (!imp.records().gone(entry))
+            ids.push_back(imp.id(entry));
+    return ids;
+}
+
+std::wstring name_of(AcDbObjectId id) {
+    return database()->imp().name_of(database()->imp().record(id));
+}
+
+// The parts of a list by commas; a name that a backquote protects keeps its comma.
+std::vector<std::wstring> split(std::wstring_view list) {
+    std::vector<std::wstring> parts(1);
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (list[i] == L',')
+            parts.emplace_back();
+        else
+            parts.back() += list[i];
+    }
+    std::erase_if(parts, [](const std::wstring& part) { return part.empty(); });
+    return parts;
+}
+
+// Asks for a list of layers, by names and patterns, and does something to each. False when the user ended it.
+bool for_layers(const std::wstring& prompt, const std::function<void(AcDbLayerTableRecord&)>& change) {
+    std::wstring list;
+    const int answered = ask_value(prompt.c_str(), {}, answer_rule::word, [&](const answer& given) -> std::wstring {
+        const auto layers = all_layers();
+        if (std::none_of(layers.begin(), layers.end(),
+                         [&](AcDbObjectId id) { return base::wildcard_match(name_of(id), given.text, true); }))
+            return L"No matching layer names found.";
+        list = given.text;
+        return {};
+    });
+    if (answered == RTCAN)
+        return false;
+    if (answered == RTNONE)
+        list = current_name();
+    for (const AcDbObjectId id : all_layers()) {
+        if (!base::wildcard_match(name_of(id), list, true) &&
+            !(answered == RTNONE && base::equal_no_case(name_of(id), list)))
+            continue;
+        const AcDbObjectPointer<AcDbLayerTableRecord> layer(id, AcDb::kForWrite);
+        if (layer.openStatus() == Acad::eOk)
+            change(*layer.object());
+    }
+    return true;
+}
+
+// ---- options
+
+bool list_layers() {
+    ACHAR pattern[256];
+    const int answered = acedGetString(0, L"\nEnter layer name(s) to list <*>: ", pattern, 256);
+    if (answered != RTNORM)
+        return false;
+    std::size_t widest = 10;
+    for (const AcDbObjectId id : all_layers())
+        widest = std::max(widest, name_of(id).size());
+    const int width = static_cast<int>(std::min<std::size_t>(widest, 40));
+    acutPrintf(L"\n%-*ls  %-18ls %-12ls %-16ls %ls\n", width, L"Layer name", L"State", L"Color", L"Linetype",
+               L"Lineweight");
+    for (const AcDbObjectId id : all_layers()) {
+        const std::wstring name = name_of(id);
+        if (*pattern != 0 && !base::wildcard_match(name, pattern, true))
+            continue;
+        const AcDbObjectPointer<AcDbLayerTableRecord> layer(id, AcDb::kForRead);
+        if (layer.openStatus() != Acad::eOk)
+            continue;
+        std::wstring state = layer->isOff() ? L"Off" : L"On";
+        if (layer->isFrozen())
+            state += L" Frozen";
+        if (layer->isLocked())
+            state += L" Locked";
+        if (!layer->isPlottable())
+            state += L" No-plot";
+        const AcCmColor color = layer->color();
+        const std::wstring color_text = color.isByColor() ? std::to_wstring(color.red()) + L"," +
+                                                                std::to_wstring(color.green()) + L"," +
+                                                                std::to_wstring(color.blue())
+                                                          : std::to_wstring(color.colorIndex());
+        const dxf::record_id linetype = database()->imp().record(layer->linetypeObjectId());
+        const int weight = layer->lineWeight();
+        const std::wstring weight_text =
+            weight < 0 ? L"Default" : base::widen(base::real_text(weight / 100.0)) + L" mm";
+        acutPrintf(L"%-*ls  %-18ls %-12ls %-16ls %ls\n", width, name.c_str(), state.c_str(), color_text.c_str(),
+                   linetype != dxf::no_record ? database()->imp().name_of(linetype).c_str() : L"", weight_text.c_str());
+    }
+    acutPrintf(L"\nCurrent layer: \"%ls\"\n", current_name().c_str());
+    return true;
+}
+
+Acad::ErrorStatus add_layer(const std::wstring& name, AcDbObjectId& id) {
+    AcDbLayerTablePointer table(database()->layerTableId(), AcDb::kForWrite);
+    if (table.openStatus() != Acad::eOk)
+        return table.openStatus();
+    auto layer = std::make_unique<AcDbLayerTableRecord>();
+    if (const Acad::ErrorStatus status = layer->setName(name.c_str()); status != Acad::eOk)
+        return status;
+    const Acad::ErrorStatus status = table->add(id, layer.get());
+    if (status == Acad::eOk)
+        layer.release()->close(); // the table's now
+    return status;
+}
+
+std::wstring reason_for(const std::wstring& name, Acad::ErrorStatus status) {
+    switch (status) {
+    case Acad::eDuplicateRecordName: return L"Layer \"" + name + L"\" already exists.";
+    case Acad::eInvalidInput: return L"Invalid layer name \"" + name + L"\".";
+    case Acad::eNotApplicable: return L"The drawing has no layer table.";
+    default: return L"Cannot make layer \"" + name + L"\".";
+    }
+}
+
+bool new_layers() {
+    return ask_value(L"\nEnter name list for new layer(s): ", {}, answer_rule::word,
+                     [](const answer& given) -> std::wstring {
+                         for (const std::wstring& name : split(given.text)) {
+                             AcDbObjectId id;
+                             if (const Acad::ErrorStatus status = add_layer(name, id); status != Acad::eOk)
+                                 return reason_for(name, status);
+                         }
+                         return {};
+                     }) != RTCAN;
+}
+
+// Make and Set: the layer becomes current, and on. Make makes it when it is not there.
+bool make_or_set(bool makes) {
+    const std::wstring prompt = makes ? L"\nEnter name for new layer (becomes the current layer) <" + current_name() + L">: "
+                                      : L"\nEnter layer name to make current <" + current_name() + L">: ";
+    return ask_value(prompt.c_str(), {}, answer_rule::word, [&](const answer& given) -> std::wstring {
+               AcDbImpDatabase& imp = database()->imp();
+               AcDbObjectId id = imp.id(imp.find_entry(db::table_kind::layer, given.text));
+               if (id.isNull()) {
+                   if (!makes)
+                       return L"Cannot find layer \"" + given.text + L"\".";
+                   if (const Acad::ErrorStatus status = add_layer(given.text, id); status != Acad::eOk)
+                       return reason_for(given.text, status);
+               }
+               if (database()->setClayer(id) != Acad::eOk)
+                   return L"Cannot make layer \"" + given.text + L"\" current: it is frozen or dependent.";
+               const AcDbObjectPointer<AcDbLayerTableRecord> layer(id, AcDb::kForWrite);
+               if (layer.openStatus() == Acad::eOk)
+                   layer->setIsOff(false);
+               return {};
+           }) != RTCAN;
+}
+
+bool rename() {
+    std::wstring old_name;
+    const int answered =
+        ask_value(L"\nEnter old layer name: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
+            old_name = given.text;
+            const dxf::record_id found = database()->imp().find_entry(db::table_kind::layer, old_name);
+            return found != dxf::no_record && old_name != L"0" ? L"" : L"Cannot rename layer \"" + old_name + L"\".";
+        });
+    if (answered != RTNORM)
+        return answered != RTCAN;
+    return ask_value(L"\nEnter new layer name: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
+               const dxf::record_id found = database()->imp().find_entry(db::table_kind::layer, old_name);
+               const AcDbObjectPointer<AcDbLayerTableRecord> layer(database()->imp().id(found), AcDb::kForWrite);
+               if (layer.openStatus() != Acad::eOk)
+                   return L"Cannot rename layer \"" + old_name + L"\".";
+               const Acad::ErrorStatus status = layer->setName(given.text.c_str());
+               return status == Acad::eOk ? L"" : reason_for(given.text, status);
+           }) != RTCAN;
+}
+
+bool on() {
+    return for_layers(L"\nEnter name list of layer(s) to turn on: ",
+                      [](AcDbLayerTableRecord& layer) { layer.setIsOff(false); });
+}
+
+bool off() {
+    return for_layers(L"\nEnter name list of layer(s) to turn off: ", [](AcDbLayerTableRecord& layer) {
+        if (layer.objectId() == database()->clayer()) {
+            acedInitGet(0, L"Yes No");
+            ACHAR word[8] = L"No";
+            const std::wstring prompt = L"\nReally want layer \"" + current_name() +
+                                        L"\" (the CURRENT layer) off? [Yes/No] <N>: ";
+            if (acedGetKword(prompt.c_str(), word, 8) != RTNORM || std::wstring_view(word) != L"Yes")
+                return;
+        }
+        layer.setIsOff(true);
+    });
+}
+
+bool freeze() {
+    return for_layers(L"\nEnter name list of layer(s) to freeze: ", [](AcDbLayerTableRecord& layer) {
+        if (layer.setIsFrozen(true) == Acad::eInvalidLayer)
+            acutPrintf(L"\nCannot freeze layer \"%ls\". It is the CURRENT layer.\n", current_name().c_str());
+    });
+}
+
+bool thaw() {
+    return for_layers(L"\nEnter name list of layer(s) to thaw: ",
+                      [](AcDbLayerTableRecord& layer) { layer.setIsFrozen(false); });
+}
+
+bool lock() {
+    return for_layers(L"\nEnter name list of layer(s) to lock: ",
+                      [](AcDbLayerTableRecord& layer) { layer.setIsLocked(true); });
+}
+
+bool unlock() {
+    return for_layers(L"\nEnter name list of layer(s) to unlock: ",
+                      [](AcDbLayerTableRecord& layer) { layer.setIsLocked(false); });
+}
+
+// A colour by index, by one of the seven names, or as "red,green,blue".
+std::optional<AcCmColor> parse_color(const std::wstring& text) {
+    static constexpr std::array<std::wstring_view, 7> names = {L"red",  L"yellow",  L"green", L"cyan",
+                                                               L"blue", L"magenta", L"white"};
+    AcCmColor color;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (base::equal_no_case(text, names[i])) {
+            color.setColorIndex(static_cast<Adesk::UInt16>(i + 1));
+            return color;
+        }
+    std::vector<std::int64_t> numbers;
+    for (const std::wstring& part : split(text)) {
+        const auto number = base::parse_integer(base::narrow(part));
+        if (!number || std::abs(*number) > 255)
+            return std::nullopt;
+        numbers.push_back(*number);
+    }
+    if (numbers.size() == 3 && std::all_of(numbers.begin(), numbers.end(), [](auto n) { return n >= 0; })) {
+        color.setRGB(static_cast<Adesk::UInt8>(numbers[0]), static_cast<Adesk::UInt8>(numbers[1]),
+                     static_cast<Adesk::UInt8>(numbers[2]));
+        return color;
+    }
+    if (numbers.size() != 1 || numbers[0] == 0)
+        return std::nullopt;
+    color.setColorIndex(static_cast<Adesk::UInt16>(std::abs(numbers[0])));
+    return color;
+}
+
+bool color() {
+    AcCmColor chosen;
+    bool turns_off = false;
+    std::wstring shown;
+    acedInitGet(0, L"Truecolor");
+    input_rules rules = take_input_rules();
+    const auto take = [&](const answer& given) -> std::wstring {
+        const auto parsed = parse_color(given.text);
+        if (!parsed)
+            return L"A color number (1-255), name or red,green,blue is required.";
+        chosen = *parsed;
+        turns_off = given.text.front() == L'-';
+        shown = given.text;
+        return {};
+    };
+    int answered = ask_value(L"\nNew color [Truecolor]: ", rules, answer_rule::word, take);
+    if (answered == RTKWORD)
+        answered = ask_value(L"\nRed,Green,Blue: ", {}, answer_rule::word, take);
+    if (answered != RTNORM)
+        return answered != RTCAN;
+    return for_layers(L"\nEnter name list of layer(s) for color " + shown + L" <" + current_name() + L">: ",
+                      [&](AcDbLayerTableRecord& layer) {
+                          // A negative number sets the colour and turns the layer off, another one turns it on.
+                          layer.setColor(chosen);
+                          layer.setIsOff(turns_off);
+                      });
+}
+
+bool linetype() {
+    AcDbObjectId chosen;
+    std::wstring name = L"Continuous";
+    const int answered = ask_value(
+        L"\nEnter loaded linetype name <Continuous>: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
+            name = given.text;
+            return database()->imp().find_entry(db::table_kind::linetype, name) != dxf::no_record
+                       ? L""
+                       : L"Linetype \"" + name + L"\" is not loaded.";
+        });
+    if (answered == RTCAN)
+        return false;
+    chosen = database()->imp().id(database()->imp().find_entry(db::table_kind::linetype, name));
+    return for_layers(L"\nEnter name list of layer(s) for linetype \"" + name + L"\" <" + current_name() + L">: ",
+                      [&](AcDbLayerTableRecord& layer) { layer.setLinetypeObjectId(chosen); });
+}
+
+// The legal lineweight that is nearest to a width in millimetres.
+AcDb::LineWeight nearest_weight(double millimetres) {
+    int best = 0;
+    for (int weight = 0; weight <= AcDb::kLnWt211; ++weight)
+        if (db::is_line_weight(weight) && std::abs(weight - millimetres * 100) < std::abs(best - millimetres * 100))
+            best = weight;
+    return static_cast<AcDb::LineWeight>(best);
+}
+
+bool lineweight() {
+    AcDb::LineWeight chosen = AcDb::kLnWtByLwDefault;
+    acedInitGet(0, L"Default");
+    const int answered = ask_value(L"\nEnter lineweight (0.0mm - 2.11mm) [Default]: ", take_input_rules(),
+                                   answer_rule::word, [&](const answer& given) -> std::wstring {
+                                       const auto width = base::parse_real(base::narrow(given.text));
+                                       if (!width || *width < 0 || *width > 2.11)
+                                           return L"Requires a width from 0.0 to 2.11 mm.";
+                                       chosen = nearest_weight(*width);
+                                       return {};
+                                   });
+    if (answered == RTCAN)
+        return false;
+    const std::wstring shown =
+        chosen < 0 ? L"Default" : base::widen(base::real_text(static_cast<int>(chosen) / 100.0)) + L"mm";
+    return for_layers(L"\nEnter name list of layers(s) for lineweight " + shown + L" <" + current_name() + L">: ",
+                      [&](AcDbLayerTableRecord& layer) { layer.setLineWeight(chosen); });
+}
+
+bool plot() {
+    acedInitGet(0, L"Plot No");
+    ACHAR word[8] = L"Plot";
+    if (acedGetKword(L"\nEnter a plotting preference [Plot/No plot] <Plot>: ", word, 8) == RTCAN)
+        return false;
+    const bool plots = std::wstring_view(word) == L"Plot";
+    return for_layers(L"\nEnter layer name(s) for this plot preference <" + current_name() + L">: ",
+                      [&](AcDbLayerTableRecord& layer) { layer.setIsPlottable(plots); });
+}
+
+bool description() {
+    std::wstring text;
+    if (ask_value(L"\nEnter description: ", {}, answer_rule::line, [&](const answer& given) -> std::wstring {
+            text = given.text;
+            return {};
+        }) == RTCAN)
+        return false;
+    return for_layers(L"\nEnter name list of layer(s) for description <" + current_name() + L">: ",
+                      [&](AcDbLayerTableRecord& layer) { layer.setDescription(text.c_str()); });
+}
+
+bool make() {
+    return make_or_set(true);
+}
+
+bool set() {
+    return make_or_set(false);
+}
+
+struct option {
+    std::wstring_view keyword;
+    bool (*run)(); // false when the user ended the command
+};
+
+constexpr option options[] = {
+    {L"?", list_layers},        {L"Make", make},     {L"Set", set},     {L"New", new_layers},
+    {L"Rename", rename},        {L"ON", on},         {L"OFF", off},     {L"Color", color},
+    {L"Ltype", linetype},       {L"LWeight", lineweight}, {L"Plot", plot},   {L"Freeze", freeze},
+    {L"Thaw", thaw},            {L"LOck", lock},     {L"Unlock", unlock}, {L"Description", description},
+};
+
+} // namespace
+
+void layer_command() {
+    if (database() == nullptr)
+        return;
+    std::wstring keywords;
+    std::wstring shown;
+    for (const option& option : options) {
+        keywords += std::wstring(option.keyword) + L" ";
+        shown += (shown.empty() ? L"" : L"/") + std::wstring(option.keyword);
+    }
+    acutPrintf(L"\nCurrent layer:  \"%ls\"", current_name().c_str());
+    const std::wstring prompt = L"\nEnter an option [" + shown + L"]: ";
+    for (;;) {
+        acedInitGet(0, keywords.c_str());
+        const int answered = ask_value(prompt.c_str(), take_input_rules(), answer_rule::word, [](const answer&) {
+            return std::wstring(L"Invalid option keyword.");
+        });
+        ACHAR word[16];
+        if (answered != RTKWORD || acedGetInput(word, 16) != RTNORM)
+            return;
+        const auto chosen = std::find_if(std::begin(options), std::end(options),
+                                         [&](const option& option) { return option.keyword == word; });
+        if (chosen == std::end(options) || !chosen->run())
+            return;
+    }
+}
+
+} // namespace ed

@@ -1,0 +1,153 @@
+#include "host/ed/input.h"
+
+#include <memory>
+
+namespace ed {
+
+namespace {
+
+constexpr wchar_t escape_character = 0x1B;
+
+bool is_blank(wchar_t c) {
+    return c == L' ' || c == L'\t';
+}
+
+line_source lines_of(std::wstring_view text) {
+    auto kept = std::make_shared<std::wstring>(text);
+    auto at = std::make_shared<std::size_t>(0);
+    return [kept, at](std::wstring_view) -> std::optional<std::wstring> {
+        if (*at >= kept->size())
+            return std::nullopt;
+        std::size_t end = kept->find(L'\n', *at);
+        if (end == kept->npos)
+            end = kept->size();
+        std::wstring line = kept->substr(*at, end - *at);
+        *at = end + 1;
+        if (!line.empty() && line.back() == L'\r')
+            line.pop_back();
+        return line;
+    };
+}
+
+} // namespace
+
+void input::add(std::wstring name, line_source lines, bool terminal) {
+    source added;
+    added.name = std::move(name);
+    added.lines = std::move(lines);
+    added.terminal = terminal;
+    sources_.push_back(std::move(added));
+}
+
+void input::add_text(std::wstring name, std::wstring_view text) {
+    add(std::move(name), lines_of(text));
+}
+
+// Texts that programs send hold no comments: a semicolon is one.
+void input::send(std::wstring_view text) {
+    source added;
+    added.name = L"sent text";
+    added.lines = lines_of(text);
+    added.comments = false;
+    sent_.push_back(std::move(added));
+}
+
+bool input::fetch(source& from, std::wstring_view prompt) {
+    while (!from.open) {
+        auto line = from.lines(prompt);
+        if (!line)
+            return false;
+        from.line = std::move(*line);
+        from.at = 0;
+        ++from.number;
+        from.open = !from.comments || from.line.empty() || from.line.front() != L';';
+    }
+    return true;
+}
+
+// What follows an answer belongs to it: one blank, or the line's end.
+void input::end_answer(source& from) {
+    if (from.at < from.line.size())
+        ++from.at;
+    else
+        from.open = false;
+}
+
+answer input::cut(source& from, answer_rule rule) {
+    const std::wstring& line = from.line;
+    std::size_t& at = from.at;
+    answer found;
+    found.kind = answer_kind::text;
+
+    const bool caret = at + 1 < line.size() && line[at] == L'^' && (line[at + 1] == L'C' || line[at + 1] == L'c');
+    if (caret || (at < line.size() && line[at] == escape_character)) {
+        at += caret ? 2 : 1;
+        found.kind = answer_kind::escape;
+        if (line.find_first_not_of(L" \t", at) == line.npos) // the line held nothing else: its end is no Enter
+            from.open = false;
+        return found;
+    }
+    if (rule == answer_rule::line) {
+        found.text = line.substr(at);
+        from.open = false;
+    } else if (at < line.size() && line[at] == L'"') {
+        const std::size_t close = line.find(L'"', at + 1);
+        found.text = line.substr(at + 1, close == line.npos ? line.npos : close - at - 1);
+        found.quoted = true;
+        at = close == line.npos ? line.size() : close + 1;
+        end_answer(from);
+    } else if (at < line.size() && line[at] == L'(') {
+        const std::size_t begin = at;
+        int depth = 0;
+        bool in_text = false;
+        do {
+            if (line[at] == L'"')
+                in_text = !in_text;
+            else if (!in_text && line[at] == L'(')
+                ++depth;
+            else if (!in_text && line[at] == L')')
+                --depth;
+            ++at;
+        } while (at < line.size() && depth > 0);
+        found.text = line.substr(begin, at - begin);
+        found.expression = true;
+        end_answer(from);
+    } else {
+        const std::size_t begin = at;
+        while (at < line.size() && !is_blank(line[at]) && line[at] != escape_character)
+            ++at;
+        found.text = line.substr(begin, at - begin);
+        if (at >= line.size() || line[at] != escape_character)
+            end_answer(from);
+    }
+    if (found.text.empty() && !found.quoted)
+        found.kind = answer_kind::enter;
+    return found;
+}
+
+answer input::next(answer_rule rule, std::wstring_view prompt) {
+    for (std::deque<source>* queue : {&sent_, &sources_}) {
+        while (!queue->empty()) {
+            source& from = queue->front();
+            if (fetch(from, prompt)) {
+                name_ = from.name;
+                number_ = from.number;
+                return cut(from, rule);
+            }
+            queue->pop_front();
+        }
+    }
+    return {};
+}
+
+bool input::at_terminal() {
+    while (!sent_.empty() && !fetch(sent_.front(), {}))
+        sent_.pop_front();
+    return sent_.empty() && !sources_.empty() && sources_.front().terminal;
+}
+
+std::wstring input::place() const {
+    return number_ == 0 ? name_ : name_ + L", line " + std::to_wstring(number_);
+}
+
+} // namespace ed

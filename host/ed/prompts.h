@@ -1,0 +1,34 @@
+// What the next input call accepts, for the calls that ask.
+#pragma once
+
+#include "adscodes.h"
+#include "host/ed/editor.h"
+#include "host/ed/keywords.h"
+
+#include <functional>
+#include <string>
+
+namespace ed {
+
+// What acedInitGet said; it holds for one call.
+struct input_rules {
+    int bits = 0;
+    keyword_list keywords;
+};
+
+// Takes what was said for the next call, and forgets it.
+input_rules take_input_rules();
+
+// Asks until an answer is taken, the user ends it, or the run stops. Gives RTNORM when `take` took the answer,
+// RTNONE for Enter, RTKWORD for a keyword (acedGetInput has it), RTCAN for Escape and the end of the input. `take`
+// answers with an empty text, or with the reason why the answer is refused.
+int ask_value(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
+              const std::function<std::wstring(const answer&)>& take);
+
+// Keeps a keyword for acedGetInput.
+void keep_keyword(std::wstring word);
+
+// A text into a caller's buffer of `size` characters, cut where it must be.
+void copy_out(std::wstring_view text, ACHAR* buffer, std::size_t size);
+
+} // namespace ed
