@@ -1,0 +1,94 @@
+#include "apps/zefhost/options.h"
+
+#include "sys/folders.h"
+
+const char* const usage =
+    R"(zefhost [DRAWING] [-s SCRIPT]... [-c TEXT]... [-o OUT] [--load APP]... [--no-module]
+        [--profile DIR] [--readonly] [--keep-going]
+zefhost --version | --help
+
+DRAWING        a DXF file; without one, a new drawing
+-s SCRIPT      answers from a script file, in the order given
+-c TEXT        answers from a text, in which \n ends a line
+-o OUT         saves the drawing as OUT at the end, "-" to standard output
+--load APP     loads a further application
+--no-module    without the pipe-system module and its siblings
+--profile DIR  the user's folder (else $ZEF_PROFILE, else below the configuration folder)
+--readonly     the drawing's own file is not written
+--keep-going   a refused answer or a failed command does not end the run
+
+Without -s and -c answers come from standard input.
+
+Exit status: 0 well; 1 something was found; 2 wrong usage; 3 the drawing could not be read;
+4 an unknown command, a refused answer, a failed command; 5 the input ended inside a command;
+6 saving failed; 7 an application could not be loaded.
+)";
+
+namespace {
+
+// "\n" ends a line, "\\" is a backslash; anything else stands for itself.
+std::wstring script_text(std::wstring_view argument) {
+    std::wstring text;
+    for (std::size_t i = 0; i < argument.size(); ++i) {
+        if (argument[i] == L'\\' && i + 1 < argument.size() && argument[i + 1] == L'n') {
+            text += L'\n';
+            ++i;
+        } else {
+            text += argument[i];
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+base::result<program_options> parse_options(const std::vector<std::wstring>& arguments) {
+    program_options options;
+    bool only_files = false; // behind "--"
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::wstring& argument = arguments[i];
+        std::wstring value;
+        const auto take_value = [&] {
+            if (i + 1 >= arguments.size())
+                return false;
+            value = arguments[++i];
+            return true;
+        };
+        const bool takes_value = argument == L"-s" || argument == L"-c" || argument == L"-o" || argument == L"--load" ||
+                                 argument == L"--profile";
+        if (!only_files && takes_value && !take_value())
+            return base::failure{L"option " + argument + L" wants a value"};
+        if (only_files || argument.empty() || argument.front() != L'-') {
+            if (!options.drawing.empty())
+                return base::failure{L"a second drawing, '" + argument + L"'"};
+            if (argument.empty())
+                return base::failure{L"an empty argument"};
+            options.drawing = argument;
+        } else if (argument == L"-s") {
+            options.inputs.push_back({true, value});
+        } else if (argument == L"-c") {
+            options.inputs.push_back({false, script_text(value)});
+        } else if (argument == L"-o") {
+            options.output = value;
+        } else if (argument == L"--load") {
+            options.applications.push_back(value);
+        } else if (argument == L"--profile") {
+            options.profile = sys::to_path(value);
+        } else if (argument == L"--no-module") {
+            options.module = false;
+        } else if (argument == L"--readonly") {
+            options.read_only = true;
+        } else if (argument == L"--keep-going") {
+            options.keep_going = true;
+        } else if (argument == L"--help") {
+            options.help = true;
+        } else if (argument == L"--version") {
+            options.version = true;
+        } else if (argument == L"--") {
+            only_files = true;
+        } else {
+            return base::failure{L"unknown option " + argument};
+        }
+    }
+    return options;
+}
