@@ -78,8 +78,14 @@ std::wstring widen(std::string_view utf8) {
 std::string narrow(std::wstring_view text) {
     std::string out;
     out.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();)
-        append_utf8(out, take_code_point(text, at));
+    for (std::size_t at = 0; at < text.size();) {
+        if (const auto unit = static_cast<char32_t>(text[at]); unit < 0x80) {
+            out += static_cast<char>(unit);
+            ++at;
+        } else {
+            append_utf8(out, take_code_point(text, at));
+        }
+    }
     return out;
 }
 

@@ -11,9 +11,9 @@
 
 namespace base {
 
-// True when the whole text matches one of the alternatives. Time grows with the product of the two lengths at
-// most. Inside brackets a comma is a character, and so is a hyphen that stands first or last; a bracket that
-// is never closed is a character, and a backquote at the very end too.
+// True when the whole text matches one of the alternatives. However many stars there are, time grows with the
+// product of the two lengths. Inside brackets a comma is a character, and so is a hyphen that stands first or
+// last; a bracket that is never closed is a character, and a backquote at the very end too.
 bool wildcard_match(std::wstring_view text, std::wstring_view pattern, bool ignore_case);
 
 } // namespace base

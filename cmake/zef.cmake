@@ -5,6 +5,8 @@
 add_library(zef_flags INTERFACE)
 target_compile_options(zef_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    # A CString handed to printf's like is an error to clang and silent nonsense to GCC without this.
+    $<$<CXX_COMPILER_ID:GNU>:-Wconditionally-supported>
     # Nobody replaces our functions from outside, so a shared library may call its own directly.
     -fno-semantic-interposition)
 target_include_directories(zef_flags INTERFACE ${CMAKE_SOURCE_DIR})

@@ -25,8 +25,9 @@ char* next_completion(const char* typed, int state) {
             if (base::folded(command->globalName()).starts_with(beginning))
                 found.push_back(base::narrow(command->globalName()));
     }
-    return static_cast<std::size_t>(state) < found.size() ? strdup(found[static_cast<std::size_t>(state)].c_str())
-                                                          : nullptr;
+    return static_cast<std::size_t>(state) < found.size()
+               ? strdup(found[static_cast<std::size_t>(state)].c_str())
+               : nullptr;
 }
 
 char** complete(const char* typed, int start, int /*end*/) {

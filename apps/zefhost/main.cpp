@@ -20,7 +20,8 @@ namespace {
 constexpr int wrong_usage = 2;
 
 // What is loaded at the start, siblings before who calls them.
-constexpr std::wstring_view own_applications[] = {L"zef_kernal", L"zef_pipewire", L"zef_public", L"zef_pipeSystem"};
+constexpr std::wstring_view own_applications[] = {L"zef_kernal", L"zef_pipewire", L"zef_public",
+                                                  L"zef_pipeSystem"};
 
 void complain(std::wstring_view message) {
     ed::command_line::instance().error(L"zefhost: " + std::wstring(message));
@@ -62,7 +63,8 @@ bool add_inputs(const program_options& options) {
     return true;
 }
 
-// Writes the drawing where -o says. A run that broke off writes nothing: half a job is not what was asked for.
+// Writes the drawing where -o says. A run that broke off writes nothing: half a job is not what was asked
+// for.
 void save_output(const std::wstring& output) {
     ed::editor& editor = ed::editor::instance();
     if (editor.broke_off()) {
@@ -88,8 +90,9 @@ void tell_unsaved() {
     for (const AcDbDatabase* const database : ap::documents::instance().databases())
         if (const std::size_t unsaved = database->imp().records().unsaved(); unsaved != 0) {
             const std::wstring& file = database->imp().file_name;
-            complain((file.empty() ? L"the new drawing" : L"'" + file + L"'") + L" was changed and not saved: " +
-                     std::to_wstring(unsaved) + (unsaved == 1 ? L" object" : L" objects"));
+            complain((file.empty() ? L"the new drawing" : L"'" + file + L"'") +
+                     L" was changed and not saved: " + std::to_wstring(unsaved) +
+                     (unsaved == 1 ? L" object" : L" objects"));
         }
 }
 

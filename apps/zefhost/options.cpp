@@ -54,8 +54,8 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             value = arguments[++i];
             return true;
         };
-        const bool takes_value = argument == L"-s" || argument == L"-c" || argument == L"-o" || argument == L"--load" ||
-                                 argument == L"--profile";
+        const bool takes_value = argument == L"-s" || argument == L"-c" || argument == L"-o" ||
+                                 argument == L"--load" || argument == L"--profile";
         if (!only_files && takes_value && !take_value())
             return base::failure{L"option " + argument + L" wants a value"};
         if (only_files || argument.empty() || argument.front() != L'-') {

@@ -89,7 +89,8 @@ public:
     int documentCount() const override { return static_cast<int>(documents::instance().all().size()); }
     AcApDocumentIterator* newAcApDocumentIterator() override { return new iterator; } // the caller's
 
-    Acad::ErrorStatus setCurDocument(AcApDocument* wanted, AcAp::DocLockMode mode, bool /*activate*/) override {
+    Acad::ErrorStatus setCurDocument(AcApDocument* wanted, AcAp::DocLockMode mode,
+                                     bool /*activate*/) override {
         ap::document* const known = find(wanted);
         if (known == nullptr)
             return Acad::eNoDocument;
@@ -97,8 +98,9 @@ public:
         return mode == AcAp::kNone ? Acad::eOk : lockDocument(wanted, mode, nullptr, nullptr, true);
     }
 
-    Acad::ErrorStatus lockDocument(AcApDocument* wanted, AcAp::DocLockMode mode, const ACHAR* /*globalCmdName*/,
-                                   const ACHAR* /*localCmdName*/, bool /*prompt*/) override {
+    Acad::ErrorStatus lockDocument(AcApDocument* wanted, AcAp::DocLockMode mode,
+                                   const ACHAR* /*globalCmdName*/, const ACHAR* /*localCmdName*/,
+                                   bool /*prompt*/) override {
         ap::document* const known = find(wanted);
         if (known == nullptr)
             return Acad::eNoDocument;
@@ -114,8 +116,8 @@ public:
         return known->unlock() ? Acad::eOk : Acad::eInvalidInput;
     }
 
-    Acad::ErrorStatus sendStringToExecute(AcApDocument* wanted, const ACHAR* text, bool /*activate*/, bool /*wrapUp*/,
-                                          bool /*echo*/) override {
+    Acad::ErrorStatus sendStringToExecute(AcApDocument* wanted, const ACHAR* text, bool /*activate*/,
+                                          bool /*wrapUp*/, bool /*echo*/) override {
         if (find(wanted) == nullptr)
             return Acad::eNoDocument;
         if (text == nullptr)
@@ -140,7 +142,21 @@ documents& documents::instance() {
     return the_documents;
 }
 
-documents::documents() = default;
+documents::documents() {
+    // An application that comes or goes while drawings are open is told of each of them.
+    const auto tell = [this](AcRx::AppMsgCode message) {
+        return [this, message](const std::wstring& name) {
+            for (const auto& one : all_) {
+                document* const before = current_;
+                make_current(one.get());
+                rx::applications::instance().send_to(name, message);
+                make_current(before);
+            }
+        };
+    };
+    rx::applications::instance().on_loaded = tell(AcRx::kLoadDwgMsg);
+    rx::applications::instance().on_unloading = tell(AcRx::kUnloadDwgMsg);
+}
 documents::~documents() = default;
 
 base::result<void> documents::open(const std::wstring& path, bool read_only) {
@@ -189,8 +205,8 @@ base::result<void> documents::save(const std::wstring& path) {
     if (target.empty())
         return base::failure{L"the drawing has no name yet; use SAVEAS"};
     std::error_code ignored;
-    if (current_->isReadOnly() && std::filesystem::equivalent(sys::to_path(target), sys::to_path(current_->fileName()),
-                                                              ignored))
+    if (current_->isReadOnly() &&
+        std::filesystem::equivalent(sys::to_path(target), sys::to_path(current_->fileName()), ignored))
         return base::failure{L"'" + target + L"' was opened read-only"};
     AcString reason;
     if (current_->database()->dxfOut(target.c_str(), &reason) != Acad::eOk)

@@ -20,7 +20,8 @@ public:
     documents(const documents&) = delete;
     documents& operator=(const documents&) = delete;
 
-    // Opens a drawing file, or with an empty path a new drawing, and makes it current. The applications are told.
+    // Opens a drawing file, or with an empty path a new drawing, and makes it current. The applications are
+    // told.
     base::result<void> open(const std::wstring& path, bool read_only);
     // Closes all documents, the applications told of each.
     void close_all();

@@ -6,8 +6,8 @@
 
 namespace {
 
-// The palette of colour indices, as the field has used it since the first colour screens: 1 to 9 by name; from 10
-// on 24 hues of 15 degrees, each in five values, full and half saturated; from 250 on six greys.
+// The palette of colour indices, as the field has used it since the first colour screens: 1 to 9 by name;
+// from 10 on 24 hues of 15 degrees, each in five values, full and half saturated; from 250 on six greys.
 std::array<Adesk::UInt32, 256> make_palette() {
     std::array<Adesk::UInt32, 256> palette{0x000000, 0xFF0000, 0xFFFF00, 0x00FF00, 0x00FFFF,
                                            0x0000FF, 0xFF00FF, 0xFFFFFF, 0x808080, 0xC0C0C0};
@@ -62,12 +62,18 @@ Acad::ErrorStatus AcCmColor::setColorMethod(ColorMethod method) {
 
 Adesk::UInt16 AcCmColor::colorIndex() const {
     switch (m_method) {
-    case kByLayer: return kACIbyLayer;
-    case kByBlock: return kACIbyBlock;
-    case kByColor: return lookUpACI(red(), green(), blue());
-    case kForeground: return kACIForeground;
-    case kNone: return kACInone;
-    case kByACI: break;
+    case kByLayer:
+        return kACIbyLayer;
+    case kByBlock:
+        return kACIbyBlock;
+    case kByColor:
+        return lookUpACI(red(), green(), blue());
+    case kForeground:
+        return kACIForeground;
+    case kNone:
+        return kACInone;
+    case kByACI:
+        break;
     }
     return static_cast<Adesk::UInt16>(m_value);
 }

@@ -100,15 +100,33 @@ Acad::ErrorStatus AcDbDatabase::getFilename(const ACHAR*& fileName) const {
     return Acad::eOk;
 }
 
-AcDbObjectId AcDbDatabase::layerTableId() const { return table_id(*m_imp, db::table_kind::layer); }
-AcDbObjectId AcDbDatabase::linetypeTableId() const { return table_id(*m_imp, db::table_kind::linetype); }
-AcDbObjectId AcDbDatabase::textStyleTableId() const { return table_id(*m_imp, db::table_kind::text_style); }
-AcDbObjectId AcDbDatabase::blockTableId() const { return table_id(*m_imp, db::table_kind::block); }
-AcDbObjectId AcDbDatabase::regAppTableId() const { return table_id(*m_imp, db::table_kind::regapp); }
-AcDbObjectId AcDbDatabase::dimStyleTableId() const { return table_id(*m_imp, db::table_kind::dim_style); }
-AcDbObjectId AcDbDatabase::viewTableId() const { return table_id(*m_imp, db::table_kind::view); }
-AcDbObjectId AcDbDatabase::viewportTableId() const { return table_id(*m_imp, db::table_kind::viewport); }
-AcDbObjectId AcDbDatabase::UCSTableId() const { return table_id(*m_imp, db::table_kind::ucs); }
+AcDbObjectId AcDbDatabase::layerTableId() const {
+    return table_id(*m_imp, db::table_kind::layer);
+}
+AcDbObjectId AcDbDatabase::linetypeTableId() const {
+    return table_id(*m_imp, db::table_kind::linetype);
+}
+AcDbObjectId AcDbDatabase::textStyleTableId() const {
+    return table_id(*m_imp, db::table_kind::text_style);
+}
+AcDbObjectId AcDbDatabase::blockTableId() const {
+    return table_id(*m_imp, db::table_kind::block);
+}
+AcDbObjectId AcDbDatabase::regAppTableId() const {
+    return table_id(*m_imp, db::table_kind::regapp);
+}
+AcDbObjectId AcDbDatabase::dimStyleTableId() const {
+    return table_id(*m_imp, db::table_kind::dim_style);
+}
+AcDbObjectId AcDbDatabase::viewTableId() const {
+    return table_id(*m_imp, db::table_kind::view);
+}
+AcDbObjectId AcDbDatabase::viewportTableId() const {
+    return table_id(*m_imp, db::table_kind::viewport);
+}
+AcDbObjectId AcDbDatabase::UCSTableId() const {
+    return table_id(*m_imp, db::table_kind::ucs);
+}
 
 AcDbObjectId AcDbDatabase::namedObjectsDictionaryId() const {
     return m_imp->has_drawing() ? m_imp->id(m_imp->root_dictionary()) : AcDbObjectId::kNull;
@@ -148,8 +166,8 @@ Acad::ErrorStatus AcDbDatabase::getNamedObjectsDictionary(AcDbDictionary*& dicti
     return id.isNull() ? Acad::eKeyNotFound : acdbOpenObject(dictionary, id, mode);
 }
 
-Acad::ErrorStatus AcDbDatabase::getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound, const AcDbHandle& handle,
-                                                Adesk::UInt32 /*xRefId*/) {
+Acad::ErrorStatus AcDbDatabase::getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound,
+                                                const AcDbHandle& handle, Adesk::UInt32 /*xRefId*/) {
     if (createIfNotFound)
         return Acad::eNotImplementedYet;
     const dxf::record_id found = m_imp->has_drawing() ? m_imp->records().find(handle) : dxf::no_record;

@@ -140,9 +140,10 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
 
     const std::uint64_t owner = database.records().handle(imp().record);
     const dxf::record_id record = database.records().insert_after(
-        previous, object_text(database, object->imp(), owner), dxf::record_kind::object);
+        previous, object_text(database, object->imp(), owner), dxf::record_kind::object, owner);
     char digits[20];
-    std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(database.records().handle(record)));
+    std::snprintf(digits, sizeof digits, "%llX",
+                  static_cast<unsigned long long>(database.records().handle(record)));
 
     const auto entries = entries_of(imp());
     dxf::group_list& groups = imp().edit();
@@ -207,13 +208,14 @@ AcDbDictionaryIterator* AcDbDictionary::newIterator() const {
     auto sorted = std::make_unique<AcDbDictionaryIterator::Entries>();
     for (const entry& entry : entries_of(imp()))
         sorted->all.push_back({entry.key, imp().database->id(entry.object)});
-    std::stable_sort(sorted->all.begin(), sorted->all.end(), [](const auto& a, const auto& b) {
-        return base::compare_no_case(a.key, b.key) < 0;
-    });
+    std::stable_sort(sorted->all.begin(), sorted->all.end(),
+                     [](const auto& a, const auto& b) { return base::compare_no_case(a.key, b.key) < 0; });
     return new AcDbDictionaryIterator(std::move(sorted)); // the caller's
 }
 
-AcDbDictionaryIterator::AcDbDictionaryIterator(std::unique_ptr<Entries> entries) : m_entries(std::move(entries)) {}
+AcDbDictionaryIterator::AcDbDictionaryIterator(std::unique_ptr<Entries> entries)
+    : m_entries(std::move(entries)) {
+}
 AcDbDictionaryIterator::~AcDbDictionaryIterator() = default;
 
 const ACHAR* AcDbDictionaryIterator::name() const {

@@ -21,8 +21,8 @@ ACHAR* copy_of(const std::wstring& text) {
     return copy;
 }
 
-// Does to the parts behind an entity (vertices, attributes, the end of their sequence) what was done to it. Parts
-// that are open elsewhere, or on locked layers, stay as they are.
+// Does to the parts behind an entity (vertices, attributes, the end of their sequence) what was done to it.
+// Parts that are open elsewhere, or on locked layers, stay as they are.
 template<class Change>
 void for_parts(const AcDbImpObject& imp, Change change) {
     const dxf::record_table& records = imp.database->records();
@@ -168,7 +168,8 @@ Acad::ErrorStatus AcDbEntity::setLinetypeScale(double scale, bool doSubents) {
 
 AcDb::LineWeight AcDbEntity::lineWeight() const {
     assertReadEnabled();
-    const auto weight = static_cast<int>(imp().groups().integer(entity_place, 370).value_or(AcDb::kLnWtByLayer));
+    const auto weight =
+        static_cast<int>(imp().groups().integer(entity_place, 370).value_or(AcDb::kLnWtByLayer));
     return db::is_line_weight(weight) ? static_cast<AcDb::LineWeight>(weight) : AcDb::kLnWtByLayer;
 }
 

@@ -48,7 +48,8 @@ void read_bytes(std::string_view digits, ads_binary& out) {
     std::memcpy(out.buf, bytes.data(), bytes.size());
 }
 
-void read_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at, resbuf& out) {
+void read_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at,
+                resbuf& out) {
     const dxf::group& group = groups[at];
     const auto real = [&](std::size_t i) { return base::parse_real(groups[i].value).value_or(0.0); };
     const auto whole = [&] { return base::parse_integer(group.value).value_or(0); };
@@ -116,7 +117,8 @@ resbuf* chain_of(const AcDbImpObject& object, std::span<const dxf::group> groups
         tail = &value->rbnext;
         if (is_point(groups[i].code)) {
             const int code = groups[i].code;
-            for (int step = 1; step < 3 && i + 1 < groups.size() && groups[i + 1].code == code + step * next_coordinate;
+            for (int step = 1;
+                 step < 3 && i + 1 < groups.size() && groups[i + 1].code == code + step * next_coordinate;
                  ++step)
                 ++i;
         }
@@ -166,7 +168,8 @@ bool groups_of(const AcDbImpObject& object, const resbuf* chain, bool (*allowed)
             std::string digits;
             for (short i = 0; i < chain->resval.rbinary.clen; ++i) {
                 char two[3];
-                std::snprintf(two, sizeof two, "%02X", static_cast<unsigned char>(chain->resval.rbinary.buf[i]));
+                std::snprintf(two, sizeof two, "%02X",
+                              static_cast<unsigned char>(chain->resval.rbinary.buf[i]));
                 digits += two;
             }
             groups.push_back({code, std::move(digits)});
@@ -182,7 +185,8 @@ resbuf* read_extended_data(const AcDbImpObject& object, const ACHAR* application
     resbuf* head = nullptr;
     resbuf** tail = &head;
     for (const extent& one : applications(object.groups())) {
-        if (application != nullptr && !base::equal_no_case(object.decode(groups[one.first].value), application))
+        if (application != nullptr &&
+            !base::equal_no_case(object.decode(groups[one.first].value), application))
             continue;
         *tail = chain_of(object, std::span(groups).subspan(one.first, one.last - one.first));
         while (*tail != nullptr)
@@ -195,7 +199,8 @@ Acad::ErrorStatus write_extended_data(AcDbImpObject& object, const resbuf* chain
     if (chain == nullptr || chain->restype != application_code)
         return Acad::eInvalidResBuf;
     std::vector<dxf::group_list::fresh_group> fresh;
-    if (!groups_of(object, chain, [](int code) { return code >= 1000 && code <= 1071; }, fresh))
+    if (!groups_of(
+            object, chain, [](int code) { return code >= 1000 && code <= 1071; }, fresh))
         return Acad::eInvalidResBuf;
     int depth = 0;
     std::size_t size = 0;
@@ -218,8 +223,9 @@ Acad::ErrorStatus write_extended_data(AcDbImpObject& object, const resbuf* chain
     };
     for (const extent& other : applications(list)) {
         const std::string_view name = list.groups()[other.first].value;
-        if (std::none_of(fresh.begin(), fresh.end(),
-                         [&](const auto& group) { return group.code == application_code && same(group.value, name); }))
+        if (std::none_of(fresh.begin(), fresh.end(), [&](const auto& group) {
+                return group.code == application_code && same(group.value, name);
+            }))
             for (std::size_t i = other.first; i < other.last; ++i)
                 size += list.groups()[i].value.size() + 2;
     }

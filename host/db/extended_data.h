@@ -12,14 +12,16 @@ class AcDbImpObject;
 
 namespace db {
 
-// The extended data of one application, or of all when `application` is null; null for none. The caller frees it.
+// The extended data of one application, or of all when `application` is null; null for none. The caller frees
+// it.
 resbuf* read_extended_data(const AcDbImpObject& object, const ACHAR* application);
 // Replaces the extended data of the applications that the chain names.
 Acad::ErrorStatus write_extended_data(AcDbImpObject& object, const resbuf* chain);
 
 // A chain with the values of groups; three groups of a point make one value. The caller frees it.
 resbuf* chain_of(const AcDbImpObject& object, std::span<const dxf::group> groups);
-// The groups of a chain; false at a value that its code can not hold, or a code for which `allowed` answers false.
+// The groups of a chain; false at a value that its code can not hold, or a code for which `allowed` answers
+// false.
 bool groups_of(const AcDbImpObject& object, const resbuf* chain, bool (*allowed)(int code),
                std::vector<dxf::group_list::fresh_group>& groups);
 

@@ -82,17 +82,20 @@ AcRxClass* AcDbObjectId::objectClass() const {
     return database != nullptr ? database->class_of(record) : nullptr;
 }
 
-Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode, bool openErasedObject) {
+Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode,
+                                 bool openErasedObject) {
     object = nullptr;
     dxf::record_id record = dxf::no_record;
     AcDbImpDatabase* const database = AcDbImpDatabase::find(id, record);
     return database != nullptr ? database->open(object, record, mode, openErasedObject) : Acad::eNullObjectId;
 }
 
-Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity*& entity, AcDbObjectId id, AcDb::OpenMode mode, bool openErasedEntity) {
+Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity*& entity, AcDbObjectId id, AcDb::OpenMode mode,
+                                     bool openErasedEntity) {
     entity = nullptr;
     AcDbObject* object = nullptr;
-    if (const Acad::ErrorStatus status = acdbOpenObject(object, id, mode, openErasedEntity); status != Acad::eOk)
+    if (const Acad::ErrorStatus status = acdbOpenObject(object, id, mode, openErasedEntity);
+        status != Acad::eOk)
         return status;
     entity = AcDbEntity::cast(object);
     if (entity != nullptr)

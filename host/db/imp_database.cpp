@@ -65,7 +65,8 @@ void AcDbImpDatabase::set_drawing(std::unique_ptr<dxf::drawing> drawing) {
 AcDbObjectId AcDbImpDatabase::id(dxf::record_id record) const {
     AcDbObjectId id;
     if (record != dxf::no_record)
-        id.setFromOldId(static_cast<Adesk::LongPtr>(static_cast<Adesk::UInt64>(serial_) << 32 | (record + 1)));
+        id.setFromOldId(
+            static_cast<Adesk::LongPtr>(static_cast<Adesk::UInt64>(serial_) << 32 | (record + 1)));
     return id;
 }
 
@@ -76,7 +77,8 @@ AcDbImpDatabase* AcDbImpDatabase::find(AcDbObjectId id, dxf::record_id& record) 
     if (serial == 0 || serial > living().size())
         return nullptr;
     AcDbImpDatabase* const database = living()[serial - 1];
-    return database != nullptr && database->has_drawing() && database->records().has(record) ? database : nullptr;
+    return database != nullptr && database->has_drawing() && database->records().has(record) ? database
+                                                                                             : nullptr;
 }
 
 dxf::record_id AcDbImpDatabase::record(AcDbObjectId id) const {
@@ -102,7 +104,8 @@ AcRxClass* AcDbImpDatabase::class_of(dxf::record_id record) const {
         return AcDbObject::desc();
     case dxf::record_kind::block:
         // Before R13 there are no block records: a block is its own.
-        return drawing_->table("BLOCK_RECORD") == dxf::no_record ? AcDbBlockTableRecord::desc() : AcDbEntity::desc();
+        return drawing_->table("BLOCK_RECORD") == dxf::no_record ? AcDbBlockTableRecord::desc()
+                                                                 : AcDbEntity::desc();
     case dxf::record_kind::block_end:
     case dxf::record_kind::entity:
     case dxf::record_kind::part:
@@ -118,7 +121,8 @@ AcRxClass* AcDbImpDatabase::class_of(dxf::record_id record) const {
     return nullptr;
 }
 
-Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id record, AcDb::OpenMode mode, bool erased) {
+Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id record, AcDb::OpenMode mode,
+                                        bool erased) {
     object = nullptr;
     AcRxClass* const type = class_of(record);
     if (type == nullptr)
@@ -220,7 +224,8 @@ void AcDbImpDatabase::adopt(AcDbObject& object, dxf::record_id record) {
     locked_.clear();
     if (records().kind(record) != dxf::record_kind::entry)
         return;
-    names& known = names_[static_cast<std::size_t>(kind_of_table(records().find(records().owner_handle(record))))];
+    names& known =
+        names_[static_cast<std::size_t>(kind_of_table(records().find(records().owner_handle(record))))];
     if (known.known) // one more name rather than all names anew
         known.by_name.try_emplace(base::folded(name_of(record)), record);
 }
@@ -242,7 +247,8 @@ void AcDbImpDatabase::set_erased(dxf::record_id record, bool erased) {
     if (records().kind(record) != dxf::record_kind::entity)
         return;
     for (dxf::record_id part = records().next(record);
-         part != dxf::no_record && records().kind(part) == dxf::record_kind::part; part = records().next(part))
+         part != dxf::no_record && records().kind(part) == dxf::record_kind::part;
+         part = records().next(part))
         records().set_gone(part, erased);
 }
 
@@ -269,7 +275,8 @@ dxf::record_id AcDbImpDatabase::table(db::table_kind kind) {
         return head;
     dxf::record_id& implied = implied_tables_[static_cast<std::size_t>(kind)];
     if (implied == dxf::no_record)
-        implied = records().append_implied("  0\nTABLE\n  2\n" + std::string(row(kind).dxf_name) + "\n", dxf::type_table);
+        implied = records().append_implied("  0\nTABLE\n  2\n" + std::string(row(kind).dxf_name) + "\n",
+                                           dxf::type_table);
     return implied;
 }
 
@@ -285,8 +292,8 @@ std::vector<dxf::record_id> AcDbImpDatabase::entries(db::table_kind kind) {
     std::vector<dxf::record_id> found;
     const dxf::record_table& all = records();
     if (const dxf::record_id head = drawing_->table(row(kind).dxf_name); head != dxf::no_record) {
-        for (dxf::record_id id = all.next(head); id != dxf::no_record && all.kind(id) == dxf::record_kind::entry;
-             id = all.next(id))
+        for (dxf::record_id id = all.next(head);
+             id != dxf::no_record && all.kind(id) == dxf::record_kind::entry; id = all.next(id))
             found.push_back(id);
     } else if (kind == db::table_kind::block) {
         found = drawing_->parts().block_begins;
@@ -358,9 +365,10 @@ bool AcDbImpDatabase::on_locked_layer(dxf::record_id entity) {
     if (locked < 0) {
         const dxf::record_id layer = find_entry(db::table_kind::layer, layer_name(entity));
         constexpr std::int64_t lock_bit = 4;
-        const bool set = layer != dxf::no_record &&
-                         (dxf::group_list(records().text(layer)).integer({"AcDbLayerTableRecord"}, 70).value_or(0) &
-                          lock_bit) != 0;
+        const bool set =
+            layer != dxf::no_record &&
+            (dxf::group_list(records().text(layer)).integer({"AcDbLayerTableRecord"}, 70).value_or(0) &
+             lock_bit) != 0;
         locked = set ? 1 : 0;
     }
     return locked != 0;

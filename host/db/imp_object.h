@@ -35,7 +35,10 @@ public:
     // The same, to be changed.
     dxf::group_list& edit();
     // Takes back what was changed since the last commit.
-    void forget() { groups_ = {}; loaded_ = false; }
+    void forget() {
+        groups_ = {};
+        loaded_ = false;
+    }
     bool changed() const { return loaded_ && groups_.changed(); }
 
     std::wstring decode(std::string_view bytes) const;

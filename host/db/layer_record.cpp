@@ -95,7 +95,8 @@ AcDbObjectId AcDbLayerTableRecord::linetypeObjectId() const {
     assertReadEnabled();
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
-    const std::wstring name = imp().decode(dxf::trimmed(imp().groups().text(layer_place, 6).value_or("Continuous")));
+    const std::wstring name =
+        imp().decode(dxf::trimmed(imp().groups().text(layer_place, 6).value_or("Continuous")));
     return imp().database->id(imp().database->find_entry(db::table_kind::linetype, name));
 }
 
@@ -135,7 +136,8 @@ Acad::ErrorStatus AcDbLayerTableRecord::setIsPlottable(bool plottable) {
 
 AcDb::LineWeight AcDbLayerTableRecord::lineWeight() const {
     assertReadEnabled();
-    const auto weight = static_cast<int>(imp().groups().integer(layer_place, 370).value_or(AcDb::kLnWtByLwDefault));
+    const auto weight =
+        static_cast<int>(imp().groups().integer(layer_place, 370).value_or(AcDb::kLnWtByLwDefault));
     return db::is_line_weight(weight) ? static_cast<AcDb::LineWeight>(weight) : AcDb::kLnWtByLwDefault;
 }
 
@@ -168,8 +170,8 @@ ACHAR* AcDbLayerTableRecord::description() const {
 Acad::ErrorStatus AcDbLayerTableRecord::setDescription(const ACHAR* description) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
-    resbuf* const data =
-        acutBuildList(1001, L"AcAecLayerStandard", 1000, L"", 1000, description != nullptr ? description : L"", 0);
+    resbuf* const data = acutBuildList(1001, L"AcAecLayerStandard", 1000, L"", 1000,
+                                       description != nullptr ? description : L"", 0);
     const Acad::ErrorStatus status = setXData(data);
     acutRelRb(data);
     return status;

@@ -7,8 +7,8 @@
 
 namespace db {
 
-// Complete as the format wants it (R2018, UTF-8, millimetres): the nine tables with their standard records, model
-// space, one sheet, the dictionaries.
+// Complete as the format wants it (R2018, UTF-8, millimetres): the nine tables with their standard records,
+// model space, one sheet, the dictionaries.
 std::unique_ptr<dxf::drawing> new_drawing();
 
 } // namespace db

@@ -8,7 +8,8 @@
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcDbObject, AcGiDrawable)
 
-AcDbObject::AcDbObject() : m_imp(std::make_unique<AcDbImpObject>()) {}
+AcDbObject::AcDbObject() : m_imp(std::make_unique<AcDbImpObject>()) {
+}
 AcDbObject::~AcDbObject() = default;
 
 AcDbObjectId AcDbObject::objectId() const {
@@ -16,7 +17,8 @@ AcDbObjectId AcDbObject::objectId() const {
 }
 
 AcDbHandle AcDbObject::handle() const {
-    return m_imp->database != nullptr ? AcDbHandle(m_imp->database->records().handle(m_imp->record)) : AcDbHandle();
+    return m_imp->database != nullptr ? AcDbHandle(m_imp->database->records().handle(m_imp->record))
+                                      : AcDbHandle();
 }
 
 void AcDbObject::getAcDbHandle(AcDbHandle& handle) const {
@@ -92,7 +94,8 @@ Adesk::Boolean AcDbObject::subWorldDraw(AcGiWorldDraw* /*draw*/) {
     return true;
 }
 
-void AcDbObject::subViewportDraw(AcGiViewportDraw* /*draw*/) {}
+void AcDbObject::subViewportDraw(AcGiViewportDraw* /*draw*/) {
+}
 
 Acad::ErrorStatus AcDbObject::subErase(bool /*erasing*/) {
     return Acad::eOk;
@@ -139,8 +142,9 @@ AcDbObjectId AcDbObject::extensionDictionary() const {
             inside = group.value.find("{ACAD_XDICTIONARY") != std::string_view::npos;
         else if (inside && group.code == 360) {
             const dxf::record_id found = m_imp->database->records().find(dxf::parse_handle(group.value));
-            return found != dxf::no_record && !m_imp->database->records().gone(found) ? m_imp->database->id(found)
-                                                                                      : AcDbObjectId::kNull;
+            return found != dxf::no_record && !m_imp->database->records().gone(found)
+                       ? m_imp->database->id(found)
+                       : AcDbObjectId::kNull;
         }
     }
     return AcDbObjectId::kNull;

@@ -38,7 +38,8 @@ AcCmColor read_color(const AcDbImpObject& object, const dxf::group_place& place,
         return color;
     }
     const auto index = groups.integer(place, 62).value_or(missing);
-    color.setColorIndex(static_cast<Adesk::UInt16>(std::clamp<std::int64_t>(index < 0 ? -index : index, 0, 257)));
+    color.setColorIndex(
+        static_cast<Adesk::UInt16>(std::clamp<std::int64_t>(index < 0 ? -index : index, 0, 257)));
     return color;
 }
 
@@ -62,7 +63,7 @@ void write_color(AcDbImpObject& object, const dxf::group_place& place, const AcC
 }
 
 bool is_line_weight(int weight) {
-    static constexpr std::array legal = {-3, -2, -1, 0,  5,  9,  13, 15,  18,  20,  25,  30,  35, 40,
+    static constexpr std::array legal = {-3, -2, -1, 0,  5,  9,  13,  15,  18,  20,  25,  30,  35, 40,
                                          50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
     return std::find(legal.begin(), legal.end(), weight) != legal.end();
 }

@@ -1,8 +1,8 @@
 // Where the properties of objects stand in their groups, and how colours and weights are written.
 #pragma once
 
-#include "dbcolor.h"
 #include "acdb.h"
+#include "dbcolor.h"
 #include "host/dxf/group_list.h"
 
 class AcDbImpObject;

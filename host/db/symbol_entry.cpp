@@ -23,17 +23,54 @@ struct entry_row {
 const std::vector<entry_row>& rows() {
     static const std::vector<entry_row> table = {
         {"AcDbLayerTableRecord", "LAYER", {{2, ""}, {70, "0"}, {62, "7"}, {6, "Continuous"}, {370, "-3"}}},
-        {"AcDbLinetypeTableRecord", "LTYPE", {{2, ""}, {70, "0"}, {3, ""}, {72, "65"}, {73, "0"}, {40, "0.0"}}},
+        {"AcDbLinetypeTableRecord",
+         "LTYPE",
+         {{2, ""}, {70, "0"}, {3, ""}, {72, "65"}, {73, "0"}, {40, "0.0"}}},
         {"AcDbTextStyleTableRecord",
          "STYLE",
-         {{2, ""}, {70, "0"}, {40, "0.0"}, {41, "1.0"}, {50, "0.0"}, {71, "0"}, {42, "2.5"}, {3, "txt"}, {4, ""}}},
+         {{2, ""},
+          {70, "0"},
+          {40, "0.0"},
+          {41, "1.0"},
+          {50, "0.0"},
+          {71, "0"},
+          {42, "2.5"},
+          {3, "txt"},
+          {4, ""}}},
         {"AcDbRegAppTableRecord", "APPID", {{2, ""}, {70, "0"}}},
         {"AcDbDimStyleTableRecord", "DIMSTYLE", {{2, ""}, {70, "0"}}},
-        {"AcDbViewTableRecord", "VIEW", {{2, ""}, {70, "0"}, {40, "1.0"}, {10, "0.0"}, {20, "0.0"}, {41, "1.0"},
-                                         {11, "0.0"}, {21, "0.0"}, {31, "1.0"}, {12, "0.0"}, {22, "0.0"}, {32, "0.0"},
-                                         {42, "50.0"}, {43, "0.0"}, {44, "0.0"}, {50, "0.0"}, {71, "0"}}},
-        {"AcDbUCSTableRecord", "UCS", {{2, ""}, {70, "0"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {11, "1.0"},
-                                       {21, "0.0"}, {31, "0.0"}, {12, "0.0"}, {22, "1.0"}, {32, "0.0"}}},
+        {"AcDbViewTableRecord",
+         "VIEW",
+         {{2, ""},
+          {70, "0"},
+          {40, "1.0"},
+          {10, "0.0"},
+          {20, "0.0"},
+          {41, "1.0"},
+          {11, "0.0"},
+          {21, "0.0"},
+          {31, "1.0"},
+          {12, "0.0"},
+          {22, "0.0"},
+          {32, "0.0"},
+          {42, "50.0"},
+          {43, "0.0"},
+          {44, "0.0"},
+          {50, "0.0"},
+          {71, "0"}}},
+        {"AcDbUCSTableRecord",
+         "UCS",
+         {{2, ""},
+          {70, "0"},
+          {10, "0.0"},
+          {20, "0.0"},
+          {30, "0.0"},
+          {11, "1.0"},
+          {21, "0.0"},
+          {31, "0.0"},
+          {12, "0.0"},
+          {22, "1.0"},
+          {32, "0.0"}}},
     };
     return table;
 }
@@ -44,8 +81,9 @@ constexpr int first_with_weights = 1015; // 2000
 } // namespace
 
 std::string new_entry_text(std::string_view class_name) {
-    const auto row = std::find_if(rows().begin(), rows().end(),
-                                  [&](const entry_row& candidate) { return candidate.class_name == class_name; });
+    const auto row = std::find_if(rows().begin(), rows().end(), [&](const entry_row& candidate) {
+        return candidate.class_name == class_name;
+    });
     std::string text;
     if (row == rows().end()) // a class whose records only files bring
         return text;
@@ -58,7 +96,8 @@ std::string new_entry_text(std::string_view class_name) {
     return text;
 }
 
-Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymbolTableRecord& entry, AcDbObjectId& id) {
+Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymbolTableRecord& entry,
+                            AcDbObjectId& id) {
     AcDbImpObject& imp = entry.imp();
     if (imp.groups().empty())
         return Acad::eNotImplementedYet;
@@ -95,8 +134,8 @@ Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymb
                     text.add(code, *handle);
         }
     }
-    const dxf::record_id record =
-        database.records().insert_after(previous, text.text(), dxf::record_kind::entry);
+    const dxf::record_id record = database.records().insert_after(
+        previous, text.text(), dxf::record_kind::entry, database.records().handle(table));
     database.adopt(entry, record);
     id = database.id(record);
     return Acad::eOk;

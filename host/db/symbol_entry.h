@@ -12,8 +12,9 @@ namespace db {
 // The groups of a new record of a class, with every value that the format wants and an empty name.
 std::string new_entry_text(std::string_view class_name);
 
-// Gives a new record its place in the drawing: behind the last one of its table, with handle and owner, in the
-// groups that the drawing's version knows.
-Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymbolTableRecord& entry, AcDbObjectId& id);
+// Gives a new record its place in the drawing: behind the last one of its table, with handle and owner, in
+// the groups that the drawing's version knows.
+Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymbolTableRecord& entry,
+                            AcDbObjectId& id);
 
 } // namespace db

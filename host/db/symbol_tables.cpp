@@ -164,7 +164,8 @@ int walk(const AcDbObjectIdArray& ids, int at, bool forward, bool skip_erased) {
 
 } // namespace
 
-AcDbSymbolTableIterator::AcDbSymbolTableIterator(AcDbObjectIdArray records) : m_records(std::move(records)) {}
+AcDbSymbolTableIterator::AcDbSymbolTableIterator(AcDbObjectIdArray records) : m_records(std::move(records)) {
+}
 AcDbSymbolTableIterator::~AcDbSymbolTableIterator() = default;
 
 void AcDbSymbolTableIterator::start(bool atBeginning, bool skipDeleted) {
@@ -194,7 +195,8 @@ Acad::ErrorStatus AcDbSymbolTableIterator::getRecord(AcDbSymbolTableRecord*& rec
 }
 
 AcDbBlockTableRecordIterator::AcDbBlockTableRecordIterator(AcDbObjectIdArray entities)
-    : m_entities(std::move(entities)) {}
+    : m_entities(std::move(entities)) {
+}
 AcDbBlockTableRecordIterator::~AcDbBlockTableRecordIterator() = default;
 
 void AcDbBlockTableRecordIterator::start(bool atBeginning, bool skipDeleted) {
@@ -220,14 +222,15 @@ Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntityId(AcDbObjectId& id) co
 Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntity(AcDbEntity*& entity, AcDb::OpenMode mode,
                                                           bool openErasedEntity) const {
     entity = nullptr;
-    return done() ? Acad::eInvalidIndex : acdbOpenAcDbEntity(entity, m_entities[m_at], mode, openErasedEntity);
+    return done() ? Acad::eInvalidIndex
+                  : acdbOpenAcDbEntity(entity, m_entities[m_at], mode, openErasedEntity);
 }
 
 // ---- the tables and records that say nothing more
 
-#define DEFINE_TABLE(TABLE)                                                                                            \
-    ACRX_CONS_DEFINE_MEMBERS(TABLE, AcDbSymbolTable, 0)                                                                \
-    TABLE::TABLE() = default;                                                                                          \
+#define DEFINE_TABLE(TABLE)                                                                                  \
+    ACRX_CONS_DEFINE_MEMBERS(TABLE, AcDbSymbolTable, 0)                                                      \
+    TABLE::TABLE() = default;                                                                                \
     TABLE::~TABLE() = default;
 
 DEFINE_TABLE(AcDbLayerTable)
@@ -240,11 +243,11 @@ DEFINE_TABLE(AcDbViewTable)
 DEFINE_TABLE(AcDbViewportTable)
 DEFINE_TABLE(AcDbUCSTable)
 
-#define DEFINE_RECORD(RECORD)                                                                                          \
-    ACRX_CONS_DEFINE_MEMBERS(RECORD, AcDbSymbolTableRecord, 0)                                                         \
-    RECORD::RECORD() {                                                                                                 \
-        imp().begin_new(db::new_entry_text(#RECORD));                                                                  \
-    }                                                                                                                  \
+#define DEFINE_RECORD(RECORD)                                                                                \
+    ACRX_CONS_DEFINE_MEMBERS(RECORD, AcDbSymbolTableRecord, 0)                                               \
+    RECORD::RECORD() {                                                                                       \
+        imp().begin_new(db::new_entry_text(#RECORD));                                                        \
+    }                                                                                                        \
     RECORD::~RECORD() = default;
 
 DEFINE_RECORD(AcDbTextStyleTableRecord)
@@ -258,7 +261,8 @@ DEFINE_RECORD(AcDbLinetypeTableRecord)
 ACHAR* AcDbLinetypeTableRecord::comments() const {
     assertReadEnabled();
     ACHAR* text = nullptr;
-    acutNewString(imp().decode(imp().groups().text({"AcDbLinetypeTableRecord"}, 3).value_or("")).c_str(), text);
+    acutNewString(imp().decode(imp().groups().text({"AcDbLinetypeTableRecord"}, 3).value_or("")).c_str(),
+                  text);
     return text;
 }
 
@@ -289,5 +293,7 @@ int acdbSNValid(const ACHAR* name, int pipeTest) {
         if (c == L'|')
             ++pipes;
     }
-    return pipes == 0 || (pipes == 1 && pipeTest != 0 && text.front() != L'|' && text.back() != L'|') ? RTNORM : RTERROR;
+    return pipes == 0 || (pipes == 1 && pipeTest != 0 && text.front() != L'|' && text.back() != L'|')
+               ? RTNORM
+               : RTERROR;
 }

@@ -13,8 +13,8 @@ AcDbXrecord::~AcDbXrecord() = default;
 
 namespace {
 
-// The data stands behind the marker, and behind the rule for double keys (280) that R2000 put first there. The
-// first 280 is that rule; one further on is data.
+// The data stands behind the marker, and behind the rule for double keys (280) that R2000 put first there.
+// The first 280 is that rule; one further on is data.
 std::pair<std::size_t, std::size_t> data_extent(const dxf::group_list& list) {
     const auto& groups = list.groups();
     std::size_t first = 0;

@@ -72,7 +72,8 @@ base::result<void> drawing::read(std::string_view bytes) {
     bytes_ = bytes;
     if (std::wstring why = other_format(bytes); !why.empty())
         return base::failure{std::move(why)};
-    // A byte-order mark is no part of the first group code; it is kept with what stands before the first record.
+    // A byte-order mark is no part of the first group code; it is kept with what stands before the first
+    // record.
     const bool marked = bytes.starts_with("\xEF\xBB\xBF");
     auto parts = index_records(bytes.substr(marked ? 3 : 0), records_);
     if (!parts)
@@ -142,8 +143,8 @@ record_id drawing::last_in(record_id container) const {
     return no_record;
 }
 
-// The header with a $HANDSEED above every handle that was given since the file was read; empty when the one that
-// stands there will do. Only what is saved counts: what was undone took no handle.
+// The header with a $HANDSEED above every handle that was given since the file was read; empty when the one
+// that stands there will do. Only what is saved counts: what was undone took no handle.
 std::string drawing::header_with_seed() const {
     const auto seed = header_value("$HANDSEED");
     if (!seed)
@@ -168,9 +169,10 @@ std::string drawing::header_with_seed() const {
 
 bool drawing::write(const std::function<bool(std::string_view)>& put) const {
     const std::string header = header_with_seed();
-    // What stands before the first record, a byte-order mark, is not in the table. Neighbours that lie side by side
-    // are given as one.
-    std::string_view run = bytes_.substr(0, static_cast<std::size_t>(records_.text(0).data() - bytes_.data()));
+    // What stands before the first record, a byte-order mark, is not in the table. Neighbours that lie side
+    // by side are given as one.
+    std::string_view run =
+        bytes_.substr(0, static_cast<std::size_t>(records_.text(0).data() - bytes_.data()));
     for (record_id id = 0; id != no_record; id = records_.next(id)) {
         if (records_.gone(id) || records_.kind(id) == record_kind::implied)
             continue;

@@ -38,16 +38,16 @@ public:
 
     // The first value of a header variable ("$CLAYER") as its bytes stand; nothing when the file has none.
     std::optional<std::string_view> header_value(std::string_view variable) const;
-    // Sets the first value of a header variable, as a change that can be undone. A variable that the header lacks
-    // is added at its end, with the given code. False when the file has no header.
+    // Sets the first value of a header variable, as a change that can be undone. A variable that the header
+    // lacks is added at its end, with the given code. False when the file has no header.
     bool set_header_value(std::string_view variable, int code, std::string_view value);
 
-    // The last record of a container before the one that ends it, where a new member goes: of a TABLE, of a BLOCK,
-    // or of a SECTION. no_record when the container is not closed.
+    // The last record of a container before the one that ends it, where a new member goes: of a TABLE, of a
+    // BLOCK, or of a SECTION. no_record when the container is not closed.
     record_id last_in(record_id container) const;
 
-    // Writes the whole file: every span that no one touched as it stands. The old file stays until the new one is
-    // whole.
+    // Writes the whole file: every span that no one touched as it stands. The old file stays until the new
+    // one is whole.
     base::result<void> save(const std::filesystem::path& file);
     // Gives the file's bytes piece by piece; stops when `put` answers false, and answers false then.
     bool write(const std::function<bool(std::string_view)>& put) const;
@@ -57,15 +57,15 @@ private:
     base::result<void> read(std::string_view bytes);
     std::string header_with_seed() const;
 
-    sys::file_bytes file_;   // the bytes are in this,
-    std::string memory_;     // or in that
+    sys::file_bytes file_; // the bytes are in this,
+    std::string memory_;   // or in that
     std::string_view bytes_;
     record_table records_;
     drawing_parts parts_;
     text_codec codec_;
     group_style style_;
     int version_ = 1009;
-    record_id in_file_ = 0; // records that the file had when it was read
+    record_id in_file_ = 0;                                 // records that the file had when it was read
     mutable std::unordered_map<record_id, record_id> last_; // of containers that were asked for
 };
 

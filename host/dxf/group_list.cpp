@@ -39,19 +39,40 @@ value_kind kind_of_code(int code) {
         value_kind kind;
     };
     // Source: the DXF reference's table of group code value types.
-    static constexpr range ranges[] = {
-        {0, 4, value_kind::text},           {5, 5, value_kind::handle},         {6, 9, value_kind::text},
-        {10, 59, value_kind::real},         {60, 79, value_kind::small_integer}, {90, 99, value_kind::integer},
-        {100, 102, value_kind::text},       {105, 105, value_kind::handle},     {110, 149, value_kind::real},
-        {160, 169, value_kind::wide_integer}, {170, 179, value_kind::small_integer},
-        {210, 239, value_kind::real},       {270, 289, value_kind::small_integer}, {290, 299, value_kind::flag},
-        {300, 309, value_kind::text},       {310, 319, value_kind::binary},     {320, 369, value_kind::handle},
-        {370, 389, value_kind::small_integer}, {390, 399, value_kind::handle},  {400, 409, value_kind::small_integer},
-        {410, 419, value_kind::text},       {420, 429, value_kind::integer},    {430, 439, value_kind::text},
-        {440, 459, value_kind::integer},    {460, 469, value_kind::real},       {470, 479, value_kind::text},
-        {480, 481, value_kind::handle},     {999, 1003, value_kind::text},      {1004, 1004, value_kind::binary},
-        {1005, 1005, value_kind::handle},   {1006, 1009, value_kind::text},     {1010, 1059, value_kind::real},
-        {1060, 1070, value_kind::small_integer}, {1071, 1071, value_kind::integer}};
+    static constexpr range ranges[] = {{0, 4, value_kind::text},
+                                       {5, 5, value_kind::handle},
+                                       {6, 9, value_kind::text},
+                                       {10, 59, value_kind::real},
+                                       {60, 79, value_kind::small_integer},
+                                       {90, 99, value_kind::integer},
+                                       {100, 102, value_kind::text},
+                                       {105, 105, value_kind::handle},
+                                       {110, 149, value_kind::real},
+                                       {160, 169, value_kind::wide_integer},
+                                       {170, 179, value_kind::small_integer},
+                                       {210, 239, value_kind::real},
+                                       {270, 289, value_kind::small_integer},
+                                       {290, 299, value_kind::flag},
+                                       {300, 309, value_kind::text},
+                                       {310, 319, value_kind::binary},
+                                       {320, 369, value_kind::handle},
+                                       {370, 389, value_kind::small_integer},
+                                       {390, 399, value_kind::handle},
+                                       {400, 409, value_kind::small_integer},
+                                       {410, 419, value_kind::text},
+                                       {420, 429, value_kind::integer},
+                                       {430, 439, value_kind::text},
+                                       {440, 459, value_kind::integer},
+                                       {460, 469, value_kind::real},
+                                       {470, 479, value_kind::text},
+                                       {480, 481, value_kind::handle},
+                                       {999, 1003, value_kind::text},
+                                       {1004, 1004, value_kind::binary},
+                                       {1005, 1005, value_kind::handle},
+                                       {1006, 1009, value_kind::text},
+                                       {1010, 1059, value_kind::real},
+                                       {1060, 1070, value_kind::small_integer},
+                                       {1071, 1071, value_kind::integer}};
     for (const range& range : ranges)
         if (code >= range.first && code <= range.last)
             return range.kind;
@@ -67,8 +88,8 @@ void append_group(std::string& out, const group_style& style, int code, std::str
     if (style.padded_numbers) {
         const value_kind kind = kind_of_code(code);
         const std::size_t width = kind == value_kind::small_integer || kind == value_kind::flag ? 6
-                                  : kind == value_kind::integer                                  ? 9
-                                                                                                 : 0;
+                                  : kind == value_kind::integer                                 ? 9
+                                                                                                : 0;
         if (value.size() < width)
             out.append(width - value.size(), ' ');
     }
@@ -81,8 +102,7 @@ group_list::group_list(std::string_view record) {
     group_reader reader(record);
     raw_group raw;
     while (reader.next(raw))
-        groups_.push_back(
-            {raw.code, raw.value, {raw.begin, static_cast<std::size_t>(raw.end - raw.begin)}});
+        groups_.push_back({raw.code, raw.value, {raw.begin, static_cast<std::size_t>(raw.end - raw.begin)}});
     rest_ = record.substr(static_cast<std::size_t>(reader.position() - record.data()));
 }
 
@@ -203,7 +223,8 @@ void group_list::remove(const group_place& place, int code) {
 
 void group_list::splice(std::size_t first, std::size_t last, std::span<const fresh_group> groups) {
     const auto begin = groups_.begin();
-    const auto at = groups_.erase(begin + static_cast<std::ptrdiff_t>(first), begin + static_cast<std::ptrdiff_t>(last));
+    const auto at =
+        groups_.erase(begin + static_cast<std::ptrdiff_t>(first), begin + static_cast<std::ptrdiff_t>(last));
     std::vector<group> added;
     added.reserve(groups.size());
     for (const fresh_group& fresh : groups) {

@@ -1,8 +1,8 @@
 // The groups of one record, to be read, and to be changed group by group.
 //
 // A list looks on the record's text. A change replaces, adds or takes away single groups; text() gives the
-// record's text anew, in which every group that was not changed stands byte for byte as it stood, and changed ones
-// follow the file's manner (line ends, padding of codes and numbers).
+// record's text anew, in which every group that was not changed stands byte for byte as it stood, and changed
+// ones follow the file's manner (line ends, padding of codes and numbers).
 #pragma once
 
 #include "adesk.h"
@@ -33,11 +33,11 @@ struct group_style {
 
 // Where in a record a property is looked for.
 //
-// From R13 on the groups of each class stand behind a marker (100); a group of another class may have the same
-// code. Where the marker is missing, what stands before the first one is searched: of records without markers (R12
-// and before, and what some programs write) that is all.
+// From R13 on the groups of each class stand behind a marker (100); a group of another class may have the
+// same code. Where the marker is missing, what stands before the first one is searched: of records without
+// markers (R12 and before, and what some programs write) that is all.
 struct group_place {
-    std::string_view marker; // class name behind group 100; "*": the whole record
+    std::string_view marker;         // class name behind group 100; "*": the whole record
     std::span<const int> order = {}; // the codes of this class in the order in which they are written
 };
 
@@ -58,15 +58,15 @@ public:
     // The first group of a code at a place; npos when there is none.
     std::size_t find(const group_place& place, int code) const;
 
-    // Its value as text, integer, real or handle, blanks around numbers ignored; nothing when there is none. What
-    // is no number reads as far as it is one, as programs in the wild read it ("256QSW" is 256).
+    // Its value as text, integer, real or handle, blanks around numbers ignored; nothing when there is none.
+    // What is no number reads as far as it is one, as programs in the wild read it ("256QSW" is 256).
     std::optional<std::string_view> text(const group_place& place, int code) const;
     std::optional<std::int64_t> integer(const group_place& place, int code) const;
     std::optional<double> real(const group_place& place, int code) const;
     std::uint64_t handle(const group_place& place, int code) const; // 0: none
 
-    // Sets the first group of a code, or adds one where `place.order` puts it. A value that reads the same already
-    // is left as it is.
+    // Sets the first group of a code, or adds one where `place.order` puts it. A value that reads the same
+    // already is left as it is.
     void set_text(const group_place& place, int code, std::string_view value);
     void set_integer(const group_place& place, int code, std::int64_t value);
     void set_real(const group_place& place, int code, double value);

@@ -1,8 +1,8 @@
 // Walks a run of ASCII DXF bytes group by group, where it lies, copying nothing.
 //
 // The bytes must be followed by 64 readable ones (sys::file_bytes and text_arena see to it): line ends are
-// looked for in blocks of that many. A group is two lines, code and value; a line that should be a code and is
-// none belongs to the value before it, since programs do write raw line ends inside texts.
+// looked for in blocks of that many. A group is two lines, code and value; a line that should be a code and
+// is none belongs to the value before it, since programs do write raw line ends inside texts.
 #pragma once
 
 #include <bit>

@@ -12,8 +12,8 @@ namespace dxf {
 
 namespace {
 
-// A guess that fits most drawings, so that the columns need not move while they are filled. What is reserved and
-// not used costs address space only.
+// A guess that fits most drawings, so that the columns need not move while they are filled. What is reserved
+// and not used costs address space only.
 constexpr std::size_t bytes_per_record = 120;
 
 enum class region { outside, header, classes, tables, blocks, entities, objects, unknown };
@@ -108,8 +108,8 @@ base::result<drawing_parts> indexing::run() {
 // A group 0: what kind of record it begins follows from where it stands.
 record_id indexing::begin_record(const raw_group& group) {
     const std::uint32_t type = records_.put_type(trimmed(group.value));
-    const record_id id =
-        records_.append({group.begin, static_cast<std::size_t>(group.end - group.begin)}, kind_of(type), type);
+    const record_id id = records_.append({group.begin, static_cast<std::size_t>(group.end - group.begin)},
+                                         kind_of(type), type);
     switch (records_.kind(id)) {
     case record_kind::table:
         table_ = id;
@@ -175,11 +175,20 @@ void indexing::finish_header(record_id id, const record_header& header) {
             records_.set_kind(id, record_kind::header);
             parts_.header = parts_.header == no_record ? id : parts_.header;
             break;
-        case region::tables: parts_.tables = parts_.tables == no_record ? id : parts_.tables; break;
-        case region::blocks: parts_.blocks = parts_.blocks == no_record ? id : parts_.blocks; break;
-        case region::entities: parts_.entities = parts_.entities == no_record ? id : parts_.entities; break;
-        case region::objects: parts_.objects = parts_.objects == no_record ? id : parts_.objects; break;
-        default: break;
+        case region::tables:
+            parts_.tables = parts_.tables == no_record ? id : parts_.tables;
+            break;
+        case region::blocks:
+            parts_.blocks = parts_.blocks == no_record ? id : parts_.blocks;
+            break;
+        case region::entities:
+            parts_.entities = parts_.entities == no_record ? id : parts_.entities;
+            break;
+        case region::objects:
+            parts_.objects = parts_.objects == no_record ? id : parts_.objects;
+            break;
+        default:
+            break;
         }
         return;
     }
@@ -206,8 +215,8 @@ void indexing::settle_handles() {
             records_.set_handle(id, records_.new_handle());
 }
 
-// The block of model or paper space: its record, before R13 its BLOCK; when the file has neither, one that stands
-// for it.
+// The block of model or paper space: its record, before R13 its BLOCK; when the file has neither, one that
+// stands for it.
 record_id indexing::space_block(std::string_view name) {
     record_id found = no_record;
     for (record_id id = 0; id < records_.size() && found == no_record; ++id)
@@ -230,7 +239,8 @@ void indexing::settle_owners() {
 
     const auto is_block = [&](std::uint64_t handle) {
         const record_id id = records_.find(handle);
-        return id != no_record && (records_.type(id) == type_block_record || records_.kind(id) == record_kind::block);
+        return id != no_record &&
+               (records_.type(id) == type_block_record || records_.kind(id) == record_kind::block);
     };
     const record_id model = space_block("Model_Space");
     const record_id paper = space_block("Paper_Space");

@@ -10,9 +10,10 @@ namespace dxf {
 namespace {
 
 constexpr std::string_view known_type_names[known_types] = {
-    "",         "SECTION", "ENDSEC", "TABLE", "ENDTAB", "EOF",  "CLASS",  "BLOCK",      "ENDBLK",
-    "BLOCK_RECORD", "LAYER", "LTYPE", "STYLE", "VIEW",   "UCS",  "VPORT",  "APPID",      "DIMSTYLE",
-    "VERTEX",   "ATTRIB",  "SEQEND", "INSERT", "POLYLINE", "VIEWPORT", "DICTIONARY", "XRECORD", "LAYOUT"};
+    "",       "SECTION",  "ENDSEC",       "TABLE",      "ENDTAB",  "EOF",    "CLASS",
+    "BLOCK",  "ENDBLK",   "BLOCK_RECORD", "LAYER",      "LTYPE",   "STYLE",  "VIEW",
+    "UCS",    "VPORT",    "APPID",        "DIMSTYLE",   "VERTEX",  "ATTRIB", "SEQEND",
+    "INSERT", "POLYLINE", "VIEWPORT",     "DICTIONARY", "XRECORD", "LAYOUT"};
 
 // Handles are mostly dense: a plain table serves until it would be this many times larger than the records.
 constexpr std::uint64_t sparse = 8;
@@ -41,7 +42,8 @@ void record_table::reserve(std::size_t records) {
 std::uint32_t record_table::put_owner(std::uint64_t handle) {
     if (last_owner_ < owners_seen_.size() && owners_seen_[last_owner_] == handle)
         return last_owner_;
-    const auto [at, added] = owner_numbers_.try_emplace(handle, static_cast<std::uint32_t>(owners_seen_.size()));
+    const auto [at, added] =
+        owner_numbers_.try_emplace(handle, static_cast<std::uint32_t>(owners_seen_.size()));
     if (added)
         owners_seen_.push_back(handle);
     return last_owner_ = at->second;
@@ -144,7 +146,8 @@ bool record_table::replace(record_id id, std::string_view text) {
     return true;
 }
 
-record_id record_table::insert_after(record_id previous, std::string_view text, record_kind kind) {
+record_id record_table::insert_after(record_id previous, std::string_view text, record_kind kind,
+                                     std::uint64_t owner) {
     const std::string_view kept = arena_.keep(text);
     const record_header header = read_record_header(kept);
     const record_id last = std::exchange(last_, no_record);
@@ -155,7 +158,7 @@ record_id record_table::insert_after(record_id previous, std::string_view text, 
     next_[previous] = id;
     if (stands_on_layer(kind))
         layers_[id] = put_layer(header.layer);
-    owners_[id] = put_owner(header.owner);
+    owners_[id] = put_owner(owner);
     const bool indexed = handles_indexed_;
     set_handle(id, header.handle != 0 ? header.handle : new_handle());
     if (indexed) { // one more entry rather than a new index for each new object

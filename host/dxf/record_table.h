@@ -1,10 +1,10 @@
 // The records of a drawing: every run of groups that begins with a group 0, in columns, with what is asked of
 // all of them (type, layer, owner, handle) indexed, and the history of their changes.
 //
-// A record's text is looked on where it lies: in the file's bytes, or in the arena of texts written anew. Texts
-// never change or move, so a change is a new text put in the old one's place, and undo puts the old one back:
-// what was undone is the original bytes again. The order of the file is kept as a chain; ids are in the order of
-// creation, so a higher id is a newer record.
+// A record's text is looked on where it lies: in the file's bytes, or in the arena of texts written anew.
+// Texts never change or move, so a change is a new text put in the old one's place, and undo puts the old one
+// back: what was undone is the original bytes again. The order of the file is kept as a chain; ids are in the
+// order of creation, so a higher id is a newer record.
 #pragma once
 
 #include "adesk.h"
@@ -31,7 +31,7 @@ enum class record_kind : std::uint8_t {
     block,     // BLOCK
     block_end, // ENDBLK
     entity,
-    part,   // VERTEX, ATTRIB, SEQEND behind the entity that they belong to
+    part,    // VERTEX, ATTRIB, SEQEND behind the entity that they belong to
     object,  // of the OBJECTS section
     implied, // stands for what the file leaves out, such as model space in old drawings; never saved
 };
@@ -44,10 +44,34 @@ constexpr bool stands_on_layer(record_kind kind) {
 
 // Types that the index knows by number; others get numbers behind these as they are met.
 enum known_type : std::uint32_t {
-    type_none, type_section, type_endsec, type_table, type_endtab, type_eof, type_class, type_block, type_endblk,
-    type_block_record, type_layer, type_ltype, type_style, type_view, type_ucs, type_vport, type_appid,
-    type_dimstyle, type_vertex, type_attrib, type_seqend, type_insert, type_polyline, type_viewport,
-    type_dictionary, type_xrecord, type_layout, known_types
+    type_none,
+    type_section,
+    type_endsec,
+    type_table,
+    type_endtab,
+    type_eof,
+    type_class,
+    type_block,
+    type_endblk,
+    type_block_record,
+    type_layer,
+    type_ltype,
+    type_style,
+    type_view,
+    type_ucs,
+    type_vport,
+    type_appid,
+    type_dimstyle,
+    type_vertex,
+    type_attrib,
+    type_seqend,
+    type_insert,
+    type_polyline,
+    type_viewport,
+    type_dictionary,
+    type_xrecord,
+    type_layout,
+    known_types
 };
 
 // The part of a record that changes; what undo exchanges.
@@ -104,7 +128,9 @@ public:
     record_id append(std::string_view text, record_kind kind, std::uint32_t type);
     // A record that stands for what the file leaves out.
     record_id append_implied(std::string_view text, std::uint32_t type);
-    void extend(record_id id, const char* end) { lengths_[id] = static_cast<std::uint32_t>(end - texts_[id]); }
+    void extend(record_id id, const char* end) {
+        lengths_[id] = static_cast<std::uint32_t>(end - texts_[id]);
+    }
     void set_kind(record_id id, record_kind kind) { kinds_[id] = kind; }
     void set_handle(record_id id, std::uint64_t handle);
     void set_layer(record_id id, std::uint32_t layer) { layers_[id] = layer; }
@@ -117,8 +143,9 @@ public:
 
     // Puts a new text in a record's place; layer and owner are read from it. False when it is the same text.
     bool replace(record_id id, std::string_view text);
-    // A new record behind `previous` in the order of the file. Group 5 of the text is its handle.
-    record_id insert_after(record_id previous, std::string_view text, record_kind kind);
+    // A new record behind `previous` in the order of the file. Group 5 of the text is its handle, `owner` the
+    // handle of its owner, which old files do not write.
+    record_id insert_after(record_id previous, std::string_view text, record_kind kind, std::uint64_t owner);
     // Takes a record out, or brings it back. False when it is so already.
     bool set_gone(record_id id, bool gone);
 
@@ -126,7 +153,8 @@ public:
 
     // Changes from here on belong to a new step, until the next call. A step without a change is none.
     void begin_step(std::string name);
-    // Takes back, or gives again, a whole step. Its name; empty when there is none. `touched` gets the records.
+    // Takes back, or gives again, a whole step. Its name; empty when there is none. `touched` gets the
+    // records.
     std::string undo(std::vector<record_id>& touched);
     std::string redo(std::vector<record_id>& touched);
     bool can_undo() const { return done_ != 0; }

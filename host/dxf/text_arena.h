@@ -1,5 +1,5 @@
-// Keeps texts that were written anew for as long as the drawing lives: undo and redo go back to them, so none is
-// ever freed or moved. Each is followed by 64 readable bytes, as group_reader wants.
+// Keeps texts that were written anew for as long as the drawing lives: undo and redo go back to them, so none
+// is ever freed or moved. Each is followed by 64 readable bytes, as group_reader wants.
 #pragma once
 
 #include <cstring>

@@ -14,12 +14,18 @@ namespace {
 // The digit of \M+nXXXX and the code page that it stands for. Source: the DXF reference's MIF codes.
 int mif_code_page(char digit) {
     switch (digit) {
-    case '1': return 932;
-    case '2': return 950;
-    case '3': return 949;
-    case '4': return 1361;
-    case '5': return 936;
-    default: return 0;
+    case '1':
+        return 932;
+    case '2':
+        return 950;
+    case '3':
+        return 949;
+    case '4':
+        return 1361;
+    case '5':
+        return 936;
+    default:
+        return 0;
     }
 }
 
@@ -50,7 +56,9 @@ std::wstring unescaped(std::wstring_view text) {
             int code = four_digits(text, i + 3);
             if (code > 0) {
                 i += 7;
-                const int low = code >= 0xD800 && code < 0xDC00 && text.substr(i, 3) == L"\\U+" ? four_digits(text, i + 3) : -1;
+                const int low = code >= 0xD800 && code < 0xDC00 && text.substr(i, 3) == L"\\U+"
+                                    ? four_digits(text, i + 3)
+                                    : -1;
                 if (sizeof(wchar_t) > 2 && low >= 0xDC00 && low < 0xE000) {
                     code = 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00);
                     i += 7;
@@ -59,7 +67,8 @@ std::wstring unescaped(std::wstring_view text) {
                 continue;
             }
         } else if (text.substr(i, 3) == L"\\M+" && i + 3 < text.size() && text[i + 3] < 128) {
-            const sys::code_page* const page = sys::code_page::find(mif_code_page(static_cast<char>(text[i + 3])));
+            const sys::code_page* const page =
+                sys::code_page::find(mif_code_page(static_cast<char>(text[i + 3])));
             const int code = four_digits(text, i + 4);
             if (page != nullptr && code > 0) {
                 const char bytes[2] = {static_cast<char>(code >> 8), static_cast<char>(code & 0xFF)};
@@ -97,9 +106,10 @@ int code_page_number(std::string_view name) {
         int number;
     };
     // Source: values of $DWGCODEPAGE as the DXF reference lists them.
-    static constexpr known names[] = {{"gb2312", 936}, {"gbk", 936},      {"big5", 950},        {"ksc5601", 949},
-                                      {"johab", 1361}, {"mac-roman", 10000}, {"macintosh", 10000}, {"utf-8", 65001},
-                                      {"utf8", 65001}, {"dos932", 932}, {"iso8859-1", 28591}, {"iso_8859-1", 28591}};
+    static constexpr known names[] = {{"gb2312", 936},      {"gbk", 936},         {"big5", 950},
+                                      {"ksc5601", 949},     {"johab", 1361},      {"mac-roman", 10000},
+                                      {"macintosh", 10000}, {"utf-8", 65001},     {"utf8", 65001},
+                                      {"dos932", 932},      {"iso8859-1", 28591}, {"iso_8859-1", 28591}};
     for (const known& entry : names)
         if (lower == entry.name)
             return entry.number;

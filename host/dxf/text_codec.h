@@ -1,9 +1,9 @@
 // Text of a drawing file: bytes to wide text and back.
 //
-// From 2007 on files are UTF-8, before that they are in the code page that $DWGCODEPAGE names; but the name is
-// often wrong, so the bytes are judged first. Characters that a code page lacks stand as \U+XXXX or, in East Asian
-// files, \M+nXXXX; control characters as ^J and the like. A byte that is no text in the file's encoding becomes a
-// lone unit U+DC80..U+DCFF, which gives the byte back.
+// From 2007 on files are UTF-8, before that they are in the code page that $DWGCODEPAGE names; but the name
+// is often wrong, so the bytes are judged first. Characters that a code page lacks stand as \U+XXXX or, in
+// East Asian files, \M+nXXXX; control characters as ^J and the like. A byte that is no text in the file's
+// encoding becomes a lone unit U+DC80..U+DCFF, which gives the byte back.
 #pragma once
 
 #include "adesk.h"

@@ -1,6 +1,7 @@
 // -LAYER: makes layers and sets their properties, by the editor's prompts.
 #include "aced.h"
 #include "base/case_fold.h"
+#include "base/display_width.h"
 #include "base/number_text.h"
 #include "base/utf.h"
 #include "base/wildcard.h"
@@ -60,14 +61,16 @@ std::vector<std::wstring> split(std::wstring_view list) {
 // Asks for a list of layers, by names and patterns, and does something to each. False when the user ended it.
 bool for_layers(const std::wstring& prompt, const std::function<void(AcDbLayerTableRecord&)>& change) {
     std::wstring list;
-    const int answered = ask_value(prompt.c_str(), {}, answer_rule::word, [&](const answer& given) -> std::wstring {
-        const auto layers = all_layers();
-        if (std::none_of(layers.begin(), layers.end(),
-                         [&](AcDbObjectId id) { return base::wildcard_match(name_of(id), given.text, true); }))
-            return L"No matching layer names found.";
-        list = given.text;
-        return {};
-    });
+    const int answered =
+        ask_value(prompt.c_str(), {}, answer_rule::word, [&](const answer& given) -> std::wstring {
+            const auto layers = all_layers();
+            if (std::none_of(layers.begin(), layers.end(), [&](AcDbObjectId id) {
+                    return base::wildcard_match(name_of(id), given.text, true);
+                }))
+                return L"No matching layer names found.";
+            list = given.text;
+            return {};
+        });
     if (answered == RTCAN)
         return false;
     if (answered == RTNONE)
@@ -92,10 +95,16 @@ bool list_layers() {
         return false;
     std::size_t widest = 10;
     for (const AcDbObjectId id : all_layers())
-        widest = std::max(widest, name_of(id).size());
-    const int width = static_cast<int>(std::min<std::size_t>(widest, 40));
-    acutPrintf(L"\n%-*ls  %-18ls %-12ls %-16ls %ls\n", width, L"Layer name", L"State", L"Color", L"Linetype",
-               L"Lineweight");
+        widest = std::max(widest, base::display_width(name_of(id)));
+    const auto row = [width = std::min<std::size_t>(widest, 40)](
+                         std::wstring_view name, std::wstring_view state, std::wstring_view color,
+                         std::wstring_view linetype, const std::wstring& weight) {
+        acutPrintf(L"%ls  %ls %ls %ls %ls\n", base::padded(name, width).c_str(),
+                   base::padded(state, 18).c_str(), base::padded(color, 12).c_str(),
+                   base::padded(linetype, 16).c_str(), weight.c_str());
+    };
+    acutPrintf(L"\n");
+    row(L"Layer name", L"State", L"Color", L"Linetype", L"Lineweight");
     for (const AcDbObjectId id : all_layers()) {
         const std::wstring name = name_of(id);
         if (*pattern != 0 && !base::wildcard_match(name, pattern, true))
@@ -119,8 +128,8 @@ bool list_layers() {
         const int weight = layer->lineWeight();
         const std::wstring weight_text =
             weight < 0 ? L"Default" : base::widen(base::real_text(weight / 100.0)) + L" mm";
-        acutPrintf(L"%-*ls  %-18ls %-12ls %-16ls %ls\n", width, name.c_str(), state.c_str(), color_text.c_str(),
-                   linetype != dxf::no_record ? database()->imp().name_of(linetype).c_str() : L"", weight_text.c_str());
+        row(name, state, color_text, linetype != dxf::no_record ? database()->imp().name_of(linetype) : L"",
+            weight_text);
     }
     acutPrintf(L"\nCurrent layer: \"%ls\"\n", current_name().c_str());
     return true;
@@ -141,10 +150,14 @@ Acad::ErrorStatus add_layer(const std::wstring& name, AcDbObjectId& id) {
 
 std::wstring reason_for(const std::wstring& name, Acad::ErrorStatus status) {
     switch (status) {
-    case Acad::eDuplicateRecordName: return L"Layer \"" + name + L"\" already exists.";
-    case Acad::eInvalidInput: return L"Invalid layer name \"" + name + L"\".";
-    case Acad::eNotApplicable: return L"The drawing has no layer table.";
-    default: return L"Cannot make layer \"" + name + L"\".";
+    case Acad::eDuplicateRecordName:
+        return L"Layer \"" + name + L"\" already exists.";
+    case Acad::eInvalidInput:
+        return L"Invalid layer name \"" + name + L"\".";
+    case Acad::eNotApplicable:
+        return L"The drawing has no layer table.";
+    default:
+        return L"Cannot make layer \"" + name + L"\".";
     }
 }
 
@@ -162,8 +175,9 @@ bool new_layers() {
 
 // Make and Set: the layer becomes current, and on. Make makes it when it is not there.
 bool make_or_set(bool makes) {
-    const std::wstring prompt = makes ? L"\nEnter name for new layer (becomes the current layer) <" + current_name() + L">: "
-                                      : L"\nEnter layer name to make current <" + current_name() + L">: ";
+    const std::wstring prompt =
+        makes ? L"\nEnter name for new layer (becomes the current layer) <" + current_name() + L">: "
+              : L"\nEnter layer name to make current <" + current_name() + L">: ";
     return ask_value(prompt.c_str(), {}, answer_rule::word, [&](const answer& given) -> std::wstring {
                AcDbImpDatabase& imp = database()->imp();
                AcDbObjectId id = imp.id(imp.find_entry(db::table_kind::layer, given.text));
@@ -184,22 +198,26 @@ bool make_or_set(bool makes) {
 
 bool rename() {
     std::wstring old_name;
-    const int answered =
-        ask_value(L"\nEnter old layer name: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
+    const int answered = ask_value(
+        L"\nEnter old layer name: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
             old_name = given.text;
             const dxf::record_id found = database()->imp().find_entry(db::table_kind::layer, old_name);
-            return found != dxf::no_record && old_name != L"0" ? L"" : L"Cannot rename layer \"" + old_name + L"\".";
+            return found != dxf::no_record && old_name != L"0"
+                       ? L""
+                       : L"Cannot rename layer \"" + old_name + L"\".";
         });
     if (answered != RTNORM)
         return answered != RTCAN;
-    return ask_value(L"\nEnter new layer name: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
-               const dxf::record_id found = database()->imp().find_entry(db::table_kind::layer, old_name);
-               const AcDbObjectPointer<AcDbLayerTableRecord> layer(database()->imp().id(found), AcDb::kForWrite);
-               if (layer.openStatus() != Acad::eOk)
-                   return L"Cannot rename layer \"" + old_name + L"\".";
-               const Acad::ErrorStatus status = layer->setName(given.text.c_str());
-               return status == Acad::eOk ? L"" : reason_for(given.text, status);
-           }) != RTCAN;
+    return ask_value(
+               L"\nEnter new layer name: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
+                   const dxf::record_id found = database()->imp().find_entry(db::table_kind::layer, old_name);
+                   const AcDbObjectPointer<AcDbLayerTableRecord> layer(database()->imp().id(found),
+                                                                       AcDb::kForWrite);
+                   if (layer.openStatus() != Acad::eOk)
+                       return L"Cannot rename layer \"" + old_name + L"\".";
+                   const Acad::ErrorStatus status = layer->setName(given.text.c_str());
+                   return status == Acad::eOk ? L"" : reason_for(given.text, status);
+               }) != RTCAN;
 }
 
 bool on() {
@@ -212,8 +230,8 @@ bool off() {
         if (layer.objectId() == database()->clayer()) {
             acedInitGet(0, L"Yes No");
             ACHAR word[8] = L"No";
-            const std::wstring prompt = L"\nReally want layer \"" + current_name() +
-                                        L"\" (the CURRENT layer) off? [Yes/No] <N>: ";
+            const std::wstring prompt =
+                L"\nReally want layer \"" + current_name() + L"\" (the CURRENT layer) off? [Yes/No] <N>: ";
             if (acedGetKword(prompt.c_str(), word, 8) != RTNORM || std::wstring_view(word) != L"Yes")
                 return;
         }
@@ -293,7 +311,8 @@ bool color() {
         return answered != RTCAN;
     return for_layers(L"\nEnter name list of layer(s) for color " + shown + L" <" + current_name() + L">: ",
                       [&](AcDbLayerTableRecord& layer) {
-                          // A negative number sets the colour and turns the layer off, another one turns it on.
+                          // A negative number sets the colour and turns the layer off, another one turns it
+                          // on.
                           layer.setColor(chosen);
                           layer.setIsOff(turns_off);
                       });
@@ -302,17 +321,19 @@ bool color() {
 bool linetype() {
     AcDbObjectId chosen;
     std::wstring name = L"Continuous";
-    const int answered = ask_value(
-        L"\nEnter loaded linetype name <Continuous>: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
-            name = given.text;
-            return database()->imp().find_entry(db::table_kind::linetype, name) != dxf::no_record
-                       ? L""
-                       : L"Linetype \"" + name + L"\" is not loaded.";
-        });
+    const int answered =
+        ask_value(L"\nEnter loaded linetype name <Continuous>: ", {}, answer_rule::word,
+                  [&](const answer& given) -> std::wstring {
+                      name = given.text;
+                      return database()->imp().find_entry(db::table_kind::linetype, name) != dxf::no_record
+                                 ? L""
+                                 : L"Linetype \"" + name + L"\" is not loaded.";
+                  });
     if (answered == RTCAN)
         return false;
     chosen = database()->imp().id(database()->imp().find_entry(db::table_kind::linetype, name));
-    return for_layers(L"\nEnter name list of layer(s) for linetype \"" + name + L"\" <" + current_name() + L">: ",
+    return for_layers(L"\nEnter name list of layer(s) for linetype \"" + name + L"\" <" + current_name() +
+                          L">: ",
                       [&](AcDbLayerTableRecord& layer) { layer.setLinetypeObjectId(chosen); });
 }
 
@@ -320,7 +341,8 @@ bool linetype() {
 AcDb::LineWeight nearest_weight(double millimetres) {
     int best = 0;
     for (int weight = 0; weight <= AcDb::kLnWt211; ++weight)
-        if (db::is_line_weight(weight) && std::abs(weight - millimetres * 100) < std::abs(best - millimetres * 100))
+        if (db::is_line_weight(weight) &&
+            std::abs(weight - millimetres * 100) < std::abs(best - millimetres * 100))
             best = weight;
     return static_cast<AcDb::LineWeight>(best);
 }
@@ -340,7 +362,8 @@ bool lineweight() {
         return false;
     const std::wstring shown =
         chosen < 0 ? L"Default" : base::widen(base::real_text(static_cast<int>(chosen) / 100.0)) + L"mm";
-    return for_layers(L"\nEnter name list of layers(s) for lineweight " + shown + L" <" + current_name() + L">: ",
+    return for_layers(L"\nEnter name list of layers(s) for lineweight " + shown + L" <" + current_name() +
+                          L">: ",
                       [&](AcDbLayerTableRecord& layer) { layer.setLineWeight(chosen); });
 }
 
@@ -379,10 +402,14 @@ struct option {
 };
 
 constexpr option options[] = {
-    {L"?", list_layers},        {L"Make", make},     {L"Set", set},     {L"New", new_layers},
-    {L"Rename", rename},        {L"ON", on},         {L"OFF", off},     {L"Color", color},
-    {L"Ltype", linetype},       {L"LWeight", lineweight}, {L"Plot", plot},   {L"Freeze", freeze},
-    {L"Thaw", thaw},            {L"LOck", lock},     {L"Unlock", unlock}, {L"Description", description},
+    {L"?", list_layers},  {L"Make", make},
+    {L"Set", set},        {L"New", new_layers},
+    {L"Rename", rename},  {L"ON", on},
+    {L"OFF", off},        {L"Color", color},
+    {L"Ltype", linetype}, {L"LWeight", lineweight},
+    {L"Plot", plot},      {L"Freeze", freeze},
+    {L"Thaw", thaw},      {L"LOck", lock},
+    {L"Unlock", unlock},  {L"Description", description},
 };
 
 } // namespace
@@ -400,9 +427,9 @@ void layer_command() {
     const std::wstring prompt = L"\nEnter an option [" + shown + L"]: ";
     for (;;) {
         acedInitGet(0, keywords.c_str());
-        const int answered = ask_value(prompt.c_str(), take_input_rules(), answer_rule::word, [](const answer&) {
-            return std::wstring(L"Invalid option keyword.");
-        });
+        const int answered =
+            ask_value(prompt.c_str(), take_input_rules(), answer_rule::word,
+                      [](const answer&) { return std::wstring(L"Invalid option keyword."); });
         ACHAR word[16];
         if (answered != RTKWORD || acedGetInput(word, 16) != RTNORM)
             return;

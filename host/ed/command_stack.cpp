@@ -40,9 +40,9 @@ struct group {
 
 class command_stack final : public AcEdCommandStack {
 public:
-    Acad::ErrorStatus addCommand(const ACHAR* group_name, const ACHAR* global, const ACHAR* local, Adesk::Int32 flags,
-                                 AcRxFunctionPtr function, AcEdUIContext* /*context*/, int /*code*/,
-                                 HINSTANCE /*resource*/, AcEdCommand** command) override {
+    Acad::ErrorStatus addCommand(const ACHAR* group_name, const ACHAR* global, const ACHAR* local,
+                                 Adesk::Int32 flags, AcRxFunctionPtr function, AcEdUIContext* /*context*/,
+                                 int /*code*/, HINSTANCE /*resource*/, AcEdCommand** command) override {
         if (command != nullptr)
             *command = nullptr;
         if (group_name == nullptr || global == nullptr || *global == 0 || function == nullptr)
@@ -52,7 +52,8 @@ public:
         if (owner == nullptr)
             owner = &groups_.emplace_back(group{group_name, {}});
         for (const auto& known : owner->commands)
-            if (base::equal_no_case(known->globalName(), global) || base::equal_no_case(known->localName(), local_name))
+            if (base::equal_no_case(known->globalName(), global) ||
+                base::equal_no_case(known->localName(), local_name))
                 return Acad::eDuplicateKey;
         owner->commands.push_back(std::make_unique<registered_command>(global, local_name, flags, function));
         if (command != nullptr)
@@ -64,21 +65,26 @@ public:
         group* const owner = group_name != nullptr ? find(group_name) : nullptr;
         if (owner == nullptr || global == nullptr)
             return Acad::eKeyNotFound;
-        const auto removed = std::erase_if(
-            owner->commands, [&](const auto& known) { return base::equal_no_case(known->globalName(), global); });
+        const auto removed = std::erase_if(owner->commands, [&](const auto& known) {
+            return base::equal_no_case(known->globalName(), global);
+        });
         return removed != 0 ? Acad::eOk : Acad::eKeyNotFound;
     }
 
     Acad::ErrorStatus removeGroup(const ACHAR* group_name) override {
         if (group_name == nullptr)
             return Acad::eKeyNotFound;
-        const auto removed =
-            std::erase_if(groups_, [&](const group& known) { return base::equal_no_case(known.name, group_name); });
+        const auto removed = std::erase_if(
+            groups_, [&](const group& known) { return base::equal_no_case(known.name, group_name); });
         return removed != 0 ? Acad::eOk : Acad::eKeyNotFound;
     }
 
-    AcEdCommand* lookupGlobalCmd(const ACHAR* name) override { return lookup(name, &AcEdCommand::globalName, nullptr); }
-    AcEdCommand* lookupLocalCmd(const ACHAR* name) override { return lookup(name, &AcEdCommand::localName, nullptr); }
+    AcEdCommand* lookupGlobalCmd(const ACHAR* name) override {
+        return lookup(name, &AcEdCommand::globalName, nullptr);
+    }
+    AcEdCommand* lookupLocalCmd(const ACHAR* name) override {
+        return lookup(name, &AcEdCommand::localName, nullptr);
+    }
     AcEdCommand* lookupCmd(const ACHAR* name, const ACHAR* group_name) override {
         return lookup(name, &AcEdCommand::globalName, group_name);
     }
@@ -87,12 +93,14 @@ public:
 
 private:
     group* find(std::wstring_view name) {
-        const auto at = std::find_if(groups_.begin(), groups_.end(),
-                                     [&](const group& known) { return base::equal_no_case(known.name, name); });
+        const auto at = std::find_if(groups_.begin(), groups_.end(), [&](const group& known) {
+            return base::equal_no_case(known.name, name);
+        });
         return at == groups_.end() ? nullptr : &*at;
     }
 
-    AcEdCommand* lookup(const ACHAR* name, const ACHAR* (AcEdCommand::*which)() const, const ACHAR* group_name) {
+    AcEdCommand* lookup(const ACHAR* name, const ACHAR* (AcEdCommand::*which)() const,
+                        const ACHAR* group_name) {
         if (name == nullptr)
             return nullptr;
         for (auto owner = groups_.rbegin(); owner != groups_.rend(); ++owner) {

@@ -47,9 +47,12 @@ std::wstring change(const std::wstring& name, const variable_value& old, const s
         value = *real;
     }
     switch (set_variable(name, value)) {
-    case variable_status::well: return {};
-    case variable_status::out_of_range: return L"Cannot set " + name + L" to that value.";
-    default: return L"Cannot set " + name + L".";
+    case variable_status::well:
+        return {};
+    case variable_status::out_of_range:
+        return L"Cannot set " + name + L" to that value.";
+    default:
+        return L"Cannot set " + name + L".";
     }
 }
 

@@ -45,8 +45,9 @@ bool may_replace(const std::wstring& path) {
         return true;
     acedInitGet(0, L"Yes No");
     ACHAR word[8];
-    return acedGetKword(L"\nA drawing with this name already exists.\nDo you want to replace it? [Yes/No] <N>: ", word,
-                        8) == RTNORM &&
+    return acedGetKword(
+               L"\nA drawing with this name already exists.\nDo you want to replace it? [Yes/No] <N>: ", word,
+               8) == RTNORM &&
            std::wstring_view(word) == L"Yes";
 }
 
@@ -75,7 +76,8 @@ void saveas_command() {
         return;
     const std::wstring& own = database->imp().file_name;
     int answered = RTNORM;
-    std::wstring name = ask_file(L"\nSave drawing as <" + (own.empty() ? L"Drawing1.dxf" : own) + L">: ", answered);
+    std::wstring name =
+        ask_file(L"\nSave drawing as <" + (own.empty() ? L"Drawing1.dxf" : own) + L">: ", answered);
     if (answered == RTCAN)
         return;
     if (name.empty())
@@ -93,8 +95,8 @@ void quit_command() {
         if (unsaved != 0 && !editor.saves_at_end) {
             acedInitGet(0, L"Yes No");
             ACHAR word[8] = L"No";
-            if (acedGetKword(L"\nReally want to discard all changes to the drawing? [Yes/No] <N>: ", word, 8) !=
-                    RTNORM ||
+            if (acedGetKword(L"\nReally want to discard all changes to the drawing? [Yes/No] <N>: ", word,
+                             8) != RTNORM ||
                 std::wstring_view(word) != L"Yes")
                 return;
         }

@@ -1,8 +1,8 @@
 // LIST, ARX, HELP.
 #include "aced.h"
 #include "acedads.h"
-#include "dbobjptr.h"
 #include "base/case_fold.h"
+#include "dbobjptr.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
 #include "host/ed/command_stack.h"
@@ -36,13 +36,14 @@ void list_entity(AcDbObjectId id) {
     const dxf::record_id record = database.record(id);
     const AcString layer = entity->layerName();
     AcString space;
-    if (const AcDbBlockTableRecordPointer block(entity->blockId(), AcDb::kForRead); block.openStatus() == Acad::eOk)
+    if (const AcDbBlockTableRecordPointer block(entity->blockId(), AcDb::kForRead);
+        block.openStatus() == Acad::eOk)
         block->getName(space);
     ACHAR handle[AcDbHandle::kStrSiz];
     entity->handle().getIntoAsciiBuffer(handle);
     const std::string type(database.records().type_name(record));
-    acutPrintf(L"\n%18S    Layer: \"%ls\"\n%28ls: %ls\n%22ls = %ls\n", type.c_str(), layer.kwszPtr(), L"Space",
-               space.kwszPtr(), L"Handle", handle);
+    acutPrintf(L"\n%18S    Layer: \"%ls\"\n%28ls: %ls\n%22ls = %ls\n", type.c_str(), layer.kwszPtr(),
+               L"Space", space.kwszPtr(), L"Handle", handle);
     const AcCmColor color = entity->color();
     if (!color.isByLayer())
         acutPrintf(L"%28ls: %ls\n", L"Color", color_text(color).c_str());
@@ -90,8 +91,9 @@ void arx_command() {
     }
     const bool loads = option[0] == L'L';
     ACHAR name[512];
-    if (acedGetString(1, loads ? L"\nEnter application file to load: " : L"\nEnter application file to unload: ", name,
-                      512) != RTNORM ||
+    if (acedGetString(1,
+                      loads ? L"\nEnter application file to load: " : L"\nEnter application file to unload: ",
+                      name, 512) != RTNORM ||
         name[0] == 0)
         return;
     const base::result<void> done = loads ? applications.load(name) : applications.unload(name);
@@ -112,7 +114,8 @@ void help_command() {
         }
         const std::wstring_view help = help_of(command->globalName());
         if (!help.empty()) {
-            acutPrintf(L"  %-12ls %.*ls\n", command->globalName(), static_cast<int>(help.size()), help.data());
+            acutPrintf(L"  %-12ls %.*ls\n", command->globalName(), static_cast<int>(help.size()),
+                       help.data());
         } else if (!base::equal_no_case(name, L"ACAD")) {
             constexpr std::size_t columns = 4;
             acutPrintf(++column % columns == 0 ? L"  %ls\n" : L"  %-20ls", command->globalName());

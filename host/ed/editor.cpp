@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::wstring_view command_prompt = L"Command: ";
 
-// "_" the global name, "." the host's own command, "'" transparent: in front of a name they change nothing here.
+// "_" the global name, "." the host's own command, "'" transparent: in front of a name they change nothing
+// here.
 std::wstring_view without_prefixes(std::wstring_view typed) {
     while (typed.size() > 1 && (typed.front() == L'_' || typed.front() == L'.' || typed.front() == L'\''))
         typed.remove_prefix(1);
@@ -62,7 +63,8 @@ void editor::run() {
             break;
         case answer_kind::text:
             if (!run_command(typed.text))
-                refuse(command_prompt, typed, L"Unknown command \"" + typed.text + L"\". Type HELP for a list.");
+                refuse(command_prompt, typed,
+                       L"Unknown command \"" + typed.text + L"\". Type HELP for a list.");
             break;
         }
     }
@@ -81,14 +83,16 @@ bool editor::run_command(std::wstring_view typed) {
     command_failed_ = false;
 
     const bool marks_undo = (command->commandFlags() & ACRX_CMD_NO_UNDO_MARKER) == 0;
-    if (AcDbDatabase* const database = ap::documents::instance().current_database(); database != nullptr && marks_undo)
+    if (AcDbDatabase* const database = ap::documents::instance().current_database();
+        database != nullptr && marks_undo)
         database->imp().begin_step(base::narrow(command->globalName()));
     // Nothing that a command throws may end the program: the drawing is still there.
     try {
         command->functionAddr()();
     } catch (const std::exception& error) {
         command_line::instance().fresh_line();
-        fail_command(L"Command " + std::wstring(command->globalName()) + L" was ended: " + base::widen(error.what()));
+        fail_command(L"Command " + std::wstring(command->globalName()) + L" was ended: " +
+                     base::widen(error.what()));
     }
     command_ = nullptr;
     for (AcDbDatabase* const database : ap::documents::instance().databases())
@@ -131,8 +135,8 @@ answer editor::ask(std::wstring_view prompt, answer_rule rule) {
         line.fresh_line();
         if (command_ != nullptr) {
             fail(run_status::ended_inside, L"the input ended (" + input.place() + L") inside command " +
-                                               command_->globalName() + L", at the prompt '" + as_one_line(prompt) +
-                                               L"'");
+                                               command_->globalName() + L", at the prompt '" +
+                                               as_one_line(prompt) + L"'");
             stopped_ = true;
         }
         break;
@@ -158,8 +162,8 @@ bool editor::refuse(std::wstring_view prompt, const answer& answer, std::wstring
     if (input.at_terminal())
         return true;
     std::wstring said = answer.kind == answer_kind::enter ? L"Enter" : L"'" + answer.text + L"'";
-    fail(run_status::refused, input.place() + L": at the prompt '" + as_one_line(prompt) + L"' the answer " + said +
-                                  L" was refused: " + std::wstring(reason));
+    fail(run_status::refused, input.place() + L": at the prompt '" + as_one_line(prompt) + L"' the answer " +
+                                  said + L" was refused: " + std::wstring(reason));
     return !stopped_;
 }
 

@@ -41,8 +41,8 @@ public:
     bool run_command(std::wstring_view typed);
 
     run_status status() const { return status_; }
-    // Notes a failure; the first one is the run's status. Without a person, and unless it is to go on, it stops the
-    // run.
+    // Notes a failure; the first one is the run's status. Without a person, and unless it is to go on, it
+    // stops the run.
     void fail(run_status status, std::wstring_view message);
     // The command under way failed.
     void fail_command(std::wstring_view message);
@@ -61,7 +61,8 @@ public:
 
     // Shows a prompt and reads the answer to it, and echoes it where no terminal did.
     answer ask(std::wstring_view prompt, answer_rule rule);
-    // An answer is refused: the reason is shown. True when the prompt is to ask again, false when the run stops.
+    // An answer is refused: the reason is shown. True when the prompt is to ask again, false when the run
+    // stops.
     bool refuse(std::wstring_view prompt, const answer& answer, std::wstring_view reason);
 
     // A text that runs when the command under way has ended.

@@ -37,7 +37,8 @@ public:
             return found;
         }
         const std::size_t begin = at_ - 1;
-        while (at_ < text_.size() && std::wstring_view(L" \t()\"").find(text_[at_]) == std::wstring_view::npos)
+        while (at_ < text_.size() &&
+               std::wstring_view(L" \t()\"").find(text_[at_]) == std::wstring_view::npos)
             ++at_;
         std::wstring word(text_.substr(begin, at_ - begin));
         if (word == L".")
@@ -73,7 +74,8 @@ bool read_pair(reader& from, resbuf**& tail) {
             acutRelRb(added);
             return false;
         }
-        if ((number >= 10 && number <= 59) || (number >= 110 && number <= 149) || (number >= 210 && number <= 239))
+        if ((number >= 10 && number <= 59) || (number >= 110 && number <= 149) ||
+            (number >= 210 && number <= 239))
             added->resval.rreal = *real;
         else if (number >= 90 && number <= 99)
             added->resval.rlong = static_cast<Adesk::Int32>(whole.value_or(0));
@@ -108,7 +110,8 @@ std::optional<std::array<double, 3>> parse_point(std::wstring_view text) {
 std::optional<expression> parse_expression(std::wstring_view text, std::wstring& reason) {
     reader from(text);
     expression found;
-    reason = L"An expression that can be answered with is (handent \"2F\") or (ssget \"X\" '((8 . \"LAYER\"))).";
+    reason =
+        L"An expression that can be answered with is (handent \"2F\") or (ssget \"X\" '((8 . \"LAYER\"))).";
     if (from.next().what != token::kind::open)
         return std::nullopt;
     const token function = from.next();

@@ -79,11 +79,13 @@ answer input::cut(source& from, answer_rule rule) {
     answer found;
     found.kind = answer_kind::text;
 
-    const bool caret = at + 1 < line.size() && line[at] == L'^' && (line[at + 1] == L'C' || line[at + 1] == L'c');
+    const bool caret =
+        at + 1 < line.size() && line[at] == L'^' && (line[at + 1] == L'C' || line[at + 1] == L'c');
     if (caret || (at < line.size() && line[at] == escape_character)) {
         at += caret ? 2 : 1;
         found.kind = answer_kind::escape;
-        if (line.find_first_not_of(L" \t", at) == line.npos) // the line held nothing else: its end is no Enter
+        if (line.find_first_not_of(L" \t", at) ==
+            line.npos) // the line held nothing else: its end is no Enter
             from.open = false;
         return found;
     }

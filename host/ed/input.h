@@ -1,9 +1,9 @@
-// Where answers come from: texts sent to a document, scripts, a terminal. Cuts them into answers by the rules of
-// script files.
+// Where answers come from: texts sent to a document, scripts, a terminal. Cuts them into answers by the rules
+// of script files.
 //
-// A blank or a line end finishes an answer, where blanks are text only a line end. An empty answer is Enter, "..."
-// holds blanks, (...) is an expression with its blanks, a line that begins with ; is a comment, ^C or the escape
-// character is Escape.
+// A blank or a line end finishes an answer, where blanks are text only a line end. An empty answer is Enter,
+// "..." holds blanks, (...) is an expression with its blanks, a line that begins with ; is a comment, ^C or
+// the escape character is Escape.
 #pragma once
 
 #include "adesk.h"
@@ -28,8 +28,8 @@ struct answer {
 // What ends an answer.
 enum class answer_rule { word, line };
 
-// Gives the next line without its end, or nothing at the end of the input. Where a person types, `prompt` is what
-// stands in front of the cursor.
+// Gives the next line without its end, or nothing at the end of the input. Where a person types, `prompt` is
+// what stands in front of the cursor.
 using line_source = std::function<std::optional<std::wstring>(std::wstring_view prompt)>;
 
 class ACCORE_PORT input {

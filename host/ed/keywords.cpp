@@ -17,8 +17,8 @@ bool is_small(wchar_t c) {
     return c >= L'a' && c <= L'z';
 }
 
-// "LTYPE,LT" says its abbreviation; else it is the word's first run of letters that are not small ones ("LType":
-// LT, "eXit": X). A word without capitals, or with nothing else, is typed whole.
+// "LTYPE,LT" says its abbreviation; else it is the word's first run of letters that are not small ones
+// ("LType": LT, "eXit": X). A word without capitals, or with nothing else, is typed whole.
 spelled spell(std::wstring_view text) {
     const std::size_t comma = text.find(L',');
     spelled found;
@@ -51,7 +51,8 @@ keyword_list::keyword_list(std::wstring_view list) {
     std::vector<spelled> locals;
     std::vector<spelled> globals;
     std::vector<spelled>* part = &locals;
-    for (std::size_t at = list.find_first_not_of(L' '); at != list.npos; at = list.find_first_not_of(L' ', at)) {
+    for (std::size_t at = list.find_first_not_of(L' '); at != list.npos;
+         at = list.find_first_not_of(L' ', at)) {
         const std::size_t end = std::min(list.find(L' ', at), list.size());
         const std::wstring_view text = list.substr(at, end - at);
         if (text == L"_")

@@ -19,8 +19,8 @@ public:
     // Where the host's own errors go, a line each.
     void set_error_sink(std::function<void(std::string_view)> sink) { error_sink_ = std::move(sink); }
 
-    // Shows a text as it stands. A line feed in front begins a new line, which an answer's Enter has done already:
-    // then it is swallowed once.
+    // Shows a text as it stands. A line feed in front begins a new line, which an answer's Enter has done
+    // already: then it is swallowed once.
     void print(std::wstring_view text);
     // What the user answered, in batch: it ends the line of its prompt.
     void echo(std::wstring_view answer);
@@ -31,13 +31,12 @@ public:
     // An error of the host itself.
     void error(std::wstring_view message);
 
-
 private:
     void put(std::wstring_view text);
 
     std::function<void(std::string_view)> sink_;
     std::function<void(std::string_view)> error_sink_;
-    std::wstring line_;          // what stands on the present line
+    std::wstring line_;         // what stands on the present line
     bool after_answer_ = false; // an answer ended the line: a line feed that follows would be one too many
 };
 

@@ -19,9 +19,9 @@ struct input_rules {
 // Takes what was said for the next call, and forgets it.
 input_rules take_input_rules();
 
-// Asks until an answer is taken, the user ends it, or the run stops. Gives RTNORM when `take` took the answer,
-// RTNONE for Enter, RTKWORD for a keyword (acedGetInput has it), RTCAN for Escape and the end of the input. `take`
-// answers with an empty text, or with the reason why the answer is refused.
+// Asks until an answer is taken, the user ends it, or the run stops. Gives RTNORM when `take` took the
+// answer, RTNONE for Enter, RTKWORD for a keyword (acedGetInput has it), RTCAN for Escape and the end of the
+// input. `take` answers with an empty text, or with the reason why the answer is refused.
 int ask_value(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
               const std::function<std::wstring(const answer&)>& take);
 

@@ -81,7 +81,8 @@ dxf::record_id last_visible(AcDbImpDatabase& database) {
         if (!in_current_space(database, id))
             return true;
         const layer_state state = state_of_layer(database, id);
-        const bool visible = dxf::group_list(database.records().text(id)).integer(db::entity_place, 60).value_or(0) != 1;
+        const bool visible =
+            dxf::group_list(database.records().text(id)).integer(db::entity_place, 60).value_or(0) != 1;
         if (state.off || state.frozen || !visible)
             return true;
         found = id;
@@ -126,8 +127,8 @@ constexpr std::wstring_view by_handle_only =
 
 class interactive_selection {
 public:
-    interactive_selection(AcDbImpDatabase& database, const selection_filter* filter, input_rules rules, bool single,
-                          std::wstring add_prompt, std::wstring remove_prompt)
+    interactive_selection(AcDbImpDatabase& database, const selection_filter* filter, input_rules rules,
+                          bool single, std::wstring add_prompt, std::wstring remove_prompt)
         : database_(database), filter_(filter), rules_(std::move(rules)), single_(single),
           add_prompt_(std::move(add_prompt)), remove_prompt_(std::move(remove_prompt)) {}
 
@@ -135,8 +136,9 @@ public:
     int run(selection_set& set) {
         for (;;) {
             const input_rules rules{rules_.bits & ~RSG_NONULL, rules_.keywords};
-            const int answered = ask_value((removing_ ? remove_prompt_ : add_prompt_).c_str(), rules, answer_rule::word,
-                                           [&](const answer& given) { return take(given, set); });
+            const int answered =
+                ask_value((removing_ ? remove_prompt_ : add_prompt_).c_str(), rules, answer_rule::word,
+                          [&](const answer& given) { return take(given, set); });
             if (answered == RTNONE)
                 return set.ids().empty() ? RTNONE : RTNORM;
             if (answered != RTNORM)
@@ -210,7 +212,7 @@ private:
             text += L", " + std::to_wstring(picked.size() - changed - filtered) + L" duplicate";
         if (set.ids().size() != picked.size() || removing_)
             text += L", " + std::to_wstring(set.ids().size()) + L" total";
-        command_line::instance().print(L"\n" + text + L"\n");
+        command_line::instance().print(L"\n" + text);
     }
 
     AcDbImpDatabase& database_;
@@ -246,8 +248,9 @@ int acedEntSel(const ACHAR* prompt, ads_name entity, ads_point point) {
         }
         return std::wstring(ed::parse_point(given.text) ? ed::by_handle_only : L"Invalid selection.");
     };
-    const int answered = ed::ask_value(prompt != nullptr ? prompt : L"\nSelect object: ",
-                                       {rules.bits & ~RSG_NONULL, rules.keywords}, ed::answer_rule::word, take);
+    const int answered =
+        ed::ask_value(prompt != nullptr ? prompt : L"\nSelect object: ",
+                      {rules.bits & ~RSG_NONULL, rules.keywords}, ed::answer_rule::word, take);
     if (answered == RTNONE) {
         ed::set_error_number(ed::null_response);
         return RTERROR;

@@ -18,9 +18,9 @@ enum class relation { any, equal, unequal, less, at_most, greater, at_least, som
 
 std::optional<relation> relation_of(std::wstring_view sign) {
     constexpr std::pair<std::wstring_view, relation> signs[] = {
-        {L"*", relation::any},      {L"=", relation::equal},       {L"!=", relation::unequal},
-        {L"/=", relation::unequal}, {L"<>", relation::unequal},    {L"<", relation::less},
-        {L"<=", relation::at_most}, {L">", relation::greater},     {L">=", relation::at_least},
+        {L"*", relation::any},       {L"=", relation::equal},    {L"!=", relation::unequal},
+        {L"/=", relation::unequal},  {L"<>", relation::unequal}, {L"<", relation::less},
+        {L"<=", relation::at_most},  {L">", relation::greater},  {L">=", relation::at_least},
         {L"&", relation::some_bits}, {L"&=", relation::all_bits}};
     for (const auto& [known, meaning] : signs)
         if (sign == known)
@@ -31,15 +31,24 @@ std::optional<relation> relation_of(std::wstring_view sign) {
 bool holds(relation relation, double left, double right) {
     const auto bits = [](double value) { return static_cast<long long>(value); };
     switch (relation) {
-    case relation::any: return true;
-    case relation::equal: return left == right;
-    case relation::unequal: return left != right;
-    case relation::less: return left < right;
-    case relation::at_most: return left <= right;
-    case relation::greater: return left > right;
-    case relation::at_least: return left >= right;
-    case relation::some_bits: return (bits(left) & bits(right)) != 0;
-    case relation::all_bits: return (bits(left) & bits(right)) == bits(right);
+    case relation::any:
+        return true;
+    case relation::equal:
+        return left == right;
+    case relation::unequal:
+        return left != right;
+    case relation::less:
+        return left < right;
+    case relation::at_most:
+        return left <= right;
+    case relation::greater:
+        return left > right;
+    case relation::at_least:
+        return left >= right;
+    case relation::some_bits:
+        return (bits(left) & bits(right)) != 0;
+    case relation::all_bits:
+        return (bits(left) & bits(right)) == bits(right);
     }
     return false;
 }
@@ -47,21 +56,30 @@ bool holds(relation relation, double left, double right) {
 // What an entity that leaves a group out is taken to have.
 std::optional<double> default_number(int code) {
     switch (code) {
-    case 62: return 256.0;
+    case 62:
+        return 256.0;
     case 60:
-    case 67: return 0.0;
-    case 48: return 1.0;
-    case 370: return -1.0;
-    default: return std::nullopt;
+    case 67:
+        return 0.0;
+    case 48:
+        return 1.0;
+    case 370:
+        return -1.0;
+    default:
+        return std::nullopt;
     }
 }
 
 double number_in(const resbuf& value, int code) {
     switch (dxf::kind_of_code(code)) {
-    case dxf::value_kind::real: return value.resval.rreal;
-    case dxf::value_kind::integer: return value.resval.rlong;
-    case dxf::value_kind::wide_integer: return static_cast<double>(value.resval.mnInt64);
-    default: return value.resval.rint;
+    case dxf::value_kind::real:
+        return value.resval.rreal;
+    case dxf::value_kind::integer:
+        return value.resval.rlong;
+    case dxf::value_kind::wide_integer:
+        return static_cast<double>(value.resval.mnInt64);
+    default:
+        return value.resval.rint;
     }
 }
 
@@ -133,7 +151,8 @@ std::shared_ptr<selection_filter::node> selection_filter::parse(const resbuf*& a
                     code == 8 && bytes.empty() ? L"0" : database.drawing().codec().decode(bytes);
                 leaf->numbers.push_back(base::wildcard_match(name, leaf->pattern, true));
             }
-        } else if (code >= 0 && code < 1000 && kind != dxf::value_kind::handle && kind != dxf::value_kind::binary) {
+        } else if (code >= 0 && code < 1000 && kind != dxf::value_kind::handle &&
+                   kind != dxf::value_kind::binary) {
             leaf->what = node::kind::number;
             leaf->how = how;
             leaf->number = number_in(*at, code);
@@ -159,7 +178,8 @@ bool selection_filter::fits(dxf::record_id entity) const {
     return fits(*root_, entity, groups);
 }
 
-bool selection_filter::fits(const node& tested, dxf::record_id entity, std::optional<dxf::group_list>& groups) const {
+bool selection_filter::fits(const node& tested, dxf::record_id entity,
+                            std::optional<dxf::group_list>& groups) const {
     std::size_t fitting = 0;
     switch (tested.what) {
     case node::kind::all:
@@ -172,9 +192,9 @@ bool selection_filter::fits(const node& tested, dxf::record_id entity, std::opti
     case node::kind::none:
         for (const auto& part : tested.parts)
             fitting += fits(*part, entity, groups) ? 1 : 0;
-        return tested.what == node::kind::some ? fitting != 0
+        return tested.what == node::kind::some  ? fitting != 0
                : tested.what == node::kind::one ? fitting == 1
-                                              : fitting == 0;
+                                                : fitting == 0;
     case node::kind::text: {
         const dxf::record_table& records = database_->records();
         if (tested.code == 0)

@@ -11,9 +11,9 @@
 
 namespace ed {
 
-// A filter made ready for one drawing. Names and texts are patterns without regard to case; what an entity leaves
-// out counts with its default. Types and layers are judged by their numbers in the index, so that a filter by these
-// reads no entity.
+// A filter made ready for one drawing. Names and texts are patterns without regard to case; what an entity
+// leaves out counts with its default. Types and layers are judged by their numbers in the index, so that a
+// filter by these reads no entity.
 class ACCORE_PORT selection_filter {
 public:
     // Nothing for a chain whose groups do not balance or that holds what a filter can not.
@@ -24,7 +24,8 @@ public:
 private:
     struct node;
     explicit selection_filter(AcDbImpDatabase& database) : database_(&database) {}
-    static std::shared_ptr<node> parse(const resbuf*& at, const wchar_t* until, const AcDbImpDatabase& database);
+    static std::shared_ptr<node> parse(const resbuf*& at, const wchar_t* until,
+                                       const AcDbImpDatabase& database);
     bool fits(const node& tested, dxf::record_id entity, std::optional<dxf::group_list>& groups) const;
 
     AcDbImpDatabase* database_;

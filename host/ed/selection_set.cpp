@@ -50,7 +50,8 @@ bool name_selection_set(selection_set set, ads_name name) {
 }
 
 selection_set* find_selection_set(const ads_name name) {
-    if (name == nullptr || name[1] != set_mark || name[0] < 1 || name[0] > static_cast<std::int64_t>(most_sets))
+    if (name == nullptr || name[1] != set_mark || name[0] < 1 ||
+        name[0] > static_cast<std::int64_t>(most_sets))
         return nullptr;
     return sets()[static_cast<std::size_t>(name[0] - 1)].get();
 }
@@ -138,11 +139,13 @@ int acedSSAdd(const ads_name entity, const ads_name set, ads_name result) {
 int acedSSDel(const ads_name entity, const ads_name set) {
     ed::selection_set* const found = ed::find_selection_set(set);
     AcDbObjectId id;
-    return found != nullptr && acdbGetObjectId(id, entity) == Acad::eOk && found->remove(id) ? RTNORM : RTERROR;
+    return found != nullptr && acdbGetObjectId(id, entity) == Acad::eOk && found->remove(id) ? RTNORM
+                                                                                             : RTERROR;
 }
 
 int acedSSMemb(const ads_name entity, const ads_name set) {
     const ed::selection_set* const found = ed::find_selection_set(set);
     AcDbObjectId id;
-    return found != nullptr && acdbGetObjectId(id, entity) == Acad::eOk && found->contains(id) ? RTNORM : RTERROR;
+    return found != nullptr && acdbGetObjectId(id, entity) == Acad::eOk && found->contains(id) ? RTNORM
+                                                                                               : RTERROR;
 }

@@ -58,8 +58,8 @@ std::vector<row>& rows() {
 }
 
 row* find(std::wstring_view name) {
-    const auto at =
-        std::find_if(rows().begin(), rows().end(), [&](const row& row) { return base::equal_no_case(row.name, name); });
+    const auto at = std::find_if(rows().begin(), rows().end(),
+                                 [&](const row& row) { return base::equal_no_case(row.name, name); });
     return at == rows().end() ? nullptr : &*at;
 }
 
@@ -87,7 +87,8 @@ variable_value asked_value(const row& row) {
         return current->imp().records().unsaved() != 0 ? 1 : 0;
     const std::filesystem::path file = sys::to_path(current->imp().file_name);
     if (row.name == L"DWGNAME")
-        return current->imp().file_name.empty() ? std::wstring(L"Drawing1.dxf") : sys::from_path(file.filename());
+        return current->imp().file_name.empty() ? std::wstring(L"Drawing1.dxf")
+                                                : sys::from_path(file.filename());
     std::wstring folder = sys::from_path(file.parent_path());
     return folder.empty() ? folder : folder + L"/";
 }
@@ -135,7 +136,8 @@ variable_status set_variable(std::wstring_view name, const variable_value& value
         taken = static_cast<double>(std::get<int>(value));
     if (taken.index() != known->value.index())
         return variable_status::wrong_type;
-    if (const int* whole = std::get_if<int>(&taken); whole != nullptr && (*whole < known->least || *whole > known->most))
+    if (const int* whole = std::get_if<int>(&taken);
+        whole != nullptr && (*whole < known->least || *whole > known->most))
         return variable_status::out_of_range;
     if (const double* real = std::get_if<double>(&taken); real != nullptr && !(*real > 0.0))
         return variable_status::out_of_range; // all reals here are scales and sizes
@@ -192,18 +194,34 @@ int acedSetVar(const ACHAR* name, const resbuf* value) {
         return RTERROR;
     ed::variable_value wanted;
     switch (value->restype) {
-    case RTSHORT: wanted = static_cast<int>(value->resval.rint); break;
-    case RTLONG: wanted = static_cast<int>(value->resval.rlong); break;
-    case RTREAL: wanted = value->resval.rreal; break;
-    case RTSTR: wanted = std::wstring(value->resval.rstring != nullptr ? value->resval.rstring : L""); break;
-    default: return RTREJ;
+    case RTSHORT:
+        wanted = static_cast<int>(value->resval.rint);
+        break;
+    case RTLONG:
+        wanted = static_cast<int>(value->resval.rlong);
+        break;
+    case RTREAL:
+        wanted = value->resval.rreal;
+        break;
+    case RTSTR:
+        wanted = std::wstring(value->resval.rstring != nullptr ? value->resval.rstring : L"");
+        break;
+    default:
+        return RTREJ;
     }
     switch (ed::set_variable(name, wanted)) {
-    case ed::variable_status::well: return RTNORM;
-    case ed::variable_status::read_only: ed::set_error_number(20); return RTERROR;
-    case ed::variable_status::out_of_range: ed::set_error_number(22); return RTERROR;
-    case ed::variable_status::wrong_type: return RTREJ;
-    case ed::variable_status::unknown: break;
+    case ed::variable_status::well:
+        return RTNORM;
+    case ed::variable_status::read_only:
+        ed::set_error_number(20);
+        return RTERROR;
+    case ed::variable_status::out_of_range:
+        ed::set_error_number(22);
+        return RTERROR;
+    case ed::variable_status::wrong_type:
+        return RTREJ;
+    case ed::variable_status::unknown:
+        break;
     }
     return RTERROR;
 }

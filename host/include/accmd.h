@@ -25,19 +25,19 @@ public:
 
 #define ACED_REGISTERED_COMMANDS ACRX_T("ACAD_REGISTERED_COMMANDS")
 
-// Commands in groups. Names are compared without case; when groups have a name in common, the group that was made
-// later is found.
+// Commands in groups. Names are compared without case; when groups have a name in common, the group that was
+// made later is found.
 class ACCORE_PORT AcEdCommandStack : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcEdCommandStack);
     ~AcEdCommandStack() override;
 
-    // Makes the group when there is none. eDuplicateKey when the group has a command of either name; eInvalidInput
-    // for an empty name or no function.
+    // Makes the group when there is none. eDuplicateKey when the group has a command of either name;
+    // eInvalidInput for an empty name or no function.
     virtual Acad::ErrorStatus addCommand(const ACHAR* group, const ACHAR* globalName, const ACHAR* localName,
-                                         Adesk::Int32 flags, AcRxFunctionPtr function, AcEdUIContext* context = nullptr,
-                                         int functionCode = -1, HINSTANCE resource = nullptr,
-                                         AcEdCommand** command = nullptr) = 0;
+                                         Adesk::Int32 flags, AcRxFunctionPtr function,
+                                         AcEdUIContext* context = nullptr, int functionCode = -1,
+                                         HINSTANCE resource = nullptr, AcEdCommand** command = nullptr) = 0;
     // By global name. eKeyNotFound.
     virtual Acad::ErrorStatus removeCmd(const ACHAR* group, const ACHAR* globalName) = 0;
     // With all its commands. eKeyNotFound.
@@ -50,5 +50,4 @@ public:
 };
 
 // The stack, as it stands in the system registry.
-#define acedRegCmds                                                                                                    \
-    AcEdCommandStack::cast(acrxSysRegistry()->at(ACED_REGISTERED_COMMANDS))
+#define acedRegCmds AcEdCommandStack::cast(acrxSysRegistry()->at(ACED_REGISTERED_COMMANDS))

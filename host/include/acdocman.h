@@ -64,16 +64,18 @@ public:
     // Makes a document current.
     virtual Acad::ErrorStatus setCurDocument(AcApDocument* document, AcAp::DocLockMode mode = AcAp::kNone,
                                              bool activate = false) = 0;
-    // A command's own document is locked for it; anything else locks what it changes. eNoDocument, eLockConflict.
+    // A command's own document is locked for it; anything else locks what it changes. eNoDocument,
+    // eLockConflict.
     virtual Acad::ErrorStatus lockDocument(AcApDocument* document, AcAp::DocLockMode mode = AcAp::kWrite,
-                                           const ACHAR* globalCmdName = nullptr, const ACHAR* localCmdName = nullptr,
-                                           bool prompt = true) = 0;
+                                           const ACHAR* globalCmdName = nullptr,
+                                           const ACHAR* localCmdName = nullptr, bool prompt = true) = 0;
     virtual Acad::ErrorStatus unlockDocument(AcApDocument* document) = 0;
 
-    // Types a text at a document's command prompt: it runs when the command under way has ended. A blank or a line
-    // feed ends an answer, an escape character in front cancels what is pending. eNoDocument.
-    virtual Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text, bool activate = true,
-                                                  bool wrapUp = false, bool echo = true) = 0;
+    // Types a text at a document's command prompt: it runs when the command under way has ended. A blank or a
+    // line feed ends an answer, an escape character in front cancels what is pending. eNoDocument.
+    virtual Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text,
+                                                  bool activate = true, bool wrapUp = false,
+                                                  bool echo = true) = 0;
 };
 
 ACCORE_PORT AcApDocManager* acDocManagerPtr();

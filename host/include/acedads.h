@@ -1,7 +1,7 @@
 // Input, selection and system variables, by functions of the C interface.
 //
-// Calls answer with the codes of adscodes.h: RTNORM, RTNONE for Enter, RTCAN for Escape, RTKWORD for a keyword,
-// RTERROR and RTREJ. A prompt may be null.
+// Calls answer with the codes of adscodes.h: RTNORM, RTNONE for Enter, RTCAN for Escape, RTKWORD for a
+// keyword, RTERROR and RTREJ. A prompt may be null.
 #pragma once
 
 #include "acutads.h"
@@ -10,16 +10,20 @@
 
 // ---- input
 
-// What the next input call accepts: RSG_ bits, and keywords by blanks ("Yes No", "LType", "LTYPE,LT"; behind a lone
-// "_" the global names). It holds for one call, whether that looks at it or not. RTNORM, RTERROR for a bad list.
+// What the next input call accepts: RSG_ bits, and keywords by blanks ("Yes No", "LType", "LTYPE,LT"; behind
+// a lone
+// "_" the global names). It holds for one call, whether that looks at it or not. RTNORM, RTERROR for a bad
+// list.
 ACCORE_PORT int acedInitGet(int bits, const ACHAR* keywords);
 
-// Give the value in `result`, which stays as it is for RTNONE. Text that is none is refused and asked for again.
+// Give the value in `result`, which stays as it is for RTNONE. Text that is none is refused and asked for
+// again.
 ACCORE_PORT int acedGetInt(const ACHAR* prompt, int* result);
 ACCORE_PORT int acedGetReal(const ACHAR* prompt, ads_real* result);
 // A point: `base` may be null.
 ACCORE_PORT int acedGetPoint(const ads_point base, const ACHAR* prompt, ads_point result);
-// One of the keywords of acedInitGet, as spelled there. `size` is that of the buffer in characters, with the end.
+// One of the keywords of acedInitGet, as spelled there. `size` is that of the buffer in characters, with the
+// end.
 ACCORE_PORT int acedGetKword(const ACHAR* prompt, ACHAR* result, size_t size = 133);
 // A text; with cronly 0 a blank ends it. Enter alone gives RTNORM and an empty text.
 ACCORE_PORT int acedGetString(int cronly, const ACHAR* prompt, ACHAR* result, size_t size = 133);
@@ -34,11 +38,12 @@ ACCORE_PORT int acedUsrBrk();
 
 // ---- selection sets
 
-// Selects. Modes: null or "" asks the user, "X" all of the drawing, "A" what is neither frozen nor locked, "L" the
-// newest visible entity, "P" the previous set, "I" what was picked first, ":S" one operation, ":$" prompts from pt1
-// (an array of two texts); "_" in front is allowed. `filter` is a chain of group codes and values. RTNORM only for a
-// set with at least one entity, which the caller frees.
-ACCORE_PORT int acedSSGet(const ACHAR* mode, const void* pt1, const void* pt2, const resbuf* filter, ads_name set);
+// Selects. Modes: null or "" asks the user, "X" all of the drawing, "A" what is neither frozen nor locked,
+// "L" the newest visible entity, "P" the previous set, "I" what was picked first, ":S" one operation, ":$"
+// prompts from pt1 (an array of two texts); "_" in front is allowed. `filter` is a chain of group codes and
+// values. RTNORM only for a set with at least one entity, which the caller frees.
+ACCORE_PORT int acedSSGet(const ACHAR* mode, const void* pt1, const void* pt2, const resbuf* filter,
+                          ads_name set);
 ACCORE_PORT int acedSSFree(const ads_name set);
 ACCORE_PORT int acedSSLength(const ads_name set, Adesk::Int32* length);
 // RTERROR for an index that is out of range.
@@ -51,7 +56,8 @@ ACCORE_PORT int acedSSMemb(const ads_name entity, const ads_name set);
 
 // ---- system variables
 
-// Fills a result buffer that the caller owns; a text in it is the caller's to free. RTERROR for an unknown name.
+// Fills a result buffer that the caller owns; a text in it is the caller's to free. RTERROR for an unknown
+// name.
 ACCORE_PORT int acedGetVar(const ACHAR* name, resbuf* result);
 // RTERROR and ERRNO 20 for one that is read only, 22 for a value out of range; the type must fit.
 ACCORE_PORT int acedSetVar(const ACHAR* name, const resbuf* value);

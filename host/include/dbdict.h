@@ -26,7 +26,8 @@ public:
     Adesk::UInt32 numEntries() const;
 
     // Puts a new object under a key; an object that was there is erased. The new one stays open for write and
-    // belongs to the database. eInvalidKey, eNotOpenForWrite, eAlreadyInDb; then it still belongs to the caller.
+    // belongs to the database. eInvalidKey, eNotOpenForWrite, eAlreadyInDb; then it still belongs to the
+    // caller.
     Acad::ErrorStatus setAt(const ACHAR* key, AcDbObject* object, AcDbObjectId& id);
     // Takes an entry out; its object stays in the database, without an owner. eInvalidKey, eKeyNotFound.
     Acad::ErrorStatus remove(const ACHAR* key);

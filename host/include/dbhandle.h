@@ -8,7 +8,8 @@
 class AcDbHandle {
 public:
     AcDbHandle() = default;
-    AcDbHandle(Adesk::UInt64 value) : m_value(value) {} // NOLINT(google-explicit-constructor): as ObjectARX has it
+    AcDbHandle(Adesk::UInt64 value)
+        : m_value(value) {} // NOLINT(google-explicit-constructor): as ObjectARX has it
     AcDbHandle(int low, int high)
         : m_value(static_cast<Adesk::UInt64>(static_cast<Adesk::UInt32>(high)) << 32 |
                   static_cast<Adesk::UInt32>(low)) {}
@@ -21,8 +22,8 @@ public:
     void setNull() { m_value = 0; }
 
     static constexpr int kStrSiz = 17;
-    // Writes the digits, upper case without leading noughts, into a buffer of at least kStrSiz characters. False,
-    // and nothing written, when the buffer is too small.
+    // Writes the digits, upper case without leading noughts, into a buffer of at least kStrSiz characters.
+    // False, and nothing written, when the buffer is too small.
     ACDB_PORT bool getIntoAsciiBuffer(ACHAR* buffer, size_t size = kStrSiz) const;
 
     operator Adesk::UInt64() const { return m_value; } // NOLINT(google-explicit-constructor)

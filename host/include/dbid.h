@@ -9,8 +9,8 @@
 
 class AcRxClass;
 
-// Names an object as long as its database lives, erased or not, and never another one; ids of a database that is
-// gone answer as invalid. Ordered by database, then by creation.
+// Names an object as long as its database lives, erased or not, and never another one; ids of a database that
+// is gone answer as invalid. Ordered by database, then by creation.
 class ACDB_PORT AcDbObjectId {
 public:
     AcDbObjectId() = default;

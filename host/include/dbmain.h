@@ -1,10 +1,11 @@
 // The objects of a drawing and the drawing itself: AcDbObject, AcDbEntity, AcDbDatabase.
 //
-// An object is opened by its id, for reading by many or for writing by one, used, and closed. What it is lies in
-// the drawing; opening makes an object of it, closing puts what was changed back. Reading never changes anything.
+// An object is opened by its id, for reading by many or for writing by one, used, and closed. What it is lies
+// in the drawing; opening makes an object of it, closing puts what was changed back. Reading never changes
+// anything.
 //
-// Words for an object's life: new (made, in no database), resident (in a database), erased (marked; not saved, not
-// found, can come back), gone (its database was closed).
+// Words for an object's life: new (made, in no database), resident (in a database), erased (marked; not
+// saved, not found, can come back), gone (its database was closed).
 #pragma once
 
 #include "acarray.h"
@@ -37,8 +38,8 @@ class AcDbViewportTable;
 
 // The root of everything that a drawing owns.
 //
-// The assert functions end the command when their condition does not hold (they throw inside the host): they guard
-// members of classes, not callers.
+// The assert functions end the command when their condition does not hold (they throw inside the host): they
+// guard members of classes, not callers.
 class ACDB_PORT AcDbObject : public AcGiDrawable {
 public:
     ACRX_DECLARE_MEMBERS(AcDbObject);
@@ -56,7 +57,8 @@ public:
     // Null for a new object.
     AcDbDatabase* database() const;
 
-    // Ends one opening. What was changed is put into the drawing with the last one. eNoDatabase for a new object.
+    // Ends one opening. What was changed is put into the drawing with the last one. eNoDatabase for a new
+    // object.
     Acad::ErrorStatus close();
     // Ends an opening for writing and takes back what was changed since. eNotOpenForWrite otherwise.
     Acad::ErrorStatus cancel();
@@ -79,8 +81,8 @@ public:
 
     // The extended data of an application, or of all (null), as a chain that the caller frees; null for none.
     virtual resbuf* xData(const ACHAR* regappName = nullptr) const;
-    // Replaces the extended data of the applications in the chain (1001 and what follows); an application named
-    // without data loses its. eInvalidResBuf, eRegappIdNotFound, eXdataSizeExceeded (16 KB per object).
+    // Replaces the extended data of the applications in the chain (1001 and what follows); an application
+    // named without data loses its. eInvalidResBuf, eRegappIdNotFound, eXdataSizeExceeded (16 KB per object).
     virtual Acad::ErrorStatus setXData(const resbuf* xdata);
 
     // The object's own dictionary: null id when it has none.
@@ -104,8 +106,8 @@ private:
     std::unique_ptr<AcDbImpObject> m_imp;
 };
 
-// What can be drawn: properties that all entities have. Entities of every kind are opened as such, those whose
-// kind the host does not know too.
+// What can be drawn: properties that all entities have. Entities of every kind are opened as such, those
+// whose kind the host does not know too.
 class ACDB_PORT AcDbEntity : public AcDbObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbEntity);
@@ -117,8 +119,10 @@ public:
     Acad::ErrorStatus layer(AcString& name) const;
     // Null when the drawing has no record of that layer.
     AcDbObjectId layerId() const;
-    // eKeyNotFound, eDeletedEntry, eWrongObjectType. Parts (vertices, attributes) follow when doSubents is true.
-    virtual Acad::ErrorStatus setLayer(const ACHAR* name, bool doSubents = true, bool allowHiddenLayer = false);
+    // eKeyNotFound, eDeletedEntry, eWrongObjectType. Parts (vertices, attributes) follow when doSubents is
+    // true.
+    virtual Acad::ErrorStatus setLayer(const ACHAR* name, bool doSubents = true,
+                                       bool allowHiddenLayer = false);
     virtual Acad::ErrorStatus setLayer(AcDbObjectId id, bool doSubents = true, bool allowHiddenLayer = false);
 
     AcCmColor color() const;
@@ -154,13 +158,13 @@ class ACDB_PORT AcDbDatabase : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbDatabase);
 
-    // A new drawing: with layer 0, the standard styles and the spaces when buildDefaultDrawing is true; otherwise
-    // nothing, to be filled by dxfIn.
+    // A new drawing: with layer 0, the standard styles and the spaces when buildDefaultDrawing is true;
+    // otherwise nothing, to be filled by dxfIn.
     explicit AcDbDatabase(bool buildDefaultDrawing = true, bool noDocument = false);
     ~AcDbDatabase() override;
 
-    // Reads a DXF file into an empty database. eFileNotFound, eFileAccessErr, eDxfReadAborted; the reason in words
-    // goes to `reason` when given.
+    // Reads a DXF file into an empty database. eFileNotFound, eFileAccessErr, eDxfReadAborted; the reason in
+    // words goes to `reason` when given.
     Acad::ErrorStatus dxfIn(const ACHAR* fileName, AcString* reason = nullptr);
     // Writes the drawing, whole or not at all. eFileAccessErr; the reason goes to `reason`.
     Acad::ErrorStatus dxfOut(const ACHAR* fileName, AcString* reason = nullptr);
@@ -189,19 +193,24 @@ public:
     Acad::ErrorStatus getViewTable(AcDbViewTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
     Acad::ErrorStatus getViewportTable(AcDbViewportTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
     Acad::ErrorStatus getUCSTable(AcDbUCSTable*& table, AcDb::OpenMode mode = AcDb::kForRead);
-    Acad::ErrorStatus getSymbolTable(AcDbLayerTable*& table, AcDb::OpenMode mode) { return getLayerTable(table, mode); }
+    Acad::ErrorStatus getSymbolTable(AcDbLayerTable*& table, AcDb::OpenMode mode) {
+        return getLayerTable(table, mode);
+    }
     Acad::ErrorStatus getSymbolTable(AcDbLinetypeTable*& table, AcDb::OpenMode mode) {
         return getLinetypeTable(table, mode);
     }
     Acad::ErrorStatus getSymbolTable(AcDbTextStyleTable*& table, AcDb::OpenMode mode) {
         return getTextStyleTable(table, mode);
     }
-    Acad::ErrorStatus getSymbolTable(AcDbBlockTable*& table, AcDb::OpenMode mode) { return getBlockTable(table, mode); }
+    Acad::ErrorStatus getSymbolTable(AcDbBlockTable*& table, AcDb::OpenMode mode) {
+        return getBlockTable(table, mode);
+    }
     Acad::ErrorStatus getSymbolTable(AcDbRegAppTable*& table, AcDb::OpenMode mode) {
         return getRegAppTable(table, mode);
     }
     // eKeyNotFound when the drawing's version has no dictionaries (R12 and before).
-    Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary, AcDb::OpenMode mode = AcDb::kForRead);
+    Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary,
+                                                AcDb::OpenMode mode = AcDb::kForRead);
 
     // The object with a handle. eUnknownHandle when there is none; erased ones are found.
     Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound, const AcDbHandle& handle,
@@ -223,9 +232,10 @@ private:
     std::unique_ptr<AcDbImpDatabase> m_imp;
 };
 
-// Opens an object of any class. On failure the pointer becomes null. eNullObjectId, eWasErased (unless openErased),
-// eWasOpenForRead, eWasOpenForWrite, eAtMaxReaders, eOnLockedLayer (an entity, for write).
-ACDB_PORT Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode = AcDb::kForRead,
+// Opens an object of any class. On failure the pointer becomes null. eNullObjectId, eWasErased (unless
+// openErased), eWasOpenForRead, eWasOpenForWrite, eAtMaxReaders, eOnLockedLayer (an entity, for write).
+ACDB_PORT Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id,
+                                           AcDb::OpenMode mode = AcDb::kForRead,
                                            bool openErasedObject = false);
 inline Acad::ErrorStatus acdbOpenAcDbObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode,
                                             bool openErasedObject = false) {
@@ -241,7 +251,8 @@ Acad::ErrorStatus acdbOpenObject(T*& object, AcDbObjectId id, AcDb::OpenMode mod
                                  bool openErasedObject = false) {
     object = nullptr;
     AcDbObject* opened = nullptr;
-    if (const Acad::ErrorStatus status = acdbOpenObject(opened, id, mode, openErasedObject); status != Acad::eOk)
+    if (const Acad::ErrorStatus status = acdbOpenObject(opened, id, mode, openErasedObject);
+        status != Acad::eOk)
         return status;
     object = T::cast(opened);
     if (object != nullptr)

@@ -6,13 +6,14 @@
 #include "dbsymtb.h"
 #include "dbxrecrd.h"
 
-// Opens in its constructor; openStatus() tells with what success. Closes what it holds, and deletes it when it is
-// in no database.
+// Opens in its constructor; openStatus() tells with what success. Closes what it holds, and deletes it when
+// it is in no database.
 template<class T>
 class AcDbObjectPointer {
 public:
     AcDbObjectPointer() = default;
-    explicit AcDbObjectPointer(AcDbObjectId id, AcDb::OpenMode mode = AcDb::kForRead, bool openErased = false) {
+    explicit AcDbObjectPointer(AcDbObjectId id, AcDb::OpenMode mode = AcDb::kForRead,
+                               bool openErased = false) {
         open(id, mode, openErased);
     }
     AcDbObjectPointer(const AcDbObjectPointer&) = delete;

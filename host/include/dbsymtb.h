@@ -17,8 +17,9 @@ public:
     Acad::ErrorStatus getName(ACHAR*& name) const;
     // Looked on; valid until the record is closed.
     Acad::ErrorStatus getName(const ACHAR*& name) const;
-    // eInvalidInput for what is no name. Of a resident record: eDuplicateRecordName, a change of case is allowed; what
-    // names a layer follows it, other resident records are not renamed yet (eNotImplementedYet).
+    // eInvalidInput for what is no name. Of a resident record: eDuplicateRecordName, a change of case is
+    // allowed; what names a layer follows it, other resident records are not renamed yet
+    // (eNotImplementedYet).
     Acad::ErrorStatus setName(const ACHAR* name);
 
     // Whether it comes from an external reference ("reference|name").
@@ -51,7 +52,8 @@ public:
 
 protected:
     AcDbSymbolTable();
-    Acad::ErrorStatus getAtAny(const ACHAR* name, AcDbObject*& record, AcDb::OpenMode mode, bool openErased) const;
+    Acad::ErrorStatus getAtAny(const ACHAR* name, AcDbObject*& record, AcDb::OpenMode mode,
+                               bool openErased) const;
 };
 
 class ACDB_PORT AcDbSymbolTableIterator {
@@ -76,28 +78,28 @@ private:
 };
 
 // A table and its record, by the pattern that all share.
-#define ACDB_SYMBOL_TABLE(TABLE, RECORD)                                                                               \
-    class ACDB_PORT TABLE : public AcDbSymbolTable {                                                                   \
-    public:                                                                                                            \
-        ACRX_DECLARE_MEMBERS(TABLE);                                                                                   \
-        TABLE();                                                                                                       \
-        ~TABLE() override;                                                                                             \
-        using AcDbSymbolTable::getAt;                                                                                  \
-        Acad::ErrorStatus getAt(const ACHAR* name, RECORD*& record, AcDb::OpenMode mode,                               \
-                                bool openErasedRecord = false) const {                                                 \
-            AcDbObject* opened = nullptr;                                                                              \
-            const Acad::ErrorStatus status = getAtAny(name, opened, mode, openErasedRecord);                           \
-            record = RECORD::cast(opened);                                                                             \
-            return status;                                                                                             \
-        }                                                                                                              \
+#define ACDB_SYMBOL_TABLE(TABLE, RECORD)                                                                     \
+    class ACDB_PORT TABLE : public AcDbSymbolTable {                                                         \
+    public:                                                                                                  \
+        ACRX_DECLARE_MEMBERS(TABLE);                                                                         \
+        TABLE();                                                                                             \
+        ~TABLE() override;                                                                                   \
+        using AcDbSymbolTable::getAt;                                                                        \
+        Acad::ErrorStatus getAt(const ACHAR* name, RECORD*& record, AcDb::OpenMode mode,                     \
+                                bool openErasedRecord = false) const {                                       \
+            AcDbObject* opened = nullptr;                                                                    \
+            const Acad::ErrorStatus status = getAtAny(name, opened, mode, openErasedRecord);                 \
+            record = RECORD::cast(opened);                                                                   \
+            return status;                                                                                   \
+        }                                                                                                    \
     }
 
-#define ACDB_SYMBOL_TABLE_RECORD(RECORD)                                                                               \
-    class ACDB_PORT RECORD : public AcDbSymbolTableRecord {                                                            \
-    public:                                                                                                            \
-        ACRX_DECLARE_MEMBERS(RECORD);                                                                                  \
-        RECORD();                                                                                                      \
-        ~RECORD() override;                                                                                            \
+#define ACDB_SYMBOL_TABLE_RECORD(RECORD)                                                                     \
+    class ACDB_PORT RECORD : public AcDbSymbolTableRecord {                                                  \
+    public:                                                                                                  \
+        ACRX_DECLARE_MEMBERS(RECORD);                                                                        \
+        RECORD();                                                                                            \
+        ~RECORD() override;                                                                                  \
     }
 
 class ACDB_PORT AcDbLayerTableRecord : public AcDbSymbolTableRecord {

@@ -169,10 +169,10 @@ application* applications::of_packet(const void* packet) const {
 
 application* applications::announce(const std::function<void(const std::wstring&)>& hook,
                                     const application& app) {
-    const std::wstring name = app.name();
+    const void* const packet = &app;
     if (hook)
-        hook(name);
-    return find(name);
+        hook(std::wstring(app.name())); // a copy: the hook may make the application go
+    return of_packet(packet);
 }
 
 void applications::drop(const application& app) {
