@@ -7,6 +7,7 @@
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
 #include "host/dxf/record_header.h"
+#include "host/rx/result_buffer.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -19,13 +20,13 @@ namespace {
 constexpr int application_code = 1001;
 constexpr std::size_t most_extended_data = 16 * 1024; // bytes per object, all applications together
 
-bool is_point(int code) {
-    return (code >= 10 && code <= 18) || (code >= 110 && code <= 112) || code == 210 ||
-           (code >= 1010 && code <= 1013);
-}
-
 // Where the y and z of a point stand, relative to its x.
 constexpr int next_coordinate = 10;
+
+// Whether the group `step` behind a point's x is its y (1) or z (2).
+bool is_coordinate(std::span<const dxf::group> groups, std::size_t x, std::size_t step) {
+    return groups[x + step].code == groups[x].code + static_cast<int>(step) * next_coordinate;
+}
 
 ACHAR* text_copy(const std::wstring& text) {
     ACHAR* copy = nullptr;
@@ -53,37 +54,39 @@ void read_value(const AcDbImpObject& object, std::span<const dxf::group> groups,
     const dxf::group& group = groups[at];
     const auto real = [&](std::size_t i) { return base::parse_real(groups[i].value).value_or(0.0); };
     const auto whole = [&] { return base::parse_integer(group.value).value_or(0); };
-    switch (dxf::kind_of_code(group.code)) {
-    case dxf::value_kind::real:
-        if (!is_point(group.code)) {
-            out.resval.rreal = real(at);
-            break;
-        }
-        for (std::size_t i = 0; i < 3; ++i)
-            out.resval.rpoint[i] = at + i < groups.size() ? real(at + i) : 0.0;
+    switch (rx::kind_of(group.code)) {
+    case rx::value_kind::real:
+        out.resval.rreal = real(at);
         break;
-    case dxf::value_kind::small_integer:
-    case dxf::value_kind::flag:
+    case rx::value_kind::point2d:
+    case rx::value_kind::point3d:
+        for (std::size_t i = 0; i < 3; ++i)
+            out.resval.rpoint[i] =
+                at + i < groups.size() && is_coordinate(groups, at, i) ? real(at + i) : 0.0;
+        break;
+    case rx::value_kind::int16:
         out.resval.rint = static_cast<short>(whole());
         break;
-    case dxf::value_kind::integer:
+    case rx::value_kind::int32:
         out.resval.rlong = static_cast<Adesk::Int32>(whole());
         break;
-    case dxf::value_kind::wide_integer:
+    case rx::value_kind::int64:
         out.resval.mnInt64 = whole();
         break;
-    case dxf::value_kind::handle:
-        if (group.code >= 320 && group.code <= 369) {
-            const dxf::record_id named = object.database->records().find(dxf::parse_handle(group.value));
-            out.resval.rlname[0] = object.database->id(named).asOldId();
-            break;
-        }
-        [[fallthrough]];
-    case dxf::value_kind::text:
+    case rx::value_kind::name:
+        if (object.database != nullptr)
+            out.resval.rlname[0] =
+                object.database->id(object.database->records().find(dxf::parse_handle(group.value)))
+                    .asOldId();
+        break;
+    case rx::value_kind::text:
         out.resval.rstring = text_copy(object.decode(group.value));
         break;
-    case dxf::value_kind::binary:
+    case rx::value_kind::binary:
         read_bytes(dxf::trimmed(group.value), out.resval.rbinary);
+        break;
+    case rx::value_kind::none:
+    case rx::value_kind::unknown:
         break;
     }
 }
@@ -111,15 +114,16 @@ resbuf* chain_of(const AcDbImpObject& object, std::span<const dxf::group> groups
     resbuf* head = nullptr;
     resbuf** tail = &head;
     for (std::size_t i = 0; i < groups.size(); ++i) {
+        const rx::value_kind kind = rx::kind_of(groups[i].code);
+        if (kind == rx::value_kind::unknown || kind == rx::value_kind::none)
+            continue; // no chain can hold it; the file does
         resbuf* const value = acutNewRb(groups[i].code);
         read_value(object, groups, i, *value);
         *tail = value;
         tail = &value->rbnext;
-        if (is_point(groups[i].code)) {
-            const int code = groups[i].code;
-            for (int step = 1;
-                 step < 3 && i + 1 < groups.size() && groups[i + 1].code == code + step * next_coordinate;
-                 ++step)
+        if (kind == rx::value_kind::point3d) {
+            const std::size_t x = i;
+            while (i - x < 2 && i + 1 < groups.size() && is_coordinate(groups, x, i + 1 - x))
                 ++i;
         }
     }
@@ -132,39 +136,36 @@ bool groups_of(const AcDbImpObject& object, const resbuf* chain, bool (*allowed)
         const int code = chain->restype;
         if (!allowed(code))
             return false;
-        switch (dxf::kind_of_code(code)) {
-        case dxf::value_kind::real:
-            if (!is_point(code)) {
-                groups.push_back({code, base::real_text(chain->resval.rreal)});
-                break;
-            }
+        switch (rx::kind_of(code)) {
+        case rx::value_kind::real:
+            groups.push_back({code, base::real_text(chain->resval.rreal)});
+            break;
+        case rx::value_kind::point2d:
+        case rx::value_kind::point3d:
             for (int i = 0; i < 3; ++i)
                 groups.push_back({code + i * next_coordinate, base::real_text(chain->resval.rpoint[i])});
             break;
-        case dxf::value_kind::small_integer:
-        case dxf::value_kind::flag:
+        case rx::value_kind::int16:
             groups.push_back({code, std::to_string(chain->resval.rint)});
             break;
-        case dxf::value_kind::integer:
+        case rx::value_kind::int32:
             groups.push_back({code, std::to_string(chain->resval.rlong)});
             break;
-        case dxf::value_kind::wide_integer:
+        case rx::value_kind::int64:
             groups.push_back({code, std::to_string(chain->resval.mnInt64)});
             break;
-        case dxf::value_kind::handle:
-            if (code >= 320 && code <= 369) {
-                AcDbObjectId id;
-                id.setFromOldId(chain->resval.rlname[0]);
-                groups.push_back({code, hexadecimal(id.handle())});
-                break;
-            }
-            [[fallthrough]];
-        case dxf::value_kind::text:
+        case rx::value_kind::name: {
+            AcDbObjectId id;
+            id.setFromOldId(chain->resval.rlname[0]);
+            groups.push_back({code, hexadecimal(id.handle())});
+            break;
+        }
+        case rx::value_kind::text:
             if (chain->resval.rstring == nullptr)
                 return false;
             groups.push_back({code, object.encode(chain->resval.rstring)});
             break;
-        case dxf::value_kind::binary: {
+        case rx::value_kind::binary: {
             std::string digits;
             for (short i = 0; i < chain->resval.rbinary.clen; ++i) {
                 char two[3];
@@ -175,6 +176,9 @@ bool groups_of(const AcDbImpObject& object, const resbuf* chain, bool (*allowed)
             groups.push_back({code, std::move(digits)});
             break;
         }
+        case rx::value_kind::none:
+        case rx::value_kind::unknown:
+            return false;
         }
     }
     return true;

@@ -27,21 +27,23 @@ std::wstring other_format(std::string_view bytes) {
     return {};
 }
 
-group_style style_of(std::string_view bytes, const record_table& records, record_id header) {
+// Judged by the first groups of the file's own records; comments in front may be somebody else's.
+group_style style_of(std::string_view bytes, const record_table& records) {
     group_style style;
     const std::size_t feed = bytes.find('\n');
     style.line_end = feed != bytes.npos && feed > 0 && bytes[feed - 1] == '\r' ? "\r\n" : "\n";
-    style.padded_codes = !bytes.empty() && bytes.front() == ' ';
-    style.padded_numbers = style.padded_codes;
-    if (header == no_record)
-        return style;
-    group_reader groups(records.text(header));
-    raw_group group;
-    while (groups.next(group))
-        if (group.code == 70) {
-            style.padded_numbers = group.value.starts_with(' ');
-            break;
-        }
+    constexpr record_id first = 1; // behind what stands in front of the first record
+    style.padded_codes = style.padded_numbers = records.has(first) && records.text(first).starts_with(' ');
+    constexpr record_id enough = 100; // the header and the heads of the first tables hold whole numbers
+    for (record_id id = first; id < records.size() && id < enough; ++id) {
+        group_reader groups(records.text(id));
+        raw_group group;
+        while (groups.next(group))
+            if (group.code == 70) {
+                style.padded_numbers = group.value.starts_with(' ');
+                return style;
+            }
+    }
     return style;
 }
 
@@ -80,7 +82,7 @@ base::result<void> drawing::read(std::string_view bytes) {
         return base::failure{parts.error()};
     parts_ = std::move(*parts);
     in_file_ = records_.size();
-    style_ = style_of(bytes, records_, parts_.header);
+    style_ = style_of(bytes, records_);
     if (const auto version = header_value("$ACADVER"); version && version->size() > 2)
         std::from_chars(version->data() + 2, version->data() + version->size(), version_);
     codec_ = text_codec(version_, header_value("$DWGCODEPAGE").value_or(""),

@@ -183,24 +183,35 @@ std::size_t group_list::insertion_point(const group_place& place, int code) cons
     return at;
 }
 
-void group_list::put(std::size_t at, int code, std::string value) {
+void group_list::put_new(std::size_t at, int code, std::string value) {
     own_.push_back(std::move(value));
-    groups_[at] = {code, own_.back(), {}};
+    groups_.insert(groups_.begin() + static_cast<std::ptrdiff_t>(at), group{code, own_.back(), {}});
     changed_ = true;
 }
 
-void group_list::set_text(const group_place& place, int code, std::string_view value) {
-    std::size_t at = find(place, code);
-    if (at != npos && groups_[at].value == value)
+// Another value for a group that is there: its code line, its line ends and its columns stay as they are.
+void group_list::put_value(std::size_t at, std::string_view value) {
+    group& changed = groups_[at];
+    const std::string written = as_wide_as(std::string(value), changed.value, changed.code);
+    changed_ = true;
+    if (changed.source.empty()) {
+        own_.push_back(written);
+        changed.value = own_.back();
         return;
-    std::string written(value);
-    if (at == npos) {
-        at = insertion_point(place, code);
-        groups_.insert(groups_.begin() + static_cast<std::ptrdiff_t>(at), group{});
-    } else {
-        written = as_wide_as(std::move(written), groups_[at].value, code);
     }
-    put(at, code, std::move(written));
+    const auto begin = static_cast<std::size_t>(changed.value.data() - changed.source.data());
+    own_.push_back(std::string(changed.source.substr(0, begin)) + written);
+    own_.back() += changed.source.substr(begin + changed.value.size());
+    changed.source = own_.back();
+    changed.value = changed.source.substr(begin, written.size());
+}
+
+void group_list::set_text(const group_place& place, int code, std::string_view value) {
+    const std::size_t at = find(place, code);
+    if (at == npos)
+        put_new(insertion_point(place, code), code, std::string(value));
+    else if (groups_[at].value != value)
+        put_value(at, value);
 }
 
 void group_list::set_integer(const group_place& place, int code, std::int64_t value) {

@@ -86,7 +86,8 @@ public:
 private:
     std::pair<std::size_t, std::size_t> extent(const group_place& place) const;
     std::size_t insertion_point(const group_place& place, int code) const;
-    void put(std::size_t at, int code, std::string value);
+    void put_new(std::size_t at, int code, std::string value);
+    void put_value(std::size_t at, std::string_view value);
 
     std::vector<group> groups_;
     std::string_view rest_;       // behind the last whole group, in damaged files

@@ -74,7 +74,6 @@ base::result<drawing_parts> indexing::run() {
 
     // What stands before the first record: comments, or nothing.
     record_id current = records_.append(bytes_.substr(0, 0), record_kind::structure, type_none);
-    record_header nothing;
     header_taker taker({});
     bool in_header = false;
     bool ended = false;

@@ -29,7 +29,8 @@ AcDbDatabase* database() {
 }
 
 std::wstring current_name() {
-    return database()->imp().name_of(database()->imp().current_layer());
+    const dxf::record_id current = database()->imp().current_layer();
+    return current != dxf::no_record ? database()->imp().name_of(current) : L"0";
 }
 
 std::vector<AcDbObjectId> all_layers() {

@@ -117,7 +117,7 @@ void editor::fail_command(std::wstring_view message) {
     std::wstring text = input.place() + L": ";
     if (command_ != nullptr)
         text += L"command " + std::wstring(command_->globalName()) + L" failed: ";
-    fail(run_status::refused, text + std::wstring(message));
+    fail(run_status::refused, text + as_one_line(message));
 }
 
 answer editor::ask(std::wstring_view prompt, answer_rule rule) {

@@ -59,6 +59,7 @@ typedef struct HINSTANCE__* HINSTANCE;
 typedef HINSTANCE HMODULE;
 typedef struct HWND__* HWND;
 typedef struct HKEY__* HKEY;
+#define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(static_cast<INT_PTR>(static_cast<LONG>(0x80000001))))
 
 #ifndef TRUE
 #define TRUE 1

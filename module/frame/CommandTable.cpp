@@ -1,0 +1,108 @@
+#include "module/frame/CommandTable.h"
+
+#include "accmd.h"
+#include "acutads.h"
+#include "afx.h"
+#include "module/layertools/LayerToolBar.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace {
+
+constexpr wchar_t commandGroup[] = L"ZEF_PIPESTSTEM";
+
+struct CommandRow {
+    const wchar_t* name;
+    AcRxFunctionPtr handler;
+    Adesk::Int32 flags;
+};
+
+// A command's name as an argument of a template.
+template<std::size_t Size>
+struct CommandName {
+    constexpr CommandName(const wchar_t (&name)[Size]) { std::copy_n(name, Size, text); }
+    wchar_t text[Size] = {};
+};
+
+// The row of a command whose part is not there yet: it says so and fails.
+template<CommandName Name>
+constexpr CommandRow Unfinished(Adesk::Int32 flags) {
+    return {Name.text,
+            [] {
+                CString message;
+                message.Format(L"\n命令 %s 尚未完成，本次不执行。", Name.text);
+                acdbFail(message);
+            },
+            flags};
+}
+
+// The row of a command that is a method of the layer tool object.
+template<CommandName Name, void (CLayerToolBar::*Method)()>
+constexpr CommandRow LayerTool(Adesk::Int32 flags) {
+    return {Name.text, [] { (CLayerToolBar::Instance().*Method)(); }, flags};
+}
+
+constexpr CommandRow commands[] = {
+    Unfinished<L"gxsz">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"dcsz">(ACRX_CMD_REDRAW),
+    Unfinished<L"drsz">(ACRX_CMD_REDRAW),
+    LayerTool<L"SetAllPipeLayOpen", &CLayerToolBar::SetAllPipeLayOpen>(ACRX_CMD_TRANSPARENT),
+    Unfinished<L"tckz">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"gpsbs">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"CleanDolmoLayTag">(ACRX_CMD_USEPICKSET),
+    LayerTool<L"UnLockSelLayer", &CLayerToolBar::UnLockSelLayer>(ACRX_CMD_USEPICKSET),
+    LayerTool<L"LockSelLayer", &CLayerToolBar::LockSelLayer>(ACRX_CMD_USEPICKSET),
+    Unfinished<L"sfxc">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"OpenLayer">(ACRX_CMD_USEPICKSET),
+    LayerTool<L"OpenSelLayer", &CLayerToolBar::OpenSelLayer>(ACRX_CMD_USEPICKSET),
+    Unfinished<L"CloseSelLayer">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"EraseSelLayer">(ACRX_CMD_USEPICKSET),
+    LayerTool<L"ConvertLayer", &CLayerToolBar::ConvertLayer>(ACRX_CMD_USEPICKSET),
+    Unfinished<L"hbtc">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"gxgd">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"tcdc">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"tctq">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"FrozenLayer">(ACRX_CMD_USEPICKSET),
+    LayerTool<L"UnFrozenAllLayer", &CLayerToolBar::UnFrozenAllLayer>(ACRX_CMD_USEPICKSET),
+    Unfinished<L"FrozenViewLayer">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"UnFrozenViewAllLayer">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"tbds">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"yshf">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"cztk">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"jcjk">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"gxfz">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"xxyh">(ACRX_CMD_USEPICKSET),
+    Unfinished<L"xxyh2">(ACRX_CMD_USEPICKSET),
+};
+static_assert(std::size(commands) == 30);
+
+// An application of the add-on has commands of these names too; ours are meant. Of tcgj there is none here,
+// but the other one goes all the same.
+constexpr const wchar_t* foreignCommands[] = {
+    L"tcgj",         L"hbtc",           L"OpenLayer",    L"OpenSelLayer", L"CloseSelLayer", L"EraseSelLayer",
+    L"ConvertLayer", L"UnLockSelLayer", L"LockSelLayer", L"sfxc",         L"dcsz",          L"drsz",
+};
+
+} // namespace
+
+void RemoveForeignCommands() {
+    AcEdCommandStack* const stack = acedRegCmds;
+    for (const wchar_t* const name : foreignCommands) {
+        if (stack != nullptr)
+            stack->removeCmd(L"TAPI_CMD", name);
+    }
+}
+
+void RegisterCommands() {
+    AcEdCommandStack* const stack = acedRegCmds;
+    for (const CommandRow& command : commands) {
+        if (stack != nullptr)
+            stack->addCommand(commandGroup, command.name, command.name, command.flags, command.handler);
+    }
+}
+
+void RemoveCommands() {
+    if (AcEdCommandStack* const stack = acedRegCmds)
+        stack->removeGroup(commandGroup);
+}

@@ -1,0 +1,29 @@
+#include "module/frame/Lifecycle.h"
+
+#include "module/frame/CommandTable.h"
+#include "module/frame/DrawingDefaults.h"
+#include "module/frame/Options.h"
+#include "module/layertools/LayerToolBar.h"
+
+void InitialiseModule() {
+    RemoveForeignCommands();
+    RegisterCommands();
+    // Here the standard manager will choose the file of the current standard (standard/).
+    // Here the holder of per-document data and its document reactor will be made (frame/).
+    // Here the standard manager will load the current standard.
+    OptionTool::ReadAlignType();
+    LoadDrawingDefaults();
+    // Here the fitting tables will be loaded and their flange function put in place.
+    // Here the command reactor will be added to the editor (frame/).
+}
+
+void ShutDownModule() {
+    RemoveCommands();
+    // Here the object that tbds keeps will be deleted, then the layer control bar taken down (layertools/).
+    // Here the standard manager will release the standard and be deleted.
+    // Here the holder of per-document data and its document reactor will be deleted.
+    OptionTool::WriteAlignType();
+    // Here the fitting tables will be deleted and the flange function that they replaced restored.
+    // Here the command reactor will be taken from the editor and deleted.
+    CLayerToolBar::Release();
+}

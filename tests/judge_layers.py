@@ -1,0 +1,117 @@
+#!/usr/bin/python3
+"""An independent reader judges what a layer command leaves behind.
+
+On each drawing OpenSelLayer isolates the layers of the first entities. Then only LAYER records may differ from the
+file before, and python3-ezdxf's audit may find nothing that it did not find before, where it opens the original.
+
+    judge_layers.py ZEFHOST [DRAWING...]
+
+Without drawings: the sample, the tests' own, and when ZEF_CORPUS names a folder of drawings those in it, with storeys
+that its gen_plan.py draws in three versions.
+"""
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+import ezdxf
+from ezdxf import recover
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+STOREYS = [("R2000", "gbk"), ("R2010", "gbk"), ("R2018", "gbk")]
+PARTS = {b"VERTEX", b"ATTRIB", b"SEQEND"}
+
+
+def records(data):
+    """The records of a drawing: lists of (code line, value line) that begin with a group 0."""
+    lines = data.split(b"\n")
+    found = []
+    for code, value in zip(lines[0::2], lines[1::2]):
+        if code.strip() == b"0" or not found:
+            found.append([])
+        found[-1].append((code, value))
+    return found
+
+
+def first_entities(found, count):
+    """Handles of the first entities that stand in the ENTITIES section and have one."""
+    handles = []
+    section = None
+    for record in found:
+        kind = record[0][1].strip()
+        if kind == b"SECTION":
+            section = record[1][1].strip()
+        elif section == b"ENTITIES" and kind not in PARTS:
+            handles += [value.strip().decode() for code, value in record if code.strip() == b"5"][:1]
+    return handles[:count]
+
+
+def audit(path):
+    """What the auditor finds, without the addresses that its messages carry; None when it can not open the file."""
+    try:
+        drawing = ezdxf.readfile(path)
+    except (ezdxf.DXFError, UnicodeDecodeError, ValueError):
+        try:
+            drawing, _ = recover.readfile(path)
+        except (ezdxf.DXFError, UnicodeDecodeError, ValueError):
+            return None
+    auditor = drawing.audit()
+    return sorted((entry.code, re.sub(r"0x[0-9a-f]+", "", entry.message)) for entry in auditor.errors + auditor.fixes)
+
+
+def judge(zefhost, drawing, folder):
+    """Why a drawing fails; an empty text when it does not, None when it has nothing to pick."""
+    before = drawing.read_bytes()
+    handles = first_entities(records(before), 3)
+    if not handles:
+        return None
+    out = folder / "out.dxf"
+    script = folder / "isolate.scr"
+    script.write_text("OpenSelLayer\n" + "".join(f'(handent "{handle}")\n' for handle in handles) + "\n")
+    done = subprocess.run([zefhost, drawing, "-s", script, "-o", out, "--profile", folder / "profile"],
+                          capture_output=True, text=True, check=False)
+    if done.returncode != 0:
+        return f"exit status {done.returncode}: {done.stderr.strip()}"
+    old, new = records(before), records(out.read_bytes())
+    if len(old) != len(new):
+        return f"{len(old)} records became {len(new)}"
+    others = {a[0][1].strip() for a, b in zip(old, new) if a != b} - {b"LAYER"}
+    if others:
+        return f"records of {others} differ"
+    audited = audit(drawing)
+    if audited is not None and audit(out) != audited:
+        return "the audit finds something else than before"
+    return ""
+
+
+def main():
+    zefhost = pathlib.Path(sys.argv[1]).resolve()
+    failed = judged = 0
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        drawings = [pathlib.Path(argument) for argument in sys.argv[2:]]
+        if not drawings:
+            drawings = [ROOT / "samples" / "storey.dxf", *sorted((ROOT / "tests" / "drawings").glob("*.dxf"))]
+            corpus = os.environ.get("ZEF_CORPUS")
+            if corpus:
+                drawings += sorted(path for path in pathlib.Path(corpus).rglob("*.dxf")
+                                   if path.parent.name not in ("broken", "binary"))
+                for version, encoding in STOREYS:
+                    storey = folder / f"storey-{version}.dxf"
+                    subprocess.run([sys.executable, pathlib.Path(corpus) / "gen_plan.py", storey, "--version", version,
+                                    "--encoding", encoding], check=True, capture_output=True)
+                    drawings.append(storey)
+        for drawing in drawings:
+            fault = judge(zefhost, drawing, folder)
+            judged += fault is not None
+            if fault:
+                failed += 1
+                print(f"{drawing.name}: {fault}")
+    print(f"{judged} drawings judged, {failed} failed")
+    return 1 if failed or not judged else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,141 @@
+// The module on the command stack: what it puts there, what it takes away, what it answers to the host.
+#include "host/ed/command_stack.h"
+#include "host/ed/editor.h"
+#include "host/rx/applications.h"
+#include "module/frame/Options.h"
+#include "siblings/zef_kernal/KernalOptions.h"
+#include "siblings/zef_kernal/TRegProperty.h"
+#include "siblings/zef_pipewire/TDefaultCfg.h"
+#include "siblings/zef_public/SharedOptions.h"
+#include "sys/folders.h"
+#include "tests/support.h"
+
+#include <bit>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using named_flags = std::vector<std::pair<std::wstring, int>>;
+
+class ModuleCommands : public testing::Test {
+protected:
+    ModuleCommands() {
+        sys::set_profile_folder(profile_.path());
+        ed::editor::instance();
+    }
+    ~ModuleCommands() override { apps.unload_all(); }
+
+    // The commands of a group in the order of their registration; local names are checked in passing.
+    static named_flags group(const std::wstring& name) {
+        named_flags found;
+        for (const auto& [owner, command] : ed::all_commands())
+            if (owner == name) {
+                EXPECT_STREQ(command->globalName(), command->localName());
+                found.emplace_back(command->globalName(), command->commandFlags());
+            }
+        return found;
+    }
+
+    const test::folder profile_;
+    rx::applications& apps = rx::applications::instance();
+};
+
+TEST_F(ModuleCommands, AreRegisteredInTheirOrderAndGoWithTheModule) {
+    const named_flags expected = {
+        {L"gxsz", 2},
+        {L"dcsz", 4},
+        {L"drsz", 4},
+        {L"SetAllPipeLayOpen", 1},
+        {L"tckz", 2},
+        {L"gpsbs", 2},
+        {L"CleanDolmoLayTag", 2},
+        {L"UnLockSelLayer", 2},
+        {L"LockSelLayer", 2},
+        {L"sfxc", 2},
+        {L"OpenLayer", 2},
+        {L"OpenSelLayer", 2},
+        {L"CloseSelLayer", 2},
+        {L"EraseSelLayer", 2},
+        {L"ConvertLayer", 2},
+        {L"hbtc", 2},
+        {L"gxgd", 2},
+        {L"tcdc", 2},
+        {L"tctq", 2},
+        {L"FrozenLayer", 2},
+        {L"UnFrozenAllLayer", 2},
+        {L"FrozenViewLayer", 2},
+        {L"UnFrozenViewAllLayer", 2},
+        {L"tbds", 2},
+        {L"yshf", 2},
+        {L"cztk", 2},
+        {L"jcjk", 2},
+        {L"gxfz", 2},
+        {L"xxyh", 2},
+        {L"xxyh2", 2},
+    };
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(apps.load(L"zef_pipeSystem"));
+        EXPECT_EQ(group(L"ZEF_PIPESTSTEM"), expected);
+        ASSERT_TRUE(apps.unload(L"zef_pipeSystem"));
+        EXPECT_TRUE(group(L"ZEF_PIPESTSTEM").empty());
+    }
+}
+
+TEST_F(ModuleCommands, TakeTheNamesOfAnotherApplicationOfTheAddOn) {
+    AcEdCommandStack& stack = *acedRegCmds;
+    const wchar_t* const taken[] = {L"tcgj",          L"hbtc",          L"OpenLayer",    L"OpenSelLayer",
+                                    L"CloseSelLayer", L"EraseSelLayer", L"ConvertLayer", L"UnLockSelLayer",
+                                    L"LockSelLayer",  L"sfxc",          L"dcsz",         L"drsz"};
+    const wchar_t* const kept[] = {L"gxsz", L"OpenLayer2", L"tckz"};
+    for (const wchar_t* const name : taken) {
+        ASSERT_EQ(stack.addCommand(L"TAPI_CMD", name, name, 0, [] {}), Acad::eOk);
+        ASSERT_EQ(stack.addCommand(L"OTHER_CMD", name, name, 0, [] {}), Acad::eOk);
+    }
+    for (const wchar_t* const name : kept)
+        ASSERT_EQ(stack.addCommand(L"TAPI_CMD", name, name, 0, [] {}), Acad::eOk);
+    ASSERT_TRUE(apps.load(L"zef_pipeSystem"));
+    EXPECT_EQ(group(L"TAPI_CMD"), (named_flags{{L"gxsz", 0}, {L"OpenLayer2", 0}, {L"tckz", 0}}));
+    EXPECT_EQ(group(L"OTHER_CMD").size(), std::size(taken));
+    EXPECT_EQ(stack.lookupGlobalCmd(L"openlayer")->commandFlags(), ACRX_CMD_USEPICKSET);
+    stack.removeGroup(L"TAPI_CMD");
+    stack.removeGroup(L"OTHER_CMD");
+}
+
+TEST_F(ModuleCommands, EveryMessageIsAnsweredWell) {
+    TRegProperty config(GetRegLocation(), L"KOLConfig");
+    config.SetValue(L"nAlignTypeForVPipeDim4", 3);
+    TDefaultCfg::SetDefaultValue(TDefaultCfg::kInteger, 0, 1);
+    TDefaultCfg::SetDefaultValue(TDefaultCfg::kReal, 1, 2.5);
+    ASSERT_TRUE(apps.load(L"zef_pipeSystem"));
+    EXPECT_FALSE(apps.find(L"zef_pipeSystem")->locked);
+    EXPECT_TRUE(apps.is_mdi_aware(L"zef_pipeSystem"));
+    EXPECT_EQ(g_nAlignTypeForVPipeDim4, 3);
+    EXPECT_EQ(g_iElbowType, 1);
+    EXPECT_EQ(g_nPipeTextBreak, 2.5);
+
+    using entry = AcRx::AppRetCode (*)(AcRx::AppMsgCode, void*);
+    rx::application& app = *apps.find(L"zef_pipeSystem");
+    const auto tell = std::bit_cast<entry>(app.symbol("acrxEntryPoint"));
+    for (const int message : {0, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 31})
+        EXPECT_EQ(tell(static_cast<AcRx::AppMsgCode>(message), &app), AcRx::kRetOK) << message;
+
+    g_nAlignTypeForVPipeDim4 = -4;
+    ASSERT_TRUE(apps.unload(L"zef_pipeSystem"));
+    int stored = 0;
+    EXPECT_TRUE(config.GetValue(L"nAlignTypeForVPipeDim4", stored));
+    EXPECT_EQ(stored, -4);
+    TDefaultCfg::SetDefaultValue(TDefaultCfg::kInteger, 0, 0);
+    TDefaultCfg::SetDefaultValue(TDefaultCfg::kReal, 1, 1.0);
+}
+
+TEST(ModuleCommand, WithoutItsPartSaysSoAndFails) {
+    const test::run_result ran = test::zefhost({}, "gxsz\n");
+    EXPECT_EQ(ran.status, 4);
+    EXPECT_NE(ran.out.find("\n命令 gxsz 尚未完成，本次不执行。\n"), ran.out.npos) << ran.out;
+}
+
+} // namespace

@@ -1,0 +1,163 @@
+// The layer commands as a drafter runs them: a drawing, a script, what is said and what has changed.
+#include "base/utf.h"
+#include "siblings/zef_kernal/KernalOptions.h"
+#include "siblings/zef_kernal/TRegProperty.h"
+#include "sys/folders.h"
+#include "tests/support.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using texts = std::vector<std::string>;
+
+// What each object of a drawing holds, "CODE VALUE" in its order, by its name: a layer's own, else the
+// handle.
+std::map<std::string, texts> objects(const std::string& drawing) {
+    std::map<std::string, texts> found;
+    std::istringstream in(drawing);
+    std::string type, name;
+    texts groups;
+    for (std::string code, value; std::getline(in, code) && std::getline(in, value);) {
+        code.erase(0, code.find_first_not_of(' '));
+        value.erase(0, std::min(value.find_first_not_of(' '), value.size()));
+        if (code == "0") {
+            found[name] = std::move(groups);
+            groups.clear();
+            name = type = value;
+        } else if (code == "5" || (code == "2" && type == "LAYER"))
+            name = value;
+        groups.push_back(code + " " + value);
+    }
+    found[name] = std::move(groups);
+    return found;
+}
+
+// "NAME: VALUE" for each value that came, "NAME: -VALUE" for each that went.
+texts changes(const std::string& before, const std::string& after) {
+    const auto old_objects = objects(before);
+    const auto new_objects = objects(after);
+    texts found;
+    const auto compare = [&](const auto& of, const auto& with, const char* sign) {
+        for (const auto& [name, groups] : of)
+            for (const std::string& group : groups) {
+                const auto other = with.find(name);
+                if (other == with.end() ||
+                    std::find(other->second.begin(), other->second.end(), group) == other->second.end())
+                    found.push_back(name + ": " + sign + group);
+            }
+    };
+    compare(new_objects, old_objects, "");
+    compare(old_objects, new_objects, "-");
+    return found;
+}
+
+// Picks of entities by their handles.
+std::string picks(const texts& handles) {
+    std::string script;
+    for (const std::string& handle : handles)
+        script += "(handent \"" + handle + "\")\n";
+    return script;
+}
+
+struct outcome {
+    test::run_result ran;
+    texts changed;
+};
+
+outcome run(const std::string& script, texts arguments = {}) {
+    const test::folder folder;
+    const std::filesystem::path drawing = test::drawing("layer_states.dxf");
+    const std::string out = (folder / "out.dxf").string();
+    arguments.insert(arguments.end(), {drawing.string(), "-o", out});
+    outcome found{test::zefhost(arguments, script), {}};
+    EXPECT_EQ(found.ran.status, 0) << found.ran.err;
+    found.changed = changes(test::read(drawing), test::read(out));
+    return found;
+}
+
+constexpr std::string_view refreshed = "Command: -layer\n";
+constexpr std::string_view regenerated = "Command: re\n";
+
+TEST(ModuleLayers, CommandsChangeWhatTheyNameAndNothingElse) {
+    const struct {
+        std::string script;
+        texts changed;
+        texts said;
+        bool refreshes;
+    } rows[] = {
+        {"OpenSelLayer\n" + picks({"33", "30", "33"}) + "\n",
+         {"0: 62 -7", "A: 62 3", "B#1: 62 -7", "0: -62 7", "A: -62 -3", "B#1: -62 7"},
+         {"\n请选择打开层上的图元 <退出>:"},
+         false},
+        {"OpenSelLayer\n" + picks({"34"}) + "\n",
+         {"0: 62 -7", "给水: 62 -7", "0: -62 7", "给水: -62 7"},
+         {},
+         false},
+        {"OpenSelLayer\n\n", {}, {"\n请选择打开层上的图元 <退出>:\n"}, false},
+        {"SetAllPipeLayOpen\n",
+         {"A: 62 3", "B21: 62 5", "X|墙: 62 1", "32: -60 1", "A: -62 -3", "B21: -62 -5", "X|墙: -62 -1"},
+         {},
+         false},
+        {"LockSelLayer\n" + picks({"31", "33", "34", "33"}) + "\n",
+         {"给水: 70 4", "给水: -70 0"},
+         {"\n请选择要锁定层上的图元 <退出>:", "\nB#1层本身就是锁定的！\nCommand: "},
+         true},
+        {"LockSelLayer\n^C\n", {}, {"\n请选择要锁定层上的图元 <退出>:"}, false},
+        {"UnLockSelLayer\n" + picks({"33", "30", "34"}) + "\n",
+         {"B#1: 70 0", "B#1: -70 4"},
+         {"\n请选择要解锁层上的图元(ESC退出,空格解开全部层) <全部>:",
+          "\n给水层本身就没有锁定！\nA层本身就没有锁定！\nCommand: "},
+         true},
+        {"UnLockSelLayer\n\n", {"B#1: 70 0", "X|墙: 70 49", "B#1: -70 4", "X|墙: -70 53"}, {}, true},
+        {"UnLockSelLayer\n^C\n", {}, {}, false},
+        {"UnFrozenAllLayer\n", {"A: 70 0", "X|墙: 70 52", "A: -70 1", "X|墙: -70 53"}, {}, true},
+        {"ConvertLayer\n" + picks({"33", "30"}),
+         {"33: 8 A", "33: -8 给水"},
+         {"\n请选择要转换图层(源)上的任意图元:<退出>", "\n请选择要转换图层(目标)上的任意图元:<退出>",
+          "\n给水层 已经成功转换到 A层了！"},
+         false},
+        // What lies on a locked layer stays, yet the command says the same.
+        {"ConvertLayer\n" + picks({"31", "33"}), {}, {"\nB#1层 已经成功转换到 给水层了！"}, false},
+        // "#" in the name is no digit of a pattern; sheets are converted too, blocks are not.
+        {"-LAYER U B`#1\n\nConvertLayer\n" + picks({"31", "33"}),
+         {"31: 8 给水", "34: 8 给水", "35: 8 给水", "B#1: 70 0", "31: -8 B#1", "34: -8 b#1", "35: -8 B#1",
+          "B#1: -70 4"},
+         {},
+         false},
+        {"ConvertLayer\n" + picks({"31", "34"}), {}, {"\n图层相同，不需要转换！\n"}, false},
+        {"ConvertLayer\n(handent \"31\")\n\n", {}, {}, false},
+    };
+    for (const auto& row : rows) {
+        const outcome found = run(row.script);
+        EXPECT_EQ(found.changed, row.changed) << row.script << found.ran.out;
+        for (const std::string& text : row.said)
+            EXPECT_NE(found.ran.out.find(text), std::string::npos) << text << " in:\n" << found.ran.out;
+        EXPECT_EQ(found.ran.out.find(refreshed) != std::string::npos, row.refreshes) << found.ran.out;
+        EXPECT_EQ(found.ran.out.find(regenerated) != std::string::npos, row.refreshes) << found.ran.out;
+    }
+}
+
+TEST(ModuleLayers, ThawingTwiceRefreshesOnce) {
+    const std::string said = run("UnFrozenAllLayer\nUnFrozenAllLayer\n").ran.out;
+    EXPECT_EQ(said.find(refreshed), said.rfind(refreshed)) << said;
+}
+
+TEST(ModuleLayers, AnOptionKeepsTheRefreshFromRegenerating) {
+    const test::folder profile;
+    sys::set_profile_folder(profile.path());
+    for (const int shows : {0, 2}) {
+        TRegProperty(GetRegLocation(), L"KOLConfig").SetValue(L"LayerLockShowUpdate", shows);
+        const std::string said = run("UnLockSelLayer\n\n", {"--profile", profile.path().string()}).ran.out;
+        EXPECT_NE(said.find(refreshed), said.npos) << said;
+        EXPECT_EQ(said.find(regenerated) != said.npos, shows != 0) << said;
+    }
+}
+
+} // namespace
