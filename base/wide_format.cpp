@@ -21,19 +21,21 @@ struct length {
 };
 
 // The longer of two that begin alike stands first; the last one fits everything.
+constexpr int long_bits = 8 * sizeof(long);
+constexpr int pointer_bits = 8 * sizeof(void*);
 constexpr length lengths[] = {
     {L"hh", 8},
     {L"h", 16},
     {L"ll", 64},
-    {L"l", 8 * sizeof(long)},
-    {L"w", 8 * sizeof(long)},
+    {L"l", long_bits},
+    {L"w", long_bits},
     {L"I64", 64},
     {L"I32", 32},
+    {L"I", pointer_bits},
+    {L"z", pointer_bits},
+    {L"t", pointer_bits},
     {L"j", 64},
     {L"L", 64},
-    {L"I", 8 * sizeof(void*)},
-    {L"z", 8 * sizeof(void*)},
-    {L"t", 8 * sizeof(void*)},
     {L"", 32},
 };
 
@@ -89,25 +91,18 @@ public:
 private:
     static void take_flags(const wchar_t*& at, conversion& how) {
         for (;; ++at) {
-            switch (*at) {
-            case L'-':
+            if (*at == L'-')
                 how.left = true;
-                break;
-            case L'+':
+            else if (*at == L'+')
                 how.plus = true;
-                break;
-            case L' ':
+            else if (*at == L' ')
                 how.blank = true;
-                break;
-            case L'#':
+            else if (*at == L'#')
                 how.alternate = true;
-                break;
-            case L'0':
+            else if (*at == L'0')
                 how.zero = true;
-                break;
-            default:
+            else
                 return;
-            }
         }
     }
 
@@ -139,18 +134,17 @@ private:
     }
 
     bool put(wchar_t letter, const conversion& how) {
-        const bool upper = letter >= L'A' && letter <= L'Z';
-        const auto lower = static_cast<char>(upper ? letter + (L'a' - L'A') : letter);
-        switch (letter) {
+        constexpr std::wstring_view upper_letters = L"SCXEFGA";
+        const bool upper = upper_letters.find(letter) != upper_letters.npos;
+        const wchar_t lower = upper ? static_cast<wchar_t>(letter + (L'a' - L'A')) : letter;
+        switch (lower) {
         case L'%':
             out_ += L'%';
             return true;
         case L's':
-        case L'S':
             put_text(is_narrow(upper, how.size), how);
             return true;
         case L'c':
-        case L'C':
             put_character(is_narrow(upper, how.size), how);
             return true;
         case L'd':
@@ -161,19 +155,15 @@ private:
             return true;
         }
         case L'u':
+            put_integer(take_integer(false, how.size.bits), 10, L"", false, how);
+            return true;
         case L'o':
-        case L'x':
-        case L'X': {
+            put_integer(take_integer(false, how.size.bits), 8, L"", false, how);
+            return true;
+        case L'x': {
             const std::uint64_t value = take_integer(false, how.size.bits);
-            const bool has_prefix = lower == 'x' && how.alternate && value != 0;
-            put_integer(value,
-                        lower == 'u'   ? 10
-                        : lower == 'o' ? 8
-                                       : 16,
-                        !has_prefix ? L""
-                        : upper     ? L"0X"
-                                    : L"0x",
-                        upper, how);
+            const std::wstring_view prefix = upper ? L"0X" : L"0x";
+            put_integer(value, 16, how.alternate && value != 0 ? prefix : L"", upper, how);
             return true;
         }
         case L'p': {
@@ -183,14 +173,10 @@ private:
             return true;
         }
         case L'e':
-        case L'E':
         case L'f':
-        case L'F':
         case L'g':
-        case L'G':
         case L'a':
-        case L'A':
-            put_real(lower, upper, how);
+            put_real(static_cast<char>(lower), upper, how);
             return true;
         default:
             return false;
@@ -215,7 +201,7 @@ private:
                                              : static_cast<std::size_t>(how.precision);
         if (is_utf8) {
             const char* const text = va_arg(args_, const char*);
-            put_padded(text == nullptr ? std::wstring(L"(null)", 0, limit)
+            put_padded(text == nullptr ? std::wstring(L"(null)").substr(0, limit)
                                        : widen(first_characters(text, limit)),
                        how);
         } else {
@@ -235,12 +221,8 @@ private:
         std::size_t size = 0;
         for (std::size_t count = 0; count < limit && text[size] != 0; ++count) {
             const auto lead = static_cast<unsigned char>(text[size++]);
-            for (int tails = lead < 0xC2   ? 0
-                             : lead < 0xE0 ? 1
-                             : lead < 0xF0 ? 2
-                             : lead < 0xF5 ? 3
-                                           : 0;
-                 tails > 0 && (text[size] & 0xC0) == 0x80; --tails)
+            int tails = lead < 0xC2 || lead > 0xF4 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+            for (; tails > 0 && (text[size] & 0xC0) == 0x80; --tails)
                 ++size;
         }
         return {text, size};
@@ -306,10 +288,10 @@ private:
             if (exponent >= -4 && exponent < precision)
                 digits = text(std::chars_format::fixed, precision - 1 - exponent);
         } else {
-            digits = text(letter == 'e'   ? std::chars_format::scientific
-                          : letter == 'f' ? std::chars_format::fixed
-                                          : std::chars_format::hex,
-                          how.precision);
+            const auto format = letter == 'a'   ? std::chars_format::hex
+                                : letter == 'e' ? std::chars_format::scientific
+                                                : std::chars_format::fixed;
+            digits = text(format, how.precision);
         }
         if (how.alternate && digits.find('.') == digits.npos)
             digits.insert(std::min(digits.find_first_of(letter == 'a' ? "p" : "e"), digits.size()), 1, '.');

@@ -9,7 +9,8 @@ target_compile_options(zef_flags INTERFACE
     $<$<CXX_COMPILER_ID:GNU>:-Wconditionally-supported>
     # Nobody replaces our functions from outside, so a shared library may call its own directly.
     -fno-semantic-interposition)
-target_include_directories(zef_flags INTERFACE ${CMAKE_SOURCE_DIR})
+# For quoted includes alone: <sys/file.h> is the system's, "sys/file.h" ours.
+target_compile_options(zef_flags INTERFACE "SHELL:-iquote \"${CMAKE_SOURCE_DIR}\"")
 if(ZEF_SANITIZE)
     # The check of function types compares addresses of type names, which differ between an application with
     # hidden symbols and the host: it would report calls that are right.

@@ -25,7 +25,8 @@ using registry_value = std::variant<std::uint32_t, std::wstring>;
 std::optional<registry_value> registry_read(std::wstring_view key, std::wstring_view name);
 
 // Writes these values and leaves the key's others alone, all or none; the key is made when it is missing.
-// Fails when the file cannot be read or written, and for an empty key and for names with line ends.
+// Fails when the file cannot be read or written, for an empty key, and for a key, name or text with a line
+// end or a zero in it: the file's form has no place for those.
 base::result<void> registry_write(std::wstring_view key,
                                   std::span<const std::pair<std::wstring, registry_value>> values);
 

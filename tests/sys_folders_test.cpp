@@ -64,12 +64,19 @@ TEST(SysFolders, PrepareProfile) {
     ASSERT_FALSE(refused);
     EXPECT_NE(refused.error().find(sys::from_path(share / "none")), std::wstring::npos);
 
-    // Eight programs start at once.
-    std::vector<pid_t> children;
-    for (int i = 0; i < 8; ++i)
-        children.push_back(test::start_child([&] {
-            return !sys::prepare_profile(share.path()) || test::read(sys::system_folder() / "水") != "water";
-        }));
+    // Eight programs start at once: when this one closes the pipe.
+    int gate[2] = {};
+    ASSERT_EQ(::pipe(gate), 0);
+    pid_t children[8] = {};
+    for (pid_t& child : children)
+        child = test::start_child([&] {
+            char nothing = 0;
+            ::close(gate[1]);
+            return ::read(gate[0], &nothing, 1) != 0 || !sys::prepare_profile(share.path()) ||
+                   test::read(sys::system_folder() / "水") != "water";
+        });
+    ::close(gate[0]);
+    ::close(gate[1]);
     for (const pid_t child : children)
         EXPECT_EQ(test::wait_for(child), 0);
     EXPECT_EQ(test::count_entries(sys::profile_folder()), 1u);
@@ -84,10 +91,6 @@ TEST(SysFolders, PrepareProfile) {
     EXPECT_TRUE(fs::is_directory(sys::temp_folder()));
     EXPECT_EQ(sys::temp_folder(), profile / "new/profile/temp");
     ::chmod((share / "a").c_str(), 0755);
-}
-
-TEST(SysFolders, ExecutableFolder) {
-    EXPECT_TRUE(fs::equivalent(sys::executable_folder(), fs::read_symlink("/proc/self/exe").parent_path()));
 }
 
 TEST(SysDynamicLibrary, OpensFindsAndRefuses) {

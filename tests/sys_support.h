@@ -12,7 +12,7 @@
 
 namespace test {
 
-// A folder that is the profile meanwhile: in memory where the system offers that, so that a thousand saved
+// A folder that is the profile meanwhile, in memory where the system offers that, so that a thousand saved
 // values are not a thousand waits for the disk.
 class profile {
 public:

@@ -13,8 +13,10 @@ std::array<Adesk::UInt32, 256> make_palette() {
                                            0x0000FF, 0xFF00FF, 0xFFFFFF, 0x808080, 0xC0C0C0};
     constexpr double values[] = {1.0, 0.65, 0.5, 0.3, 0.15};
     for (int index = 10; index < 250; ++index) {
-        const double hue = (index / 10 - 1) * 15.0 / 60.0; // in sixths of the circle
-        const double value = values[index % 10 / 2] * 255.0;
+        const int turn = index / 10 - 1;
+        const double hue = turn * 15.0 / 60.0; // in sixths of the circle
+        const int step = index % 10 / 2;
+        const double value = values[step] * 255.0;
         const double least = index % 2 == 0 ? 0.0 : value * 0.5;
         const auto channel = [&](double offset) {
             const double k = std::fmod(offset + hue, 6.0);

@@ -66,7 +66,7 @@ public:
     bool refuse(std::wstring_view prompt, const answer& answer, std::wstring_view reason);
 
     // A text that runs when the command under way has ended.
-    void send_when_ended(std::wstring text) { waiting_ += text; }
+    void send_when_ended(std::wstring_view text) { waiting_ += text; }
 
 private:
     editor();

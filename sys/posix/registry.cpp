@@ -142,8 +142,10 @@ base::result<void> registry_write(std::wstring_view key,
     if (key.find_first_not_of(L'\\') == key.npos || has_line_end(key))
         return base::failure{L"no registry key can be named '" + std::wstring(key) + L"'"};
     for (const auto& [name, value] : values) {
-        if (has_line_end(name))
-            return base::failure{L"no registry value can be named '" + name + L"'"};
+        const auto* const text = std::get_if<std::wstring>(&value);
+        if (has_line_end(name) || (text != nullptr && has_line_end(*text)))
+            return base::failure{L"the registry cannot keep the line end in '" + name + L"' of '" +
+                                 std::wstring(key) + L"'"};
     }
     return update([&](registry_text& text) {
         bool changed = false;

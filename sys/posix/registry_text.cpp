@@ -107,28 +107,8 @@ std::optional<value_line> parse_value_line(std::wstring_view line) {
     return value_line{std::move(*name), trimmed(line.substr(1))};
 }
 
-// The numbers of a list such as "61,00": the blanks and backslashes between its lines do not count.
-std::optional<std::string> parse_hex_list(std::wstring_view list) {
-    std::string digits;
-    for (const wchar_t c : list) {
-        if (std::wstring_view(L" \t\r\n\\").find(c) == list.npos)
-            digits += c < 0x80 ? static_cast<char>(c) : '?';
-    }
-    std::string bytes;
-    for (std::size_t at = 0; at < digits.size(); ++at) {
-        unsigned byte = 0;
-        const auto read = std::from_chars(&digits[at], digits.data() + digits.size(), byte, 16);
-        at = static_cast<std::size_t>(read.ptr - digits.data());
-        if (read.ec != std::errc() || byte > 0xFF || (at < digits.size() && digits[at] != ','))
-            return std::nullopt;
-        bytes += static_cast<char>(byte);
-    }
-    return bytes;
-}
-
 std::optional<registry_value> parse_data(std::wstring_view data) {
     constexpr std::wstring_view number_kind = L"dword:";
-    constexpr std::wstring_view binary_text_kind = L"hex(1):";
     if (data.starts_with(number_kind)) {
         const std::string digits = base::narrow(data.substr(number_kind.size()));
         std::uint32_t number = 0;
@@ -137,42 +117,19 @@ std::optional<registry_value> parse_data(std::wstring_view data) {
             return std::nullopt;
         return number;
     }
-    if (data.starts_with(binary_text_kind)) {
-        const auto bytes = parse_hex_list(data.substr(binary_text_kind.size()));
-        if (!bytes)
-            return std::nullopt;
-        std::wstring text = text_of(std::string(utf16_mark) + *bytes);
-        if (text.ends_with(L'\0'))
-            text.pop_back();
-        return text;
-    }
     auto text = take_quoted(data);
     if (!text || !trimmed(data).empty())
         return std::nullopt;
     return std::move(*text);
 }
 
-// A text with line ends has to be written as bytes: quotes would have to go over several lines.
 std::wstring data_text(const registry_value& value) {
+    if (const auto* const text = std::get_if<std::wstring>(&value))
+        return quoted(*text);
     constexpr wchar_t hex[] = L"0123456789abcdef";
-    std::wstring out;
-    if (const auto* const number = std::get_if<std::uint32_t>(&value)) {
-        out = L"dword:";
-        for (int shift = 28; shift >= 0; shift -= 4)
-            out += hex[*number >> shift & 0xF];
-        return out;
-    }
-    const std::wstring& text = std::get<std::wstring>(value);
-    if (text.find_first_of(std::wstring_view(L"\r\n\0", 3)) == text.npos)
-        return quoted(text);
-    std::string bytes;
-    append_utf16(bytes, text + L'\0');
-    out = L"hex(1)";
-    for (const char byte : bytes) {
-        out += out.ends_with(L')') ? L':' : L',';
-        out += hex[static_cast<unsigned char>(byte) >> 4];
-        out += hex[byte & 0xF];
-    }
+    std::wstring out = L"dword:";
+    for (int shift = 28; shift >= 0; shift -= 4)
+        out += hex[std::get<std::uint32_t>(value) >> shift & 0xF];
     return out;
 }
 
