@@ -243,7 +243,7 @@ TEST(Db, ARenamedLayerKeepsItsEntities) {
             AcDbLayerTableRecordPointer(L"PIPE-给水", database.get(), AcDb::kForWrite)->setName(L"J-给水"),
             Acad::eOk);
     }
-    for (const Adesk::UInt64 handle : {0x102, 0x103, 0x105, 0x106})
+    for (const Adesk::UInt64 handle : {0x102u, 0x103u, 0x105u, 0x106u})
         EXPECT_STREQ(AcDbEntityPointer(at(*database, handle))->layerName().kwszPtr(), L"J-给水") << handle;
     EXPECT_EQ(layer(*database, L"PIPE-给水", AcDb::kForRead).openStatus(), Acad::eKeyNotFound);
 }

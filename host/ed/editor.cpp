@@ -114,6 +114,11 @@ void editor::fail(run_status status, std::wstring_view message) {
 }
 
 void editor::fail_command(std::wstring_view message) {
+    if (input.at_terminal()) { // who typed it has just read why
+        if (status_ == run_status::well)
+            status_ = run_status::refused;
+        return;
+    }
     std::wstring text = input.place() + L": ";
     if (command_ != nullptr)
         text += L"command " + std::wstring(command_->globalName()) + L" failed: ";
@@ -158,7 +163,7 @@ answer editor::ask(std::wstring_view prompt, answer_rule rule) {
 bool editor::refuse(std::wstring_view prompt, const answer& answer, std::wstring_view reason) {
     command_line& line = command_line::instance();
     line.fresh_line();
-    line.print(std::wstring(reason) + L"\n");
+    line.echo(reason);
     if (input.at_terminal())
         return true;
     std::wstring said = answer.kind == answer_kind::enter ? L"Enter" : L"'" + answer.text + L"'";

@@ -2,11 +2,7 @@
 // Every other header that exports something includes this one through adesk.h.
 #pragma once
 
-#if defined(_WIN32)
-#define ACBASE_PORT __declspec(dllimport)
-#else
 #define ACBASE_PORT __attribute__((visibility("default")))
-#endif
 
 #define ACDB_PORT ACBASE_PORT
 #define ACDBCORE2D_PORT ACBASE_PORT

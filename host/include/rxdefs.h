@@ -54,6 +54,4 @@ enum DictIterType {
 
 // The one function that every application defines. `packet` names the application in calls such as
 // acrxUnlockApplication; it means nothing else to the application.
-#if !defined(_WIN32)
 extern "C" ACBASE_PORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet);
-#endif
