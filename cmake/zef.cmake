@@ -52,8 +52,9 @@ function(zef_library name)
         return()
     endif()
     add_library(${name} SHARED ${sources})
+    # Inline functions are each library's own: small ones in loops are not called through a table.
+    set_target_properties(${name} PROPERTIES VISIBILITY_INLINES_HIDDEN ON)
     target_link_libraries(${name} PRIVATE zef_flags)
-    target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
     zef_link(${name} ${arg_LINK})
 endfunction()
 
@@ -64,7 +65,7 @@ function(zef_application name)
     zef_library(${name} SOURCES ${arg_SOURCES} LINK ${arg_LINK})
     if(TARGET ${name})
         set_target_properties(${name} PROPERTIES PREFIX "" SUFFIX ".arx"
-            CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+            CXX_VISIBILITY_PRESET hidden)
     endif()
 endfunction()
 

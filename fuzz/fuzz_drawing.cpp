@@ -31,7 +31,8 @@ void read_all(AcDbDatabase& database) {
             continue;
         acutRelRb(object->xData());
         if (const AcDbEntity* const entity = AcDbEntity::cast(object)) {
-            static_cast<void>(entity->layerName());
+            AcString layer;
+            entity->layer(layer);
             static_cast<void>(entity->color());
             static_cast<void>(entity->blockId());
         } else if (const AcDbDictionary* const dictionary = AcDbDictionary::cast(object)) {

@@ -10,8 +10,7 @@ namespace {
 
 std::unique_ptr<AcDbDatabase> opened(std::string_view name) {
     auto database = std::make_unique<AcDbDatabase>(false, true);
-    AcString reason;
-    EXPECT_EQ(database->dxfIn(test::drawing(name).wstring().c_str(), &reason), Acad::eOk);
+    EXPECT_EQ(database->dxfIn(test::drawing(name).wstring().c_str()), Acad::eOk);
     return database;
 }
 
@@ -244,7 +243,7 @@ TEST(Db, ARenamedLayerKeepsItsEntities) {
             Acad::eOk);
     }
     for (const Adesk::UInt64 handle : {0x102u, 0x103u, 0x105u, 0x106u})
-        EXPECT_STREQ(AcDbEntityPointer(at(*database, handle))->layerName().kwszPtr(), L"J-给水") << handle;
+        EXPECT_EQ(text_of(AcDbEntityPointer(at(*database, handle))->layer()), L"J-给水") << handle;
     EXPECT_EQ(layer(*database, L"PIPE-给水", AcDb::kForRead).openStatus(), Acad::eKeyNotFound);
 }
 
@@ -334,7 +333,7 @@ TEST(Db, BlocksGiveTheirEntitiesInOrder) {
             AcDbEntity* entity = nullptr;
             ASSERT_EQ(iterator->getEntity(entity), Acad::eOk);
             EXPECT_EQ(entity->blockId(), block->objectId());
-            found.push_back(entity->handle());
+            found.push_back(entity->objectId().handle());
             entity->close();
         }
         EXPECT_EQ(static_cast<int>(found.size()), row.count) << row.drawing;

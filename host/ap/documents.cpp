@@ -163,9 +163,9 @@ base::result<void> documents::open(const std::wstring& path, bool read_only) {
     AcApDocument::rxInit();
     AcApDocManager::rxInit();
     auto database = std::make_unique<AcDbDatabase>(path.empty(), true);
-    AcString reason;
-    if (!path.empty() && database->dxfIn(path.c_str(), &reason) != Acad::eOk)
-        return base::failure{reason.kwszPtr()};
+    if (!path.empty())
+        if (auto read = database->imp().read(path); !read)
+            return read;
     all_.push_back(std::make_unique<document>(std::move(database), title_of(path), read_only));
     make_current(all_.back().get());
     rx::applications::instance().send(AcRx::kLoadDwgMsg);
@@ -208,9 +208,8 @@ base::result<void> documents::save(const std::wstring& path) {
     if (current_->isReadOnly() &&
         std::filesystem::equivalent(sys::to_path(target), sys::to_path(current_->fileName()), ignored))
         return base::failure{L"'" + target + L"' was opened read-only"};
-    AcString reason;
-    if (current_->database()->dxfOut(target.c_str(), &reason) != Acad::eOk)
-        return base::failure{reason.kwszPtr()};
+    if (auto saved = current_->database()->imp().save(target); !saved)
+        return saved;
     if (!path.empty())
         current_->set_writable();
     current_->set_title(title_of(target));

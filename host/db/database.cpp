@@ -67,32 +67,20 @@ AcDbDatabase::AcDbDatabase(bool buildDefaultDrawing, bool /*noDocument*/) {
 
 AcDbDatabase::~AcDbDatabase() = default;
 
-Acad::ErrorStatus AcDbDatabase::dxfIn(const ACHAR* fileName, AcString* reason) {
+Acad::ErrorStatus AcDbDatabase::dxfIn(const ACHAR* fileName, const ACHAR* /*logFileName*/) {
     if (fileName == nullptr || m_imp->has_drawing())
         return Acad::eInvalidInput;
-    const std::filesystem::path path = sys::to_path(fileName);
-    auto opened = dxf::drawing::open(path);
-    if (!opened) {
-        if (reason != nullptr)
-            *reason = opened.error().c_str();
-        std::error_code ignored;
-        return std::filesystem::exists(path, ignored) ? Acad::eDxfReadAborted : Acad::eFileNotFound;
-    }
-    m_imp->set_drawing(std::move(*opened));
-    m_imp->file_name = fileName;
-    return Acad::eOk;
+    if (m_imp->read(fileName))
+        return Acad::eOk;
+    std::error_code ignored;
+    return std::filesystem::exists(sys::to_path(fileName), ignored) ? Acad::eDxfReadAborted
+                                                                    : Acad::eFileNotFound;
 }
 
-Acad::ErrorStatus AcDbDatabase::dxfOut(const ACHAR* fileName, AcString* reason) {
+Acad::ErrorStatus AcDbDatabase::dxfOut(const ACHAR* fileName) {
     if (fileName == nullptr || !m_imp->has_drawing())
         return Acad::eInvalidInput;
-    if (auto saved = m_imp->drawing().save(sys::to_path(fileName)); !saved) {
-        if (reason != nullptr)
-            *reason = saved.error().c_str();
-        return Acad::eFileAccessErr;
-    }
-    m_imp->file_name = fileName;
-    return Acad::eOk;
+    return m_imp->save(fileName) ? Acad::eOk : Acad::eFileAccessErr;
 }
 
 Acad::ErrorStatus AcDbDatabase::getFilename(const ACHAR*& fileName) const {

@@ -36,6 +36,12 @@ void for_parts(const AcDbImpObject& imp, Change change) {
     }
 }
 
+std::wstring layer_of(const AcDbEntity& entity, const AcDbImpObject& imp) {
+    entity.assertReadEnabled();
+    const auto name = imp.groups().text(entity_place, 8);
+    return name ? imp.decode(dxf::trimmed(*name)) : L"0";
+}
+
 std::wstring name_of_entry(const AcDbImpObject& imp, AcDbObjectId id) {
     const dxf::record_id record = imp.database->record(id);
     return record != dxf::no_record ? imp.database->name_of(record) : std::wstring();
@@ -53,23 +59,17 @@ Acad::ErrorStatus check_entry(const AcDbImpObject& imp, AcDbObjectId id, std::ui
 
 } // namespace
 
-AcString AcDbEntity::layerName() const {
-    assertReadEnabled();
-    const auto name = imp().groups().text(entity_place, 8);
-    return AcString(name ? imp().decode(dxf::trimmed(*name)).c_str() : L"0");
-}
-
 ACHAR* AcDbEntity::layer() const {
-    return copy_of(layerName().kwszPtr());
+    return copy_of(layer_of(*this, imp()));
 }
 
 Acad::ErrorStatus AcDbEntity::layer(AcString& name) const {
-    name = layerName();
+    name = layer_of(*this, imp()).c_str();
     return Acad::eOk;
 }
 
 AcDbObjectId AcDbEntity::layerId() const {
-    return imp().database->id(imp().database->find_entry(db::table_kind::layer, layerName().kwszPtr()));
+    return imp().database->id(imp().database->find_entry(db::table_kind::layer, layer_of(*this, imp())));
 }
 
 Acad::ErrorStatus AcDbEntity::setLayer(const ACHAR* name, bool doSubents, bool /*allowHiddenLayer*/) {
@@ -77,7 +77,7 @@ Acad::ErrorStatus AcDbEntity::setLayer(const ACHAR* name, bool doSubents, bool /
         return Acad::eNotOpenForWrite;
     if (name == nullptr || imp().database->find_entry(db::table_kind::layer, name) == dxf::no_record)
         return Acad::eKeyNotFound;
-    if (!base::equal_no_case(layerName().kwszPtr(), name))
+    if (!base::equal_no_case(layer_of(*this, imp()), name))
         imp().edit().set_text(entity_place, 8, imp().database->layer_bytes(name));
     if (doSubents)
         for_parts(imp(), [&](AcDbEntity& part) { part.setLayer(name, false); });

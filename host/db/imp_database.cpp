@@ -7,6 +7,7 @@
 #include "host/db/imp_object.h"
 #include "host/db/properties.h"
 #include "host/dxf/record_header.h"
+#include "sys/folders.h"
 
 #include <algorithm>
 
@@ -54,6 +55,22 @@ AcDbImpDatabase::AcDbImpDatabase(AcDbDatabase& self) : self_(self) {
 
 AcDbImpDatabase::~AcDbImpDatabase() {
     living()[serial_ - 1] = nullptr;
+}
+
+base::result<void> AcDbImpDatabase::read(const std::wstring& path) {
+    auto opened = dxf::drawing::open(sys::to_path(path));
+    if (!opened)
+        return base::failure{opened.error()};
+    set_drawing(std::move(*opened));
+    file_name = path;
+    return {};
+}
+
+base::result<void> AcDbImpDatabase::save(const std::wstring& path) {
+    auto saved = drawing_->save(sys::to_path(path));
+    if (saved)
+        file_name = path;
+    return saved;
 }
 
 void AcDbImpDatabase::set_drawing(std::unique_ptr<dxf::drawing> drawing) {

@@ -27,6 +27,9 @@ public:
     AcDbImpDatabase(const AcDbImpDatabase&) = delete;
     AcDbImpDatabase& operator=(const AcDbImpDatabase&) = delete;
 
+    // Reads a drawing file, and writes it, whole or not at all. On failure says what is wrong and where.
+    base::result<void> read(const std::wstring& path);
+    base::result<void> save(const std::wstring& path);
     // Takes over a drawing that was read.
     void set_drawing(std::unique_ptr<dxf::drawing> drawing);
     bool has_drawing() const { return drawing_ != nullptr; }

@@ -16,13 +16,8 @@ AcDbObjectId AcDbObject::objectId() const {
     return m_imp->database != nullptr ? m_imp->database->id(m_imp->record) : AcDbObjectId::kNull;
 }
 
-AcDbHandle AcDbObject::handle() const {
-    return m_imp->database != nullptr ? AcDbHandle(m_imp->database->records().handle(m_imp->record))
-                                      : AcDbHandle();
-}
-
 void AcDbObject::getAcDbHandle(AcDbHandle& handle) const {
-    handle = this->handle();
+    handle = objectId().handle();
 }
 
 AcDbObjectId AcDbObject::ownerId() const {

@@ -34,13 +34,14 @@ void list_entity(AcDbObjectId id) {
         return;
     AcDbImpDatabase& database = id.database()->imp();
     const dxf::record_id record = database.record(id);
-    const AcString layer = entity->layerName();
+    AcString layer;
+    entity->layer(layer);
     AcString space;
     if (const AcDbBlockTableRecordPointer block(entity->blockId(), AcDb::kForRead);
         block.openStatus() == Acad::eOk)
         block->getName(space);
     ACHAR handle[AcDbHandle::kStrSiz];
-    entity->handle().getIntoAsciiBuffer(handle);
+    id.handle().getIntoAsciiBuffer(handle);
     const std::string type(database.records().type_name(record));
     acutPrintf(L"\n%18S    Layer: \"%ls\"\n%28ls: %ls\n%22ls = %ls\n", type.c_str(), layer.kwszPtr(),
                L"Space", space.kwszPtr(), L"Handle", handle);

@@ -39,9 +39,10 @@ ACCORE_PORT int acedUsrBrk();
 // ---- selection sets
 
 // Selects. Modes: null or "" asks the user, "X" all of the drawing, "A" what is neither frozen nor locked,
-// "L" the newest visible entity, "P" the previous set, "I" what was picked first, ":S" one operation, ":$"
-// prompts from pt1 (an array of two texts); "_" in front is allowed. `filter` is a chain of group codes and
-// values. RTNORM only for a set with at least one entity, which the caller frees.
+// "L" the newest visible entity, "P" the previous set, "I" what was picked first (nothing, where input is a
+// command line), ":S" one operation, ":$" prompts from pt1 (an array of two texts); "_" in front is allowed.
+// Windows, crossings, fences and points are not supported yet: RTREJ. `filter` is a chain of group codes and
+// values, RTREJ when it is malformed. RTNORM only for a set with at least one entity, which the caller frees.
 ACCORE_PORT int acedSSGet(const ACHAR* mode, const void* pt1, const void* pt2, const resbuf* filter,
                           ads_name set);
 ACCORE_PORT int acedSSFree(const ads_name set);

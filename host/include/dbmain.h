@@ -50,7 +50,6 @@ public:
     AcDbObjectId objectId() const;
     AcDbObjectId id() const override { return objectId(); }
     Adesk::Boolean isPersistent() const override { return !isNewObject(); }
-    AcDbHandle handle() const;
     void getAcDbHandle(AcDbHandle& handle) const;
     // The container: a table, a block record, a dictionary. Null when there is none.
     AcDbObjectId ownerId() const;
@@ -113,8 +112,7 @@ public:
     ACRX_DECLARE_MEMBERS(AcDbEntity);
     ~AcDbEntity() override;
 
-    // The name of its layer. The second form gives a text that the caller frees (acutDelString).
-    AcString layerName() const;
+    // The name of its layer. The first form gives a text that the caller frees (acutDelString).
     ACHAR* layer() const;
     Acad::ErrorStatus layer(AcString& name) const;
     // Null when the drawing has no record of that layer.
@@ -163,11 +161,10 @@ public:
     explicit AcDbDatabase(bool buildDefaultDrawing = true, bool noDocument = false);
     ~AcDbDatabase() override;
 
-    // Reads a DXF file into an empty database. eFileNotFound, eFileAccessErr, eDxfReadAborted; the reason in
-    // words goes to `reason` when given.
-    Acad::ErrorStatus dxfIn(const ACHAR* fileName, AcString* reason = nullptr);
-    // Writes the drawing, whole or not at all. eFileAccessErr; the reason goes to `reason`.
-    Acad::ErrorStatus dxfOut(const ACHAR* fileName, AcString* reason = nullptr);
+    // Reads a DXF file into an empty database. eFileNotFound, eDxfReadAborted, eInvalidInput.
+    Acad::ErrorStatus dxfIn(const ACHAR* fileName, const ACHAR* logFileName = nullptr);
+    // Writes the drawing, whole or not at all. eFileAccessErr, and the old file is as it was.
+    Acad::ErrorStatus dxfOut(const ACHAR* fileName);
 
     // The file that it was read from or last written to; empty for a new one.
     Acad::ErrorStatus getFilename(const ACHAR*& fileName) const;
@@ -207,6 +204,18 @@ public:
     }
     Acad::ErrorStatus getSymbolTable(AcDbRegAppTable*& table, AcDb::OpenMode mode) {
         return getRegAppTable(table, mode);
+    }
+    Acad::ErrorStatus getSymbolTable(AcDbDimStyleTable*& table, AcDb::OpenMode mode) {
+        return getDimStyleTable(table, mode);
+    }
+    Acad::ErrorStatus getSymbolTable(AcDbViewTable*& table, AcDb::OpenMode mode) {
+        return getViewTable(table, mode);
+    }
+    Acad::ErrorStatus getSymbolTable(AcDbViewportTable*& table, AcDb::OpenMode mode) {
+        return getViewportTable(table, mode);
+    }
+    Acad::ErrorStatus getSymbolTable(AcDbUCSTable*& table, AcDb::OpenMode mode) {
+        return getUCSTable(table, mode);
     }
     // eKeyNotFound when the drawing's version has no dictionaries (R12 and before).
     Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary,

@@ -67,19 +67,19 @@ protected:
 };
 
 // Opens a symbol table record by its name too.
-template<class T, class Table>
-class AcDbNamedRecordPointer : public AcDbObjectPointer<T> {
+template<class T>
+class AcDbSymbolTableRecordPointer : public AcDbObjectPointer<T> {
 public:
     using AcDbObjectPointer<T>::AcDbObjectPointer;
-    AcDbNamedRecordPointer(const ACHAR* name, AcDbDatabase* db, AcDb::OpenMode mode = AcDb::kForRead,
-                           bool openErased = false) {
+    AcDbSymbolTableRecordPointer(const ACHAR* name, AcDbDatabase* db, AcDb::OpenMode mode = AcDb::kForRead,
+                                 bool openErased = false) {
         open(name, db, mode, openErased);
     }
     using AcDbObjectPointer<T>::open;
     Acad::ErrorStatus open(const ACHAR* name, AcDbDatabase* db, AcDb::OpenMode mode = AcDb::kForRead,
                            bool openErased = false) {
         this->close();
-        Table* table = nullptr;
+        typename T::TableType* table = nullptr;
         this->m_status = db == nullptr ? Acad::eNoDatabase : db->getSymbolTable(table, AcDb::kForRead);
         if (this->m_status != Acad::eOk)
             return this->m_status;
@@ -92,9 +92,9 @@ public:
 typedef AcDbObjectPointer<AcDbEntity> AcDbEntityPointer;
 typedef AcDbObjectPointer<AcDbDictionary> AcDbDictionaryPointer;
 typedef AcDbObjectPointer<AcDbXrecord> AcDbXrecordPointer;
-typedef AcDbNamedRecordPointer<AcDbLayerTableRecord, AcDbLayerTable> AcDbLayerTableRecordPointer;
-typedef AcDbNamedRecordPointer<AcDbLinetypeTableRecord, AcDbLinetypeTable> AcDbLinetypeTableRecordPointer;
-typedef AcDbNamedRecordPointer<AcDbTextStyleTableRecord, AcDbTextStyleTable> AcDbTextStyleTableRecordPointer;
-typedef AcDbNamedRecordPointer<AcDbBlockTableRecord, AcDbBlockTable> AcDbBlockTableRecordPointer;
+typedef AcDbSymbolTableRecordPointer<AcDbLayerTableRecord> AcDbLayerTableRecordPointer;
+typedef AcDbSymbolTableRecordPointer<AcDbLinetypeTableRecord> AcDbLinetypeTableRecordPointer;
+typedef AcDbSymbolTableRecordPointer<AcDbTextStyleTableRecord> AcDbTextStyleTableRecordPointer;
+typedef AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> AcDbBlockTableRecordPointer;
 typedef AcDbObjectPointer<AcDbLayerTable> AcDbLayerTablePointer;
 typedef AcDbObjectPointer<AcDbBlockTable> AcDbBlockTablePointer;

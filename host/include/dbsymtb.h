@@ -94,9 +94,10 @@ private:
         }                                                                                                    \
     }
 
-#define ACDB_SYMBOL_TABLE_RECORD(RECORD)                                                                     \
+#define ACDB_SYMBOL_TABLE_RECORD(RECORD, TABLE)                                                              \
     class ACDB_PORT RECORD : public AcDbSymbolTableRecord {                                                  \
     public:                                                                                                  \
+        typedef TABLE TableType;                                                                             \
         ACRX_DECLARE_MEMBERS(RECORD);                                                                        \
         RECORD();                                                                                            \
         ~RECORD() override;                                                                                  \
@@ -104,6 +105,7 @@ private:
 
 class ACDB_PORT AcDbLayerTableRecord : public AcDbSymbolTableRecord {
 public:
+    typedef AcDbLayerTable TableType;
     ACRX_DECLARE_MEMBERS(AcDbLayerTableRecord);
     AcDbLayerTableRecord();
     ~AcDbLayerTableRecord() override;
@@ -142,6 +144,7 @@ class AcDbBlockTableRecordIterator;
 
 class ACDB_PORT AcDbBlockTableRecord : public AcDbSymbolTableRecord {
 public:
+    typedef AcDbBlockTable TableType;
     ACRX_DECLARE_MEMBERS(AcDbBlockTableRecord);
     AcDbBlockTableRecord();
     ~AcDbBlockTableRecord() override;
@@ -181,6 +184,7 @@ private:
 
 class ACDB_PORT AcDbLinetypeTableRecord : public AcDbSymbolTableRecord {
 public:
+    typedef AcDbLinetypeTable TableType;
     ACRX_DECLARE_MEMBERS(AcDbLinetypeTableRecord);
     AcDbLinetypeTableRecord();
     ~AcDbLinetypeTableRecord() override;
@@ -191,12 +195,12 @@ public:
     int numDashes() const;
 };
 
-ACDB_SYMBOL_TABLE_RECORD(AcDbTextStyleTableRecord);
-ACDB_SYMBOL_TABLE_RECORD(AcDbRegAppTableRecord);
-ACDB_SYMBOL_TABLE_RECORD(AcDbDimStyleTableRecord);
-ACDB_SYMBOL_TABLE_RECORD(AcDbViewTableRecord);
-ACDB_SYMBOL_TABLE_RECORD(AcDbViewportTableRecord);
-ACDB_SYMBOL_TABLE_RECORD(AcDbUCSTableRecord);
+ACDB_SYMBOL_TABLE_RECORD(AcDbTextStyleTableRecord, AcDbTextStyleTable);
+ACDB_SYMBOL_TABLE_RECORD(AcDbRegAppTableRecord, AcDbRegAppTable);
+ACDB_SYMBOL_TABLE_RECORD(AcDbDimStyleTableRecord, AcDbDimStyleTable);
+ACDB_SYMBOL_TABLE_RECORD(AcDbViewTableRecord, AcDbViewTable);
+ACDB_SYMBOL_TABLE_RECORD(AcDbViewportTableRecord, AcDbViewportTable);
+ACDB_SYMBOL_TABLE_RECORD(AcDbUCSTableRecord, AcDbUCSTable);
 
 ACDB_SYMBOL_TABLE(AcDbLayerTable, AcDbLayerTableRecord);
 ACDB_SYMBOL_TABLE(AcDbLinetypeTable, AcDbLinetypeTableRecord);
