@@ -16,6 +16,9 @@ namespace {
 // and not used costs address space only.
 constexpr std::size_t bytes_per_record = 120;
 
+// The columns hold lengths in 32 bits. No object of a drawing comes near it.
+constexpr std::ptrdiff_t longest_record = 0x7FFFFFFF;
+
 enum class region { outside, header, classes, tables, blocks, entities, objects, unknown };
 
 region region_by_name(std::string_view name) {
@@ -83,6 +86,8 @@ base::result<drawing_parts> indexing::run() {
                 in_header = false;
             continue;
         }
+        if (group.begin - records_.text(current).data() > longest_record)
+            return refusal(bytes_, records_.text(current).data(), L"the object that begins here has no end");
         records_.extend(current, group.begin);
         finish_header(current, taker.header);
         current = begin_record(group);
@@ -91,6 +96,8 @@ base::result<drawing_parts> indexing::run() {
         ended = records_.type(current) == type_eof;
     }
     finish_header(current, taker.header);
+    if (bytes_.data() + bytes_.size() - records_.text(current).data() > longest_record)
+        return refusal(bytes_, records_.text(current).data(), L"what stands behind this line is no drawing");
     records_.extend(current, bytes_.data() + bytes_.size());
     parts_.high_bytes = groups.high_bytes();
 

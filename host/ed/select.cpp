@@ -27,25 +27,38 @@ AcDbImpDatabase* current() {
     return database != nullptr ? &database->imp() : nullptr;
 }
 
-// Flags of a layer record.
-struct layer_state {
-    bool off = false;
-    bool frozen = false;
-    bool locked = false;
-};
+// What the layers of entities show, asked once for each layer.
+class layer_states {
+public:
+    explicit layer_states(AcDbImpDatabase& database) : database_(database) {}
 
-layer_state state_of_layer(AcDbImpDatabase& database, dxf::record_id entity) {
-    const dxf::record_id layer = database.find_entry(db::table_kind::layer, database.layer_name(entity));
-    layer_state state;
-    if (layer == dxf::no_record)
-        return state;
-    const dxf::group_list groups(database.records().text(layer));
-    const auto flags = groups.integer(db::layer_place, 70).value_or(0);
-    state.frozen = (flags & 1) != 0;
-    state.locked = (flags & 4) != 0;
-    state.off = groups.integer(db::layer_place, 62).value_or(7) < 0;
-    return state;
-}
+    struct state {
+        bool off = false;
+        bool frozen = false;
+        bool locked = false;
+    };
+
+    const state& of(dxf::record_id entity) {
+        const std::uint32_t number = database_.records().layer(entity);
+        if (number >= known_.size())
+            known_.resize(number + 1);
+        if (!known_[number])
+            known_[number] = read(database_.find_entry(db::table_kind::layer, database_.layer_name(entity)));
+        return *known_[number];
+    }
+
+private:
+    state read(dxf::record_id layer) const {
+        if (layer == dxf::no_record)
+            return {};
+        const dxf::group_list groups(database_.records().text(layer));
+        const auto flags = groups.integer(db::layer_place, 70).value_or(0);
+        return {groups.integer(db::layer_place, 62).value_or(7) < 0, (flags & 1) != 0, (flags & 4) != 0};
+    }
+
+    AcDbImpDatabase& database_;
+    std::vector<std::optional<state>> known_; // by number of layer name
+};
 
 // Every live entity of the drawing's spaces, the newest first: that is what "X" looks at.
 template<class Take>
@@ -77,10 +90,11 @@ bool in_current_space(AcDbImpDatabase& database, dxf::record_id entity) {
 
 dxf::record_id last_visible(AcDbImpDatabase& database) {
     dxf::record_id found = dxf::no_record;
+    layer_states states(database);
     for_entities_newest_first(database, [&](dxf::record_id id) {
         if (!in_current_space(database, id))
             return true;
-        const layer_state state = state_of_layer(database, id);
+        const layer_states::state& state = states.of(id);
         const bool visible =
             dxf::group_list(database.records().text(id)).integer(db::entity_place, 60).value_or(0) != 1;
         if (state.off || state.frozen || !visible)
@@ -107,14 +121,12 @@ std::wstring entity_of_handle(AcDbImpDatabase& database, const std::wstring& han
 // All that a filter fits, of the whole drawing or of what is neither frozen nor locked.
 selection_set select_all(AcDbImpDatabase& database, const selection_filter* filter, bool whole_drawing) {
     selection_set set;
+    layer_states states(database);
     for_entities_newest_first(database, [&](dxf::record_id id) {
         if (filter != nullptr && !filter->fits(id))
             return true;
-        if (!whole_drawing) {
-            const layer_state state = state_of_layer(database, id);
-            if (state.frozen || state.locked)
-                return true;
-        }
+        if (!whole_drawing && (states.of(id).frozen || states.of(id).locked))
+            return true;
         set.add(database.id(id));
         return true;
     });
