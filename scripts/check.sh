@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# check.sh: judges the sources without running them: form, floors, clang-tidy. Status 1 when anything is found.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+cd "$root"
+status=0
+
+# check NAME COMMAND...: runs one check and tells its time.
+check() {
+    local name=$1 started=$SECONDS
+    shift
+    if "$@" >&2; then
+        say "  $name: good, $((SECONDS - started)) s"
+    else
+        say "  $name: see above"
+        status=1
+    fi
+}
+
+# Sources of the given names, whether git knows them yet or not.
+files() {
+    local names=()
+    for name; do names+=(-o -name "$name"); done
+    find . \( -path ./build -o -path ./.git \) -prune -o -type f \( "${names[@]:1}" \) -print0
+}
+
+check_form() {
+    local crooked
+    # shellcheck disable=SC2016
+    crooked=$(files '*.h' '*.cpp' | xargs -0 -r -n 16 -P "$(nproc)" bash -c '
+        for file; do
+            clang-format --dry-run -Werror "$file" 2>/dev/null || printf "%s\n" "$file"
+        done' form | sort)
+    [ -z "$crooked" ] || { printf 'to be formatted: clang-format -i %s\n' "${crooked//$'\n'/ }"; return 1; }
+}
+
+check_words() {
+    local found=0
+    files '*.h' '*.cpp' '*.cmake' CMakeLists.txt '*.py' '*.sh' run test bench |
+        xargs -0 -r grep -nE $'\\b(TODO|FIXME)\\b|[ \t]+$|\t|\r' /dev/null | grep -v '^./scripts/check.sh:' && found=1
+    return $found
+}
+
+check 'self-test of the floors' scripts/check_arrows.sh --self-test
+check 'floors' scripts/check_arrows.sh
+check 'words and blanks' check_words
+check 'form' check_form
+check 'clang-tidy' scripts/check_tidy.sh
+exit $status

@@ -1,0 +1,71 @@
+#!/usr/bin/env bash
+# setup.sh [GROUP...]: installs what is missing for the groups named (build when none is), asking nothing.
+# It knows Debian's packages; elsewhere it says what is needed and goes on.
+set -euo pipefail
+
+# group    package             purpose
+packages='
+build      g++                 compiles everything
+build      cmake               describes the build
+build      ninja-build         runs the build
+build      pkg-config          tells where libedit is
+build      libedit-dev         line editing of the console program
+build      libgtest-dev        the tests
+check      clang               second compiler, sanitizers
+check      libclang-rt-14-dev  run time of the sanitizers and fuzzers
+check      llvm                readable stack traces from the sanitizers
+check      clang-format        style of the sources
+check      clang-tidy          mistakes that compile
+bench      libdime-dev         a peer to measure against
+bench      libdxflib-dev       a peer to measure against
+bench      python3             runs the measurements
+judge      python3-ezdxf       judges the drawings that we write
+'
+
+groups=${*:-build}
+wanted=$(awk -v groups=" $groups " 'index(groups, " " $1 " ") { print $2 }' <<<"$packages")
+if [ -z "$wanted" ]; then
+    echo "setup: no group named $groups; groups are build, check, bench, judge" >&2
+    exit 2
+fi
+
+# What is missing of the packages in $wanted.
+missing() {
+    local installed
+    # shellcheck disable=SC2086
+    installed=$(dpkg-query -W -f '${db:Status-Abbrev}${Package}\n' $wanted 2>/dev/null | sed -n 's/^ii *//p')
+    grep -vxF -f <(printf '%s\n' "$installed" none) <<<"$wanted" || true
+}
+
+if ! command -v dpkg-query >/dev/null; then
+    echo "setup: this is no Debian; it needs what these packages hold there:" $wanted >&2
+    exit 0
+fi
+lacking=$(missing)
+[ -n "$lacking" ] || exit 0
+
+as_root=
+if [ "$(id -u)" != 0 ]; then
+    as_root='sudo -n'
+    if ! sudo -n true 2>/dev/null; then
+        echo "setup: not root, and sudo asks for a password; please run: sudo apt-get install" $lacking >&2
+        exit 1
+    fi
+fi
+
+echo "installing" $lacking >&2
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+install() {
+    # shellcheck disable=SC2086
+    $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $lacking >"$log" 2>&1
+}
+# The lists of a fresh system are empty or old: fetched only when the first try failed.
+if ! install && ! { $as_root apt-get update >"$log" 2>&1 && install; }; then
+    grep '^E:' "$log" >&2 || tail -n 3 "$log" >&2
+fi
+lacking=$(missing)
+if [ -n "$lacking" ]; then
+    echo "setup: could not install" $lacking "- please run: apt-get update && apt-get install" $lacking >&2
+    exit 1
+fi
