@@ -245,6 +245,12 @@ TEST(Db, ARenamedLayerKeepsItsEntities) {
     for (const Adesk::UInt64 handle : {0x102u, 0x103u, 0x105u, 0x106u})
         EXPECT_EQ(text_of(AcDbEntityPointer(at(*database, handle))->layer()), L"J-给水") << handle;
     EXPECT_EQ(layer(*database, L"PIPE-给水", AcDb::kForRead).openStatus(), Acad::eKeyNotFound);
+    for (const wchar_t* name : {L"0", L"底图|轴线"})
+        EXPECT_EQ(AcDbLayerTableRecordPointer(name, database.get(), AcDb::kForWrite)->setName(L"其它"),
+                  Acad::eInvalidInput)
+            << name;
+    EXPECT_EQ(AcDbLayerTableRecordPointer(L"0", database.get(), AcDb::kForWrite)->erase(),
+              Acad::eCannotBeErasedByCaller);
 }
 
 TEST(Db, EntityPropertiesChangeTheirGroupsAlone) {

@@ -51,6 +51,8 @@ Acad::ErrorStatus AcDbSymbolTableRecord::setName(const ACHAR* name) {
         // What refers to a layer by name follows; for other tables that is not done yet.
         if (isA() != AcDbLayerTableRecord::desc())
             return Acad::eNotImplementedYet;
+        if (isDependent() || imp().database->name_of(imp().record) == L"0")
+            return Acad::eInvalidInput;
         const db::table_kind kind = imp().database->kind_of_table(
             imp().database->records().find(imp().database->records().owner_handle(imp().record)));
         const dxf::record_id other = imp().database->find_entry(kind, name);

@@ -85,6 +85,11 @@ base::result<void> drawing::read(std::string_view bytes) {
     style_ = style_of(bytes, records_);
     if (const auto version = header_value("$ACADVER"); version && version->size() > 2)
         std::from_chars(version->data() + 2, version->data() + version->size(), version_);
+    // A seed beyond all reason would leave no handles.
+    constexpr std::uint64_t highest_seed = std::uint64_t(1) << 48;
+    if (const std::uint64_t seed = parse_handle(header_value("$HANDSEED").value_or(""));
+        seed > 1 && seed < highest_seed)
+        records_.set_handle_floor(seed - 1);
     codec_ = text_codec(version_, header_value("$DWGCODEPAGE").value_or(""),
                         parts_.high_bytes && version_ < 1021 && base::is_utf8(bytes));
     return {};

@@ -11,6 +11,7 @@
 #include "host/dxf/names.h"
 #include "host/dxf/text_arena.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -137,7 +138,9 @@ public:
     void set_owner(record_id id, std::uint32_t owner) { owners_[id] = owner; }
     std::uint32_t owner(record_id id) const { return owners_[id]; }
     // A handle that the file does not use; for records that have none there, and for new ones.
-    std::uint64_t new_handle() { return ++highest_handle_; }
+    std::uint64_t new_handle() { return highest_handle_ = std::max(highest_handle_, handle_floor_) + 1; }
+    // New handles come above this one: the file says that those below were given once.
+    void set_handle_floor(std::uint64_t handle) { handle_floor_ = handle; }
 
     // ---- changes; each is noted in the step that is open
 
@@ -202,6 +205,7 @@ private:
     std::uint32_t last_owner_ = 0; // runs of one owner are the rule
 
     std::uint64_t highest_handle_ = 0;
+    std::uint64_t handle_floor_ = 0;
     mutable std::vector<record_id> by_handle_; // built when first asked
     mutable std::unordered_map<std::uint64_t, record_id> by_far_handle_;
     mutable bool handles_indexed_ = false;

@@ -368,6 +368,35 @@ bool lineweight() {
                       [&](AcDbLayerTableRecord& layer) { layer.setLineWeight(chosen); });
 }
 
+// A layer's transparency is extended data: AcCmTransparency, the opacity as a byte with a mark above it.
+bool transparency() {
+    int percent = 0;
+    const int answered = ask_value(L"\nEnter transparency value (0-90): ", {}, answer_rule::word,
+                                   [&](const answer& given) -> std::wstring {
+                                       const auto value = base::parse_integer(base::narrow(given.text));
+                                       if (!value || *value < 0 || *value > 90)
+                                           return L"Requires an integer between 0 and 90.";
+                                       percent = static_cast<int>(*value);
+                                       return {};
+                                   });
+    if (answered != RTNORM)
+        return answered != RTCAN;
+    acdbRegApp(L"AcCmTransparency");
+    const int opacity = (100 - percent) * 255 / 100;
+    constexpr int mark = 0x02000000;
+    const std::unique_ptr<resbuf, int (*)(resbuf*)> data(
+        acutBuildList(1001, L"AcCmTransparency", 1071, mark | opacity, 0), acutRelRb);
+    return for_layers(L"\nEnter name list of layer(s) to set transparency to " + std::to_wstring(percent) +
+                          L" <" + current_name() + L">: ",
+                      [&](AcDbLayerTableRecord& layer) { layer.setXData(data.get()); });
+}
+
+// Options of the editor that are not there yet.
+bool not_supported() {
+    acutPrintf(L"\nThis option is not supported yet.\n");
+    return true;
+}
+
 bool plot() {
     acedInitGet(0, L"Plot No");
     ACHAR word[8] = L"Plot";
@@ -403,14 +432,27 @@ struct option {
 };
 
 constexpr option options[] = {
-    {L"?", list_layers},  {L"Make", make},
-    {L"Set", set},        {L"New", new_layers},
-    {L"Rename", rename},  {L"ON", on},
-    {L"OFF", off},        {L"Color", color},
-    {L"Ltype", linetype}, {L"LWeight", lineweight},
-    {L"Plot", plot},      {L"Freeze", freeze},
-    {L"Thaw", thaw},      {L"LOck", lock},
-    {L"Unlock", unlock},  {L"Description", description},
+    {L"?", list_layers},
+    {L"Make", make},
+    {L"Set", set},
+    {L"New", new_layers},
+    {L"Rename", rename},
+    {L"ON", on},
+    {L"OFF", off},
+    {L"Color", color},
+    {L"Ltype", linetype},
+    {L"LWeight", lineweight},
+    {L"TRansparency", transparency},
+    {L"MATerial", not_supported},
+    {L"Plot", plot},
+    {L"Freeze", freeze},
+    {L"Thaw", thaw},
+    {L"LOck", lock},
+    {L"Unlock", unlock},
+    {L"stAte", not_supported},
+    {L"Description", description},
+    {L"rEconcile", not_supported},
+    {L"Xref", not_supported},
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "acdbads.h"
 #include "acedads.h"
+#include "dbobjptr.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
 #include "host/ed/system_variables.h"
@@ -80,6 +81,19 @@ Acad::ErrorStatus acdbGetAdsName(ads_name& name, AcDbObjectId id) {
     name[0] = id.asOldId();
     name[1] = 0;
     return Acad::eOk;
+}
+
+int acdbRegApp(const ACHAR* application) {
+    AcDbDatabase* const database = ap::documents::instance().current_database();
+    if (application == nullptr || database == nullptr)
+        return RTERROR;
+    AcDbObjectPointer<AcDbRegAppTable> table(database->regAppTableId(), AcDb::kForWrite);
+    auto record = std::make_unique<AcDbRegAppTableRecord>();
+    if (table.openStatus() != Acad::eOk || record->setName(application) != Acad::eOk ||
+        table->add(record.get()) != Acad::eOk)
+        return RTERROR;
+    record.release()->close(); // the table's now
+    return RTNORM;
 }
 
 int acdbHandEnt(const ACHAR* handle, ads_name result) {

@@ -149,8 +149,9 @@ variable_status set_variable(std::wstring_view name, const variable_value& value
         return variable_status::out_of_range;
     const std::string text = std::holds_alternative<int>(taken) ? std::to_string(std::get<int>(taken))
                                                                 : base::real_text(std::get<double>(taken));
-    database()->imp().drawing().set_header_value(header_name(*known), known->code, text);
-    return variable_status::well;
+    return database()->imp().drawing().set_header_value(header_name(*known), known->code, text)
+               ? variable_status::well
+               : variable_status::out_of_range; // a drawing without a header holds none
 }
 
 bool is_read_only(std::wstring_view name) {

@@ -17,9 +17,9 @@ public:
     Acad::ErrorStatus getName(ACHAR*& name) const;
     // Looked on; valid until the record is closed.
     Acad::ErrorStatus getName(const ACHAR*& name) const;
-    // eInvalidInput for what is no name. Of a resident record: eDuplicateRecordName, a change of case is
-    // allowed; what names a layer follows it, other resident records are not renamed yet
-    // (eNotImplementedYet).
+    // eInvalidInput for what is no name, and for layer 0 and dependent layers. Of a resident record:
+    // eDuplicateRecordName, a change of case is allowed; what names a layer follows it, other resident
+    // records are not renamed yet (eNotImplementedYet).
     Acad::ErrorStatus setName(const ACHAR* name);
 
     // Whether it comes from an external reference ("reference|name").
@@ -138,6 +138,9 @@ public:
     // A text that the caller frees (acutDelString).
     ACHAR* description() const;
     Acad::ErrorStatus setDescription(const ACHAR* description);
+
+    // Layer 0 and the current layer stay: eCannotBeErasedByCaller.
+    Acad::ErrorStatus subErase(bool erasing) override;
 };
 
 class AcDbBlockTableRecordIterator;
