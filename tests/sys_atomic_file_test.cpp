@@ -180,6 +180,29 @@ TEST(SysAtomicFile, KilledWhileSaving) {
         seen.insert(bytes);
     }
     EXPECT_GT(seen.size(), 1u) << "nothing was saved before the child was killed";
+    ASSERT_EQ(save(folder / "f", "last"), L"");
+    if (has_unnamed_files(folder.path())) {
+        EXPECT_EQ(test::count_entries(folder.path()), 1u)
+            << "what a killed program left goes with the next save";
+    }
+}
+
+TEST(SysAtomicFile, ProgramsThatSaveOneFileAtOnceAllSucceed) {
+    const test::folder folder;
+    std::vector<pid_t> children;
+    for (const char letter : {'a', 'b', 'c', 'd'})
+        children.push_back(test::start_child([&] {
+            for (int i = 0; i < 100; ++i)
+                if (!save(folder / "f", std::string(300'000, letter)).empty())
+                    return 1;
+            return 0;
+        }));
+    for (const pid_t child : children)
+        EXPECT_EQ(test::wait_for(child), 0);
+    const std::string bytes = test::read(folder / "f");
+    ASSERT_FALSE(bytes.empty());
+    EXPECT_TRUE(bytes == std::string(300'000, bytes[0]));
+    EXPECT_EQ(test::count_entries(folder.path()), 1u);
 }
 
 // From here on this process cannot make unnamed files, as on file systems that have none.

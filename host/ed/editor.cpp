@@ -62,6 +62,9 @@ void editor::run() {
                 run_command(std::wstring(last_command_));
             break;
         case answer_kind::text:
+            // Enter repeats what the user asked for, not what a program sent behind it.
+            if (!typed.sent)
+                last_command_ = typed.text;
             if (!run_command(typed.text))
                 refuse(command_prompt, typed,
                        L"Unknown command \"" + typed.text + L"\". Type HELP for a list.");
@@ -78,7 +81,6 @@ bool editor::run_command(std::wstring_view typed) {
         command = stack->lookupGlobalCmd(name.c_str());
     if (command == nullptr)
         return false;
-    last_command_ = typed;
     command_ = command;
     command_failed_ = false;
 

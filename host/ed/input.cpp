@@ -134,7 +134,9 @@ answer input::next(answer_rule rule, std::wstring_view prompt) {
             if (fetch(from, prompt)) {
                 name_ = from.name;
                 number_ = from.number;
-                return cut(from, rule);
+                answer found = cut(from, rule);
+                found.sent = queue == &sent_;
+                return found;
             }
             queue->pop_front();
         }

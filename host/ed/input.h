@@ -23,6 +23,7 @@ struct answer {
     std::wstring text;
     bool quoted = false;     // it stood in quotation marks
     bool expression = false; // it stood in parentheses
+    bool sent = false;       // a program sent it
 };
 
 // What ends an answer.

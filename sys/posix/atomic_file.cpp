@@ -6,8 +6,10 @@
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
+#include <functional>
 #include <string>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace sys {
@@ -24,6 +26,12 @@ path hidden_name(const path& target) {
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
     return target.parent_path() / (".zef-" + std::to_string(::getpid()) + "-" + std::to_string(++count) +
                                    "-" + std::to_string(now) + ".tmp");
+}
+
+// The same for each program that writes this target, however long its name is.
+path shared_name(const path& target) {
+    return target.parent_path() /
+           (".zef-" + std::to_string(std::hash<std::string>()(target.filename().string())) + ".new");
 }
 
 // The file that a chain of symbolic links ends at, whether it exists or not.
@@ -54,6 +62,27 @@ int open_unnamed([[maybe_unused]] const path& folder, [[maybe_unused]] mode_t mo
         ::close(file);
 #endif
     return -1;
+}
+
+// Marks a file as one that a living program writes: the system takes the lock away when the program ends.
+bool lock(int file) {
+    struct flock whole = {};
+    whole.l_type = F_WRLCK;
+    whole.l_whence = SEEK_SET;
+    return ::fcntl(file, F_OFD_SETLK, &whole) == 0;
+}
+
+// Removes a file that no living program has locked. False when one has, or when it is not ours to touch.
+bool clear_if_left_behind(const path& name) {
+    const int file = ::open(name.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
+    if (file < 0)
+        return errno == ENOENT;
+    struct stat opened = {};
+    struct stat named = {};
+    const bool left = lock(file) && ::fstat(file, &opened) == 0 && ::stat(name.c_str(), &named) == 0 &&
+                      opened.st_ino == named.st_ino && ::unlink(name.c_str()) == 0;
+    ::close(file);
+    return left;
 }
 
 } // namespace
@@ -106,16 +135,36 @@ struct atomic_file::state {
         return ::fchmod(file, old.st_mode & 07777) == 0;
     }
 
-    bool give_name() {
-        while (temporary.empty()) {
-            const path name = hidden_name(target);
-            if (::linkat(AT_FDCWD, name_of_descriptor(file).c_str(), AT_FDCWD, name.c_str(),
-                         AT_SYMLINK_FOLLOW) == 0)
-                temporary = name;
-            else if (errno != EEXIST)
-                return false;
-        }
+    // Puts the new file in the target's place. A file without a name gets one for a moment, always the same
+    // beside one target: what a program that was killed just then left behind is cleared away by the next
+    // one.
+    bool take_place() {
+        if (temporary.empty() && !give_name())
+            return false;
+        if (::rename(temporary.c_str(), target.c_str()) != 0)
+            return false;
+        temporary.clear();
         return true;
+    }
+
+    bool give_name() {
+        const path shared = shared_name(target);
+        constexpr auto pause = std::chrono::milliseconds(1);
+        constexpr int patience = 1000;
+        for (int attempt = 0;; ++attempt) {
+            // Where locks do not work a name that was left behind looks taken for ever: then one of our own.
+            const path name = attempt < patience ? shared : hidden_name(target);
+            if (::linkat(AT_FDCWD, name_of_descriptor(file).c_str(), AT_FDCWD, name.c_str(),
+                         AT_SYMLINK_FOLLOW) == 0) {
+                temporary = name;
+                return true;
+            }
+            if (errno != EEXIST)
+                return false;
+            // Another program saves this target too, or one was killed while it did.
+            if (!clear_if_left_behind(name))
+                std::this_thread::sleep_for(pause);
+        }
     }
 
     // True also where folders cannot be opened or flushed: the system then keeps names safe in its own way.
@@ -155,6 +204,8 @@ base::result<atomic_file> atomic_file::create(const path& target) {
     // An old file's bytes may be private: nobody else may read the new ones before they have its bits.
     const mode_t mode = is_old ? 0600 : 0666;
     made->file = open_unnamed(made->target.parent_path(), mode);
+    if (made->file >= 0)
+        lock(made->file);
     while (made->file < 0) {
         const path name = hidden_name(made->target);
         made->file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
@@ -188,10 +239,8 @@ base::result<void> atomic_file::commit() {
         return s.outcome;
     if (const auto written = s.flush(); !written)
         return written;
-    if (!s.take_over_rights() || ::fsync(s.file) != 0 || !s.give_name() ||
-        ::rename(s.temporary.c_str(), s.target.c_str()) != 0)
+    if (!s.take_over_rights() || ::fsync(s.file) != 0 || !s.take_place())
         return s.fail(errno);
-    s.temporary.clear();
     if (!s.sync_folder())
         return s.fail(errno);
     return {};
