@@ -4,6 +4,7 @@
 #include "dbobjptr.h"
 #include "tests/support.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
@@ -40,6 +41,17 @@ std::wstring text_of(ACHAR* text) {
     std::wstring copy(text);
     acutDelString(text);
     return copy;
+}
+
+// More extended data than an object may have.
+resbuf* too_much() {
+    resbuf* const chain = acutBuildList(1001, L"ACAD", 0);
+    for (int i = 0; i < 70; ++i) {
+        resbuf* const text = acutBuildList(1000, std::wstring(250, L'x').c_str(), 0);
+        text->rbnext = chain->rbnext;
+        chain->rbnext = text;
+    }
+    return chain;
 }
 
 } // namespace
@@ -253,6 +265,34 @@ TEST(Db, ARenamedLayerKeepsItsEntities) {
               Acad::eCannotBeErasedByCaller);
 }
 
+TEST(Db, ALayersNewNameReachesOpenEntitiesAndExtendedData) {
+    const auto database = opened("r2018.dxf");
+    {
+        AcDbEntityPointer text(at(*database, 0x10A), AcDb::kForWrite);
+        resbuf* const data = acutBuildList(1001, L"ZEF_TEST", 1003, L"PIPE-给水", 0);
+        EXPECT_EQ(text->setXData(data), Acad::eOk);
+        acutRelRb(data);
+    }
+    AcDbEntityPointer read(at(*database, 0x102), AcDb::kForRead);
+    AcDbEntityPointer changed(at(*database, 0x103), AcDb::kForWrite);
+    EXPECT_EQ(text_of(read->layer()), L"PIPE-给水");
+    changed->setColorIndex(3);
+    {
+        EXPECT_EQ(AcDbLayerTableRecordPointer(L"PIPE-给水", database.get(), AcDb::kForWrite)->setName(L"J"),
+                  Acad::eOk);
+    }
+    EXPECT_EQ(read->upgradeOpen(), Acad::eOk);
+    read->setColorIndex(4);
+    read.close();
+    changed.close();
+    for (const Adesk::UInt64 handle : {0x102u, 0x103u})
+        EXPECT_EQ(text_of(AcDbEntityPointer(at(*database, handle))->layer()), L"J");
+    resbuf* const data = AcDbEntityPointer(at(*database, 0x10A))->xData(L"ZEF_TEST");
+    EXPECT_STREQ(data->rbnext->resval.rstring, L"J");
+    acutRelRb(data);
+    EXPECT_EQ(saved(*database).find("PIPE-给水"), std::string::npos);
+}
+
 TEST(Db, EntityPropertiesChangeTheirGroupsAlone) {
     struct row {
         Adesk::UInt64 handle;
@@ -311,6 +351,17 @@ TEST(Db, ErasedObjectsCanComeBack) {
         EXPECT_EQ(back->erase(false), Acad::eWasNotErased);
     }
     EXPECT_EQ(changes(*database, "r2018.dxf"), Changes{});
+
+    // An erased layer can not come back when another one has taken its name.
+    AcDbObjectId old;
+    { AcDbLayerTablePointer(database->layerTableId())->getAt(L"家具", old); }
+    { EXPECT_EQ(AcDbObjectPointer<AcDbLayerTableRecord>(old, AcDb::kForWrite)->erase(), Acad::eOk); }
+    auto* twin = new AcDbLayerTableRecord;
+    twin->setName(L"家具");
+    { EXPECT_EQ(AcDbLayerTablePointer(database->layerTableId(), AcDb::kForWrite)->add(twin), Acad::eOk); }
+    twin->close();
+    EXPECT_EQ(AcDbObjectPointer<AcDbLayerTableRecord>(old, AcDb::kForWrite, true)->erase(false),
+              Acad::eDuplicateRecordName);
 }
 
 TEST(Db, BlocksGiveTheirEntitiesInOrder) {
@@ -389,6 +440,9 @@ TEST(Db, DictionariesHoldXrecords) {
     const std::string bytes = saved(*database);
     EXPECT_NE(bytes.find("  1\r\n墙体\r\n 90\r\n        8\r\n  1\r\nPIPE-给水"), std::string::npos);
     EXPECT_EQ(opened("r12.dxf")->namedObjectsDictionaryId(), AcDbObjectId::kNull);
+    // An erased object leaves its dictionary, and so the file does not name what it does not hold.
+    { EXPECT_EQ(AcDbXrecordPointer(id, AcDb::kForWrite)->erase(), Acad::eOk); }
+    EXPECT_EQ(saved(*database).find("TuCeng"), std::string::npos);
 }
 
 TEST(Db, ExtendedDataIsReplacedPerApplication) {
@@ -407,8 +461,10 @@ TEST(Db, ExtendedDataIsReplacedPerApplication) {
         for (const row& row : {row{acutBuildList(1000, L"x", 0), Acad::eInvalidResBuf},
                                row{acutBuildList(1001, L"UNKNOWN", 1000, L"x", 0), Acad::eRegappIdNotFound},
                                row{acutBuildList(1001, L"ACAD", 1002, L"{", 0), Acad::eInvalidResBuf},
-                               row{acutBuildList(1001, L"ACAD", 1000, std::wstring(17000, L'x').c_str(), 0),
-                                   Acad::eXdataSizeExceeded},
+                               row{too_much(), Acad::eXdataSizeExceeded},
+                               row{acutBuildList(1001, L"ACAD", 1040, HUGE_VAL, 0), Acad::eInvalidResBuf},
+                               row{acutBuildList(1001, L"ACAD", 1000, std::wstring(256, L'x').c_str(), 0),
+                                   Acad::eInvalidResBuf},
                                row{acutBuildList(1001, L"ACAD", 1070, 5, 0), Acad::eOk}}) {
             EXPECT_EQ(line->setXData(row.chain), row.status);
             acutRelRb(row.chain);

@@ -51,6 +51,7 @@ TEST(Ed, ScriptsAreCutIntoAnswers) {
           row{L"A \n", L"[A] <>"},                          // a blank more is an Enter more
           row{L"A  B\n", L"[A] <> [B]"}, row{L"A", L"[A]"}, // the last line may lack its end
           row{L"A\r\nB\r\n", L"[A] [B]"}, row{L"\"a b\" c\n", L"[a b] [c]"}, row{L"\"\"\nx\n", L"[] [x]"},
+          row{L"\"A B\",\"C D\" E\n", L"[A B,C D] [E]"}, row{L"\"L\"x y\n", L"[Lx] [y]"},
           row{L"(handent \"2F\")\n", L"[(handent \"2F\")]"},
           row{L"(ssget \"X\" '((8 . \"给水)\"))) A\n", L"[(ssget \"X\" '((8 . \"给水)\")))] [A]"},
           row{L"^C\nA\n", L"^ [A]"}, row{L"^C^CA\n", L"^ ^ [A]"}, row{L"\x1b-layer\n\x1b", L"^ [-layer] ^"},

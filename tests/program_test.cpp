@@ -48,6 +48,9 @@ TEST(Program, BadInputGetsOneLineAndItsStatus) {
         {{good, "-c", "LIST\\n(handent \"FFFF\")"}, "", 4, "FFFF"},
         {{good, "-c", "gxsz"}, "", 4, "gxsz"}, // a command that is not built yet counts as failed
         {{good, "-c", "-LAYER\\nOFF"}, "", 5, "turn off"},
+        {{good, "-c", "-LAYER A"}, "", 4, "not supported"},
+        {{good, "-c", "-LAYER N A,B,a"}, "", 4, "already exists"},
+        {{good, "-c", "LIST W"}, "", 4, "not supported"},
         {{good, "-c", "OPEN\\nnowhere.dxf"}, "", 3, "nowhere.dxf"},
         {{good, "-c", "QUIT", "-o", (folder / "missing" / "a.dxf").string()}, "", 6, "missing"},
         {{good, "-c", "QUIT", "-o", folder.path().string()}, "", 6, "folder"},
@@ -108,6 +111,22 @@ TEST(Program, SavesWhereItIsTold) {
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_TRUE(contains(test::read(copy), "  2\r\n给水\r\n 70\r\n     0\r\n 62\r\n     3\r\n"))
         << "a new drawing";
+}
+
+TEST(Program, SeveralDrawingsInOneRunStayApart) {
+    const test::folder folder;
+    const std::string bytes = test::read(test::drawing("r2018.dxf"));
+    const std::string first = folder.write("first.dxf", bytes).string();
+    const std::string second = folder.write("second.dxf", bytes).string();
+    // The previous selection is the first drawing's; the second one has none.
+    auto result = test::zefhost(
+        {first, "-c", "LIST (handent \"102\") \\nOPEN\\n" + second + "\\nOpenSelLayer P \\nQSAVE"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(test::read(second), bytes);
+    result =
+        test::zefhost({first, "-c", "OPEN\\n" + second + "\\n-LAYER OFF 墙体 \\nSAVEAS\\n" + first + "\\nY"});
+    EXPECT_EQ(result.status, 6) << result.err;
+    EXPECT_EQ(test::read(first), bytes) << "a file that is open in another document";
 }
 
 TEST(Program, ScriptsInOtherEncodingsAreRead) {
@@ -171,6 +190,31 @@ TEST(Program, LayerOptions) {
                   "+ 70",
                   "+ 0",
                   "+ 0"}},
+             row{"-LAYER D 外墙 线\\n墙体 ",
+                 {"- 200",
+                  "+ 201",
+                  "+ 1001",
+                  "+ AcAecLayerStandard",
+                  "+ 1000",
+                  "+ ",
+                  "+ 1000",
+                  "+ 外墙 线",
+                  "+ APPID",
+                  "+ 5",
+                  "+ 200",
+                  "+ 330",
+                  "+ 7",
+                  "+ 100",
+                  "+ AcDbSymbolTableRecord",
+                  "+ 100",
+                  "+ AcDbRegAppTableRecord",
+                  "+ 2",
+                  "+ AcAecLayerStandard",
+                  "+ 70",
+                  "+ 0",
+                  "+ 0"}},
+             row{"-LAYER F \\nLO \\nOFF \\n\\n", {}}, // Enter where no default is shown
+             row{"-LAYER N [x],A#1 LO [x] \\nU", {}},
              row{"-LAYER S 墙体 ", {"- 0", "+ 墙体"}},
              row{"-LAYER R 家具 家具2 ", {"- 家具", "+ 家具2", "- 家具", "+ 家具2"}},
              row{"_-LAYER _OFF 墙体 _ON 墙体 ", {}},

@@ -32,7 +32,7 @@ public:
     const ACHAR* docTitle() const override { return title_.c_str(); }
     bool isReadOnly() const override { return read_only_; }
     AcAp::DocLockMode lockMode(bool /*includeMyLocks*/) const override {
-        return locks_ != 0 ? AcAp::kWrite : AcAp::kNotLocked;
+        return locks_ != 0 || ed::editor::instance().command() != nullptr ? AcAp::kWrite : AcAp::kNotLocked;
     }
 
     document(std::unique_ptr<AcDbDatabase> database, std::wstring title, bool read_only)
@@ -205,6 +205,10 @@ base::result<void> documents::save(const std::wstring& path) {
     if (target.empty())
         return base::failure{L"the drawing has no name yet; use SAVEAS"};
     std::error_code ignored;
+    for (const auto& other : all_)
+        if (other.get() != current_ &&
+            std::filesystem::equivalent(sys::to_path(target), sys::to_path(other->fileName()), ignored))
+            return base::failure{L"'" + target + L"' is open in another document"};
     if (current_->isReadOnly() &&
         std::filesystem::equivalent(sys::to_path(target), sys::to_path(current_->fileName()), ignored))
         return base::failure{L"'" + target + L"' was opened read-only"};

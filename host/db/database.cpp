@@ -80,7 +80,7 @@ Acad::ErrorStatus AcDbDatabase::dxfIn(const ACHAR* fileName, const ACHAR* /*logF
 Acad::ErrorStatus AcDbDatabase::dxfOut(const ACHAR* fileName) {
     if (fileName == nullptr || !m_imp->has_drawing())
         return Acad::eInvalidInput;
-    return m_imp->save(fileName) ? Acad::eOk : Acad::eFileAccessErr;
+    return m_imp->drawing().write_file(sys::to_path(fileName)) ? Acad::eOk : Acad::eFileAccessErr;
 }
 
 Acad::ErrorStatus AcDbDatabase::getFilename(const ACHAR*& fileName) const {

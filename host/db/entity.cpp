@@ -39,7 +39,7 @@ void for_parts(const AcDbImpObject& imp, Change change) {
 std::wstring layer_of(const AcDbEntity& entity, const AcDbImpObject& imp) {
     entity.assertReadEnabled();
     const auto name = imp.groups().text(entity_place, 8);
-    return name ? imp.decode(dxf::trimmed(*name)) : L"0";
+    return name && !dxf::trimmed(*name).empty() ? imp.decode(dxf::trimmed(*name)) : L"0";
 }
 
 std::wstring name_of_entry(const AcDbImpObject& imp, AcDbObjectId id) {
@@ -178,6 +178,8 @@ Acad::ErrorStatus AcDbEntity::setLineWeight(AcDb::LineWeight weight, bool doSube
         return Acad::eNotOpenForWrite;
     if (!db::is_line_weight(weight))
         return Acad::eBadLineWeightValue;
+    if (!db::knows_line_weights(imp()))
+        return Acad::eNotApplicable;
     if (lineWeight() != weight)
         imp().edit().set_integer(entity_place, 370, weight);
     if (doSubents)

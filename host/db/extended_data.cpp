@@ -10,6 +10,7 @@
 #include "host/rx/result_buffer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -138,12 +139,17 @@ bool groups_of(const AcDbImpObject& object, const resbuf* chain, bool (*allowed)
             return false;
         switch (rx::kind_of(code)) {
         case rx::value_kind::real:
+            if (!std::isfinite(chain->resval.rreal))
+                return false; // the file can not hold it
             groups.push_back({code, base::real_text(chain->resval.rreal)});
             break;
         case rx::value_kind::point2d:
         case rx::value_kind::point3d:
-            for (int i = 0; i < 3; ++i)
+            for (int i = 0; i < 3; ++i) {
+                if (!std::isfinite(chain->resval.rpoint[i]))
+                    return false;
                 groups.push_back({code + i * next_coordinate, base::real_text(chain->resval.rpoint[i])});
+            }
             break;
         case rx::value_kind::int16:
             groups.push_back({code, std::to_string(chain->resval.rint)});
@@ -217,6 +223,11 @@ Acad::ErrorStatus write_extended_data(AcDbImpObject& object, const resbuf* chain
         if (depth < 0)
             return Acad::eInvalidResBuf;
         size += group.value.size() + 2;
+        constexpr std::size_t longest_text = 255;      // characters
+        constexpr std::size_t longest_bytes = 2 * 127; // as digits
+        if ((group.code == 1000 && object.decode(group.value).size() > longest_text) ||
+            (group.code == 1004 && group.value.size() > longest_bytes))
+            return Acad::eInvalidResBuf;
     }
     if (depth != 0)
         return Acad::eInvalidResBuf;

@@ -67,9 +67,11 @@ base::result<void> AcDbImpDatabase::read(const std::wstring& path) {
 }
 
 base::result<void> AcDbImpDatabase::save(const std::wstring& path) {
-    auto saved = drawing_->save(sys::to_path(path));
-    if (saved)
+    auto saved = drawing_->write_file(sys::to_path(path));
+    if (saved) {
         file_name = path;
+        records().mark_saved();
+    }
     return saved;
 }
 
@@ -147,7 +149,7 @@ Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id reco
     if (records().gone(record) && !erased)
         return Acad::eWasErased;
     const bool write = mode == AcDb::kForWrite;
-    if (write && dxf::stands_on_layer(records().kind(record)) && on_locked_layer(record))
+    if (write && type == AcDbEntity::desc() && on_locked_layer(record))
         return Acad::eOnLockedLayer;
     if (const auto opened = open_.find(record); opened != open_.end()) {
         AcDbImpObject& imp = opened->second->imp();
@@ -197,18 +199,47 @@ void AcDbImpDatabase::commit(AcDbObject& object) {
     imp.forget();
 }
 
-// Entities name their layer: a layer's new name goes to each of them, and to the header when it is current.
+// Entities name their layer, and so may extended data (1003): a layer's new name goes to each of them, also
+// to those that are open, and to the header when it is current.
 void AcDbImpDatabase::follow_layer_name(const std::string& before, const std::string& after) {
-    const std::vector<bool> named = layer_numbers(drawing_->codec().decode(before));
+    const std::wstring old_name = drawing_->codec().decode(before);
+    const std::vector<bool> named = layer_numbers(old_name);
+    const auto follow = [&](dxf::group_list& groups) {
+        const auto& all = groups.groups();
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            constexpr int layer_in_extended_data = 1003;
+            if (all[i].code != layer_in_extended_data ||
+                !base::equal_no_case(drawing_->codec().decode(dxf::trimmed(all[i].value)), old_name))
+                continue;
+            const dxf::group_list::fresh_group fresh[] = {{layer_in_extended_data, after}};
+            groups.splice(i, i + 1, fresh);
+        }
+    };
     for (dxf::record_id id = 0; id < records().size(); ++id) {
-        if (!dxf::stands_on_layer(records().kind(id)) || !named[records().layer(id)])
+        const bool stands_on_it = dxf::stands_on_layer(records().kind(id)) && named[records().layer(id)];
+        const bool may_tell = records().text(id).find("1003") != std::string_view::npos;
+        if (!stands_on_it && !may_tell)
             continue;
         dxf::group_list groups(records().text(id));
-        groups.set_text(db::entity_place, 8, after);
-        records().replace(id, groups.write(drawing_->style()));
+        if (stands_on_it)
+            groups.set_text(db::entity_place, 8, after);
+        follow(groups);
+        if (groups.changed())
+            records().replace(id, groups.write(drawing_->style()));
+    }
+    for (const auto& [id, object] : open_) {
+        AcDbImpObject& imp = object->imp();
+        if (!imp.changed()) {
+            imp.forget(); // it is read anew when it is asked next
+        } else if (dxf::stands_on_layer(records().kind(id))) {
+            if (base::equal_no_case(
+                    imp.decode(dxf::trimmed(imp.groups().text(db::entity_place, 8).value_or(""))), old_name))
+                imp.edit().set_text(db::entity_place, 8, after);
+            follow(imp.edit());
+        }
     }
     const auto current = drawing_->header_value("$CLAYER");
-    if (current && base::equal_no_case(drawing_->codec().decode(*current), drawing_->codec().decode(before)))
+    if (current && base::equal_no_case(drawing_->codec().decode(*current), old_name))
         drawing_->set_header_value("$CLAYER", 8, after);
 }
 
@@ -261,12 +292,36 @@ void AcDbImpDatabase::set_erased(dxf::record_id record, bool erased) {
     if (!records().set_gone(record, erased))
         return;
     touched(record);
+    if (erased && records().kind(record) == dxf::record_kind::object)
+        leave_dictionary(record);
     if (records().kind(record) != dxf::record_kind::entity)
         return;
     for (dxf::record_id part = records().next(record);
          part != dxf::no_record && records().kind(part) == dxf::record_kind::part;
          part = records().next(part))
         records().set_gone(part, erased);
+}
+
+// Takes the entry of an erased object out of the dictionary that owns it. Reviving the object does not put it
+// back.
+void AcDbImpDatabase::leave_dictionary(dxf::record_id object) {
+    const dxf::record_id owner = records().find(records().owner_handle(object));
+    if (owner == dxf::no_record || class_of(owner) != AcDbDictionary::desc())
+        return;
+    const auto opened = open_.find(owner);
+    const bool being_written = opened != open_.end() && opened->second->imp().writing;
+    dxf::group_list closed(records().text(owner));
+    dxf::group_list& groups = being_written ? opened->second->imp().edit() : closed;
+    for (std::size_t i = 0; i + 1 < groups.groups().size(); ++i) {
+        const dxf::group& handle = groups.groups()[i + 1];
+        if (groups.groups()[i].code != 3 || (handle.code != 350 && handle.code != 360) ||
+            dxf::parse_handle(handle.value) != records().handle(object))
+            continue;
+        groups.splice(i, i + 2, {});
+        break;
+    }
+    if (!being_written && groups.changed())
+        records().replace(owner, groups.write(drawing_->style()));
 }
 
 // A record came, went or was renamed: what is known of names is asked anew.
@@ -343,6 +398,13 @@ dxf::record_id AcDbImpDatabase::find_entry(db::table_kind kind, std::wstring_vie
     }
     const auto at = known.by_name.find(base::folded(name));
     return at == known.by_name.end() ? dxf::no_record : at->second;
+}
+
+bool AcDbImpDatabase::name_is_taken(dxf::record_id entry) {
+    if (records().kind(entry) != dxf::record_kind::entry)
+        return false;
+    const db::table_kind kind = kind_of_table(records().find(records().owner_handle(entry)));
+    return find_entry(kind, name_of(entry)) != dxf::no_record;
 }
 
 dxf::record_id AcDbImpDatabase::place_for_entry(db::table_kind kind) {

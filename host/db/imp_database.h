@@ -27,7 +27,8 @@ public:
     AcDbImpDatabase(const AcDbImpDatabase&) = delete;
     AcDbImpDatabase& operator=(const AcDbImpDatabase&) = delete;
 
-    // Reads a drawing file, and writes it, whole or not at all. On failure says what is wrong and where.
+    // Reads a drawing file; and writes it, whole or not at all, as the drawing's own file from now on. On
+    // failure says what is wrong and where.
     base::result<void> read(const std::wstring& path);
     base::result<void> save(const std::wstring& path);
     // Takes over a drawing that was read.
@@ -56,7 +57,7 @@ public:
     void commit(AcDbObject& object);
     // Binds a new object to its record. It stays open for write, and the database owns it from now on.
     void adopt(AcDbObject& object, dxf::record_id record);
-    // Closes what is still open at the end of a command, with a word on each. Returns how many there were.
+    // Closes what is still open at the end of a command. Returns how many there were.
     std::size_t close_all();
     bool is_open(dxf::record_id record) const { return open_.contains(record); }
     // The class of the object that opening a record gives.
@@ -75,6 +76,8 @@ public:
     // The entry of a name, compared without case; no_record when there is none. Erased ones are not found.
     dxf::record_id find_entry(db::table_kind kind, std::wstring_view name);
     std::wstring name_of(dxf::record_id entry) const;
+    // Whether an erased entry can not come back since another one has its name.
+    bool name_is_taken(dxf::record_id entry);
     // Where a new entry goes: behind this record. no_record when the drawing has no such table.
     dxf::record_id place_for_entry(db::table_kind kind);
 
@@ -113,6 +116,7 @@ private:
 
     void touched(dxf::record_id record);
     void follow_layer_name(const std::string& before, const std::string& after);
+    void leave_dictionary(dxf::record_id object);
     void destroy(dxf::record_id record);
 
     AcDbDatabase& self_;

@@ -129,6 +129,8 @@ Acad::ErrorStatus AcDbLayerTableRecord::setIsPlottable(bool plottable) {
     getName(name);
     if (plottable && base::equal_no_case(name.kwszPtr(), L"DEFPOINTS"))
         return Acad::eInvalidInput; // never plots
+    if (!db::knows_line_weights(imp()))
+        return Acad::eNotApplicable;
     if (isPlottable() != plottable)
         imp().edit().set_integer(layer_place, 290, plottable ? 1 : 0);
     return Acad::eOk;
@@ -146,6 +148,8 @@ Acad::ErrorStatus AcDbLayerTableRecord::setLineWeight(AcDb::LineWeight weight) {
         return Acad::eNotOpenForWrite;
     if (!db::is_line_weight(weight) || weight == AcDb::kLnWtByLayer || weight == AcDb::kLnWtByBlock)
         return Acad::eBadLineWeightValue;
+    if (!db::knows_line_weights(imp()))
+        return Acad::eNotApplicable;
     if (lineWeight() != weight)
         imp().edit().set_integer(layer_place, 370, weight);
     return Acad::eOk;
@@ -170,6 +174,8 @@ ACHAR* AcDbLayerTableRecord::description() const {
 Acad::ErrorStatus AcDbLayerTableRecord::setDescription(const ACHAR* description) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
+    if (imp().database != nullptr)
+        db::register_application(*imp().database, L"AcAecLayerStandard");
     resbuf* const data = acutBuildList(1001, L"AcAecLayerStandard", 1000, L"", 1000,
                                        description != nullptr ? description : L"", 0);
     const Acad::ErrorStatus status = setXData(data);

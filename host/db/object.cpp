@@ -76,6 +76,8 @@ Acad::ErrorStatus AcDbObject::erase(bool erasing) {
         return erasing ? Acad::eWasErased : Acad::eWasNotErased;
     if (const Acad::ErrorStatus refused = subErase(erasing); refused != Acad::eOk)
         return refused;
+    if (!erasing && m_imp->database->name_is_taken(m_imp->record))
+        return Acad::eDuplicateRecordName;
     m_imp->database->commit(*this);
     m_imp->database->set_erased(m_imp->record, erasing);
     return Acad::eOk;

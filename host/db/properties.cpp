@@ -1,6 +1,7 @@
 #include "host/db/properties.h"
 
 #include "base/number_text.h"
+#include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
 #include "host/dxf/record_header.h"
 
@@ -48,7 +49,7 @@ void write_color(AcDbImpObject& object, const dxf::group_place& place, const AcC
     const bool by_layer = color.isByLayer() && groups.find(place, 62) == dxf::group_list::npos;
     if (!by_layer) // what an entity leaves out is ByLayer
         groups.set_integer(place, 62, sign * static_cast<int>(color.colorIndex()));
-    if (!color.isByColor()) {
+    if (!color.isByColor() || !knows_true_colors(object)) { // then the nearest index stands for it
         groups.remove(place, 420);
         groups.remove(place, 430);
         return;
@@ -66,6 +67,16 @@ bool is_line_weight(int weight) {
     static constexpr std::array legal = {-3, -2, -1, 0,  5,  9,  13,  15,  18,  20,  25,  30,  35, 40,
                                          50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
     return std::find(legal.begin(), legal.end(), weight) != legal.end();
+}
+
+bool knows_line_weights(const AcDbImpObject& object) {
+    constexpr int release_2000 = 1015;
+    return object.database == nullptr || object.database->drawing().version() >= release_2000;
+}
+
+bool knows_true_colors(const AcDbImpObject& object) {
+    constexpr int release_2004 = 1018;
+    return object.database == nullptr || object.database->drawing().version() >= release_2004;
 }
 
 } // namespace db

@@ -23,4 +23,8 @@ void write_color(AcDbImpObject& object, const dxf::group_place& place, const AcC
 
 bool is_line_weight(int weight);
 
+// Whether files of the object's drawing hold lineweights, plot flags (2000 on) and true colours (2004 on).
+bool knows_line_weights(const AcDbImpObject& object);
+bool knows_true_colors(const AcDbImpObject& object);
+
 } // namespace db

@@ -141,4 +141,16 @@ Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymb
     return Acad::eOk;
 }
 
+bool register_application(AcDbImpDatabase& database, const ACHAR* name) {
+    if (database.find_entry(table_kind::regapp, name) != dxf::no_record)
+        return true;
+    auto record = std::make_unique<AcDbRegAppTableRecord>();
+    AcDbObjectId id;
+    if (record->setName(name) != Acad::eOk ||
+        add_entry(database, table_kind::regapp, *record, id) != Acad::eOk)
+        return false;
+    record.release()->close(); // the database's now
+    return true;
+}
+
 } // namespace db

@@ -17,4 +17,8 @@ std::string new_entry_text(std::string_view class_name);
 Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymbolTableRecord& entry,
                             AcDbObjectId& id);
 
+// Makes sure that an application may have extended data in a drawing. False when the drawing can not hold
+// any.
+bool register_application(AcDbImpDatabase& database, const ACHAR* name);
+
 } // namespace db

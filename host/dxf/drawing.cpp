@@ -195,7 +195,7 @@ bool drawing::write(const std::function<bool(std::string_view)>& put) const {
     return run.empty() || put(run);
 }
 
-base::result<void> drawing::save(const std::filesystem::path& file) {
+base::result<void> drawing::write_file(const std::filesystem::path& file) const {
     auto target = sys::atomic_file::create(file);
     if (!target)
         return base::failure{target.error()};
@@ -206,10 +206,7 @@ base::result<void> drawing::save(const std::filesystem::path& file) {
     });
     if (!written)
         return written;
-    auto committed = target->commit();
-    if (committed)
-        records_.mark_saved();
-    return committed;
+    return target->commit();
 }
 
 } // namespace dxf

@@ -46,9 +46,9 @@ public:
     // BLOCK, or of a SECTION. no_record when the container is not closed.
     record_id last_in(record_id container) const;
 
-    // Writes the whole file: every span that no one touched as it stands. The old file stays until the new
-    // one is whole.
-    base::result<void> save(const std::filesystem::path& file);
+    // // Writes the whole file: every span that no one touched as it stands. The old file stays until the new
+    // one is whole. What counts as saved does not change: see record_table::mark_saved.
+    base::result<void> write_file(const std::filesystem::path& file) const;
     // Gives the file's bytes piece by piece; stops when `put` answers false, and answers false then.
     bool write(const std::function<bool(std::string_view)>& put) const;
 

@@ -160,10 +160,7 @@ public:
     // records.
     std::string undo(std::vector<record_id>& touched);
     std::string redo(std::vector<record_id>& touched);
-    bool can_undo() const { return done_ != 0; }
     bool can_redo() const { return done_ != steps_.size(); }
-    // Whether the step that is open holds a change.
-    bool step_changed() const { return open_ && done_ != 0; }
     // A number that is another one after every change, undo and redo.
     std::uint64_t version() const { return version_; }
 

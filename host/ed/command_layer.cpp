@@ -46,7 +46,7 @@ std::wstring name_of(AcDbObjectId id) {
     return database()->imp().name_of(database()->imp().record(id));
 }
 
-// The parts of a list by commas; a name that a backquote protects keeps its comma.
+// The parts of a list by commas.
 std::vector<std::wstring> split(std::wstring_view list) {
     std::vector<std::wstring> parts(1);
     for (std::size_t i = 0; i < list.size(); ++i) {
@@ -59,27 +59,33 @@ std::vector<std::wstring> split(std::wstring_view list) {
     return parts;
 }
 
-// Asks for a list of layers, by names and patterns, and does something to each. False when the user ended it.
-bool for_layers(const std::wstring& prompt, const std::function<void(AcDbLayerTableRecord&)>& change) {
-    std::wstring list;
+// The layers that a list names: a layer of exactly that name, else those that its patterns fit.
+std::vector<AcDbObjectId> layers_of(const std::wstring& list) {
+    AcDbImpDatabase& imp = database()->imp();
+    if (const dxf::record_id exact = imp.find_entry(db::table_kind::layer, list); exact != dxf::no_record)
+        return {imp.id(exact)};
+    std::vector<AcDbObjectId> found;
+    for (const AcDbObjectId id : all_layers())
+        if (base::wildcard_match(name_of(id), list, true))
+            found.push_back(id);
+    return found;
+}
+
+// Asks for a list of layers, by names and patterns, and does something to each. Enter means the current layer
+// when `has_default` is set, else nothing. False when the user ended it.
+bool for_layers(const std::wstring& prompt, bool has_default,
+                const std::function<void(AcDbLayerTableRecord&)>& change) {
+    std::vector<AcDbObjectId> chosen;
     const int answered =
         ask_value(prompt.c_str(), {}, answer_rule::word, [&](const answer& given) -> std::wstring {
-            const auto layers = all_layers();
-            if (std::none_of(layers.begin(), layers.end(), [&](AcDbObjectId id) {
-                    return base::wildcard_match(name_of(id), given.text, true);
-                }))
-                return L"No matching layer names found.";
-            list = given.text;
-            return {};
+            chosen = layers_of(given.text);
+            return chosen.empty() ? L"No matching layer names found." : L"";
         });
     if (answered == RTCAN)
         return false;
-    if (answered == RTNONE)
-        list = current_name();
-    for (const AcDbObjectId id : all_layers()) {
-        if (!base::wildcard_match(name_of(id), list, true) &&
-            !(answered == RTNONE && base::equal_no_case(name_of(id), list)))
-            continue;
+    if (answered == RTNONE && has_default)
+        chosen = {database()->clayer()};
+    for (const AcDbObjectId id : chosen) {
         const AcDbObjectPointer<AcDbLayerTableRecord> layer(id, AcDb::kForWrite);
         if (layer.openStatus() == Acad::eOk)
             change(*layer.object());
@@ -162,16 +168,27 @@ std::wstring reason_for(const std::wstring& name, Acad::ErrorStatus status) {
     }
 }
 
+// All of the list or none of it.
 bool new_layers() {
-    return ask_value(L"\nEnter name list for new layer(s): ", {}, answer_rule::word,
-                     [](const answer& given) -> std::wstring {
-                         for (const std::wstring& name : split(given.text)) {
-                             AcDbObjectId id;
-                             if (const Acad::ErrorStatus status = add_layer(name, id); status != Acad::eOk)
-                                 return reason_for(name, status);
-                         }
-                         return {};
-                     }) != RTCAN;
+    const auto take = [](const answer& given) -> std::wstring {
+        const std::vector<std::wstring> names = split(given.text);
+        for (auto name = names.begin(); name != names.end(); ++name) {
+            const bool twice = std::any_of(names.begin(), name, [&](const std::wstring& other) {
+                return base::equal_no_case(other, *name);
+            });
+            if (twice || database()->imp().find_entry(db::table_kind::layer, *name) != dxf::no_record)
+                return reason_for(*name, Acad::eDuplicateRecordName);
+            if (acdbSNValid(name->c_str(), 0) != RTNORM)
+                return reason_for(*name, Acad::eInvalidInput);
+        }
+        for (const std::wstring& name : names) {
+            AcDbObjectId id;
+            if (const Acad::ErrorStatus status = add_layer(name, id); status != Acad::eOk)
+                return reason_for(name, status);
+        }
+        return {};
+    };
+    return ask_value(L"\nEnter name list for new layer(s): ", {}, answer_rule::word, take) != RTCAN;
 }
 
 // Make and Set: the layer becomes current, and on. Make makes it when it is not there.
@@ -189,7 +206,9 @@ bool make_or_set(bool makes) {
                        return reason_for(given.text, status);
                }
                if (database()->setClayer(id) != Acad::eOk)
-                   return L"Cannot make layer \"" + given.text + L"\" current: it is frozen or dependent.";
+                   return L"Cannot make layer \"" + given.text + L"\" current: it is " +
+                          (name_of(id).find(L'|') != std::wstring::npos ? L"of an external reference."
+                                                                        : L"frozen.");
                const AcDbObjectPointer<AcDbLayerTableRecord> layer(id, AcDb::kForWrite);
                if (layer.openStatus() == Acad::eOk)
                    layer->setIsOff(false);
@@ -222,12 +241,12 @@ bool rename() {
 }
 
 bool on() {
-    return for_layers(L"\nEnter name list of layer(s) to turn on: ",
+    return for_layers(L"\nEnter name list of layer(s) to turn on: ", false,
                       [](AcDbLayerTableRecord& layer) { layer.setIsOff(false); });
 }
 
 bool off() {
-    return for_layers(L"\nEnter name list of layer(s) to turn off: ", [](AcDbLayerTableRecord& layer) {
+    return for_layers(L"\nEnter name list of layer(s) to turn off: ", false, [](AcDbLayerTableRecord& layer) {
         if (layer.objectId() == database()->clayer()) {
             acedInitGet(0, L"Yes No");
             ACHAR word[8] = L"No";
@@ -241,24 +260,25 @@ bool off() {
 }
 
 bool freeze() {
-    return for_layers(L"\nEnter name list of layer(s) to freeze: ", [](AcDbLayerTableRecord& layer) {
+    return for_layers(L"\nEnter name list of layer(s) to freeze: ", false, [](AcDbLayerTableRecord& layer) {
         if (layer.setIsFrozen(true) == Acad::eInvalidLayer)
-            acutPrintf(L"\nCannot freeze layer \"%ls\". It is the CURRENT layer.\n", current_name().c_str());
+            acutPrintf(L"\nCannot freeze layer \"%ls\". It is the CURRENT layer.\n",
+                       name_of(layer.objectId()).c_str());
     });
 }
 
 bool thaw() {
-    return for_layers(L"\nEnter name list of layer(s) to thaw: ",
+    return for_layers(L"\nEnter name list of layer(s) to thaw: ", false,
                       [](AcDbLayerTableRecord& layer) { layer.setIsFrozen(false); });
 }
 
 bool lock() {
-    return for_layers(L"\nEnter name list of layer(s) to lock: ",
+    return for_layers(L"\nEnter name list of layer(s) to lock: ", false,
                       [](AcDbLayerTableRecord& layer) { layer.setIsLocked(true); });
 }
 
 bool unlock() {
-    return for_layers(L"\nEnter name list of layer(s) to unlock: ",
+    return for_layers(L"\nEnter name list of layer(s) to unlock: ", false,
                       [](AcDbLayerTableRecord& layer) { layer.setIsLocked(false); });
 }
 
@@ -311,7 +331,7 @@ bool color() {
     if (answered != RTNORM)
         return answered != RTCAN;
     return for_layers(L"\nEnter name list of layer(s) for color " + shown + L" <" + current_name() + L">: ",
-                      [&](AcDbLayerTableRecord& layer) {
+                      true, [&](AcDbLayerTableRecord& layer) {
                           // A negative number sets the colour and turns the layer off, another one turns it
                           // on.
                           layer.setColor(chosen);
@@ -326,6 +346,8 @@ bool linetype() {
         ask_value(L"\nEnter loaded linetype name <Continuous>: ", {}, answer_rule::word,
                   [&](const answer& given) -> std::wstring {
                       name = given.text;
+                      if (base::equal_no_case(name, L"ByLayer") || base::equal_no_case(name, L"ByBlock"))
+                          return L"A layer has a linetype of its own.";
                       return database()->imp().find_entry(db::table_kind::linetype, name) != dxf::no_record
                                  ? L""
                                  : L"Linetype \"" + name + L"\" is not loaded.";
@@ -335,7 +357,7 @@ bool linetype() {
     chosen = database()->imp().id(database()->imp().find_entry(db::table_kind::linetype, name));
     return for_layers(L"\nEnter name list of layer(s) for linetype \"" + name + L"\" <" + current_name() +
                           L">: ",
-                      [&](AcDbLayerTableRecord& layer) { layer.setLinetypeObjectId(chosen); });
+                      true, [&](AcDbLayerTableRecord& layer) { layer.setLinetypeObjectId(chosen); });
 }
 
 // The legal lineweight that is nearest to a width in millimetres.
@@ -365,7 +387,10 @@ bool lineweight() {
         chosen < 0 ? L"Default" : base::widen(base::real_text(static_cast<int>(chosen) / 100.0)) + L"mm";
     return for_layers(L"\nEnter name list of layers(s) for lineweight " + shown + L" <" + current_name() +
                           L">: ",
-                      [&](AcDbLayerTableRecord& layer) { layer.setLineWeight(chosen); });
+                      true, [&](AcDbLayerTableRecord& layer) {
+                          if (layer.setLineWeight(chosen) != Acad::eOk)
+                              acdbFail(L"\nDrawings of this version hold no lineweights.");
+                      });
 }
 
 // A layer's transparency is extended data: AcCmTransparency, the opacity as a byte with a mark above it.
@@ -388,13 +413,16 @@ bool transparency() {
         acutBuildList(1001, L"AcCmTransparency", 1071, mark | opacity, 0), acutRelRb);
     return for_layers(L"\nEnter name list of layer(s) to set transparency to " + std::to_wstring(percent) +
                           L" <" + current_name() + L">: ",
-                      [&](AcDbLayerTableRecord& layer) { layer.setXData(data.get()); });
+                      true, [&](AcDbLayerTableRecord& layer) {
+                          if (layer.setXData(data.get()) != Acad::eOk)
+                              acdbFail(L"\nThis drawing can not hold a layer's transparency.");
+                      });
 }
 
 // Options of the editor that are not there yet.
 bool not_supported() {
-    acutPrintf(L"\nThis option is not supported yet.\n");
-    return true;
+    acdbFail(L"\nThis option of -LAYER is not supported yet.");
+    return false;
 }
 
 bool plot() {
@@ -403,8 +431,11 @@ bool plot() {
     if (acedGetKword(L"\nEnter a plotting preference [Plot/No plot] <Plot>: ", word, 8) == RTCAN)
         return false;
     const bool plots = std::wstring_view(word) == L"Plot";
-    return for_layers(L"\nEnter layer name(s) for this plot preference <" + current_name() + L">: ",
-                      [&](AcDbLayerTableRecord& layer) { layer.setIsPlottable(plots); });
+    return for_layers(L"\nEnter layer name(s) for this plot preference <" + current_name() + L">: ", true,
+                      [&](AcDbLayerTableRecord& layer) {
+                          if (layer.setIsPlottable(plots) != Acad::eOk)
+                              acdbFail(L"\nThe plot preference of a layer can not be set.");
+                      });
 }
 
 bool description() {
@@ -414,8 +445,11 @@ bool description() {
             return {};
         }) == RTCAN)
         return false;
-    return for_layers(L"\nEnter name list of layer(s) for description <" + current_name() + L">: ",
-                      [&](AcDbLayerTableRecord& layer) { layer.setDescription(text.c_str()); });
+    return for_layers(L"\nEnter name list of layer(s) for description <" + current_name() + L">: ", true,
+                      [&](AcDbLayerTableRecord& layer) {
+                          if (layer.setDescription(text.c_str()) != Acad::eOk)
+                              acdbFail(L"\nThis drawing can not hold a layer's description.");
+                      });
 }
 
 bool make() {

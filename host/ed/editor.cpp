@@ -1,5 +1,6 @@
 #include "host/ed/editor.h"
 
+#include "acedads.h"
 #include "base/utf.h"
 #include "dbmain.h"
 #include "host/ap/documents.h"
@@ -82,7 +83,7 @@ bool editor::run_command(std::wstring_view typed) {
     if (command == nullptr)
         return false;
     command_ = command;
-    command_failed_ = false;
+    acedUsrBrk(); // an Escape at the prompt, or of the command before, is not this one's
 
     const bool marks_undo = (command->commandFlags() & ACRX_CMD_NO_UNDO_MARKER) == 0;
     if (AcDbDatabase* const database = ap::documents::instance().current_database();
@@ -95,12 +96,18 @@ bool editor::run_command(std::wstring_view typed) {
         command_line::instance().fresh_line();
         fail_command(L"Command " + std::wstring(command->globalName()) + L" was ended: " +
                      base::widen(error.what()));
+    } catch (...) {
+        command_line::instance().fresh_line();
+        fail_command(L"Command " + std::wstring(command->globalName()) +
+                     L" was ended by an unknown exception");
     }
     command_ = nullptr;
     for (AcDbDatabase* const database : ap::documents::instance().databases())
-        if (const std::size_t left = database->imp().close_all(); left != 0)
-            command_line::instance().error(L"command " + name + L" left " + std::to_wstring(left) +
+        if (const std::size_t left = database->imp().close_all(); left != 0) {
+            command_line::instance().fresh_line();
+            command_line::instance().error(L"zefhost: command " + name + L" left " + std::to_wstring(left) +
                                            L" objects open; they were closed");
+        }
     return true;
 }
 

@@ -70,12 +70,10 @@ public:
 
 private:
     editor();
-    void end_command(const AcEdCommand& ran, bool failed);
 
     run_status status_ = run_status::well;
     bool stopped_ = false;
     bool broke_off_ = false;
-    bool command_failed_ = false;
     const AcEdCommand* command_ = nullptr;
     std::wstring last_command_; // as typed, for Enter
     std::wstring waiting_;      // sent while a command runs

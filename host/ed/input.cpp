@@ -1,5 +1,6 @@
 #include "host/ed/input.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace ed {
@@ -97,6 +98,17 @@ answer input::cut(source& from, answer_rule rule) {
         found.text = line.substr(at + 1, close == line.npos ? line.npos : close - at - 1);
         found.quoted = true;
         at = close == line.npos ? line.size() : close + 1;
+        // What follows the closing mark up to a blank belongs to the answer: "A B","C D" is one list of
+        // names.
+        while (at < line.size() && !is_blank(line[at]) && line[at] != escape_character) {
+            if (line[at] != L'"')
+                found.text += line[at];
+            if (line[at++] != L'"')
+                continue;
+            const std::size_t end = std::min(line.find(L'"', at), line.size());
+            found.text += line.substr(at, end - at);
+            at = std::min(end + 1, line.size());
+        }
         end_answer(from);
     } else if (at < line.size() && line[at] == L'(') {
         const std::size_t begin = at;

@@ -44,8 +44,6 @@ public:
 
     // The next answer. `prompt` is shown by a terminal only.
     answer next(answer_rule rule, std::wstring_view prompt);
-    // Takes what was sent and not read away: an Escape of the user ends it too.
-    void drop_sent() { sent_.clear(); }
 
     // Whether a person answers the next question.
     bool at_terminal();

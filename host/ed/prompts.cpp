@@ -67,7 +67,9 @@ int ask_value(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
             reason = take(given);
             if (reason.empty())
                 return RTNORM;
-            if ((rules.bits & RSG_OTHER) != 0 && !given.expression) {
+            // A value that one of the bits forbids is refused all the same.
+            if ((rules.bits & RSG_OTHER) != 0 && !given.expression &&
+                !base::parse_real(base::narrow(given.text))) {
                 keep_keyword(given.text);
                 return RTKWORD;
             }

@@ -13,6 +13,7 @@
 #include "host/ed/selection_set.h"
 #include "host/ed/system_variables.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace ed {
@@ -133,9 +134,27 @@ selection_set select_all(AcDbImpDatabase& database, const selection_filter* filt
     return set;
 }
 
+// What is left of the set that was selected last, when that was in this drawing.
+std::vector<AcDbObjectId> previous_in(AcDbImpDatabase& database) {
+    std::vector<AcDbObjectId> left;
+    for (const AcDbObjectId id : previous_selection().ids())
+        if (database.record(id) != dxf::no_record && !id.isErased())
+            left.push_back(id);
+    return left;
+}
+
 // Answers of a selection that a command line can take so far.
 constexpr std::wstring_view by_handle_only =
     L"Picking by point, window or crossing is not supported yet; answer with (handent \"2F\"), L, P or ALL.";
+
+// Whether an answer selects by what is drawn: a point, or the letters of a window, a crossing and their like.
+bool is_geometric(std::wstring_view answer) {
+    constexpr std::wstring_view ways[] = {L"W",     L"WINDOW", L"C",  L"CROSSING", L"F",
+                                          L"FENCE", L"WP",     L"CP", L"BOX"};
+    return parse_point(answer) || std::any_of(std::begin(ways), std::end(ways), [&](std::wstring_view way) {
+               return base::equal_no_case(answer, way);
+           });
+}
 
 class interactive_selection {
 public:
@@ -175,7 +194,8 @@ private:
                 picked.push_back(database_.id(entity));
             } else {
                 const auto filter = selection_filter::make(database_, parsed->filter.get());
-                if (!filter || !base::equal_no_case(parsed->text, L"X"))
+                if (!filter ||
+                    !(base::equal_no_case(parsed->text, L"X") || base::equal_no_case(parsed->text, L"_X")))
                     return L"Invalid selection expression.";
                 picked = select_all(database_, &*filter, true).ids();
             }
@@ -184,9 +204,7 @@ private:
             if (last != dxf::no_record)
                 picked.push_back(database_.id(last));
         } else if (base::equal_no_case(given.text, L"P") || base::equal_no_case(given.text, L"PREVIOUS")) {
-            for (const AcDbObjectId id : previous_selection().ids())
-                if (!id.isErased())
-                    picked.push_back(id);
+            picked = previous_in(database_);
         } else if (base::equal_no_case(given.text, L"ALL")) {
             const selection_set all = select_all(database_, filter_, false);
             for (const AcDbObjectId id : all.ids())
@@ -199,7 +217,7 @@ private:
             removing_ = false;
             return {};
         } else {
-            return std::wstring(parse_point(given.text) ? by_handle_only : L"Invalid selection.");
+            return std::wstring(is_geometric(given.text) ? by_handle_only : L"Invalid selection.");
         }
         report(picked, set);
         return {};
@@ -258,7 +276,7 @@ int acedEntSel(const ACHAR* prompt, ads_name entity, ads_point point) {
             picked = ed::last_visible(*database);
             return {};
         }
-        return std::wstring(ed::parse_point(given.text) ? ed::by_handle_only : L"Invalid selection.");
+        return std::wstring(ed::is_geometric(given.text) ? ed::by_handle_only : L"Invalid selection.");
     };
     const int answered =
         ed::ask_value(prompt != nullptr ? prompt : L"\nSelect object: ",
@@ -308,8 +326,8 @@ int acedSSGet(const ACHAR* mode, const void* pt1, const void* pt2, const resbuf*
         if (last != dxf::no_record && (chosen == nullptr || chosen->fits(last)))
             selected.add(database->id(last));
     } else if (how == L"p") {
-        for (const AcDbObjectId id : ed::previous_selection().ids())
-            if (!id.isErased() && (chosen == nullptr || chosen->fits(database->record(id))))
+        for (const AcDbObjectId id : ed::previous_in(*database))
+            if (chosen == nullptr || chosen->fits(database->record(id)))
                 selected.add(id);
     } else if (how == L"i") {
         // Nothing is picked before a command where input comes from a command line.

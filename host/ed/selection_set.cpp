@@ -2,9 +2,9 @@
 
 #include "acdbads.h"
 #include "acedads.h"
-#include "dbobjptr.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
+#include "host/db/symbol_entry.h"
 #include "host/ed/system_variables.h"
 
 #include <algorithm>
@@ -85,15 +85,10 @@ Acad::ErrorStatus acdbGetAdsName(ads_name& name, AcDbObjectId id) {
 
 int acdbRegApp(const ACHAR* application) {
     AcDbDatabase* const database = ap::documents::instance().current_database();
-    if (application == nullptr || database == nullptr)
+    if (application == nullptr || database == nullptr ||
+        database->imp().find_entry(db::table_kind::regapp, application) != dxf::no_record)
         return RTERROR;
-    AcDbObjectPointer<AcDbRegAppTable> table(database->regAppTableId(), AcDb::kForWrite);
-    auto record = std::make_unique<AcDbRegAppTableRecord>();
-    if (table.openStatus() != Acad::eOk || record->setName(application) != Acad::eOk ||
-        table->add(record.get()) != Acad::eOk)
-        return RTERROR;
-    record.release()->close(); // the table's now
-    return RTNORM;
+    return db::register_application(database->imp(), application) ? RTNORM : RTERROR;
 }
 
 int acdbHandEnt(const ACHAR* handle, ads_name result) {

@@ -163,10 +163,11 @@ public:
 
     // Reads a DXF file into an empty database. eFileNotFound, eDxfReadAborted, eInvalidInput.
     Acad::ErrorStatus dxfIn(const ACHAR* fileName, const ACHAR* logFileName = nullptr);
-    // Writes the drawing, whole or not at all. eFileAccessErr, and the old file is as it was.
+    // Writes a copy of the drawing, whole or not at all; the drawing's own file stays the one it was.
+    // eFileAccessErr, and an old file is as it was.
     Acad::ErrorStatus dxfOut(const ACHAR* fileName);
 
-    // The file that it was read from or last written to; empty for a new one.
+    // The file that it was read from or last saved to; empty for a new one.
     Acad::ErrorStatus getFilename(const ACHAR*& fileName) const;
 
     AcDbObjectId layerTableId() const;
