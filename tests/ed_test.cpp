@@ -137,6 +137,8 @@ TEST(Ed, FiltersSelectByGroupsAndOperators) {
               "100 101 103 105 108 109 10B");
     EXPECT_EQ(selected(rb(-4, L"<AND", RTDXF0, L"LINE", 8, L"PIPE*", -4, L"AND>")), "102 104");
     EXPECT_EQ(selected(rb(62, 256, 8, L"PIPE-给水")), "103 105") << "what is left out is ByLayer";
+    EXPECT_EQ(selected(rb(-3, 1001, L"zef_*")), "102") << "has extended data of the application";
+    EXPECT_EQ(selected(rb(-3, 1001, L"OTHER")), "");
     EXPECT_EQ(selected(rb(60, 1)), "109");
     EXPECT_EQ(selected(rb(67, 1)), "10B");
     EXPECT_EQ(selected(rb(-4, L">", 40, 349.0, RTDXF0, L"TEXT")), "10A");

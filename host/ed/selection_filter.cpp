@@ -6,13 +6,15 @@
 #include "host/db/properties.h"
 #include "host/dxf/record_header.h"
 
-#include <cmath>
+#include <algorithm>
 
 namespace ed {
 
 namespace {
 
 constexpr int operator_code = -4;
+constexpr int extended_data_code = -3;
+constexpr int application_code = 1001;
 
 enum class relation { any, equal, unequal, less, at_most, greater, at_least, some_bits, all_bits };
 
@@ -86,7 +88,7 @@ double number_in(const resbuf& value, int code) {
 } // namespace
 
 struct selection_filter::node {
-    enum class kind { all, some, one, none, text, number } what = kind::all;
+    enum class kind { all, some, one, none, text, number, application } what = kind::all;
     std::vector<std::shared_ptr<node>> parts;
     int code = 0;
     std::wstring pattern;
@@ -134,10 +136,15 @@ std::shared_ptr<selection_filter::node> selection_filter::parse(const resbuf*& a
             how = *told;
             continue;
         }
+        if (code == extended_data_code)
+            continue; // the names of applications follow
         auto leaf = std::make_shared<node>();
         leaf->code = code;
         const dxf::value_kind kind = dxf::kind_of_code(code);
-        if (kind == dxf::value_kind::text && code >= 0) {
+        if (code == application_code) {
+            leaf->what = node::kind::application;
+            leaf->pattern = at->resval.rstring != nullptr ? at->resval.rstring : L"";
+        } else if (kind == dxf::value_kind::text && code >= 0) {
             leaf->what = node::kind::text;
             if (at->resval.rstring == nullptr)
                 return nullptr;
@@ -211,6 +218,16 @@ bool selection_filter::fits(const node& tested, dxf::record_id entity,
         else if (tested.code == 410)
             text = L"Model";
         return base::wildcard_match(text, tested.pattern, true);
+    }
+    case node::kind::application: {
+        if (!groups)
+            groups.emplace(database_->records().text(entity));
+        const auto& all = groups->groups();
+        return std::any_of(all.begin(), all.end(), [&](const dxf::group& group) {
+            return group.code == application_code &&
+                   base::wildcard_match(database_->drawing().codec().decode(dxf::trimmed(group.value)),
+                                        tested.pattern, true);
+        });
     }
     case node::kind::number: {
         if (!groups)
