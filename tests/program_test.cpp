@@ -36,6 +36,7 @@ TEST(Program, BadInputGetsOneLineAndItsStatus) {
     const row rows[] = {
         {{"--nonsense"}, "", 2, "--nonsense"},
         {{"-o"}, "", 2, "-o"},
+        {{good, "-o", ""}, "", 2, "-o"},
         {{"a.dxf", "b.dxf"}, "", 2, "b.dxf"},
         {{good, "-s", (folder / "none.scr").string()}, "", 2, "none.scr"},
         {{(folder / "none.dxf").string()}, "", 3, "no such file"},
@@ -143,7 +144,14 @@ TEST(Program, ScriptsInOtherEncodingsAreRead) {
         const auto result = test::zefhost({path_of("r2018.dxf"), "-s", file.string()});
         EXPECT_EQ(result.status, 0) << result.err << result.out;
         EXPECT_TRUE(contains(result.err, "not saved: 1 object")) << result.err;
+        const auto piped = test::zefhost({path_of("r2018.dxf")}, script);
+        EXPECT_EQ(piped.status, 0) << piped.err << piped.out;
+        EXPECT_TRUE(contains(piped.err, "not saved: 1 object")) << piped.err;
     }
+    // In a text on the command line two backslashes are one.
+    const auto named = test::zefhost(
+        {path_of("r2018.dxf"), "-c", R"(-LAYER D a\\nb\n墙体 )", "-o", (folder / "o.dxf").string()});
+    EXPECT_TRUE(contains(test::read(folder / "o.dxf"), R"(a\nb)")) << named.err << named.out;
 }
 
 // What -LAYER does, option by option: each script and the lines that change.

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <editline/readline.h>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <unistd.h>
 
@@ -52,15 +53,6 @@ std::optional<std::wstring> terminal_line(std::wstring_view prompt) {
     return text;
 }
 
-std::optional<std::wstring> piped_line(std::wstring_view /*prompt*/) {
-    std::string line;
-    if (!std::getline(std::cin, line))
-        return std::nullopt;
-    if (!line.empty() && line.back() == '\r')
-        line.pop_back();
-    return base::widen(line);
-}
-
 std::wstring utf16_text(std::string_view bytes, bool big_endian) {
     std::string utf8;
     char32_t high = 0;
@@ -88,8 +80,13 @@ bool input_is_terminal() {
     return isatty(STDIN_FILENO) != 0;
 }
 
-ed::line_source console_lines() {
-    return input_is_terminal() ? terminal_line : piped_line;
+std::wstring piped_text() {
+    const std::string bytes{std::istreambuf_iterator<char>(std::cin), {}};
+    return script_text_of(bytes);
+}
+
+ed::line_source terminal_lines() {
+    return terminal_line;
 }
 
 std::wstring script_text_of(std::string_view bytes) {

@@ -58,8 +58,10 @@ bool add_inputs(const program_options& options) {
         }
         input.add_text(given.text, script_text_of(bytes->view()));
     }
-    if (options.inputs.empty())
-        input.add(L"standard input", console_lines(), input_is_terminal());
+    if (options.inputs.empty() && input_is_terminal())
+        input.add(L"standard input", terminal_lines(), true);
+    else if (options.inputs.empty())
+        input.add_text(L"standard input", piped_text());
     return true;
 }
 

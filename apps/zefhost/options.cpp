@@ -30,8 +30,9 @@ namespace {
 std::wstring script_text(std::wstring_view argument) {
     std::wstring text;
     for (std::size_t i = 0; i < argument.size(); ++i) {
-        if (argument[i] == L'\\' && i + 1 < argument.size() && argument[i + 1] == L'n') {
-            text += L'\n';
+        const wchar_t next = i + 1 < argument.size() ? argument[i + 1] : L' ';
+        if (argument[i] == L'\\' && (next == L'n' || next == L'\\')) {
+            text += next == L'n' ? L'\n' : L'\\';
             ++i;
         } else {
             text += argument[i];
@@ -58,6 +59,8 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
                                  argument == L"--load" || argument == L"--profile";
         if (!only_files && takes_value && !take_value())
             return base::failure{L"option " + argument + L" wants a value"};
+        if (takes_value && !only_files && value.empty() && argument != L"-c")
+            return base::failure{L"option " + argument + L" has an empty value"};
         if (only_files || argument.empty() || argument.front() != L'-') {
             if (!options.drawing.empty())
                 return base::failure{L"a second drawing, '" + argument + L"'"};
