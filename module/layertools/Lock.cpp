@@ -9,7 +9,7 @@
 namespace {
 
 // Locks or unlocks the layers. Those that need it not are told of at the end, with what is so already.
-void SetLocked(const std::vector<CString>& layers, bool locked, const wchar_t* isSoAlready) {
+void SetLocked(const CLayerNames& layers, bool locked, const wchar_t* isSoAlready) {
     std::vector<CString> wereSo;
     for (const CString& layer : layers) {
         if (SetLayerState(layer, LayerState::Locked, locked) == LayerChange::WasSo)
@@ -23,7 +23,7 @@ void SetLocked(const std::vector<CString>& layers, bool locked, const wchar_t* i
 
 void CLayerToolBar::LockSelLayer() {
     const CDocumentLock lock;
-    std::vector<CString> picked;
+    CLayerNames picked;
     if (PickLayers(L"\n请选择要锁定层上的图元 <退出>:", picked) != PickEnd::Picked)
         return;
     SetLocked(picked, true, L"层本身就是锁定的！");
@@ -32,7 +32,7 @@ void CLayerToolBar::LockSelLayer() {
 
 void CLayerToolBar::UnLockSelLayer() {
     const CDocumentLock lock;
-    std::vector<CString> picked;
+    CLayerNames picked;
     switch (PickLayers(L"\n请选择要解锁层上的图元(ESC退出,空格解开全部层) <全部>:", picked)) {
     case PickEnd::Picked:
         SetLocked(picked, false, L"层本身就没有锁定！");

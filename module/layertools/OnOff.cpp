@@ -33,11 +33,11 @@ void ShowModelSpace() {
 
 void CLayerToolBar::OpenSelLayer() {
     const CDocumentLock lock;
-    std::vector<CString> picked;
+    CLayerNames picked;
     if (PickLayers(L"\n请选择打开层上的图元 <退出>:", picked) != PickEnd::Picked)
         return;
     for (const AcDbObjectId layer : GetAllLayerIds())
-        SetLayerState(layer, LayerState::Off, !HoldsLayer(picked, GetLayerName(layer)));
+        SetLayerState(layer, LayerState::Off, !picked.Holds(GetLayerName(layer)));
     RegenerateDisplay();
 }
 

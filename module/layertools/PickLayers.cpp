@@ -3,9 +3,8 @@
 #include "acdbads.h"
 #include "acedads.h"
 #include "acutmem.h"
+#include "base/case_fold.h"
 #include "dbobjptr.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -52,10 +51,19 @@ CString Literally(const CString& name) {
 
 } // namespace
 
-PickEnd PickLayers(const wchar_t* prompt, std::vector<CString>& layers) {
+void CLayerNames::Add(const CString& name) {
+    if (m_folded.insert(base::folded(name.GetString())).second)
+        m_names.push_back(name);
+}
+
+bool CLayerNames::Holds(const CString& name) const {
+    return m_folded.contains(base::folded(name.GetString()));
+}
+
+PickEnd PickLayers(const wchar_t* prompt, CLayerNames& layers) {
     constexpr int nullResponse = 52;
     const wchar_t* const prompts[] = {prompt, prompt}; // to add and to remove
-    layers.clear();
+    layers = {};
     ads_name set;
     const int answer = acedSSGet(L"_:$", prompts, nullptr, nullptr, set);
     if (answer == RTERROR && LastError() == nullResponse)
@@ -64,8 +72,8 @@ PickEnd PickLayers(const wchar_t* prompt, std::vector<CString>& layers) {
         return PickEnd::Cancelled;
     for (const AcDbObjectId entity : TakeEntities(set)) {
         CString layer;
-        if (GetLayer(entity, layer) && !HoldsLayer(layers, layer))
-            layers.push_back(layer);
+        if (GetLayer(entity, layer))
+            layers.Add(layer);
     }
     return PickEnd::Picked;
 }
@@ -84,9 +92,4 @@ std::vector<AcDbObjectId> GetEntitiesOfLayer(const CString& layer) {
     const int answer = acedSSGet(L"_X", nullptr, nullptr, filter, set);
     acutRelRb(filter);
     return answer == RTNORM ? TakeEntities(set) : std::vector<AcDbObjectId>();
-}
-
-bool HoldsLayer(const std::vector<CString>& layers, const CString& layer) {
-    return std::any_of(layers.begin(), layers.end(),
-                       [&](const CString& held) { return held.CompareNoCase(layer) == 0; });
 }
