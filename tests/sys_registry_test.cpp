@@ -125,6 +125,19 @@ TEST(SysRegistry, AnUnreadableFileIsNotReplaced) {
 }
 
 // Files of one size and, as clocks go in steps, often of one time: only the file's identity tells them apart.
+TEST(SysRegistry, AFileInAnotherEncodingIsLeftAlone) {
+    const test::profile profile;
+    const std::string gbk =
+        "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\K]\r\n\"n\"=\"\xB8\xF8\xCB\xAE\"\r\n\"i\"=dword:00000007\r\n";
+    test::put(profile / "registry.reg", gbk);
+    EXPECT_EQ(sys::registry_read(L"K", L"i"), sys::registry_value(7u)) << "what can be read is used";
+    const std::pair<std::wstring, sys::registry_value> values[] = {{L"x", 1u}};
+    const auto written = sys::registry_write(L"K", values);
+    ASSERT_FALSE(written);
+    EXPECT_NE(written.error().find(L"UTF"), std::wstring::npos);
+    EXPECT_EQ(test::read(profile / "registry.reg"), gbk);
+}
+
 TEST(SysRegistry, NoticesAReplacedFile) {
     const test::profile profile;
     for (std::uint32_t i = 0; i < 200; ++i) {

@@ -114,6 +114,9 @@ base::result<void> update(Change change) {
         const auto bytes = read_file(path);
         if (!bytes)
             return base::failure{bytes.error()};
+        if (!registry_text::is_text(bytes->view()))
+            return base::failure{L"cannot write '" + from_path(path) +
+                                 L"': it is neither UTF-16 nor UTF-8 and is left as it is"};
         text = registry_text(bytes->view());
     }
     if (!change(text))

@@ -176,6 +176,10 @@ registry_text::registry_text(std::string_view bytes) {
     index();
 }
 
+bool registry_text::is_text(std::string_view bytes) {
+    return bytes.starts_with(utf16_mark) ? bytes.size() % 2 == 0 : base::is_utf8(bytes);
+}
+
 std::string registry_text::bytes() const {
     std::string out(utf16_mark);
     for (const std::wstring& line : lines_) {
@@ -193,6 +197,8 @@ std::optional<registry_value> registry_text::read(std::wstring_view key, std::ws
 bool registry_text::write(std::wstring_view key, std::wstring_view name, const registry_value& value) {
     if (read(key, name) == value)
         return false;
+    // The older form of the editor calls itself so; it is the newer one from now on.
+    std::replace(lines_.begin(), lines_.end(), std::wstring(L"REGEDIT4"), std::wstring(header));
     if (std::find(lines_.begin(), lines_.end(), header) == lines_.end())
         lines_.insert(lines_.begin(), std::wstring(header));
     const place at = find(key, name);

@@ -17,6 +17,10 @@ public:
     // Of any bytes; without the mark of UTF-16 they are taken for UTF-8.
     explicit registry_text(std::string_view bytes = {});
 
+    // Whether bytes are UTF-16 with its mark or well-formed UTF-8. What is read from others can not be
+    // written back.
+    static bool is_text(std::string_view bytes);
+
     // The file in UTF-16LE with its mark.
     std::string bytes() const;
 
