@@ -124,7 +124,6 @@ TEST(SysRegistry, AnUnreadableFileIsNotReplaced) {
     EXPECT_FALSE(write(L"K", L"n", 1u));
 }
 
-// Files of one size and, as clocks go in steps, often of one time: only the file's identity tells them apart.
 TEST(SysRegistry, AFileInAnotherEncodingIsLeftAlone) {
     const test::profile profile;
     const std::string gbk =
@@ -138,6 +137,7 @@ TEST(SysRegistry, AFileInAnotherEncodingIsLeftAlone) {
     EXPECT_EQ(test::read(profile / "registry.reg"), gbk);
 }
 
+// Files of one size and, as clocks go in steps, often of one time: only the file's identity tells them apart.
 TEST(SysRegistry, NoticesAReplacedFile) {
     const test::profile profile;
     for (std::uint32_t i = 0; i < 200; ++i) {

@@ -9,7 +9,7 @@ zefhost --version | --help
 
 DRAWING        a DXF file; without one, a new drawing
 -s SCRIPT      answers from a script file, in the order given
--c TEXT        answers from a text, in which \n ends a line
+-c TEXT        answers from a text, in which \n ends a line and \\ is a backslash
 -o OUT         saves the current drawing as OUT at the end, "-" to standard output
 --load APP     loads a further application
 --no-module    without the pipe-system module and its siblings
