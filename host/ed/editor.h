@@ -54,8 +54,6 @@ public:
 
     // The command under way, by its global name; null at the command prompt.
     const AcEdCommand* command() const { return command_; }
-    // What the last REGEN, or a program, asked of a display that is not there.
-    int regenerations = 0;
 
     // ---- prompts
 

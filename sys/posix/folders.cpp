@@ -32,7 +32,7 @@ std::wstring from_path(const fs::path& path) {
 fs::path default_profile_folder() {
     if (const fs::path folder = from_environment("ZEF_PROFILE"); !folder.empty())
         return fs::absolute(folder).lexically_normal();
-    // The base directory specification wants a relative one ignored.
+    // By the rules for these folders a relative one is ignored.
     if (const fs::path folder = from_environment("XDG_CONFIG_HOME"); folder.is_absolute())
         return folder / "zef";
     fs::path home = from_environment("HOME");
