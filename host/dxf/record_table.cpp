@@ -113,7 +113,6 @@ void record_table::put(record_id id, const record_content& content) {
     layers_[id] = content.layer;
     owners_[id] = content.owner;
     gone_[id] = content.gone ? 1 : 0;
-    ++version_;
 }
 
 // Keeps what a record is before it changes: for undo, and to know what differs from the file.
@@ -171,7 +170,6 @@ record_id record_table::insert_after(record_id previous, std::string_view text, 
     gone_[id] = 1;
     note(id);
     gone_[id] = 0;
-    ++version_;
     return id;
 }
 
@@ -180,7 +178,6 @@ bool record_table::set_gone(record_id id, bool gone) {
         return false;
     note(id);
     gone_[id] = gone ? 1 : 0;
-    ++version_;
     return true;
 }
 

@@ -161,8 +161,6 @@ public:
     std::string undo(std::vector<record_id>& touched);
     std::string redo(std::vector<record_id>& touched);
     bool can_redo() const { return done_ != steps_.size(); }
-    // A number that is another one after every change, undo and redo.
-    std::uint64_t version() const { return version_; }
 
     // What is there now is what the file holds.
     void mark_saved();
@@ -212,7 +210,6 @@ private:
     std::size_t done_ = 0; // steps_[0, done_) are in effect
     bool open_ = false;    // the last step in effect takes further changes
     std::string next_name_;
-    std::uint64_t version_ = 0;
     std::unordered_map<record_id, record_content> saved_; // of records that changed since the file was read
 };
 
