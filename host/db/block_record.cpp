@@ -1,3 +1,4 @@
+#include "acgi.h"
 #include "dbsymtb.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
@@ -46,12 +47,20 @@ Acad::ErrorStatus AcDbBlockTableRecord::newIterator(AcDbBlockTableRecordIterator
     return Acad::eOk;
 }
 
+// Everything that a reference to it shows.
+Adesk::Boolean AcDbBlockTableRecord::subWorldDraw(AcGiWorldDraw* draw) {
+    if (imp().database == nullptr)
+        return true;
+    for (const dxf::record_id entity : imp().database->drawn_of_block(imp().record))
+        if (const auto view = imp().database->view(entity))
+            draw->geometry().draw(view.get());
+    return true;
+}
+
 bool AcDbBlockTableRecord::isLayout() const {
     AcString name;
     getName(name);
-    const std::wstring_view text(name.kwszPtr());
-    return text.starts_with(L"*Model_Space") || text.starts_with(L"*Paper_Space") ||
-           text.starts_with(L"*MODEL_SPACE") || text.starts_with(L"*PAPER_SPACE");
+    return AcDbImpDatabase::is_space_name(name.kwszPtr());
 }
 
 bool AcDbBlockTableRecord::isAnonymous() const {

@@ -37,11 +37,11 @@ const std::array<Adesk::UInt32, 256>& palette() {
 
 } // namespace
 
-Adesk::UInt32 AcCmColor::lookUpRGB(Adesk::UInt8 index) {
+Adesk::UInt32 AcCmEntityColor::lookUpRGB(Adesk::UInt8 index) {
     return palette()[index];
 }
 
-Adesk::UInt8 AcCmColor::lookUpACI(Adesk::UInt8 red, Adesk::UInt8 green, Adesk::UInt8 blue) {
+Adesk::UInt8 AcCmEntityColor::lookUpACI(Adesk::UInt8 red, Adesk::UInt8 green, Adesk::UInt8 blue) {
     int best = 1;
     int least = 4 * 255 * 255;
     for (int index = 1; index < 256; ++index) {
@@ -57,12 +57,12 @@ Adesk::UInt8 AcCmColor::lookUpACI(Adesk::UInt8 red, Adesk::UInt8 green, Adesk::U
     return static_cast<Adesk::UInt8>(best);
 }
 
-Acad::ErrorStatus AcCmColor::setColorMethod(ColorMethod method) {
+Acad::ErrorStatus AcCmEntityColor::setColorMethod(ColorMethod method) {
     m_method = method;
     return Acad::eOk;
 }
 
-Adesk::UInt16 AcCmColor::colorIndex() const {
+Adesk::UInt16 AcCmEntityColor::colorIndex() const {
     switch (m_method) {
     case kByLayer:
         return kACIbyLayer;
@@ -80,7 +80,7 @@ Adesk::UInt16 AcCmColor::colorIndex() const {
     return static_cast<Adesk::UInt16>(m_value);
 }
 
-Acad::ErrorStatus AcCmColor::setColorIndex(Adesk::UInt16 index) {
+Acad::ErrorStatus AcCmEntityColor::setColorIndex(Adesk::UInt16 index) {
     if (index > kACInone)
         return Acad::eInvalidInput;
     m_method = index == kACIbyBlock   ? kByBlock
@@ -88,30 +88,35 @@ Acad::ErrorStatus AcCmColor::setColorIndex(Adesk::UInt16 index) {
                : index == kACInone    ? kNone
                                       : kByACI;
     m_value = index;
-    m_name.clear();
-    m_book.clear();
     return Acad::eOk;
 }
 
-Adesk::UInt8 AcCmColor::red() const {
+Adesk::UInt8 AcCmEntityColor::red() const {
     const Adesk::UInt32 rgb = m_method == kByACI ? lookUpRGB(static_cast<Adesk::UInt8>(m_value)) : m_value;
     return static_cast<Adesk::UInt8>(rgb >> 16);
 }
 
-Adesk::UInt8 AcCmColor::green() const {
+Adesk::UInt8 AcCmEntityColor::green() const {
     const Adesk::UInt32 rgb = m_method == kByACI ? lookUpRGB(static_cast<Adesk::UInt8>(m_value)) : m_value;
     return static_cast<Adesk::UInt8>(rgb >> 8);
 }
 
-Adesk::UInt8 AcCmColor::blue() const {
+Adesk::UInt8 AcCmEntityColor::blue() const {
     const Adesk::UInt32 rgb = m_method == kByACI ? lookUpRGB(static_cast<Adesk::UInt8>(m_value)) : m_value;
     return static_cast<Adesk::UInt8>(rgb);
 }
 
-Acad::ErrorStatus AcCmColor::setRGB(Adesk::UInt8 red, Adesk::UInt8 green, Adesk::UInt8 blue) {
+Acad::ErrorStatus AcCmEntityColor::setRGB(Adesk::UInt8 red, Adesk::UInt8 green, Adesk::UInt8 blue) {
     m_method = kByColor;
     m_value = static_cast<Adesk::UInt32>(red << 16 | green << 8 | blue);
     return Acad::eOk;
+}
+
+Acad::ErrorStatus AcCmColor::setColorIndex(Adesk::UInt16 index) {
+    const Acad::ErrorStatus status = AcCmEntityColor::setColorIndex(index);
+    if (status == Acad::eOk)
+        setNames(nullptr);
+    return status;
 }
 
 Acad::ErrorStatus AcCmColor::setNames(const ACHAR* colorName, const ACHAR* bookName) {

@@ -1,6 +1,7 @@
 #include "dbdict.h"
 #include "dbsymtb.h"
 #include "dbxrecrd.h"
+#include "host/db/entity_classes.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
 #include "host/db/new_drawing.h"
@@ -17,6 +18,7 @@ void register_classes() {
     static const bool done = [] {
         AcDbObject::rxInit();
         AcDbEntity::rxInit();
+        db::register_entity_classes();
         AcDbDatabase::rxInit();
         AcDbDictionary::rxInit();
         AcDbXrecord::rxInit();

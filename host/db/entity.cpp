@@ -5,6 +5,8 @@
 #include "host/db/imp_object.h"
 #include "host/db/properties.h"
 #include "host/dxf/record_header.h"
+#include "host/gi/extents.h"
+#include "host/gi/tracer.h"
 
 using db::entity_place;
 
@@ -214,4 +216,69 @@ AcDbObjectId AcDbEntity::blockId() const {
     if (record != dxf::no_record && records.kind(record) == dxf::record_kind::entity)
         owner = imp().database->id(records.find(records.owner_handle(record)));
     return owner;
+}
+
+// ---- drawing and changing as a whole
+
+Adesk::UInt32 AcDbEntity::subSetAttributes(AcGiDrawableTraits* traits) {
+    if (visibility() == AcDb::kInvisible)
+        return kDrawableIsInvisible;
+    if (imp().database == nullptr || !gi::tracer::reads(traits))
+        return kDrawableNone;
+    traits->setLayer(layerId());
+    traits->setTrueColor(color());
+    traits->setLineType(linetypeId());
+    traits->setLineTypeScale(linetypeScale());
+    traits->setLineWeight(lineWeight());
+    return kDrawableNone;
+}
+
+Acad::ErrorStatus AcDbEntity::subGetGeomExtents(AcDbExtents& extents) const {
+    assertReadEnabled();
+    gi::extents_canvas canvas;
+    gi::tracer(canvas, kAcGiForExtents).draw(*this);
+    if (gi::is_empty(canvas.extents()))
+        return Acad::eInvalidExtents;
+    extents = canvas.extents();
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbEntity::transformBy(const AcGeMatrix3d& matrix) {
+    return isWriteEnabled() ? subTransformBy(matrix) : Acad::eNotOpenForWrite;
+}
+
+Acad::ErrorStatus AcDbEntity::subTransformBy(const AcGeMatrix3d& /*matrix*/) {
+    return Acad::eNotImplementedYet;
+}
+
+Acad::ErrorStatus AcDbEntity::subGetTransformedCopy(const AcGeMatrix3d& matrix, AcDbEntity*& copy) const {
+    copy = nullptr;
+    std::unique_ptr<AcRxObject> made(clone());
+    if (made == nullptr)
+        return Acad::eNotImplementedYet;
+    auto* const entity = static_cast<AcDbEntity*>(made.get());
+    if (const Acad::ErrorStatus status = entity->transformBy(matrix); status != Acad::eOk)
+        return status;
+    made.release();
+    copy = entity; // the caller's
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbEntity::subExplode(AcDbVoidPtrArray& /*parts*/) const {
+    return Acad::eNotApplicable;
+}
+
+Acad::ErrorStatus AcDbEntity::setPropertiesFrom(const AcDbEntity* entity, bool doSubents) {
+    if (entity == nullptr)
+        return Acad::eInvalidInput;
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    db::copy_properties(entity->imp(), imp());
+    if (doSubents && imp().database != nullptr)
+        for_parts(imp(), [&](AcDbEntity& part) { part.setPropertiesFrom(entity, false); });
+    return Acad::eOk;
+}
+
+void AcDbEntity::getEcs(AcGeMatrix3d& matrix) const {
+    matrix.setToIdentity();
 }

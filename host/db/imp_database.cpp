@@ -4,9 +4,11 @@
 #include "dbdict.h"
 #include "dbsymtb.h"
 #include "dbxrecrd.h"
+#include "host/db/entity_classes.h"
 #include "host/db/imp_object.h"
 #include "host/db/properties.h"
 #include "host/dxf/record_header.h"
+#include "host/gi/extents.h"
 #include "sys/folders.h"
 
 #include <algorithm>
@@ -126,9 +128,10 @@ AcRxClass* AcDbImpDatabase::class_of(dxf::record_id record) const {
         return drawing_->table("BLOCK_RECORD") == dxf::no_record ? AcDbBlockTableRecord::desc()
                                                                  : AcDbEntity::desc();
     case dxf::record_kind::block_end:
+        return AcDbEntity::desc();
     case dxf::record_kind::entity:
     case dxf::record_kind::part:
-        return AcDbEntity::desc();
+        return db::class_of_entity(type, all.text(record));
     case dxf::record_kind::object:
         if (all.type(record) == dxf::type_dictionary || type == "ACDBDICTIONARYWDFLT")
             return AcDbDictionary::desc();
@@ -149,7 +152,8 @@ Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id reco
     if (records().gone(record) && !erased)
         return Acad::eWasErased;
     const bool write = mode == AcDb::kForWrite;
-    if (write && type == AcDbEntity::desc() && on_locked_layer(record))
+    if (write && dxf::stands_on_layer(records().kind(record)) && type != AcDbBlockTableRecord::desc() &&
+        on_locked_layer(record))
         return Acad::eOnLockedLayer;
     if (const auto opened = open_.find(record); opened != open_.end()) {
         AcDbImpObject& imp = opened->second->imp();
@@ -163,9 +167,18 @@ Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id reco
         object = opened->second.get();
         return Acad::eOk;
     }
+    std::unique_ptr<AcDbObject> made = make(type, record);
+    made->imp().writing = write;
+    made->imp().readers = write ? 0 : 1;
+    object = made.get();
+    open_.emplace(record, std::move(made));
+    return Acad::eOk;
+}
+
+std::unique_ptr<AcDbObject> AcDbImpDatabase::make(AcRxClass* type, dxf::record_id record) {
     std::unique_ptr<AcDbObject> made;
     if (type == AcDbEntity::desc())
-        made.reset(new AcDbEntity); // the class of all entities; its constructor is not for programs
+        made.reset(new AcDbEntity); // entities that nobody knows; its constructor is not for programs
     else if (type == AcDbObject::desc())
         made.reset(new AcDbObject);
     else
@@ -174,11 +187,16 @@ Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id reco
     imp.forget();
     imp.database = this;
     imp.record = record;
-    imp.writing = write;
-    imp.readers = write ? 0 : 1;
-    object = made.get();
-    open_.emplace(record, std::move(made));
-    return Acad::eOk;
+    return made;
+}
+
+std::unique_ptr<AcDbObject> AcDbImpDatabase::view(dxf::record_id record) {
+    AcRxClass* const type = class_of(record);
+    if (type == nullptr)
+        return nullptr;
+    std::unique_ptr<AcDbObject> made = make(type, record);
+    made->imp().readers = 1;
+    return made;
 }
 
 void AcDbImpDatabase::commit(AcDbObject& object) {
@@ -470,6 +488,9 @@ std::vector<dxf::record_id> AcDbImpDatabase::entities(dxf::record_id block) cons
     const dxf::record_table& all = records();
     std::vector<dxf::record_id> found;
     const std::uint64_t owner = all.handle(block);
+    if (begins_.empty())
+        for (const dxf::record_id begin : drawing_->parts().block_begins)
+            begins_.emplace(all.owner_handle(begin), begin);
     const auto take = [&](dxf::record_id from) {
         for (dxf::record_id id = all.next(from); id != dxf::no_record; id = all.next(id)) {
             const dxf::record_kind kind = all.kind(id);
@@ -480,14 +501,51 @@ std::vector<dxf::record_id> AcDbImpDatabase::entities(dxf::record_id block) cons
                 found.push_back(id);
         }
     };
-    for (const dxf::record_id begin : drawing_->parts().block_begins)
-        if (all.owner_handle(begin) == owner)
-            take(begin);
-    // Only spaces have entities outside of their BLOCK.
-    const std::wstring name = name_of(block);
-    if (name.starts_with(L"*") && drawing_->parts().entities != dxf::no_record)
+    const auto [first, last] = begins_.equal_range(owner);
+    for (auto begin = first; begin != last; ++begin)
+        take(begin->second);
+    if (is_space_name(name_of(block)) && drawing_->parts().entities != dxf::no_record)
         take(drawing_->parts().entities);
     return found;
+}
+
+std::vector<dxf::record_id> AcDbImpDatabase::drawn_of_block(dxf::record_id block) const {
+    std::vector<dxf::record_id> drawn = entities(block);
+    std::erase_if(drawn, [&](dxf::record_id entity) {
+        if (records().gone(entity))
+            return true;
+        constexpr std::int64_t constant = 2;
+        return records().type_name(entity) == "ATTDEF" &&
+               (dxf::group_list(records().text(entity)).integer({"AcDbAttributeDefinition"}, 70).value_or(0) &
+                constant) == 0;
+    });
+    return drawn;
+}
+
+const AcDbExtents& AcDbImpDatabase::extents_of_block(dxf::record_id block) {
+    if (!block_extents_)
+        block_extents_ = std::make_unique<gi::block_extents>(*this);
+    return block_extents_->of(block);
+}
+
+bool AcDbImpDatabase::is_space_name(std::wstring_view block) {
+    const std::wstring folded = base::folded(block);
+    return folded.starts_with(L"*model_space") || folded.starts_with(L"*paper_space");
+}
+
+bool AcDbImpDatabase::in_space(dxf::record_id entity) const {
+    if (records().kind(entity) == dxf::record_kind::part)
+        entity = records().find(records().owner_handle(entity));
+    if (entity == dxf::no_record)
+        return false;
+    const std::uint32_t owner = records().owner(entity);
+    if (owner >= spaces_.size())
+        spaces_.resize(owner + 1, -1);
+    if (spaces_[owner] < 0) {
+        const dxf::record_id block = records().find(records().owner_handle(entity));
+        spaces_[owner] = block != dxf::no_record && is_space_name(name_of(block)) ? 1 : 0;
+    }
+    return spaces_[owner] == 1;
 }
 
 dxf::record_id AcDbImpDatabase::root_dictionary() const {

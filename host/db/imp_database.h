@@ -12,6 +12,10 @@
 #include <unordered_map>
 #include <vector>
 
+namespace gi {
+class block_extents;
+}
+
 namespace db {
 
 // The nine symbol tables, by what the file calls them.
@@ -60,6 +64,9 @@ public:
     // Closes what is still open at the end of a command. Returns how many there were.
     std::size_t close_all();
     bool is_open(dxf::record_id record) const { return open_.contains(record); }
+    // An object of its own that looks on a record as it stands there closed, whoever has it open; for
+    // reading. Null for records that are no objects.
+    std::unique_ptr<AcDbObject> view(dxf::record_id record);
     // The class of the object that opening a record gives.
     AcRxClass* class_of(dxf::record_id record) const;
 
@@ -99,6 +106,15 @@ public:
     dxf::record_id block(std::wstring_view name);
     // Its entities in the order of the file, parts left out, erased ones too.
     std::vector<dxf::record_id> entities(dxf::record_id block) const;
+    // What a reference to a block draws of it: not the definitions of attributes that each reference fills,
+    // nothing that is erased.
+    std::vector<dxf::record_id> drawn_of_block(dxf::record_id block) const;
+    // The extents of that, in the block's coordinates.
+    const AcDbExtents& extents_of_block(dxf::record_id block);
+    // Whether a block of this name is model space or a sheet.
+    static bool is_space_name(std::wstring_view block);
+    // Whether an entity, or the entity that a part belongs to, stands in model space or on a sheet.
+    bool in_space(dxf::record_id entity) const;
     // The named-objects dictionary; no_record when the drawing has none.
     dxf::record_id root_dictionary() const;
 
@@ -114,6 +130,7 @@ private:
         std::unordered_map<std::wstring, dxf::record_id> by_name; // folded
     };
 
+    std::unique_ptr<AcDbObject> make(AcRxClass* type, dxf::record_id record);
     void touched(dxf::record_id record);
     void follow_layer_name(const std::string& before, const std::string& after);
     void leave_dictionary(dxf::record_id object);
@@ -125,5 +142,9 @@ private:
     std::unordered_map<dxf::record_id, std::unique_ptr<AcDbObject>> open_;
     std::array<dxf::record_id, db::table_kinds> implied_tables_;
     std::array<names, db::table_kinds> names_;
-    std::vector<signed char> locked_; // by number of layer name: 1, 0, or -1 for not asked yet
+    std::unique_ptr<gi::block_extents> block_extents_;
+    mutable std::unordered_multimap<std::uint64_t, dxf::record_id>
+        begins_;                              // BLOCKs by their records' handles
+    mutable std::vector<signed char> spaces_; // by number of owner: 1 a space, 0, or -1 for not asked yet
+    std::vector<signed char> locked_;         // by number of layer name: 1, 0, or -1 for not asked yet
 };

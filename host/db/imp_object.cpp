@@ -4,18 +4,23 @@
 #include "host/db/imp_database.h"
 
 void AcDbImpObject::begin_new(std::string text) {
-    const std::size_t length = text.size();
     own_ = std::move(text);
     own_.append(64, '\0');
-    groups_ = dxf::group_list(std::string_view(own_).substr(0, length));
+    groups_ = dxf::group_list(std::string_view(own_).substr(0, own_.size() - 64));
+    loaded_ = true;
+}
+
+void AcDbImpObject::load() const {
+    if (database != nullptr)
+        groups_ = dxf::group_list(database->records().text(record));
+    else if (fresh_ != nullptr)
+        const_cast<AcDbImpObject*>(this)->begin_new(fresh_);
     loaded_ = true;
 }
 
 const dxf::group_list& AcDbImpObject::groups() const {
-    if (!loaded_) {
-        groups_ = dxf::group_list(database->records().text(record));
-        loaded_ = true;
-    }
+    if (!loaded_)
+        load();
     return groups_;
 }
 

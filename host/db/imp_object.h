@@ -24,6 +24,9 @@ class ACDB_PORT AcDbImpObject {
 public:
     // A new object, whose groups are those of `text` until it has a record.
     void begin_new(std::string text);
+    // The same for a text that lives for ever, which is read when it is first asked for: objects that are
+    // opened are made by the same constructors, and never ask.
+    void begin_as(const char* text) { fresh_ = text; }
 
     AcDbImpDatabase* database = nullptr; // null: new
     dxf::record_id record = dxf::no_record;
@@ -45,7 +48,10 @@ public:
     std::string encode(std::wstring_view text) const;
 
 private:
+    void load() const;
+
     mutable dxf::group_list groups_;
     mutable bool loaded_ = false;
+    const char* fresh_ = nullptr;
     std::string own_; // text of a new object, with the padding that reading wants
 };

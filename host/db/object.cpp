@@ -1,6 +1,7 @@
 #include "dbmain.h"
 
 #include "acutmem.h"
+#include "base/utf.h"
 #include "host/db/extended_data.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
@@ -81,6 +82,30 @@ Acad::ErrorStatus AcDbObject::erase(bool erasing) {
     m_imp->database->commit(*this);
     m_imp->database->set_erased(m_imp->record, erasing);
     return Acad::eOk;
+}
+
+AcRxObject* AcDbObject::clone() const {
+    assertReadEnabled();
+    auto* const copy = static_cast<AcDbObject*>(isA()->create());
+    if (copy == nullptr)
+        return nullptr;
+    const dxf::group_style style{"\n", false, false};
+    std::string text;
+    bool in_front = true; // of the first marker, where what belongs to the original alone stands
+    bool in_braces = false;
+    for (const dxf::group& group : m_imp->groups().groups()) {
+        in_front = in_front && group.code != 100 && group.code < 1000;
+        if (group.code == 102)
+            in_braces = group.value.find('{') != std::string_view::npos;
+        if (in_front &&
+            (group.code == 5 || group.code == 105 || group.code == 330 || group.code == 102 || in_braces))
+            continue;
+        const bool words = dxf::kind_of_code(group.code) == dxf::value_kind::text;
+        dxf::append_group(text, style, group.code,
+                          words ? base::narrow(m_imp->decode(group.value)) : std::string(group.value));
+    }
+    copy->imp().begin_new(std::move(text));
+    return copy;
 }
 
 Adesk::UInt32 AcDbObject::subSetAttributes(AcGiDrawableTraits* /*traits*/) {

@@ -63,6 +63,25 @@ void write_color(AcDbImpObject& object, const dxf::group_place& place, const AcC
     groups.set_text(place, 430, object.encode(names + color.colorName()));
 }
 
+void copy_properties(const AcDbImpObject& from, AcDbImpObject& to) {
+    constexpr int copied[] = {8, 6, 62, 370, 48, 60, 420, 430, 440};
+    constexpr int handles[] = {347, 390, 284}; // which mean something in one drawing
+    const auto copy = [&](int code) {
+        const auto value = from.groups().text(entity_place, code);
+        if (!value)
+            to.edit().remove(entity_place, code);
+        else if (dxf::kind_of_code(code) == dxf::value_kind::text)
+            to.edit().set_text(entity_place, code, to.encode(from.decode(dxf::trimmed(*value))));
+        else
+            to.edit().set_text(entity_place, code, dxf::trimmed(*value));
+    };
+    for (const int code : copied)
+        copy(code);
+    if (from.database == to.database)
+        for (const int code : handles)
+            copy(code);
+}
+
 bool is_line_weight(int weight) {
     static constexpr std::array legal = {-3, -2, -1, 0,  5,  9,  13,  15,  18,  20,  25,  30,  35, 40,
                                          50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};

@@ -21,6 +21,10 @@ AcCmColor read_color(const AcDbImpObject& object, const dxf::group_place& place,
 // Writes them. `sign` is -1 for a layer that is off: its index is negative.
 void write_color(AcDbImpObject& object, const dxf::group_place& place, const AcCmColor& color, int sign = 1);
 
+// Gives an entity the layer, colour, linetype, its scale, lineweight and visibility of another one, and its
+// plot style and transparency, as they stand in its groups.
+void copy_properties(const AcDbImpObject& from, AcDbImpObject& to);
+
 bool is_line_weight(int weight);
 
 // Whether files of the object's drawing hold lineweights, plot flags (2000 on) and true colours (2004 on).

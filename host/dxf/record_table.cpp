@@ -66,41 +66,88 @@ record_id record_table::append(std::string_view text, record_kind kind, std::uin
     return id;
 }
 
+record_id record_table::append_own(std::string_view text, record_kind kind, std::uint32_t type) {
+    return append(arena_.keep(text), kind, type);
+}
+
 record_id record_table::append_implied(std::string_view text, std::uint32_t type) {
-    const record_id id = append(arena_.keep(text), record_kind::implied, type);
+    const record_id id = append_own(text, record_kind::implied, type);
     set_handle(id, new_handle());
     return id;
+}
+
+void record_table::rewrite(record_id id, std::string_view text) {
+    const std::string_view kept = arena_.keep(text);
+    texts_[id] = kept.data();
+    lengths_[id] = static_cast<std::uint32_t>(kept.size());
+    const record_header header = read_record_header(kept);
+    if (header.handle != handles_[id])
+        set_handle(id, header.handle);
+    if (stands_on_layer(kinds_[id]))
+        layers_[id] = put_layer(header.layer);
+    if (header.owner != 0)
+        owners_[id] = put_owner(header.owner);
+}
+
+void record_table::unlink_behind(record_id previous) {
+    const record_id id = next_[previous];
+    next_[previous] = next_[id];
+    next_[id] = no_record;
+    if (last_ == id)
+        last_ = previous;
+}
+
+void record_table::link_behind(record_id previous, record_id id) {
+    next_[id] = next_[previous];
+    next_[previous] = id;
+    if (last_ == previous)
+        last_ = id;
 }
 
 void record_table::set_handle(record_id id, std::uint64_t handle) {
     handles_[id] = handle;
     highest_handle_ = std::max(highest_handle_, handle);
+    if (handle < absurd_handle)
+        last_given_ = std::max(last_given_, handle);
     handles_indexed_ = false;
+}
+
+// The first of doubles stays.
+void record_table::index_handles() const {
+    by_handle_.clear();
+    by_far_handle_.clear();
+    doubles_.clear();
+    const bool dense = highest_handle_ / sparse <= size();
+    if (dense)
+        by_handle_.assign(static_cast<std::size_t>(highest_handle_) + 1, no_record);
+    for (record_id id = 0; id < size(); ++id) {
+        if (handles_[id] == 0)
+            continue;
+        record_id& first = dense ? by_handle_[static_cast<std::size_t>(handles_[id])]
+                                 : by_far_handle_.try_emplace(handles_[id], no_record).first->second;
+        if (first == no_record)
+            first = id;
+        else
+            doubles_.push_back(id);
+    }
+    handles_indexed_ = true;
 }
 
 record_id record_table::find(std::uint64_t handle) const {
     if (handle == 0)
         return no_record;
-    if (!handles_indexed_) {
-        by_handle_.clear();
-        by_far_handle_.clear();
-        const bool dense = highest_handle_ / sparse <= size();
-        if (dense)
-            by_handle_.assign(static_cast<std::size_t>(highest_handle_) + 1, no_record);
-        for (record_id id = size(); id-- > 0;) { // backwards, so that the first of doubles stays
-            if (handles_[id] == 0)
-                continue;
-            if (dense)
-                by_handle_[static_cast<std::size_t>(handles_[id])] = id;
-            else
-                by_far_handle_[handles_[id]] = id;
-        }
-        handles_indexed_ = true;
-    }
+    if (!handles_indexed_)
+        index_handles();
     if (handle < by_handle_.size())
         return by_handle_[static_cast<std::size_t>(handle)];
     const auto at = by_far_handle_.find(handle);
     return at == by_far_handle_.end() ? no_record : at->second;
+}
+
+const std::vector<record_id>& record_table::doubles() const {
+    if (!handles_indexed_)
+        index_handles();
+    return doubles_;
 }
 
 record_content record_table::content(record_id id) const {
@@ -108,6 +155,7 @@ record_content record_table::content(record_id id) const {
 }
 
 void record_table::put(record_id id, const record_content& content) {
+    journal_.push_back(id);
     texts_[id] = content.text;
     lengths_[id] = content.length;
     layers_[id] = content.layer;
@@ -170,6 +218,7 @@ record_id record_table::insert_after(record_id previous, std::string_view text, 
     gone_[id] = 1;
     note(id);
     gone_[id] = 0;
+    journal_.push_back(id);
     return id;
 }
 
@@ -178,6 +227,7 @@ bool record_table::set_gone(record_id id, bool gone) {
         return false;
     note(id);
     gone_[id] = gone ? 1 : 0;
+    journal_.push_back(id);
     return true;
 }
 

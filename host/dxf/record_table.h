@@ -23,6 +23,9 @@ namespace dxf {
 using record_id = std::uint32_t;
 inline constexpr record_id no_record = 0xFFFFFFFFu;
 
+// A handle from here on is no number that counting has reached: new ones are counted below.
+inline constexpr std::uint64_t absurd_handle = std::uint64_t(1) << 48;
+
 // What a record is to a drawing.
 enum class record_kind : std::uint8_t {
     structure, // SECTION, ENDSEC, ENDTAB, EOF, CLASS, what stands before the first group 0, unknown sections
@@ -115,9 +118,8 @@ public:
 
     // The record with a handle, erased ones too; no_record when there is none. Of doubles the first.
     record_id find(std::uint64_t handle) const;
-
-    // The highest handle in use.
-    std::uint64_t highest_handle() const { return highest_handle_; }
+    // The records whose handle one before them has, in the order of the file.
+    const std::vector<record_id>& doubles() const;
 
     // ---- filling, by the reader of a file
 
@@ -127,8 +129,17 @@ public:
     std::uint32_t put_owner(std::uint64_t handle);
     // Appends a record behind the last one of the file's order. The text must stay where it is.
     record_id append(std::string_view text, record_kind kind, std::uint32_t type);
+    // The same with a text that the file does not hold, which is copied.
+    record_id append_own(std::string_view text, record_kind kind, std::uint32_t type);
     // A record that stands for what the file leaves out.
     record_id append_implied(std::string_view text, std::uint32_t type);
+    // Another text, which is copied, as what the file says: no change that could be undone. Handle, owner and
+    // layer are read from it.
+    void rewrite(record_id id, std::string_view text);
+    // Takes the record behind `previous` out of the file's order; and puts one that was taken out or appended
+    // behind another.
+    void unlink_behind(record_id previous);
+    void link_behind(record_id previous, record_id id);
     void extend(record_id id, const char* end) {
         lengths_[id] = static_cast<std::uint32_t>(end - texts_[id]);
     }
@@ -138,7 +149,7 @@ public:
     void set_owner(record_id id, std::uint32_t owner) { owners_[id] = owner; }
     std::uint32_t owner(record_id id) const { return owners_[id]; }
     // A handle that the file does not use; for records that have none there, and for new ones.
-    std::uint64_t new_handle() { return highest_handle_ = std::max(highest_handle_, handle_floor_) + 1; }
+    std::uint64_t new_handle() { return last_given_ = std::max(last_given_, handle_floor_) + 1; }
     // New handles come above this one: the file says that those below were given once.
     void set_handle_floor(std::uint64_t handle) { handle_floor_ = handle; }
 
@@ -162,6 +173,10 @@ public:
     std::string redo(std::vector<record_id>& touched);
     bool can_redo() const { return done_ != steps_.size(); }
 
+    // Every record that changed, came or went since the file was read, in that order and as often as it did:
+    // who keeps something that was made from records remembers how far he has read, and goes on from there.
+    const std::vector<record_id>& journal() const { return journal_; }
+
     // What is there now is what the file holds.
     void mark_saved();
     // How many records differ from what the file holds.
@@ -180,6 +195,7 @@ private:
     record_content content(record_id id) const;
     void put(record_id id, const record_content& content);
     void note(record_id id);
+    void index_handles() const;
     void exchange(change& entry);
 
     std::vector<const char*> texts_;
@@ -200,9 +216,11 @@ private:
     std::uint32_t last_owner_ = 0; // runs of one owner are the rule
 
     std::uint64_t highest_handle_ = 0;
+    std::uint64_t last_given_ = 0; // the highest one to which new ones can be added for long
     std::uint64_t handle_floor_ = 0;
     mutable std::vector<record_id> by_handle_; // built when first asked
     mutable std::unordered_map<std::uint64_t, record_id> by_far_handle_;
+    mutable std::vector<record_id> doubles_;
     mutable bool handles_indexed_ = false;
 
     text_arena arena_;
@@ -210,6 +228,7 @@ private:
     std::size_t done_ = 0; // steps_[0, done_) are in effect
     bool open_ = false;    // the last step in effect takes further changes
     std::string next_name_;
+    std::vector<record_id> journal_;
     std::unordered_map<record_id, record_content> saved_; // of records that changed since the file was read
 };
 

@@ -65,21 +65,10 @@ private:
 template<class Take>
 void for_entities_newest_first(AcDbImpDatabase& database, Take take) {
     const dxf::record_table& records = database.records();
-    // Owners are few and entities many: which owner is a space is asked once for each.
-    std::vector<signed char> space;
     for (dxf::record_id id = records.size(); id-- > 0;) {
         if (records.kind(id) != dxf::record_kind::entity || records.gone(id))
             continue;
-        const std::uint32_t owner = records.owner(id);
-        if (owner >= space.size())
-            space.resize(owner + 1, -1);
-        if (space[owner] < 0) {
-            const dxf::record_id block = records.find(records.owner_handle(id));
-            const std::wstring name = block != dxf::no_record ? database.name_of(block) : std::wstring();
-            const std::wstring folded = base::folded(name);
-            space[owner] = folded.starts_with(L"*model_space") || folded.starts_with(L"*paper_space") ? 1 : 0;
-        }
-        if (space[owner] == 1 && !take(id))
+        if (database.in_space(id) && !take(id))
             return;
     }
 }

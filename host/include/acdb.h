@@ -53,6 +53,25 @@ enum LineWeight {
     kLnWtByLwDefault = -3,
 };
 
+// Versions of drawing files: R12, R13, R14, 2000, 2004, 2007, 2010, 2013, 2018.
+enum AcDbDwgVersion {
+    kDHL_1009 = 16,
+    kDHL_1012 = 19,
+    kDHL_1014 = 21,
+    kDHL_1015 = 23,
+    kDHL_1018 = 25,
+    kDHL_1021 = 27,
+    kDHL_1024 = 29,
+    kDHL_1027 = 31,
+    kDHL_1032 = 33,
+    kDHL_CURRENT = kDHL_1032,
+};
+
+enum MaintenanceReleaseVersion {
+    kMRelease0 = 0,
+    kMReleaseCurrent = 125,
+};
+
 // Values of extended data and of xrecords, by what their group codes hold.
 enum DxfCode {
     kDxfStart = 0,

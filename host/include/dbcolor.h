@@ -35,13 +35,7 @@ public:
         kACIminimum = -255,
     };
 
-    friend bool operator==(const AcCmEntityColor&, const AcCmEntityColor&) = default;
-};
-
-// A colour as programs hand it about. A new one is ByBlock-like index 0 until it is set.
-class ACDB_PORT AcCmColor : public AcCmEntityColor {
-public:
-    AcCmColor() = default;
+    AcCmEntityColor() = default;
 
     ColorMethod colorMethod() const { return m_method; }
     Acad::ErrorStatus setColorMethod(ColorMethod method);
@@ -64,21 +58,31 @@ public:
     // Makes it a true colour.
     Acad::ErrorStatus setRGB(Adesk::UInt8 red, Adesk::UInt8 green, Adesk::UInt8 blue);
 
-    // The names of a colour of a colour book; null when there is none.
-    const ACHAR* colorName() const { return m_name.empty() ? nullptr : m_name.c_str(); }
-    const ACHAR* bookName() const { return m_book.empty() ? nullptr : m_book.c_str(); }
-    Acad::ErrorStatus setNames(const ACHAR* colorName, const ACHAR* bookName = nullptr);
-
-    friend bool operator==(const AcCmColor&, const AcCmColor&) = default;
-
     // The palette's red, green and blue of an index, as 0xRRGGBB.
     static Adesk::UInt32 lookUpRGB(Adesk::UInt8 index);
     // The index whose colour is nearest.
     static Adesk::UInt8 lookUpACI(Adesk::UInt8 red, Adesk::UInt8 green, Adesk::UInt8 blue);
 
+    friend bool operator==(const AcCmEntityColor&, const AcCmEntityColor&) = default;
+
 private:
     ColorMethod m_method = kByBlock;
     Adesk::UInt32 m_value = 0; // an index, or 0xRRGGBB
+};
+
+// A colour as programs hand it about: the same, with its names in a colour book. A new one is ByBlock-like
+// index 0 until it is set.
+class ACDB_PORT AcCmColor : public AcCmEntityColor {
+public:
+    // The names of a colour of a colour book; null when there is none. An index drops them.
+    const ACHAR* colorName() const { return m_name.empty() ? nullptr : m_name.c_str(); }
+    const ACHAR* bookName() const { return m_book.empty() ? nullptr : m_book.c_str(); }
+    Acad::ErrorStatus setNames(const ACHAR* colorName, const ACHAR* bookName = nullptr);
+    Acad::ErrorStatus setColorIndex(Adesk::UInt16 index);
+
+    friend bool operator==(const AcCmColor&, const AcCmColor&) = default;
+
+private:
     std::wstring m_name;
     std::wstring m_book;
 };

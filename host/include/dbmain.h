@@ -16,7 +16,9 @@
 #include "dbcolor.h"
 #include "dbid.h"
 #include "dbidar.h"
+#include "dbptrar.h"
 #include "drawable.h"
+#include "gemat3d.h"
 #include "rxboiler.h"
 #include "rxobject.h"
 
@@ -35,6 +37,28 @@ class AcDbTextStyleTable;
 class AcDbUCSTable;
 class AcDbViewTable;
 class AcDbViewportTable;
+
+// A box that is parallel to the axes; a new one holds nothing.
+class ACDB_PORT AcDbExtents {
+public:
+    AcDbExtents() = default;
+    AcDbExtents(const AcGePoint3d& minimum, const AcGePoint3d& maximum) : m_min(minimum), m_max(maximum) {}
+
+    // Of a box that holds nothing the least is above the most.
+    AcGePoint3d minPoint() const { return m_min; }
+    AcGePoint3d maxPoint() const { return m_max; }
+    Acad::ErrorStatus set(const AcGePoint3d& minimum, const AcGePoint3d& maximum);
+    // Makes it hold a point (of real numbers), and another box, too.
+    void addPoint(const AcGePoint3d& point);
+    void addExt(const AcDbExtents& other);
+    void expandBy(const AcGeVector3d& vector);
+    // The box around the transformed one.
+    void transformBy(const AcGeMatrix3d& matrix);
+
+private:
+    AcGePoint3d m_min{1e20, 1e20, 1e20};
+    AcGePoint3d m_max{-1e20, -1e20, -1e20};
+};
 
 // The root of everything that a drawing owns.
 //
@@ -87,6 +111,10 @@ public:
     // The object's own dictionary: null id when it has none.
     AcDbObjectId extensionDictionary() const;
 
+    // A new object with the same data, in no database: without handle, owner, reactors and extension
+    // dictionary. The caller owns it. Null from a class that can not be made.
+    AcRxObject* clone() const override;
+
     // Whether the object may be erased or revived; a class may refuse.
     virtual Acad::ErrorStatus subErase(bool erasing);
 
@@ -105,8 +133,11 @@ private:
     std::unique_ptr<AcDbImpObject> m_imp;
 };
 
-// What can be drawn: properties that all entities have. Entities of every kind are opened as such, those
-// whose kind the host does not know too.
+// What can be drawn: properties that all entities have, and what can be done to all. Entities whose kind
+// nobody knows are opened as such.
+//
+// Its geometry is drawn by subWorldDraw. A class that changes, explodes or measures its objects in another
+// way says so by the members that begin with "sub"; programs call those without.
 class ACDB_PORT AcDbEntity : public AcDbObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbEntity);
@@ -146,9 +177,34 @@ public:
     // The block record that it belongs to.
     AcDbObjectId blockId() const;
 
+    // The box around what it draws. eInvalidExtents when it draws nothing that has one.
+    Acad::ErrorStatus getGeomExtents(AcDbExtents& extents) const { return subGetGeomExtents(extents); }
+    // eNotOpenForWrite; eCannotScaleNonUniformly where its kind stands only what keeps circles round;
+    // eNotImplementedYet for kinds that the host does not know. Then nothing is changed.
+    Acad::ErrorStatus transformBy(const AcGeMatrix3d& matrix);
+    // A transformed copy, which the caller owns, for instance where the entity itself can not be transformed.
+    Acad::ErrorStatus getTransformedCopy(const AcGeMatrix3d& matrix, AcDbEntity*& copy) const {
+        return subGetTransformedCopy(matrix, copy);
+    }
+    // Appends the parts that it is made of, new entities that the caller owns. eNotApplicable for what has
+    // no parts.
+    Acad::ErrorStatus explode(AcDbVoidPtrArray& parts) const { return subExplode(parts); }
+
+    // Layer, colour, linetype, its scale, lineweight and visibility of another entity.
+    Acad::ErrorStatus setPropertiesFrom(const AcDbEntity* entity, bool doSubents = true);
+
+    // From the coordinates that its groups are in to the world: of most flat entities those of their plane.
+    virtual void getEcs(AcGeMatrix3d& matrix) const;
+
 protected:
     AcDbEntity();
     friend class AcDbImpDatabase;
+
+    Adesk::UInt32 subSetAttributes(AcGiDrawableTraits* traits) override;
+    virtual Acad::ErrorStatus subGetGeomExtents(AcDbExtents& extents) const;
+    virtual Acad::ErrorStatus subTransformBy(const AcGeMatrix3d& matrix);
+    virtual Acad::ErrorStatus subGetTransformedCopy(const AcGeMatrix3d& matrix, AcDbEntity*& copy) const;
+    virtual Acad::ErrorStatus subExplode(AcDbVoidPtrArray& parts) const;
 };
 
 // A drawing.

@@ -162,6 +162,9 @@ public:
     bool isFromOverlayReference() const;
     // The path of an external reference.
     Acad::ErrorStatus pathName(AcString& path) const;
+
+protected:
+    Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;
 };
 
 class ACDB_PORT AcDbBlockTableRecordIterator {

@@ -1,0 +1,65 @@
+// Where the drawing of entities ends: a canvas gets a few plain figures in world coordinates. Extents,
+// picking and exploding are canvases.
+#pragma once
+
+#include "acdb.h"
+#include "gemat3d.h"
+#include "host/dxf/record_table.h"
+
+#include <span>
+#include <vector>
+
+class AcDbExtents;
+class AcDbImpDatabase;
+
+namespace gi {
+
+// Part of an ellipse, as the image of a circle is: center + u cos t + v sin t, for t from `start` through
+// `sweep`. Whole when the sweep is a full turn or more.
+struct arc {
+    AcGePoint3d center;
+    AcGeVector3d u;
+    AcGeVector3d v;
+    double start = 0.0;
+    double sweep = 0.0;
+
+    AcGePoint3d at(double t) const;
+    bool is_whole() const;
+};
+
+// Points along an arc, its ends among them, of which no chord is further from it than `deviation` (and no
+// more than 512 of them).
+std::vector<AcGePoint3d> flattened(const arc& arc, double deviation);
+
+// An entity of a database while it is drawn, and what it is drawn in.
+struct visit {
+    AcDbImpDatabase* database = nullptr;
+    dxf::record_id entity = dxf::no_record;
+    AcGeMatrix3d to_world; // from the coordinates of the block that the entity stands in
+};
+
+class canvas {
+public:
+    virtual ~canvas() = default;
+
+    // Whether attributes (colour, layer, linetype) matter to it.
+    virtual bool reads_traits() const { return false; }
+    // An entity of a database begins, inside of those that have not ended: false to leave it out. One that
+    // was not left out ends with leave().
+    virtual bool enter(const visit& /*entity*/) { return true; }
+    virtual void leave() {}
+    // What stands in a block begins, all of it within these corners (of the block's coordinates): false when
+    // it need not be drawn.
+    virtual bool enter_block(const AcDbExtents& /*extents*/, const AcGeMatrix3d& /*to_world*/) {
+        return true;
+    }
+
+    virtual void lines(std::span<const AcGePoint3d> points) = 0;
+    // A closed figure, filled; its rim belongs to it.
+    virtual void area(std::span<const AcGePoint3d> points) = 0;
+    virtual void curve(const arc& arc) = 0;
+    // A line without end to one side, or to both.
+    virtual void unbounded(const AcGePoint3d& /*from*/, const AcGeVector3d& /*direction*/, bool /*both*/) {}
+};
+
+} // namespace gi
