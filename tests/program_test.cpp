@@ -51,7 +51,7 @@ TEST(Program, BadInputGetsOneLineAndItsStatus) {
         {{good, "-c", "-LAYER\\nOFF"}, "", 5, "turn off"},
         {{good, "-c", "-LAYER A"}, "", 4, "not supported"},
         {{good, "-c", "-LAYER N A,B,a"}, "", 4, "already exists"},
-        {{good, "-c", "LIST W"}, "", 4, "not supported"},
+        {{good, "-c", "LIST W"}, "", 5, "input ended"},
         {{good, "-c", "OPEN\\nnowhere.dxf"}, "", 3, "nowhere.dxf"},
         {{good, "-c", "QUIT", "-o", (folder / "missing" / "a.dxf").string()}, "", 6, "missing"},
         {{good, "-c", "QUIT", "-o", folder.path().string()}, "", 6, "folder"},

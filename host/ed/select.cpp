@@ -4,10 +4,13 @@
 #include "base/case_fold.h"
 #include "base/utf.h"
 #include "dbsymtb.h"
+#include "geassign.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
 #include "host/db/properties.h"
 #include "host/ed/expression.h"
+#include "host/ed/layer_states.h"
+#include "host/ed/pick.h"
 #include "host/ed/prompts.h"
 #include "host/ed/selection_filter.h"
 #include "host/ed/selection_set.h"
@@ -28,44 +31,14 @@ AcDbImpDatabase* current() {
     return database != nullptr ? &database->imp() : nullptr;
 }
 
-// What the layers of entities show, asked once for each layer.
-class layer_states {
-public:
-    explicit layer_states(AcDbImpDatabase& database) : database_(database) {}
-
-    struct state {
-        bool off = false;
-        bool frozen = false;
-        bool locked = false;
-    };
-
-    const state& of(dxf::record_id entity) {
-        const std::uint32_t number = database_.records().layer(entity);
-        if (number >= known_.size())
-            known_.resize(number + 1);
-        if (!known_[number])
-            known_[number] = read(database_.find_entry(db::table_kind::layer, database_.layer_name(entity)));
-        return *known_[number];
-    }
-
-private:
-    state read(dxf::record_id layer) const {
-        if (layer == dxf::no_record)
-            return {};
-        const dxf::group_list groups(database_.records().text(layer));
-        const auto flags = groups.integer(db::layer_place, 70).value_or(0);
-        return {groups.integer(db::layer_place, 62).value_or(7) < 0, (flags & 1) != 0, (flags & 4) != 0};
-    }
-
-    AcDbImpDatabase& database_;
-    std::vector<std::optional<state>> known_; // by number of layer name
-};
-
-// Every live entity of the drawing's spaces, the newest first: that is what "X" looks at.
+// Every live entity of the drawing's spaces, the newest first: that is what "X" looks at. With `layers` only
+// what stands on these.
 template<class Take>
-void for_entities_newest_first(AcDbImpDatabase& database, Take take) {
+void for_entities_newest_first(AcDbImpDatabase& database, const std::vector<bool>* layers, Take take) {
     const dxf::record_table& records = database.records();
     for (dxf::record_id id = records.size(); id-- > 0;) {
+        if (layers != nullptr && !(*layers)[records.layer(id)])
+            continue;
         if (records.kind(id) != dxf::record_kind::entity || records.gone(id))
             continue;
         if (database.in_space(id) && !take(id))
@@ -81,10 +54,10 @@ bool in_current_space(AcDbImpDatabase& database, dxf::record_id entity) {
 dxf::record_id last_visible(AcDbImpDatabase& database) {
     dxf::record_id found = dxf::no_record;
     layer_states states(database);
-    for_entities_newest_first(database, [&](dxf::record_id id) {
+    for_entities_newest_first(database, nullptr, [&](dxf::record_id id) {
         if (!in_current_space(database, id))
             return true;
-        const layer_states::state& state = states.of(id);
+        const layer_state& state = states.of(id);
         const bool visible =
             dxf::group_list(database.records().text(id)).integer(db::entity_place, 60).value_or(0) != 1;
         if (state.off || state.frozen || !visible)
@@ -110,17 +83,17 @@ std::wstring entity_of_handle(AcDbImpDatabase& database, const std::wstring& han
 
 // All that a filter fits, of the whole drawing or of what is neither frozen nor locked.
 selection_set select_all(AcDbImpDatabase& database, const selection_filter* filter, bool whole_drawing) {
-    selection_set set;
+    std::vector<AcDbObjectId> found;
     layer_states states(database);
-    for_entities_newest_first(database, [&](dxf::record_id id) {
-        if (filter != nullptr && !filter->fits(id))
+    const bool judged = filter == nullptr || filter->asks_layers_alone();
+    for_entities_newest_first(
+        database, filter != nullptr ? filter->layers() : nullptr, [&](dxf::record_id id) {
+            const bool fits = judged || filter->fits(id);
+            if (fits && (whole_drawing || !(states.of(id).frozen || states.of(id).locked)))
+                found.push_back(database.id(id));
             return true;
-        if (!whole_drawing && (states.of(id).frozen || states.of(id).locked))
-            return true;
-        set.add(database.id(id));
-        return true;
-    });
-    return set;
+        });
+    return selection_set(std::move(found));
 }
 
 // What is left of the set that was selected last, when that was in this drawing.
@@ -132,17 +105,95 @@ std::vector<AcDbObjectId> previous_in(AcDbImpDatabase& database) {
     return left;
 }
 
-// Answers of a selection that a command line can take so far.
-constexpr std::wstring_view by_handle_only =
-    L"Picking by point, window or crossing is not supported yet; answer with (handent \"2F\"), L, P or ALL.";
+// The ways to select at a prompt, each by its letters or its whole word.
+enum class way {
+    last,
+    previous,
+    all,
+    remove,
+    add,
+    window,
+    crossing,
+    box,
+    fence,
+    window_polygon,
+    crossing_polygon
+};
 
-// Whether an answer selects by what is drawn: a point, or the letters of a window, a crossing and their like.
-bool is_geometric(std::wstring_view answer) {
-    constexpr std::wstring_view ways[] = {L"W",     L"WINDOW", L"C",  L"CROSSING", L"F",
-                                          L"FENCE", L"WP",     L"CP", L"BOX"};
-    return parse_point(answer) || std::any_of(std::begin(ways), std::end(ways), [&](std::wstring_view way) {
-               return base::equal_no_case(answer, way);
-           });
+std::optional<way> way_by_name(std::wstring_view answer) {
+    struct row {
+        std::wstring_view letters;
+        std::wstring_view word;
+        way means;
+    };
+    static constexpr row rows[] = {{L"L", L"LAST", way::last},
+                                   {L"P", L"PREVIOUS", way::previous},
+                                   {L"ALL", L"ALL", way::all},
+                                   {L"R", L"REMOVE", way::remove},
+                                   {L"A", L"ADD", way::add},
+                                   {L"W", L"WINDOW", way::window},
+                                   {L"C", L"CROSSING", way::crossing},
+                                   {L"BOX", L"BOX", way::box},
+                                   {L"F", L"FENCE", way::fence},
+                                   {L"WP", L"WPOLYGON", way::window_polygon},
+                                   {L"CP", L"CPOLYGON", way::crossing_polygon}};
+    if (answer.starts_with(L"_"))
+        answer.remove_prefix(1);
+    for (const row& row : rows)
+        if (base::equal_no_case(answer, row.letters) || base::equal_no_case(answer, row.word))
+            return row.means;
+    return std::nullopt;
+}
+
+// Asks for a point: RTNORM, RTNONE for Enter where that is allowed, RTCAN.
+int ask_point(const wchar_t* prompt, bool enter_ends, AcGePoint2d& point) {
+    return ask_value(prompt, {enter_ends ? 0 : RSG_NONULL, {}}, answer_rule::word,
+                     [&](const answer& given) -> std::wstring {
+                         const auto read = parse_point(given.text);
+                         if (!read)
+                             return L"Invalid point.";
+                         point = {(*read)[0], (*read)[1]};
+                         return {};
+                     });
+}
+
+// Asks for what a way wants, and gives the entities of the current space that it takes. RTNORM, RTCAN.
+int select_by_region(AcDbImpDatabase& database, way chosen, std::vector<AcDbObjectId>& picked) {
+    std::vector<AcGePoint2d> points(1);
+    const bool two_corners = chosen == way::window || chosen == way::crossing || chosen == way::box;
+    const wchar_t* const first = two_corners            ? L"Specify first corner: "
+                                 : chosen == way::fence ? L"Specify first fence point: "
+                                                        : L"First polygon point: ";
+    if (const int answered = ask_point(first, false, points[0]); answered != RTNORM)
+        return answered;
+    if (two_corners) {
+        AcGePoint2d opposite;
+        if (const int answered = ask_point(L"Specify opposite corner: ", false, opposite); answered != RTNORM)
+            return answered;
+        points.push_back(opposite);
+    } else {
+        for (;;) {
+            AcGePoint2d next;
+            const int answered = ask_point(chosen == way::fence ? L"Specify next fence point: "
+                                                                : L"Specify endpoint of line: ",
+                                           true, next);
+            if (answered == RTNONE)
+                break;
+            if (answered != RTNORM)
+                return answered;
+            points.push_back(next);
+        }
+    }
+    // A box that is drawn to the left crosses.
+    const bool inside = chosen == way::window || chosen == way::window_polygon ||
+                        (chosen == way::box && points[0].x <= points[1].x);
+    const gi::region region = two_corners            ? gi::region::box(points[0], points[1])
+                              : chosen == way::fence ? gi::region::fence(std::move(points))
+                                                     : gi::region::polygon(std::move(points));
+    for (const dxf::record_id entity :
+         entities_in(database, region, inside ? reach::inside : reach::inside_or_crossing))
+        picked.push_back(database.id(entity));
+    return RTNORM;
 }
 
 class interactive_selection {
@@ -156,9 +207,16 @@ public:
     int run(selection_set& set) {
         for (;;) {
             const input_rules rules{rules_.bits & ~RSG_NONULL, rules_.keywords};
-            const int answered =
+            region_.reset();
+            int answered =
                 ask_value((removing_ ? remove_prompt_ : add_prompt_).c_str(), rules, answer_rule::word,
                           [&](const answer& given) { return take(given, set); });
+            if (answered == RTNORM && region_) {
+                std::vector<AcDbObjectId> picked;
+                answered = select_by_region(database_, *region_, picked);
+                if (answered == RTNORM)
+                    report(picked, set);
+            }
             if (answered == RTNONE)
                 return set.ids().empty() ? RTNONE : RTNORM;
             if (answered != RTNORM)
@@ -188,25 +246,35 @@ private:
                     return L"Invalid selection expression.";
                 picked = select_all(database_, &*filter, true).ids();
             }
-        } else if (base::equal_no_case(given.text, L"L") || base::equal_no_case(given.text, L"LAST")) {
-            const dxf::record_id last = last_visible(database_);
-            if (last != dxf::no_record)
-                picked.push_back(database_.id(last));
-        } else if (base::equal_no_case(given.text, L"P") || base::equal_no_case(given.text, L"PREVIOUS")) {
-            picked = previous_in(database_);
-        } else if (base::equal_no_case(given.text, L"ALL")) {
-            const selection_set all = select_all(database_, filter_, false);
-            for (const AcDbObjectId id : all.ids())
-                if (in_current_space(database_, database_.record(id)))
-                    picked.push_back(id);
-        } else if (base::equal_no_case(given.text, L"R") || base::equal_no_case(given.text, L"REMOVE")) {
-            removing_ = true;
-            return {};
-        } else if (base::equal_no_case(given.text, L"A") || base::equal_no_case(given.text, L"ADD")) {
-            removing_ = false;
-            return {};
+        } else if (const auto point = parse_point(given.text)) {
+            if (const auto hit = pick(database_, {(*point)[0], (*point)[1], (*point)[2]}))
+                picked.push_back(database_.id(hit->entity));
+        } else if (const auto chosen = way_by_name(given.text)) {
+            switch (*chosen) {
+            case way::last:
+                if (const dxf::record_id last = last_visible(database_); last != dxf::no_record)
+                    picked.push_back(database_.id(last));
+                break;
+            case way::previous:
+                picked = previous_in(database_);
+                break;
+            case way::all: {
+                const selection_set all = select_all(database_, filter_, false);
+                for (const AcDbObjectId id : all.ids())
+                    if (in_current_space(database_, database_.record(id)))
+                        picked.push_back(id);
+                break;
+            }
+            case way::remove:
+            case way::add:
+                removing_ = *chosen == way::remove;
+                return {};
+            default:
+                region_ = *chosen; // its points are asked for next
+                return {};
+            }
         } else {
-            return std::wstring(is_geometric(given.text) ? by_handle_only : L"Invalid selection.");
+            return L"Invalid selection.";
         }
         report(picked, set);
         return {};
@@ -239,6 +307,7 @@ private:
     input_rules rules_;
     bool single_;
     bool removing_ = false;
+    std::optional<way> region_; // the way that was chosen last, when it wants points
     std::wstring add_prompt_;
     std::wstring remove_prompt_;
 };
@@ -247,44 +316,147 @@ private:
 
 } // namespace ed
 
-int acedEntSel(const ACHAR* prompt, ads_name entity, ads_point point) {
-    const ed::input_rules rules = ed::take_input_rules();
-    AcDbImpDatabase* const database = ed::current();
+namespace ed {
+
+namespace {
+
+// Asks for one entity; a point gives what it hits, with the references around it when `nested`.
+int select_entity(const ACHAR* prompt, bool nested, std::optional<hit>& picked, AcGePoint3d& at) {
+    const input_rules rules = take_input_rules();
+    AcDbImpDatabase* const database = current();
     if (database == nullptr)
         return RTERROR;
-    dxf::record_id picked = dxf::no_record;
-    const auto take = [&](const ed::answer& given) -> std::wstring {
+    at = {}; // a pick by name has no point
+    const auto by_name = [&](dxf::record_id entity) {
+        if (entity != dxf::no_record)
+            picked = hit{entity, database->id(entity), {}, {}};
+    };
+    const auto take = [&](const answer& given) -> std::wstring {
         if (given.expression) {
             std::wstring reason;
-            const auto parsed = ed::parse_expression(given.text, reason);
-            if (!parsed || parsed->what != ed::expression::function::handent)
+            const auto parsed = parse_expression(given.text, reason);
+            if (!parsed || parsed->what != expression::function::handent)
                 return reason;
-            return ed::entity_of_handle(*database, parsed->text, picked);
+            dxf::record_id entity = dxf::no_record;
+            reason = entity_of_handle(*database, parsed->text, entity);
+            by_name(entity);
+            return reason;
         }
-        if (base::equal_no_case(given.text, L"L") || base::equal_no_case(given.text, L"LAST")) {
-            picked = ed::last_visible(*database);
+        if (const auto point = parse_point(given.text)) {
+            at = {(*point)[0], (*point)[1], (*point)[2]};
+            picked = pick(*database, at);
             return {};
         }
-        return std::wstring(ed::is_geometric(given.text) ? ed::by_handle_only : L"Invalid selection.");
+        if (way_by_name(given.text) == way::last) {
+            by_name(last_visible(*database));
+            return {};
+        }
+        return L"Invalid selection.";
     };
-    const int answered =
-        ed::ask_value(prompt != nullptr ? prompt : L"\nSelect object: ",
-                      {rules.bits & ~RSG_NONULL, rules.keywords}, ed::answer_rule::word, take);
+    const int answered = ask_value(prompt != nullptr ? prompt : L"\nSelect object: ",
+                                   {rules.bits & ~RSG_NONULL, rules.keywords}, answer_rule::word, take);
     if (answered == RTNONE) {
-        ed::set_error_number(ed::null_response);
+        set_error_number(null_response);
         return RTERROR;
+    }
+    if (answered == RTNORM && !picked) {
+        set_error_number(nothing_hit);
+        return RTERROR;
+    }
+    if (answered == RTNORM && !nested)
+        picked->innermost = database->id(picked->entity);
+    return answered;
+}
+
+// The region that a mode of acedSSGet and its points mean; nothing for another mode.
+std::optional<gi::region> region_of(std::wstring_view mode, const void* first, const void* second) {
+    if (first == nullptr)
+        return std::nullopt;
+    if (mode == L"w" || mode == L"c") {
+        if (second == nullptr)
+            return std::nullopt;
+        return gi::region::box(asPnt2d(static_cast<const ads_real*>(first)),
+                               asPnt2d(static_cast<const ads_real*>(second)));
+    }
+    if (mode != L"wp" && mode != L"cp" && mode != L"f")
+        return std::nullopt;
+    std::vector<AcGePoint2d> points;
+    for (const auto* node = static_cast<const resbuf*>(first); node != nullptr; node = node->rbnext)
+        points.push_back(asPnt2d(node->resval.rpoint));
+    return mode == L"f" ? gi::region::fence(std::move(points)) : gi::region::polygon(std::move(points));
+}
+
+void name_of_entity(AcDbObjectId id, ads_name name) {
+    name[0] = id.asOldId();
+    name[1] = 0;
+}
+
+} // namespace
+
+} // namespace ed
+
+int acedEntSel(const ACHAR* prompt, ads_name entity, ads_point point) {
+    std::optional<ed::hit> picked;
+    AcGePoint3d at;
+    const int answered = ed::select_entity(prompt, false, picked, at);
+    if (answered == RTNORM) {
+        ed::name_of_entity(picked->innermost, entity);
+        if (point != nullptr)
+            asPnt3d(point) = at;
+    }
+    return answered;
+}
+
+int acedNEntSelP(const ACHAR* prompt, ads_name entity, ads_point point, int usePoint, ads_matrix transform,
+                 resbuf** containers) {
+    std::optional<ed::hit> picked;
+    AcGePoint3d at;
+    int answered = RTNORM;
+    if (usePoint == 0) {
+        answered = ed::select_entity(prompt, true, picked, at);
+    } else {
+        ed::take_input_rules();
+        AcDbImpDatabase* const database = ed::current();
+        if (database == nullptr || point == nullptr)
+            return RTERROR;
+        at = asPnt3d(point);
+        picked = ed::pick(*database, at);
+        if (!picked) {
+            ed::set_error_number(ed::nothing_hit);
+            return RTERROR;
+        }
     }
     if (answered != RTNORM)
         return answered;
-    if (picked == dxf::no_record) {
-        ed::set_error_number(ed::nothing_hit);
-        return RTERROR;
-    }
-    entity[0] = database->id(picked).asOldId();
-    entity[1] = 0;
+    ed::name_of_entity(picked->innermost, entity);
     if (point != nullptr)
-        ads_point_clear(point); // a pick by name has no point
-    return RTNORM;
+        asPnt3d(point) = at;
+    if (transform != nullptr)
+        for (unsigned row = 0; row < 4; ++row)
+            for (unsigned column = 0; column < 4; ++column)
+                transform[row][column] = picked->to_world(row, column);
+    if (containers == nullptr)
+        return answered;
+    *containers = nullptr;
+    for (auto container = picked->containers.rbegin(); container != picked->containers.rend(); ++container) {
+        resbuf* const node = acutNewRb(RTENAME);
+        ed::name_of_entity(*container, node->resval.rlname);
+        node->rbnext = *containers;
+        *containers = node;
+    }
+    return answered;
+}
+
+int acedNEntSel(const ACHAR* prompt, ads_name entity, ads_point point, ads_point transform[4],
+                resbuf** containers) {
+    ads_matrix whole;
+    const int answered = acedNEntSelP(prompt, entity, point, 0, whole, containers);
+    if (answered == RTNORM && transform != nullptr)
+        for (unsigned column = 0; column < 4;
+             ++column) // here the images of the axes and of the origin are rows
+            for (unsigned row = 0; row < 3; ++row)
+                transform[column][row] = whole[row][column];
+    return answered;
 }
 
 int acedSSGet(const ACHAR* mode, const void* pt1, const void* pt2, const resbuf* filter, ads_name set) {
@@ -337,8 +509,18 @@ int acedSSGet(const ACHAR* mode, const void* pt1, const void* pt2, const resbuf*
         }
         if (answered != RTNORM)
             return answered;
+    } else if (const auto region = ed::region_of(how, pt1, pt2)) {
+        const ed::reach reach = how.starts_with(L"w") ? ed::reach::inside : ed::reach::inside_or_crossing;
+        for (const dxf::record_id entity : ed::entities_in(*database, *region, reach))
+            if (chosen == nullptr || chosen->fits(entity))
+                selected.add(database->id(entity));
+    } else if (how.empty() && pt1 != nullptr && pt2 == nullptr) {
+        const auto* const at = static_cast<const ads_real*>(pt1);
+        const auto hit = ed::pick(*database, asPnt3d(at));
+        if (hit && (chosen == nullptr || chosen->fits(hit->entity)))
+            selected.add(database->id(hit->entity));
     } else {
-        return RTREJ; // windows, fences and points are not supported yet
+        return RTREJ;
     }
     if (selected.ids().empty()) {
         ed::set_error_number(0);

@@ -180,6 +180,17 @@ std::optional<selection_filter> selection_filter::make(AcDbImpDatabase& database
     return filter;
 }
 
+const std::vector<bool>* selection_filter::layers() const {
+    for (const auto& part : root_->parts)
+        if (part->what == node::kind::text && part->code == 8)
+            return &part->numbers;
+    return nullptr;
+}
+
+bool selection_filter::asks_layers_alone() const {
+    return root_->parts.size() == 1 && layers() != nullptr;
+}
+
 bool selection_filter::fits(dxf::record_id entity) const {
     std::optional<dxf::group_list> groups;
     return fits(*root_, entity, groups);

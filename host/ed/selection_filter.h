@@ -20,6 +20,11 @@ public:
     static std::optional<selection_filter> make(AcDbImpDatabase& database, const resbuf* chain);
 
     bool fits(dxf::record_id entity) const;
+    // The layers outside of which nothing fits, by their numbers in the index; null when it tells none.
+    // Asking this first passes over most of a large drawing at the price of a look at a column.
+    const std::vector<bool>* layers() const;
+    // Whether that is all that it asks.
+    bool asks_layers_alone() const;
 
 private:
     struct node;

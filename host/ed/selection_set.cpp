@@ -24,18 +24,40 @@ std::array<std::unique_ptr<selection_set>, most_sets>& sets() {
 
 } // namespace
 
+selection_set::index& selection_set::places() const {
+    if (!indexed_) {
+        places_.clear();
+        for (std::size_t i = 0; i < ids_.size(); ++i)
+            places_.emplace(ids_[i].asOldId(), i);
+        indexed_ = true;
+    }
+    return places_;
+}
+
 bool selection_set::add(AcDbObjectId id) {
-    if (!members_.insert(id.asOldId()).second)
+    if (!places().try_emplace(id.asOldId(), ids_.size()).second)
         return false;
     ids_.push_back(id);
     return true;
 }
 
 bool selection_set::remove(AcDbObjectId id) {
-    if (members_.erase(id.asOldId()) == 0)
+    const auto at = places().find(id.asOldId());
+    if (at == places().end())
         return false;
-    std::erase(ids_, id);
+    ids_[at->second].setNull();
+    places().erase(at);
+    ++holes_;
     return true;
+}
+
+const std::vector<AcDbObjectId>& selection_set::ids() const {
+    if (holes_ != 0) {
+        std::erase_if(ids_, [](AcDbObjectId id) { return id.isNull(); });
+        holes_ = 0;
+        indexed_ = false;
+    }
+    return ids_;
 }
 
 bool name_selection_set(selection_set set, ads_name name) {

@@ -5,22 +5,33 @@
 #include "dbid.h"
 
 #include <memory>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 namespace ed {
 
 class selection_set {
 public:
+    selection_set() = default;
+    // Of ids without doubles.
+    explicit selection_set(std::vector<AcDbObjectId> ids) : ids_(std::move(ids)) {}
+
     // False when it was in the set already.
     bool add(AcDbObjectId id);
     bool remove(AcDbObjectId id);
-    bool contains(AcDbObjectId id) const { return members_.contains(id.asOldId()); }
-    const std::vector<AcDbObjectId>& ids() const { return ids_; }
+    bool contains(AcDbObjectId id) const { return places().contains(id.asOldId()); }
+    const std::vector<AcDbObjectId>& ids() const;
 
 private:
-    std::vector<AcDbObjectId> ids_;
-    std::unordered_set<Adesk::LongPtr> members_;
+    using index = std::unordered_map<Adesk::LongPtr, std::size_t>;
+    index& places() const;
+
+    // What was removed leaves a null id until somebody reads them; where each stands is indexed when first
+    // asked, since most sets are only read.
+    mutable std::vector<AcDbObjectId> ids_;
+    mutable std::size_t holes_ = 0;
+    mutable index places_;
+    mutable bool indexed_ = false;
 };
 
 // Gives a set a name. False, ERRNO 3, when 128 sets are in use.

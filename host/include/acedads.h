@@ -33,6 +33,17 @@ ACCORE_PORT int acedGetInput(ACHAR* result, size_t size = 133);
 // One entity, and the point at which it was picked. Nothing hit: RTERROR, ERRNO 7. Enter: RTERROR, ERRNO 52.
 ACCORE_PORT int acedEntSel(const ACHAR* prompt, ads_name entity, ads_point point);
 
+// The same for what lies in blocks and references: the innermost entity (an attribute, too), the
+// transformation from its block to the world, to be multiplied with columns, and the chain of references
+// around it (RTENAME, the innermost first; null for none), which the caller frees. With usePoint not 0 the
+// point is taken instead of asked for. transform and containers may be null.
+ACCORE_PORT int acedNEntSelP(const ACHAR* prompt, ads_name entity, ads_point point, int usePoint,
+                             ads_matrix transform, resbuf** containers);
+// The older form: always asks, and gives the transformation as four rows: the images of the axes and of the
+// origin.
+ACCORE_PORT int acedNEntSel(const ACHAR* prompt, ads_name entity, ads_point point, ads_point transform[4],
+                            resbuf** containers);
+
 // Whether the user pressed Escape since it was last asked: 1 or 0.
 ACCORE_PORT int acedUsrBrk();
 
@@ -40,9 +51,11 @@ ACCORE_PORT int acedUsrBrk();
 
 // Selects. Modes: null or "" asks the user, "X" all of the drawing, "A" what is neither frozen nor locked,
 // "L" the newest visible entity, "P" the previous set, "I" what was picked first (nothing, where input is a
-// command line), ":S" one operation, ":$" prompts from pt1 (an array of two texts); "_" in front is allowed.
-// Windows, crossings, fences and points are not supported yet: RTREJ. `filter` is a chain of group codes and
-// values, RTREJ when it is malformed. RTNORM only for a set with at least one entity, which the caller frees.
+// command line), "W" and "C" a window and a crossing between the points pt1 and pt2, "WP", "CP" and "F" a
+// polygon or a fence whose points pt1 is a chain of, "" with pt1 alone what a point hits, ":S" one operation,
+// ":$" prompts from pt1 (an array of two texts); "_" in front is allowed. `filter` is a chain of group codes
+// and values, RTREJ when it is malformed. RTNORM only for a set with at least one entity, which the caller
+// frees.
 ACCORE_PORT int acedSSGet(const ACHAR* mode, const void* pt1, const void* pt2, const resbuf* filter,
                           ads_name set);
 ACCORE_PORT int acedSSFree(const ads_name set);

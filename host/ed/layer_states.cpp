@@ -1,0 +1,56 @@
+#include "host/ed/layer_states.h"
+
+#include "host/db/imp_object.h"
+#include "host/db/properties.h"
+#include "host/db/spaces.h"
+#include "host/db/viewport_groups.h"
+#include "host/db/xref_names.h"
+
+#include <algorithm>
+
+namespace ed {
+
+layer_states::layer_states(AcDbImpDatabase& drawing) : drawing_(drawing) {
+    tables_.push_back(std::make_unique<table>(table{drawing, {}, {}}));
+    own_ = tables_.front().get();
+    const dxf::record_id viewport = db::current_viewport(drawing);
+    if (viewport != dxf::no_record && drawing.records().type(viewport) == dxf::type_viewport)
+        frozen_here_ = db::frozen_layers(drawing.view(viewport)->imp());
+}
+
+layer_states::table& layer_states::of_reference(AcDbImpDatabase& database, const std::wstring& reference) {
+    for (const auto& known : tables_)
+        if (&known->database == &database && known->reference == reference)
+            return *known;
+    tables_.push_back(std::make_unique<table>(table{database, reference, {}}));
+    return *tables_.back();
+}
+
+const layer_state& layer_states::of(table& layers, dxf::record_id entity) const {
+    const std::uint32_t number = layers.database.records().layer(entity);
+    if (number >= layers.known.size())
+        layers.known.resize(layers.database.records().layer_names().size());
+    std::optional<layer_state>& state = layers.known[number];
+    if (!state)
+        state = read(layers, entity);
+    return *state;
+}
+
+layer_state layer_states::read(const table& layers, dxf::record_id entity) const {
+    layer_state state;
+    const std::wstring name = layers.database.layer_name(entity);
+    state.zero = name == L"0";
+    const dxf::record_id layer = layers.reference.empty() ? drawing_.find_entry(db::table_kind::layer, name)
+                                                         : db::ruling_layer(drawing_, layers.reference, name);
+    if (layer == dxf::no_record)
+        return state;
+    const dxf::group_list groups(drawing_.records().text(layer));
+    const auto flags = groups.integer(db::layer_place, 70).value_or(0);
+    state.off = groups.integer(db::layer_place, 62).value_or(7) < 0;
+    state.frozen =
+        (flags & 1) != 0 || std::find(frozen_here_.begin(), frozen_here_.end(), layer) != frozen_here_.end();
+    state.locked = (flags & 4) != 0;
+    return state;
+}
+
+} // namespace ed

@@ -1,0 +1,48 @@
+// What the layers of a drawing and of its references show, asked once for each while something is selected.
+#pragma once
+
+#include "host/db/imp_database.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ed {
+
+struct layer_state {
+    bool zero = false; // layer 0: in a block its entities follow the reference
+    bool off = false;
+    bool frozen = false; // everywhere, or in the current viewport
+    bool locked = false;
+};
+
+class layer_states {
+public:
+    // The states as the drawing rules them, for what is seen in its current viewport.
+    explicit layer_states(AcDbImpDatabase& drawing);
+
+    // The states of a database's layers where it is seen through a reference of the drawing, by numbers of
+    // layer names; of the drawing itself the reference has no name.
+    struct table {
+        AcDbImpDatabase& database;
+        std::wstring reference;
+        std::vector<std::optional<layer_state>> known;
+    };
+    table& own() { return *own_; }
+    table& of_reference(AcDbImpDatabase& database, const std::wstring& reference);
+
+    // The state of the layer that an entity stands on, of the drawing or as seen through a reference.
+    const layer_state& of(table& layers, dxf::record_id entity) const;
+    const layer_state& of(dxf::record_id entity) const { return of(*own_, entity); }
+
+private:
+    layer_state read(const table& layers, dxf::record_id entity) const;
+
+    AcDbImpDatabase& drawing_;
+    std::vector<dxf::record_id> frozen_here_; // in the current viewport
+    std::vector<std::unique_ptr<table>> tables_;
+    table* own_;
+};
+
+} // namespace ed
