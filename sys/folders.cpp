@@ -1,5 +1,6 @@
 #include "sys/folders.h"
 
+#include "base/case_fold.h"
 #include "base/utf.h"
 
 #include <random>
@@ -39,7 +40,33 @@ fs::path create_unique_folder(const fs::path& parent) {
     }
 }
 
+// Of several the first by its bytes, so that the answer does not depend on the order of the folder.
+fs::path entry_without_case(const fs::path& folder, const fs::path& name) {
+    const std::wstring wanted = base::folded(from_path(name));
+    fs::path found;
+    std::error_code error;
+    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
+        if (const fs::path& candidate = at->path();
+            base::folded(from_path(candidate.filename())) == wanted && (found.empty() || candidate < found))
+            found = candidate;
+    return found;
+}
+
 } // namespace
+
+fs::path find_without_case(const fs::path& folder, const fs::path& relative) {
+    fs::path at = folder.empty() ? fs::path(".") : folder;
+    std::error_code ignored;
+    for (const fs::path& name : relative) {
+        if (name.empty() || name == ".")
+            continue;
+        const fs::path exact = at / name;
+        at = fs::exists(exact, ignored) ? exact : entry_without_case(at, name);
+        if (at.empty())
+            return {};
+    }
+    return at;
+}
 
 void set_profile_folder(const fs::path& folder) {
     profile() = fs::absolute(folder).lexically_normal();

@@ -15,6 +15,11 @@ namespace sys {
 std::filesystem::path to_path(std::wstring_view text);
 std::wstring from_path(const std::filesystem::path& path);
 
+// The file or folder that `relative` names below `folder`, each of its names as it stands there or else
+// without regard to case; ".." goes up. Empty when there is none.
+std::filesystem::path find_without_case(const std::filesystem::path& folder,
+                                        const std::filesystem::path& relative);
+
 // Chooses the user's folder for this process; a relative path is taken from the current folder. To be called
 // before anything else asks for the profile.
 void set_profile_folder(const std::filesystem::path& folder);

@@ -2,6 +2,7 @@
 
 #include "dbapserv.h"
 #include "host/db/imp_database.h"
+#include "host/db/xrefs.h"
 #include "host/ed/editor.h"
 #include "host/rx/applications.h"
 #include "rxregsvc.h"
@@ -59,6 +60,14 @@ namespace {
 
 std::wstring title_of(const std::wstring& path) {
     return path.empty() ? L"Drawing1.dxf" : sys::from_path(sys::to_path(path).filename());
+}
+
+// Reads what the drawing refers to. What was found and what not is told, and nothing of it is a failure.
+void tell_references(AcDbImpDatabase& drawing) {
+    for (const std::wstring& line : drawing.references().load()) {
+        ed::command_line::instance().fresh_line();
+        ed::command_line::instance().print(line + L"\n");
+    }
 }
 
 class iterator final : public AcApDocumentIterator {
@@ -168,6 +177,7 @@ base::result<void> documents::open(const std::wstring& path, bool read_only) {
             return read;
     all_.push_back(std::make_unique<document>(std::move(database), title_of(path), read_only));
     make_current(all_.back().get());
+    tell_references(current_database()->imp());
     rx::applications::instance().send(AcRx::kLoadDwgMsg);
     return {};
 }

@@ -8,6 +8,7 @@
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
 #include "host/ed/editor.h"
+#include "host/ed/spaces.h"
 #include "sys/folders.h"
 
 #include <algorithm>
@@ -39,6 +40,8 @@ std::vector<row>& rows() {
         {L"CLAYER", kept::asked, wstring()},
         {L"CMDECHO", kept::session, 1, false, 0, 0, 1},
         {L"CMDNAMES", kept::asked, wstring(), true},
+        {L"CTAB", kept::asked, wstring()},
+        {L"CVPORT", kept::asked, 2},
         {L"DBMOD", kept::asked, 0, true},
         {L"DWGNAME", kept::asked, wstring(), true},
         {L"DWGPREFIX", kept::asked, wstring(), true},
@@ -53,6 +56,7 @@ std::vector<row>& rows() {
         {L"PICKFIRST", kept::session, 1, false, 0, 0, 1},
         {L"TEXTSIZE", kept::drawing, 2.5, false, 40},
         {L"TILEMODE", kept::drawing, 1, false, 70, 0, 1},
+        {L"VISRETAIN", kept::drawing, 1, false, 70, 0, 1},
     };
     return table;
 }
@@ -77,6 +81,10 @@ variable_value asked_value(const row& row) {
         const AcEdCommand* const command = editor::instance().command();
         return std::wstring(command != nullptr ? command->globalName() : L"");
     }
+    if (row.name == L"CTAB")
+        return tab_variable();
+    if (row.name == L"CVPORT")
+        return viewport_variable();
     if (current == nullptr)
         return row.value;
     if (row.name == L"CLAYER") {
@@ -131,6 +139,10 @@ variable_status set_variable(std::wstring_view name, const variable_value& value
     if (known->name == L"CLAYER")
         return std::holds_alternative<std::wstring>(value) ? set_current_layer(std::get<std::wstring>(value))
                                                            : variable_status::wrong_type;
+    if (known->name == L"CTAB")
+        return set_tab(value);
+    if (known->name == L"CVPORT")
+        return set_viewport(value);
     variable_value taken = value;
     if (std::holds_alternative<double>(known->value) && std::holds_alternative<int>(value))
         taken = static_cast<double>(std::get<int>(value));
