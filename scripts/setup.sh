@@ -18,6 +18,7 @@ check      clang-format        style of the sources
 check      clang-tidy          mistakes that compile
 bench      libdime-dev         a peer to measure against
 bench      libdxflib-dev       a peer to measure against
+bench      libpugixml-dev      a peer to measure against
 bench      python3             runs the measurements
 judge      python3-ezdxf       judges the drawings that we write
 '

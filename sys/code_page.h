@@ -2,6 +2,8 @@
 // made when it is first asked for and kept; all of it may be used by several threads.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,8 +13,9 @@ namespace sys {
 
 class code_page {
 public:
-    // The page of that number: 437 850 852 855 857 860-866 869 874 932 936 949 950 1250-1258 1361 10000 20127
-    // 28591-28599 28603 28605 65001. Null when it is another, or when this system does not know it.
+    // The page of that number: 437 737 775 850 852 855 857 858 860-866 869 874 932 936 949 950 1250-1258 1361
+    // 10000 10007 20127 20866 21866 28591-28601 28603-28606 38598 51936 51949 65001. Null when it is another,
+    // or when this system does not know it.
     static const code_page* find(int number);
 
     code_page(const code_page&) = delete;
@@ -21,6 +24,16 @@ public:
     // The text of some bytes. A byte b that cannot be decoded becomes U+DC00+b; bytes below 0x80 are ASCII in
     // every page.
     std::wstring decode(std::string_view bytes) const;
+
+    struct decoded {
+        std::size_t bytes = 0; // how many were taken
+        std::size_t units = 0; // how many units they gave
+        std::size_t lost = 0;  // how many of the bytes could not be decoded
+    };
+
+    // The same for one block of a longer text, into `out`, which has room for as many units as there are
+    // bytes. A character that the end of the block cuts off is not taken: the next block begins with it.
+    decoded decode_block(std::string_view block, wchar_t* out) const;
 
     // Appends the bytes of one character; false, and `out` as it was, when the page does not have it.
     // U+DC80..U+DCFF gives the raw byte.
@@ -33,8 +46,16 @@ private:
     int number_;
     // By the byte, or by lead * 256 + trail: the character, 0 when there is none. Empty for UTF-8.
     std::vector<char16_t> characters_;
+    // The bytes that begin a character of two.
+    std::array<bool, 256> is_lead_{};
     // By the character: the byte, or lead * 256 + trail; 0 when the page does not have it.
     std::vector<std::uint16_t> codes_;
 };
+
+// The page that a system's programs write texts in which tell no encoding: 936 unless it was set.
+int ansi_code_page();
+
+// False, and nothing changed, when there is no such page.
+bool set_ansi_code_page(int number);
 
 } // namespace sys

@@ -2,6 +2,7 @@
 
 #include "base/utf.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <iconv.h>
 #include <optional>
@@ -20,10 +21,12 @@ struct page_range {
 
 constexpr page_range page_ranges[] = {
     {437, 437, "CP", 0},
+    {737, 737, "CP", 0},
+    {775, 775, "CP", 0},
     {850, 850, "CP", 0},
     {852, 852, "CP", 0},
     {855, 855, "CP", 0},
-    {857, 857, "CP", 0},
+    {857, 858, "CP", 0},
     {860, 866, "CP", 0},
     {869, 869, "CP", 0},
     {874, 874, "CP", 0},
@@ -33,10 +36,15 @@ constexpr page_range page_ranges[] = {
     {1250, 1258, "CP", 0},
     {1361, 1361, "CP", 0},
     {10000, 10000, "MACINTOSH", -1},
+    {10007, 10007, "MAC-CYRILLIC", -1},
     {20127, 20127, "US-ASCII", -1},
-    {28591, 28599, "ISO-8859-", 28590},
-    {28603, 28603, "ISO-8859-", 28590},
-    {28605, 28605, "ISO-8859-", 28590},
+    {20866, 20866, "KOI8-R", -1},
+    {21866, 21866, "KOI8-U", -1},
+    {28591, 28601, "ISO-8859-", 28590},
+    {28603, 28606, "ISO-8859-", 28590},
+    {38598, 38598, "ISO-8859-8", -1},
+    {51936, 51936, "EUC-CN", -1},
+    {51949, 51949, "EUC-KR", -1},
 };
 
 // Empty for a number that is not one of ours.
@@ -121,6 +129,9 @@ bool code_page::fill() {
     for (unsigned byte = 0x80; byte <= 0xFF; ++byte) {
         for (unsigned trail = add(byte) ? 0x100 : 0x21; trail <= 0xFF; ++trail)
             add(byte << 8 | trail);
+        const auto first = characters_.begin() + byte * 0x100;
+        is_lead_[byte] =
+            characters_[byte] == 0 && std::any_of(first, first + 0x100, [](char16_t c) { return c != 0; });
     }
     return true;
 }

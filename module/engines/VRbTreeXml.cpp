@@ -1,0 +1,92 @@
+#include "module/engines/VRbTreeXml.h"
+
+#include "module/engines/MarkupDoc.h"
+#include "module/engines/VRbTree.h"
+
+int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree) {
+    MarkupDoc document;
+    if (!document.LoadFile(path))
+        return 0;
+    document.ResetPosition();
+    if (!document.FindElement())
+        return 0;
+
+    std::vector<CVRbTreeItem::Attrib> attribs;
+    // Takes over the current element and goes inside it.
+    const auto enter = [&](CVRbTreeItem& item) {
+        item.m_name = tree.Shared(document.GetTagName());
+        item.m_value = tree.Shared(document.GetElementData());
+        attribs.clear();
+        for (int i = 0;; ++i) {
+            const std::wstring_view name = document.GetAttributeName(i);
+            if (name.empty())
+                break;
+            attribs.push_back({tree.Shared(name), tree.Shared(document.GetAttributeValue(i))});
+        }
+        if (!attribs.empty())
+            tree.AddAttribs(item, attribs);
+        document.IntoElement();
+    };
+
+    CVRbTreeItem* const root = tree.GetRootItem() != nullptr ? tree.GetRootItem() : tree.InsertItem(nullptr);
+    CVRbTreeItem* item = root;
+    enter(*root);
+    for (;;) {
+        if (document.FindElement()) {
+            CVRbTreeItem* const child = tree.NewItem();
+            CVRbTree::Link(*child, *item, VRBTREE_LAST);
+            enter(*child);
+            item = child;
+            continue;
+        }
+        // The form of the file, not its content.
+        if (item->m_child != nullptr &&
+            ViewOf(item->m_value).find_first_not_of(L" \t\r\n") == std::wstring::npos)
+            item->m_value = {};
+        if (item == root)
+            return 1;
+        document.OutOfElement();
+        item = item->m_parent;
+    }
+}
+
+int SaveTreeToXml(const CVRbTree& tree, LPCTSTR path, LPCTSTR encoding, bool standalone) {
+    const CVRbTreeItem* const root = tree.GetRootItem();
+    if (root == nullptr)
+        return 0;
+    CString declaration;
+    declaration.Format(L"<?xml version=\"1.0\" encoding=\"%s\" standalone=\"%s\"?>\r\n",
+                       encoding != nullptr ? encoding : L"utf-8", standalone ? L"yes" : L"no");
+    MarkupDoc document;
+    // A text without an element is not well-formed yet.
+    document.SetDocumentText(declaration);
+
+    const auto add = [&](const CVRbTreeItem& item) {
+        const bool hasChildren = item.GetChild() != nullptr;
+        if (!document.AddElement(item.GetName(), hasChildren ? nullptr : item.GetValue().GetString()))
+            return false;
+        CString name, value;
+        for (int at = item.GetAttribIterator(); item.GetNextAttrib(at, name, value);) {
+            if (!document.SetAttribute(name, value))
+                return false;
+        }
+        return true;
+    };
+    const CVRbTreeItem* item = root;
+    for (;;) {
+        if (!add(*item))
+            return 0;
+        if (item->GetChild() != nullptr) {
+            document.IntoElement();
+            item = item->GetChild();
+            continue;
+        }
+        while (item != root && item->GetNext() == nullptr) {
+            document.OutOfElement();
+            item = item->GetParent();
+        }
+        if (item == root)
+            return document.SaveFile(path) ? 1 : 0;
+        item = item->GetNext();
+    }
+}
