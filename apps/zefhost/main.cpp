@@ -110,6 +110,10 @@ int run(const program_options& options) {
         sys::set_profile_folder(options.profile);
     if (auto prepared = sys::prepare_profile(sys::executable_folder() / ".." / "share"); !prepared)
         complain(prepared.error());
+    AcDbImpDatabase::how_to_read() = {options.encoding, [](const std::wstring& line) {
+                                          ed::command_line::instance().fresh_line();
+                                          ed::command_line::instance().error(line);
+                                      }};
     editor.keep_going = options.keep_going;
     editor.saves_at_end = !options.output.empty();
     if (!add_inputs(options))

@@ -1,19 +1,23 @@
 #include "apps/zefhost/options.h"
 
+#include "base/utf.h"
+#include "host/dxf/encoding_guess.h"
 #include "sys/folders.h"
 
 const char* const usage =
     R"(zefhost [DRAWING] [-s SCRIPT]... [-c TEXT]... [-o OUT] [--load APP]... [--no-module]
-        [--profile DIR] [--readonly] [--keep-going]
+        [--profile DIR] [--encoding NAME] [--readonly] [--keep-going]
 zefhost --version | --help
 
-DRAWING        a DXF file; without one, a new drawing
+DRAWING        a DXF file, ASCII or binary; without one, a new drawing
 -s SCRIPT      answers from a script file, in the order given
 -c TEXT        answers from a text, in which \n ends a line and \\ is a backslash
 -o OUT         saves the current drawing as OUT at the end, "-" to standard output
 --load APP     loads a further application
 --no-module    without the pipe-system module and its siblings
 --profile DIR  the user's folder (else $ZEF_PROFILE, else below the configuration folder)
+--encoding NAME  how the text of drawings is read, whatever they say: gbk, big5, shift-jis, euc-kr, utf-8, or
+               a code page by number (1251)
 --readonly     the drawing's own file is not written
 --keep-going   a refused answer or a failed command does not end the run
 
@@ -56,7 +60,8 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             return true;
         };
         const bool takes_value = argument == L"-s" || argument == L"-c" || argument == L"-o" ||
-                                 argument == L"--load" || argument == L"--profile";
+                                 argument == L"--load" || argument == L"--profile" ||
+                                 argument == L"--encoding";
         if (!only_files && takes_value && !take_value())
             return base::failure{L"option " + argument + L" wants a value"};
         if (takes_value && !only_files && value.empty() && argument != L"-c")
@@ -77,6 +82,10 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             options.applications.push_back(value);
         } else if (argument == L"--profile") {
             options.profile = sys::to_path(value);
+        } else if (argument == L"--encoding") {
+            options.encoding = dxf::encoding_number(base::narrow(value));
+            if (options.encoding == 0)
+                return base::failure{L"'" + value + L"' is no encoding that is known"};
         } else if (argument == L"--no-module") {
             options.module = false;
         } else if (argument == L"--readonly") {

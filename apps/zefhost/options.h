@@ -17,6 +17,7 @@ struct program_options {
     std::vector<given_input> inputs;
     std::wstring output; // empty: none; "-": standard output
     std::vector<std::wstring> applications;
+    int encoding = 0; // of drawings, by the number of its code page; 0: as they are
     bool module = true;
     bool read_only = false;
     bool keep_going = false;

@@ -1,6 +1,7 @@
 #include "acgi.h"
 #include "dbents.h"
 #include "host/db/geometry_groups.h"
+#include "host/db/imp_curve.h"
 
 #include <cmath>
 #include <numbers>
@@ -130,26 +131,14 @@ Acad::ErrorStatus AcDbArc::setNormal(const AcGeVector3d& normal) {
     return setCenter(kept);
 }
 
-Acad::ErrorStatus AcDbArc::getStartParam(double& param) const {
-    param = startAngle();
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbArc::getEndParam(double& param) const {
-    param = startAngle() + totalAngle();
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbArc::getPointAtParam(double param, AcGePoint3d& point) const {
-    const AcGePoint3d flat(radius() * std::cos(param), radius() * std::sin(param), 0.0);
-    point = center() + (AcGeMatrix3d::planeToWorld(normal()) * flat).asVector();
-    return Acad::eOk;
-}
-
-// Of the segment between the arc and its chord.
-Acad::ErrorStatus AcDbArc::getArea(double& area) const {
-    area = radius() * radius() * (totalAngle() - std::sin(totalAngle())) / 2.0;
-    return Acad::eOk;
+bool AcDbArc::subMakePieces(AcDbImpCurve& pieces) const {
+    const AcGeMatrix3d to_world = AcGeMatrix3d::planeToWorld(normal());
+    const double start = startAngle();
+    const double sweep = totalAngle();
+    pieces.add_arc({center(), to_world * (AcGeVector3d::kXAxis * radius()),
+                    to_world * (AcGeVector3d::kYAxis * radius()), start, sweep},
+                   start, start + sweep);
+    return true;
 }
 
 void AcDbArc::getEcs(AcGeMatrix3d& matrix) const {
@@ -157,10 +146,11 @@ void AcDbArc::getEcs(AcGeMatrix3d& matrix) const {
 }
 
 Adesk::Boolean AcDbArc::subWorldDraw(AcGiWorldDraw* draw) {
-    AcGePoint3d start;
-    getStartPoint(start);
+    const double start = startAngle();
+    const AcGeVector3d towards =
+        AcGeMatrix3d::planeToWorld(normal()) * AcGeVector3d(std::cos(start), std::sin(start), 0.0);
     draw->subEntityTraits().setThickness(thickness());
-    draw->geometry().circularArc(center(), radius(), normal(), start - center(), totalAngle());
+    draw->geometry().circularArc(center(), radius(), normal(), towards, totalAngle());
     return true;
 }
 

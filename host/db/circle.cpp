@@ -1,6 +1,7 @@
 #include "acgi.h"
 #include "dbents.h"
 #include "host/db/geometry_groups.h"
+#include "host/db/imp_curve.h"
 
 #include <numbers>
 
@@ -75,25 +76,12 @@ Acad::ErrorStatus AcDbCircle::setNormal(const AcGeVector3d& normal) {
     return setCenter(kept);
 }
 
-Acad::ErrorStatus AcDbCircle::getStartParam(double& param) const {
-    param = 0.0;
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbCircle::getEndParam(double& param) const {
-    param = 2.0 * std::numbers::pi;
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbCircle::getPointAtParam(double param, AcGePoint3d& point) const {
-    AcGeVector3d x = normal().perpVector() * radius();
-    point = center() + x.rotateBy(param, normal());
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbCircle::getArea(double& area) const {
-    area = std::numbers::pi * radius() * radius();
-    return Acad::eOk;
+bool AcDbCircle::subMakePieces(AcDbImpCurve& pieces) const {
+    constexpr double full = 2.0 * std::numbers::pi;
+    const AcGeVector3d up = normal();
+    const AcGeVector3d x = up.perpVector() * radius();
+    pieces.add_arc({center(), x, up.crossProduct(x), 0.0, full}, 0.0, full);
+    return true;
 }
 
 void AcDbCircle::getEcs(AcGeMatrix3d& matrix) const {

@@ -1,11 +1,17 @@
 #include "dbdict.h"
+#include "dblayout.h"
 #include "dbsymtb.h"
 #include "dbxrecrd.h"
+#include "host/db/custom_objects.h"
 #include "host/db/entity_classes.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
+#include "host/db/name_references.h"
 #include "host/db/new_drawing.h"
+#include "host/db/new_object.h"
+#include "host/db/spaces.h"
 #include "host/dxf/record_header.h"
+#include "host/rx/runtime.h"
 #include "rxregsvc.h"
 #include "sys/folders.h"
 
@@ -16,6 +22,7 @@ namespace {
 // Every class of the database, once, before the first database is made.
 void register_classes() {
     static const bool done = [] {
+        db::register_host_classes([] {
         AcDbObject::rxInit();
         AcDbEntity::rxInit();
         db::register_entity_classes();
@@ -42,7 +49,11 @@ void register_classes() {
         AcDbViewportTableRecord::rxInit();
         AcDbUCSTable::rxInit();
         AcDbUCSTableRecord::rxInit();
+        AcDbPlotSettings::rxInit();
+        AcDbLayout::rxInit();
+        });
         acrxBuildClassHierarchy();
+        rx::runtime::instance().classes.on_removing = AcDbImpDatabase::close_objects_of;
         return true;
     }();
     static_cast<void>(done);
@@ -82,6 +93,7 @@ Acad::ErrorStatus AcDbDatabase::dxfIn(const ACHAR* fileName, const ACHAR* /*logF
 Acad::ErrorStatus AcDbDatabase::dxfOut(const ACHAR* fileName) {
     if (fileName == nullptr || !m_imp->has_drawing())
         return Acad::eInvalidInput;
+    m_imp->settle_dictionaries();
     return m_imp->drawing().write_file(sys::to_path(fileName)) ? Acad::eOk : Acad::eFileAccessErr;
 }
 
@@ -167,6 +179,44 @@ Acad::ErrorStatus AcDbDatabase::getAcDbObjectId(AcDbObjectId& id, bool createIfN
     return Acad::eOk;
 }
 
+Acad::ErrorStatus AcDbDatabase::addAcDbObject(AcDbObject* object) {
+    AcDbObjectId id;
+    return addAcDbObject(id, object);
+}
+
+Acad::ErrorStatus AcDbDatabase::addAcDbObject(AcDbObjectId& id, AcDbObject* object) {
+    if (object == nullptr)
+        return Acad::eNullObjectPointer;
+    if (!m_imp->has_drawing())
+        return Acad::eNoDatabase;
+    if (!object->isNewObject())
+        return Acad::eAlreadyInDb;
+    return db::add_object(*m_imp, *object, 0, false, id);
+}
+
+Acad::ErrorStatus AcDbDatabase::purge(AcDbObjectIdArray& ids) {
+    if (!m_imp->has_drawing())
+        return Acad::eNoDatabase;
+    db::keep_purgeable(*m_imp, ids);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDatabase::wblockCloneObjects(AcDbObjectIdArray& /*objectIds*/,
+                                                   const AcDbObjectId& /*owner*/, AcDbIdMapping& /*idMap*/,
+                                                   AcDb::DuplicateRecordCloning /*drc*/, bool /*deferXlation*/) {
+    return Acad::eNotImplementedYet;
+}
+
+Acad::ErrorStatus AcDbDatabase::deepCloneObjects(AcDbObjectIdArray& /*objectIds*/, const AcDbObjectId& /*owner*/,
+                                                 AcDbIdMapping& /*idMap*/, bool /*deferXlation*/) {
+    return Acad::eNotImplementedYet;
+}
+
+Acad::ErrorStatus AcDbDatabase::insert(AcDbObjectId& /*blockId*/, const ACHAR* /*blockName*/,
+                                       AcDbDatabase* /*database*/, bool /*preserveSourceDatabase*/) {
+    return Acad::eNotImplementedYet;
+}
+
 AcDbObjectId AcDbDatabase::clayer() const {
     return m_imp->has_drawing() ? m_imp->id(m_imp->current_layer()) : AcDbObjectId::kNull;
 }
@@ -193,10 +243,9 @@ Acad::ErrorStatus AcDbDatabase::setClayer(AcDbObjectId id) {
 }
 
 bool AcDbDatabase::tilemode() const {
-    return !m_imp->has_drawing() || m_imp->drawing().header_value("$TILEMODE").value_or("1") != "0";
+    return !m_imp->has_drawing() || db::in_tile_mode(*m_imp);
 }
 
 AcDbObjectId AcDbDatabase::currentSpaceId() const {
-    return m_imp->has_drawing() ? m_imp->id(m_imp->block(tilemode() ? ACDB_MODEL_SPACE : ACDB_PAPER_SPACE))
-                                : AcDbObjectId::kNull;
+    return m_imp->has_drawing() ? m_imp->id(db::current_space(*m_imp)) : AcDbObjectId::kNull;
 }

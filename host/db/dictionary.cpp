@@ -5,10 +5,13 @@
 #include "dbsymtb.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
+#include "host/db/new_object.h"
 #include "host/db/record_text.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
+#include <optional>
+#include <unordered_map>
 
 ACRX_CONS_DEFINE_MEMBERS(AcDbDictionary, AcDbObject, 0)
 
@@ -31,55 +34,76 @@ struct entry {
     dxf::record_id object;
 };
 
+constexpr dxf::group_place place{"AcDbDictionary"};
+
 bool is_owner_code(int code) {
     return code == 350 || code == 360;
-}
-
-// The entries whose objects are there, in the order of the file.
-std::vector<entry> entries_of(const AcDbImpObject& imp) {
-    std::vector<entry> found;
-    if (imp.database == nullptr)
-        return found;
-    const auto& groups = imp.groups().groups();
-    for (std::size_t i = 0; i + 1 < groups.size(); ++i) {
-        if (groups[i].code != 3 || !is_owner_code(groups[i + 1].code))
-            continue;
-        const dxf::record_id object = imp.database->records().find(dxf::parse_handle(groups[i + 1].value));
-        if (object != dxf::no_record && !imp.database->records().gone(object))
-            found.push_back({i, imp.decode(groups[i].value), object});
-    }
-    return found;
-}
-
-const entry* find(const std::vector<entry>& entries, std::wstring_view key) {
-    const auto at = std::find_if(entries.begin(), entries.end(),
-                                 [&](const entry& entry) { return base::equal_no_case(entry.key, key); });
-    return at == entries.end() ? nullptr : &*at;
 }
 
 bool valid_key(const ACHAR* key) {
     return key != nullptr && *key != 0 && acdbSNValid(*key == L'*' ? key + 1 : key, 1) == RTNORM;
 }
 
-// The text of a new object in a dictionary: its head, then the groups that it holds so far.
-std::string object_text(AcDbImpDatabase& database, const AcDbImpObject& object, std::uint64_t owner) {
-    db::record_text text(database);
-    text.add(0, object.groups().groups().front().value);
-    text.add_handle(5, database.records().new_handle());
-    text.add(102, "{ACAD_REACTORS");
-    text.add_handle(330, owner);
-    text.add(102, "}");
-    text.add_handle(330, owner);
-    for (const dxf::group& group : object.groups().groups())
-        if (group.code != 0)
-            text.transcoded(object, group);
-    return text.text();
-}
-
 } // namespace
 
+// The entries as they stand in the groups, made anew when those changed.
+struct AcDbDictionary::Index {
+    std::optional<std::size_t> revision;
+    std::vector<entry> all;
+    std::unordered_map<std::wstring, std::size_t> by_key; // folded; of doubles the first
+    const AcDbImpObject* object = nullptr;
+    bool hard = false;
+
+    bool is_live(const entry& entry) const {
+        return !object->database->records().gone(entry.object) &&
+               !object->database->has_left(object->record, entry.object);
+    }
+
+    const entry* find(std::wstring_view key) const {
+        const std::wstring folded = base::folded(key);
+        const auto at = by_key.find(folded);
+        if (at == by_key.end())
+            return nullptr;
+        if (is_live(all[at->second]))
+            return &all[at->second];
+        for (const entry& entry : all) // a double of one that was erased
+            if (is_live(entry) && base::folded(entry.key) == folded)
+                return &entry;
+        return nullptr;
+    }
+
+    void add(entry entry) {
+        by_key.try_emplace(base::folded(entry.key), all.size());
+        all.push_back(std::move(entry));
+    }
+};
+
+AcDbDictionary::Index& AcDbDictionary::index() const {
+    if (!m_index)
+        m_index = std::make_unique<Index>();
+    Index& index = *m_index;
+    const auto& groups = imp().groups().groups();
+    if (index.revision == imp().revision())
+        return index;
+    index.revision = imp().revision();
+    index.object = &imp();
+    index.hard = isTreatElementsAsHard();
+    index.all.clear();
+    index.by_key.clear();
+    if (imp().database == nullptr)
+        return index;
+    for (std::size_t i = 0; i + 1 < groups.size(); ++i) {
+        if (groups[i].code != 3 || !is_owner_code(groups[i + 1].code))
+            continue;
+        const dxf::record_id object = imp().database->records().find(dxf::parse_handle(groups[i + 1].value));
+        if (object != dxf::no_record)
+            index.add({i, imp().decode(groups[i].value), object});
+    }
+    return index;
+}
+
 AcDbDictionary::AcDbDictionary() {
-    imp().begin_new("0\nDICTIONARY\n100\nAcDbDictionary\n281\n1\n");
+    imp().begin_as("0\nDICTIONARY\n100\nAcDbDictionary\n281\n1\n");
 }
 
 AcDbDictionary::~AcDbDictionary() = default;
@@ -88,8 +112,7 @@ Acad::ErrorStatus AcDbDictionary::getAt(const ACHAR* key, AcDbObjectId& id) cons
     assertReadEnabled();
     if (key == nullptr)
         return Acad::eInvalidKey;
-    const auto entries = entries_of(imp());
-    const entry* const found = find(entries, key);
+    const entry* const found = index().find(key);
     if (found == nullptr)
         return Acad::eKeyNotFound;
     id = imp().database->id(found->object);
@@ -110,14 +133,18 @@ bool AcDbDictionary::has(const ACHAR* key) const {
 
 bool AcDbDictionary::has(AcDbObjectId id) const {
     assertReadEnabled();
-    const auto entries = entries_of(imp());
-    return std::any_of(entries.begin(), entries.end(),
-                       [&](const entry& entry) { return imp().database->id(entry.object) == id; });
+    const Index& entries = index();
+    return std::any_of(entries.all.begin(), entries.all.end(), [&](const entry& entry) {
+        return entries.is_live(entry) && imp().database->id(entry.object) == id;
+    });
 }
 
 Adesk::UInt32 AcDbDictionary::numEntries() const {
     assertReadEnabled();
-    return static_cast<Adesk::UInt32>(entries_of(imp()).size());
+    const Index& entries = index();
+    return static_cast<Adesk::UInt32>(
+        std::count_if(entries.all.begin(), entries.all.end(),
+                      [&](const entry& entry) { return entries.is_live(entry); }));
 }
 
 Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, AcDbObjectId& id) {
@@ -131,36 +158,35 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
         return Acad::eNoDatabase;
     if (!object->isNewObject())
         return Acad::eAlreadyInDb;
-    if (object->imp().groups().empty())
-        return Acad::eNotImplementedYet;
     AcDbImpDatabase& database = *imp().database;
-    const dxf::record_id previous = database.drawing().last_in(database.drawing().parts().objects);
-    if (previous == dxf::no_record)
-        return Acad::eNotApplicable;
+    if (const auto status =
+            db::add_object(database, *object, database.records().handle(imp().record), true, id);
+        status != Acad::eOk)
+        return status;
 
-    const std::uint64_t owner = database.records().handle(imp().record);
-    const dxf::record_id record = database.records().insert_after(
-        previous, object_text(database, object->imp(), owner), dxf::record_kind::object, owner);
-    char digits[20];
-    std::snprintf(digits, sizeof digits, "%llX",
-                  static_cast<unsigned long long>(database.records().handle(record)));
-
-    const auto entries = entries_of(imp());
+    Index& entries = index();
+    const entry* const old = entries.find(key);
     dxf::group_list& groups = imp().edit();
-    const bool hard = groups.integer({"AcDbDictionary"}, 280).value_or(0) == 1;
-    std::vector<dxf::group_list::fresh_group> pair = {{3, imp().encode(key)}, {hard ? 360 : 350, digits}};
-    if (const entry* const old = find(entries, key)) {
-        database.set_erased(old->object, true);
-        pair[1].code = groups.groups()[old->at + 1].code;
-        groups.splice(old->at, old->at + 2, pair);
-    } else {
-        std::size_t end = groups.groups().size();
-        while (end > 0 && groups.groups()[end - 1].code >= 1000)
-            --end;
-        groups.splice(end, end, pair);
+    std::vector<dxf::group_list::fresh_group> pair = {{3, imp().encode(key)},
+                                                      {entries.hard ? 360 : 350, {}}};
+    pair[1].value = db::handle_text(id.handle());
+    if (old != nullptr) {
+        const entry replaced = *old;
+        pair[1].code = groups.groups()[replaced.at + 1].code;
+        groups.splice(replaced.at, replaced.at + 2, pair);
+        database.set_erased(replaced.object, true);
+        return Acad::eOk;
     }
-    database.adopt(*object, record);
-    id = database.id(record);
+    // Behind the others, in front of what a dictionary of another class or an application adds.
+    std::size_t end = groups.groups().size();
+    while (end > 0 && (groups.groups()[end - 1].code >= 1000))
+        --end;
+    for (std::size_t i = entries.all.empty() ? 0 : entries.all.back().at; i < end; ++i)
+        if (groups.groups()[i].code == 100 && dxf::trimmed(groups.groups()[i].value) != place.marker)
+            end = i;
+    groups.splice(end, end, pair);
+    entries.add({end, key, database.record(id)});
+    entries.revision = imp().revision();
     return Acad::eOk;
 }
 
@@ -174,40 +200,55 @@ Acad::ErrorStatus AcDbDictionary::remove(const ACHAR* key, AcDbObjectId& id) {
         return Acad::eInvalidKey;
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
-    const auto entries = entries_of(imp());
-    const entry* const found = find(entries, key);
+    const entry* const found = index().find(key);
     if (found == nullptr)
         return Acad::eKeyNotFound;
     id = imp().database->id(found->object);
-    imp().edit().splice(found->at, found->at + 2, {});
+    const std::size_t at = found->at;
+    imp().edit().splice(at, at + 2, {});
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbDictionary::remove(AcDbObjectId id) {
-    for (const entry& entry : entries_of(imp()))
-        if (imp().database->id(entry.object) == id)
-            return remove(entry.key.c_str());
+    const Index& entries = index();
+    for (const entry& entry : entries.all)
+        if (entries.is_live(entry) && imp().database->id(entry.object) == id)
+            return remove(std::wstring(entry.key).c_str());
     return Acad::eKeyNotFound;
 }
 
 bool AcDbDictionary::setName(const ACHAR* oldKey, const ACHAR* newKey) {
     if (!isWriteEnabled() || oldKey == nullptr || !valid_key(newKey))
         return false;
-    const auto entries = entries_of(imp());
-    const entry* const found = find(entries, oldKey);
-    const entry* const taken = find(entries, newKey);
+    const entry* const found = index().find(oldKey);
+    const entry* const taken = index().find(newKey);
     if (found == nullptr || (taken != nullptr && taken != found))
         return false;
+    const std::size_t at = found->at;
     const dxf::group_list::fresh_group key[] = {{3, imp().encode(newKey)}};
-    imp().edit().splice(found->at, found->at + 1, key);
+    imp().edit().splice(at, at + 1, key);
     return true;
+}
+
+bool AcDbDictionary::isTreatElementsAsHard() const {
+    assertReadEnabled();
+    return imp().groups().integer(place, 280).value_or(0) == 1;
+}
+
+void AcDbDictionary::setTreatElementsAsHard(bool hard) {
+    assertWriteEnabled();
+    static constexpr int order[] = {280, 281};
+    if (isTreatElementsAsHard() != hard)
+        imp().edit().set_integer({place.marker, order}, 280, hard ? 1 : 0);
 }
 
 AcDbDictionaryIterator* AcDbDictionary::newIterator() const {
     assertReadEnabled();
     auto sorted = std::make_unique<AcDbDictionaryIterator::Entries>();
-    for (const entry& entry : entries_of(imp()))
-        sorted->all.push_back({entry.key, imp().database->id(entry.object)});
+    const Index& entries = index();
+    for (const entry& entry : entries.all)
+        if (entries.is_live(entry))
+            sorted->all.push_back({entry.key, imp().database->id(entry.object)});
     std::stable_sort(sorted->all.begin(), sorted->all.end(),
                      [](const auto& a, const auto& b) { return base::compare_no_case(a.key, b.key) < 0; });
     return new AcDbDictionaryIterator(std::move(sorted)); // the caller's

@@ -1,9 +1,12 @@
 #include "acutmem.h"
 #include "base/case_fold.h"
+#include "dbapserv.h"
 #include "dbsymtb.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
+#include "host/db/new_entity.h"
 #include "host/db/properties.h"
+#include "host/db/xref_names.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/extents.h"
 #include "host/gi/tracer.h"
@@ -12,7 +15,9 @@ using db::entity_place;
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcDbEntity, AcDbObject)
 
-AcDbEntity::AcDbEntity() = default;
+AcDbEntity::AcDbEntity() {
+    imp().begin_as("0\nENTITY\n100\nAcDbEntity\n8\n0\n");
+}
 AcDbEntity::~AcDbEntity() = default;
 
 namespace {
@@ -27,6 +32,11 @@ ACHAR* copy_of(const std::wstring& text) {
 // Parts that are open elsewhere, or on locked layers, stay as they are.
 template<class Change>
 void for_parts(const AcDbImpObject& imp, Change change) {
+    if (imp.database == nullptr) {
+        for (const auto& part : imp.parts)
+            change(static_cast<AcDbEntity&>(*part));
+        return;
+    }
     const dxf::record_table& records = imp.database->records();
     for (dxf::record_id part = records.next(imp.record);
          part != dxf::no_record && records.kind(part) == dxf::record_kind::part; part = records.next(part)) {
@@ -44,57 +54,121 @@ std::wstring layer_of(const AcDbEntity& entity, const AcDbImpObject& imp) {
     return name && !dxf::trimmed(*name).empty() ? imp.decode(dxf::trimmed(*name)) : L"0";
 }
 
-std::wstring name_of_entry(const AcDbImpObject& imp, AcDbObjectId id) {
-    const dxf::record_id record = imp.database->record(id);
-    return record != dxf::no_record ? imp.database->name_of(record) : std::wstring();
+// The drawing in which an entity's names are looked up: a new one's is the one that the user works with. Null
+// when there is none.
+AcDbImpDatabase* names_of(const AcDbImpObject& imp) {
+    if (imp.database != nullptr)
+        return imp.database;
+    AcDbDatabase* const working = acdbHostApplicationServices()->workingDatabase();
+    return working != nullptr && working->imp().has_drawing() ? &working->imp() : nullptr;
 }
 
-// The entry that an id names, if it is a live one of the wanted type.
-Acad::ErrorStatus check_entry(const AcDbImpObject& imp, AcDbObjectId id, std::uint32_t type) {
-    const dxf::record_id record = imp.database->record(id);
-    if (record == dxf::no_record)
+// The bytes with which an entity names an entry: as the entry's own record spells it.
+std::string entry_bytes(const AcDbImpObject& imp, const AcDbImpDatabase& database, dxf::record_id entry) {
+    if (imp.database == &database)
+        return std::string(dxf::value_of(database.records().text(entry), 2));
+    return imp.encode(database.name_of(entry));
+}
+
+// The entry that an id names, if it is a live one of the wanted type in the entity's drawing, or for a new
+// entity in any.
+Acad::ErrorStatus check_entry(const AcDbImpObject& imp, AcDbObjectId id, std::uint32_t type,
+                              AcDbImpDatabase*& database, dxf::record_id& entry) {
+    database = AcDbImpDatabase::find(id, entry);
+    if (database == nullptr || (imp.database != nullptr && imp.database != database))
         return Acad::eNullObjectId;
-    if (imp.database->records().type(record) != type)
+    if (database->records().type(entry) != type)
         return Acad::eWrongObjectType;
-    return imp.database->records().gone(record) ? Acad::eDeletedEntry : Acad::eOk;
+    return database->records().gone(entry) ? Acad::eDeletedEntry : Acad::eOk;
+}
+
+// A live entry by its name.
+Acad::ErrorStatus find_entry(const AcDbImpObject& imp, const ACHAR* name, db::table_kind kind,
+                             AcDbImpDatabase*& database, dxf::record_id& entry) {
+    database = names_of(imp);
+    if (database == nullptr)
+        return Acad::eNoDatabase;
+    entry = name != nullptr ? database->find_entry(kind, name) : dxf::no_record;
+    return entry != dxf::no_record ? Acad::eOk : Acad::eKeyNotFound;
+}
+
+// The name by which the user knows the layer: of an entity in a reference that of the drawing he works in.
+std::wstring layer_told(const AcDbEntity& entity, const AcDbImpObject& imp) {
+    const std::wstring name = layer_of(entity, imp);
+    return imp.database != nullptr && imp.database->host() != nullptr ? db::layer_seen(*imp.database, name)
+                                                                      : name;
+}
+
+void put_layer(AcDbEntity& entity, AcDbImpObject& imp, AcDbImpDatabase& database, dxf::record_id entry) {
+    imp.given |= AcDbImpObject::given_layer;
+    if (database.records().implied(entry)) // what is saved must not name what is not
+        db::settle_entry(database, entry);
+    if (!base::equal_no_case(layer_of(entity, imp), database.name_of(entry)))
+        imp.edit().set_text(entity_place, 8, entry_bytes(imp, database, entry));
+}
+
+void put_linetype(AcDbImpObject& imp, AcDbImpDatabase& database, dxf::record_id entry) {
+    imp.given |= AcDbImpObject::given_linetype;
+    if (database.records().implied(entry))
+        db::settle_entry(database, entry);
+    if (base::equal_no_case(database.name_of(entry), L"ByLayer"))
+        imp.edit().remove(entity_place, 6);
+    else
+        imp.edit().set_text(entity_place, 6, entry_bytes(imp, database, entry));
 }
 
 } // namespace
 
 ACHAR* AcDbEntity::layer() const {
-    return copy_of(layer_of(*this, imp()));
+    return copy_of(layer_told(*this, imp()));
 }
 
 Acad::ErrorStatus AcDbEntity::layer(AcString& name) const {
-    name = layer_of(*this, imp()).c_str();
+    name = layer_told(*this, imp()).c_str();
     return Acad::eOk;
 }
 
 AcDbObjectId AcDbEntity::layerId() const {
-    return imp().database->id(imp().database->find_entry(db::table_kind::layer, layer_of(*this, imp())));
+    const std::wstring name = layer_told(*this, imp());
+    AcDbImpDatabase* database = names_of(imp());
+    if (database != nullptr && database->host() != nullptr)
+        database = database->host();
+    if (database == nullptr || (isNewObject() && (imp().given & AcDbImpObject::given_layer) == 0))
+        return AcDbObjectId::kNull;
+    return database->id(database->find_entry(db::table_kind::layer, name));
 }
 
 Acad::ErrorStatus AcDbEntity::setLayer(const ACHAR* name, bool doSubents, bool /*allowHiddenLayer*/) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
-    if (name == nullptr || imp().database->find_entry(db::table_kind::layer, name) == dxf::no_record)
-        return Acad::eKeyNotFound;
-    if (!base::equal_no_case(layer_of(*this, imp()), name))
-        imp().edit().set_text(entity_place, 8, imp().database->layer_bytes(name));
+    AcDbImpDatabase* database = nullptr;
+    dxf::record_id entry = dxf::no_record;
+    if (const auto status = find_entry(imp(), name, db::table_kind::layer, database, entry);
+        status != Acad::eOk)
+        return status;
+    put_layer(*this, imp(), *database, entry);
     if (doSubents)
         for_parts(imp(), [&](AcDbEntity& part) { part.setLayer(name, false); });
     return Acad::eOk;
 }
 
-Acad::ErrorStatus AcDbEntity::setLayer(AcDbObjectId id, bool doSubents, bool allowHiddenLayer) {
-    if (const Acad::ErrorStatus status = check_entry(imp(), id, dxf::type_layer); status != Acad::eOk)
+Acad::ErrorStatus AcDbEntity::setLayer(AcDbObjectId id, bool doSubents, bool /*allowHiddenLayer*/) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    AcDbImpDatabase* database = nullptr;
+    dxf::record_id entry = dxf::no_record;
+    if (const auto status = check_entry(imp(), id, dxf::type_layer, database, entry); status != Acad::eOk)
         return status;
-    return setLayer(name_of_entry(imp(), id).c_str(), doSubents, allowHiddenLayer);
+    put_layer(*this, imp(), *database, entry);
+    if (doSubents)
+        for_parts(imp(), [&](AcDbEntity& part) { part.setLayer(id, false); });
+    return Acad::eOk;
 }
 
 AcCmColor AcDbEntity::color() const {
     assertReadEnabled();
-    return db::read_color(imp(), entity_place, AcCmColor::kACIbyLayer);
+    const bool none_yet = isNewObject() && (imp().given & AcDbImpObject::given_color) == 0;
+    return db::read_color(imp(), entity_place, none_yet ? AcCmColor::kACInone : AcCmColor::kACIbyLayer);
 }
 
 Adesk::UInt16 AcDbEntity::colorIndex() const {
@@ -105,6 +179,7 @@ Acad::ErrorStatus AcDbEntity::setColor(const AcCmColor& color, bool doSubents) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
     db::write_color(imp(), entity_place, color);
+    imp().given |= AcDbImpObject::given_color;
     if (doSubents)
         for_parts(imp(), [&](AcDbEntity& part) { part.setColor(color, false); });
     return Acad::eOk;
@@ -123,8 +198,11 @@ ACHAR* AcDbEntity::linetype() const {
 }
 
 AcDbObjectId AcDbEntity::linetypeId() const {
+    AcDbImpDatabase* const database = names_of(imp());
+    if (database == nullptr)
+        return AcDbObjectId::kNull;
     ACHAR* name = linetype();
-    const AcDbObjectId id = imp().database->id(imp().database->find_entry(db::table_kind::linetype, name));
+    const AcDbObjectId id = database->id(database->find_entry(db::table_kind::linetype, name));
     acutDelString(name);
     return id;
 }
@@ -132,23 +210,28 @@ AcDbObjectId AcDbEntity::linetypeId() const {
 Acad::ErrorStatus AcDbEntity::setLinetype(const ACHAR* name, bool doSubents) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
-    const dxf::record_id entry =
-        name != nullptr ? imp().database->find_entry(db::table_kind::linetype, name) : dxf::no_record;
-    if (entry == dxf::no_record)
-        return Acad::eKeyNotFound;
-    if (base::equal_no_case(name, L"ByLayer"))
-        imp().edit().remove(entity_place, 6);
-    else
-        imp().edit().set_text(entity_place, 6, dxf::value_of(imp().database->records().text(entry), 2));
+    AcDbImpDatabase* database = nullptr;
+    dxf::record_id entry = dxf::no_record;
+    if (const auto status = find_entry(imp(), name, db::table_kind::linetype, database, entry);
+        status != Acad::eOk)
+        return status;
+    put_linetype(imp(), *database, entry);
     if (doSubents)
         for_parts(imp(), [&](AcDbEntity& part) { part.setLinetype(name, false); });
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbEntity::setLinetype(AcDbObjectId id, bool doSubents) {
-    if (const Acad::ErrorStatus status = check_entry(imp(), id, dxf::type_ltype); status != Acad::eOk)
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    AcDbImpDatabase* database = nullptr;
+    dxf::record_id entry = dxf::no_record;
+    if (const auto status = check_entry(imp(), id, dxf::type_ltype, database, entry); status != Acad::eOk)
         return status;
-    return setLinetype(name_of_entry(imp(), id).c_str(), doSubents);
+    put_linetype(imp(), *database, entry);
+    if (doSubents)
+        for_parts(imp(), [&](AcDbEntity& part) { part.setLinetype(id, false); });
+    return Acad::eOk;
 }
 
 double AcDbEntity::linetypeScale() const {
@@ -163,6 +246,7 @@ Acad::ErrorStatus AcDbEntity::setLinetypeScale(double scale, bool doSubents) {
         return Acad::eBadLinetypeScale;
     if (linetypeScale() != scale)
         imp().edit().set_real(entity_place, 48, scale);
+    imp().given |= AcDbImpObject::given_scale;
     if (doSubents)
         for_parts(imp(), [&](AcDbEntity& part) { part.setLinetypeScale(scale, false); });
     return Acad::eOk;
@@ -184,6 +268,7 @@ Acad::ErrorStatus AcDbEntity::setLineWeight(AcDb::LineWeight weight, bool doSube
         return Acad::eNotApplicable;
     if (lineWeight() != weight)
         imp().edit().set_integer(entity_place, 370, weight);
+    imp().given |= AcDbImpObject::given_weight;
     if (doSubents)
         for_parts(imp(), [&](AcDbEntity& part) { part.setLineWeight(weight, false); });
     return Acad::eOk;
@@ -211,6 +296,8 @@ Acad::ErrorStatus AcDbEntity::setVisibility(AcDb::Visibility visibility, bool do
 AcDbObjectId AcDbEntity::blockId() const {
     // A part belongs to its entity, and with it to the entity's block.
     AcDbObjectId owner = ownerId();
+    if (imp().database == nullptr)
+        return owner;
     const dxf::record_id record = imp().database->record(owner);
     const dxf::record_table& records = imp().database->records();
     if (record != dxf::no_record && records.kind(record) == dxf::record_kind::entity)
@@ -268,13 +355,24 @@ Acad::ErrorStatus AcDbEntity::subExplode(AcDbVoidPtrArray& /*parts*/) const {
     return Acad::eNotApplicable;
 }
 
+void AcDbEntity::setDatabaseDefaults() {
+    setDatabaseDefaults(nullptr);
+}
+
+void AcDbEntity::setDatabaseDefaults(AcDbDatabase* database) {
+    assertWriteEnabled();
+    AcDbImpDatabase* const from = database != nullptr ? &database->imp() : names_of(imp());
+    if (from != nullptr && from->has_drawing())
+        db::give_defaults(*from, imp(), true);
+}
+
 Acad::ErrorStatus AcDbEntity::setPropertiesFrom(const AcDbEntity* entity, bool doSubents) {
     if (entity == nullptr)
         return Acad::eInvalidInput;
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
     db::copy_properties(entity->imp(), imp());
-    if (doSubents && imp().database != nullptr)
+    if (doSubents)
         for_parts(imp(), [&](AcDbEntity& part) { part.setPropertiesFrom(entity, false); });
     return Acad::eOk;
 }

@@ -50,7 +50,7 @@ void read_bytes(std::string_view digits, ads_binary& out) {
     std::memcpy(out.buf, bytes.data(), bytes.size());
 }
 
-void read_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at,
+void fill_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at,
                 resbuf& out) {
     const dxf::group& group = groups[at];
     const auto real = [&](std::size_t i) { return base::parse_real(groups[i].value).value_or(0.0); };
@@ -111,22 +111,28 @@ std::vector<extent> applications(const dxf::group_list& list) {
 
 } // namespace
 
+std::size_t read_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at,
+                       resbuf*& value) {
+    value = nullptr;
+    const rx::value_kind kind = rx::kind_of(groups[at].code);
+    if (kind == rx::value_kind::unknown || kind == rx::value_kind::none)
+        return 1;
+    value = acutNewRb(groups[at].code);
+    fill_value(object, groups, at, *value);
+    std::size_t taken = 1;
+    if (kind == rx::value_kind::point3d)
+        while (taken < 3 && at + taken < groups.size() && is_coordinate(groups, at, taken))
+            ++taken;
+    return taken;
+}
+
 resbuf* chain_of(const AcDbImpObject& object, std::span<const dxf::group> groups) {
     resbuf* head = nullptr;
     resbuf** tail = &head;
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-        const rx::value_kind kind = rx::kind_of(groups[i].code);
-        if (kind == rx::value_kind::unknown || kind == rx::value_kind::none)
-            continue; // no chain can hold it; the file does
-        resbuf* const value = acutNewRb(groups[i].code);
-        read_value(object, groups, i, *value);
-        *tail = value;
-        tail = &value->rbnext;
-        if (kind == rx::value_kind::point3d) {
-            const std::size_t x = i;
-            while (i - x < 2 && i + 1 < groups.size() && is_coordinate(groups, x, i + 1 - x))
-                ++i;
-        }
+    for (std::size_t i = 0; i < groups.size();) {
+        i += read_value(object, groups, i, *tail); // what no chain can hold the file does
+        if (*tail != nullptr)
+            tail = &(*tail)->rbnext;
     }
     return head;
 }

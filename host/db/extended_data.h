@@ -18,6 +18,10 @@ resbuf* read_extended_data(const AcDbImpObject& object, const ACHAR* application
 // Replaces the extended data of the applications that the chain names.
 Acad::ErrorStatus write_extended_data(AcDbImpObject& object, const resbuf* chain);
 
+// The value that begins with group `at`, the last of a chain yet to be made; null when no chain can hold it.
+// The caller frees it. Gives how many groups it takes: three of a point make one value.
+std::size_t read_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at,
+                       resbuf*& value);
 // A chain with the values of groups; three groups of a point make one value. The caller frees it.
 resbuf* chain_of(const AcDbImpObject& object, std::span<const dxf::group> groups);
 // The groups of a chain; false at a value that its code can not hold, or a code for which `allowed` answers

@@ -2,13 +2,23 @@
 
 #include "base/case_fold.h"
 #include "dbdict.h"
+#include "dbproxy.h"
+#include "dbents.h"
+#include "dblayout.h"
 #include "dbsymtb.h"
 #include "dbxrecrd.h"
+#include "host/db/custom_objects.h"
 #include "host/db/entity_classes.h"
+#include "host/db/format_versions.h"
 #include "host/db/imp_object.h"
+#include "host/db/name_references.h"
 #include "host/db/properties.h"
+#include "host/db/text_styles.h"
+#include "host/db/symbol_entry.h"
+#include "host/db/xref_names.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/extents.h"
+#include "host/gi/space_index.h"
 #include "sys/folders.h"
 
 #include <algorithm>
@@ -47,9 +57,27 @@ std::vector<AcDbImpDatabase*>& living() {
 
 constexpr int most_readers = 256;
 
+// Takes the entries with these handles out of a dictionary's groups.
+void drop_entries(dxf::group_list& list, const std::unordered_set<std::uint64_t>& handles) {
+    const auto& groups = list.groups();
+    const auto goes = [&](std::size_t key) {
+        return groups[key].code == 3 && (groups[key + 1].code == 350 || groups[key + 1].code == 360) &&
+               handles.contains(dxf::parse_handle(groups[key + 1].value));
+    };
+    for (std::size_t end = groups.size(); end >= 2;) {
+        std::size_t first = end;
+        while (first >= 2 && goes(first - 2))
+            first -= 2;
+        if (first != end)
+            list.splice(first, end, {});
+        end = first == end ? end - 1 : first;
+    }
+}
+
 } // namespace
 
-AcDbImpDatabase::AcDbImpDatabase(AcDbDatabase& self) : self_(self) {
+AcDbImpDatabase::AcDbImpDatabase(AcDbDatabase& self)
+    : self_(self), references_(std::make_unique<db::references>(*this)) {
     living().push_back(this);
     serial_ = static_cast<std::uint32_t>(living().size());
     implied_tables_.fill(dxf::no_record);
@@ -59,16 +87,25 @@ AcDbImpDatabase::~AcDbImpDatabase() {
     living()[serial_ - 1] = nullptr;
 }
 
+AcDbImpDatabase::reading& AcDbImpDatabase::how_to_read() {
+    static reading manner;
+    return manner;
+}
+
 base::result<void> AcDbImpDatabase::read(const std::wstring& path) {
-    auto opened = dxf::drawing::open(sys::to_path(path));
+    auto opened = dxf::drawing::open(sys::to_path(path), how_to_read().encoding);
     if (!opened)
         return base::failure{opened.error()};
     set_drawing(std::move(*opened));
     file_name = path;
+    if (how_to_read().tell)
+        for (const std::wstring& message : drawing_->messages())
+            how_to_read().tell(path + L": " + message);
     return {};
 }
 
 base::result<void> AcDbImpDatabase::save(const std::wstring& path) {
+    settle_dictionaries();
     auto saved = drawing_->write_file(sys::to_path(path));
     if (saved) {
         file_name = path;
@@ -126,16 +163,24 @@ AcRxClass* AcDbImpDatabase::class_of(dxf::record_id record) const {
     case dxf::record_kind::block:
         // Before R13 there are no block records: a block is its own.
         return drawing_->table("BLOCK_RECORD") == dxf::no_record ? AcDbBlockTableRecord::desc()
-                                                                 : AcDbEntity::desc();
+                                                                 : AcDbBlockBegin::desc();
     case dxf::record_kind::block_end:
-        return AcDbEntity::desc();
+        return AcDbBlockEnd::desc();
     case dxf::record_kind::entity:
-    case dxf::record_kind::part:
-        return db::class_of_entity(type, all.text(record));
+    case dxf::record_kind::part: {
+        AcRxClass* const known = db::class_of_entity(type, all.text(record));
+        return known == AcDbEntity::desc() && is_of_application(record) ? AcDbProxyEntity::desc() : known;
+    }
     case dxf::record_kind::object:
         if (all.type(record) == dxf::type_dictionary || type == "ACDBDICTIONARYWDFLT")
             return AcDbDictionary::desc();
-        return all.type(record) == dxf::type_xrecord ? AcDbXrecord::desc() : AcDbObject::desc();
+        if (all.type(record) == dxf::type_layout)
+            return AcDbLayout::desc();
+        if (all.type(record) == dxf::type_xrecord)
+            return AcDbXrecord::desc();
+        if (AcRxClass* const type_of_application = db::application_class(type, false))
+            return type_of_application;
+        return is_of_application(record) ? AcDbProxyObject::desc() : AcDbObject::desc();
     case dxf::record_kind::structure:
     case dxf::record_kind::header:
         break;
@@ -152,6 +197,8 @@ Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id reco
     if (records().gone(record) && !erased)
         return Acad::eWasErased;
     const bool write = mode == AcDb::kForWrite;
+    if (write && is_referenced(record))
+        return Acad::eIsXRefObject;
     if (write && dxf::stands_on_layer(records().kind(record)) && type != AcDbBlockTableRecord::desc() &&
         on_locked_layer(record))
         return Acad::eOnLockedLayer;
@@ -185,9 +232,46 @@ std::unique_ptr<AcDbObject> AcDbImpDatabase::make(AcRxClass* type, dxf::record_i
         made.reset(static_cast<AcDbObject*>(type->create()));
     AcDbImpObject& imp = made->imp();
     imp.forget();
+    imp.parts.clear();
     imp.database = this;
     imp.record = record;
-    return made;
+    if (db::is_host_class(type))
+        return made;
+    const bool read = db::read_own_sections(*made);
+    imp.forget(); // reading changes nothing
+    return read ? std::move(made) : make(class_of_unread(record), record);
+}
+
+AcRxClass* AcDbImpDatabase::class_of_unread(dxf::record_id record) const {
+    return records().kind(record) == dxf::record_kind::object ? AcDbProxyObject::desc()
+                                                              : AcDbProxyEntity::desc();
+}
+
+bool AcDbImpDatabase::is_of_application(dxf::record_id record) const {
+    if (!application_types_) {
+        application_types_.emplace();
+        const dxf::record_id section = drawing_->parts().classes;
+        for (dxf::record_id id = section != dxf::no_record ? records().next(section) : section;
+             id != dxf::no_record && records().type(id) == dxf::type_class; id = records().next(id))
+            if (dxf::value_of(records().text(id), 3) != "ObjectDBX Classes")
+                application_types_->insert(dxf::value_of(records().text(id), 1));
+    }
+    return application_types_->contains(records().type_name(record));
+}
+
+void AcDbImpDatabase::close_objects_of(const AcRxClass* type) {
+    for (AcDbImpDatabase* const database : living()) {
+        if (database == nullptr)
+            continue;
+        std::vector<dxf::record_id> closing;
+        for (const auto& [record, object] : database->open_)
+            if (object->isKindOf(type))
+                closing.push_back(record);
+        for (const dxf::record_id record : closing) {
+            database->commit(*database->open_.at(record));
+            database->destroy(record);
+        }
+    }
 }
 
 std::unique_ptr<AcDbObject> AcDbImpDatabase::view(dxf::record_id record) {
@@ -201,64 +285,55 @@ std::unique_ptr<AcDbObject> AcDbImpDatabase::view(dxf::record_id record) {
 
 void AcDbImpDatabase::commit(AcDbObject& object) {
     AcDbImpObject& imp = object.imp();
+    if ((imp.touched || imp.changed()) && !db::is_host_class(object.isA()))
+        db::write_own_sections(object);
+    imp.touched = false;
+    if (const auto left = left_.extract(imp.record))
+        drop_entries(imp.edit(), left.mapped());
     if (!imp.changed())
         return;
-    const bool entry = records().kind(imp.record) == dxf::record_kind::entry;
+    db::table_kind kind{};
+    const bool entry = is_table_entry(imp.record, kind);
     const std::string before(entry ? dxf::value_of(records().text(imp.record), 2) : std::string_view());
+    const bool implied = records().implied(imp.record);
     if (records().replace(imp.record, imp.groups().write(drawing_->style()))) {
+        // What is saved must not name what is not.
+        if (implied || records().type(imp.record) == dxf::type_layer)
+            db::settle_entry(*this, imp.record);
         if (records().type(imp.record) == dxf::type_layer)
             locked_.clear();
-        if (entry && dxf::value_of(records().text(imp.record), 2) != before) {
-            touched(imp.record);
-            if (records().type(imp.record) == dxf::type_layer)
-                follow_layer_name(before, std::string(dxf::value_of(records().text(imp.record), 2)));
+        const std::string after(entry ? dxf::value_of(records().text(imp.record), 2) : std::string_view());
+        if (after != before) {
+            renamed(imp.record, kind, drawing_->codec().decode(before));
+            db::follow_name(*this, kind, before, after);
         }
     }
     imp.forget();
 }
 
-// Entities name their layer, and so may extended data (1003): a layer's new name goes to each of them, also
-// to those that are open, and to the header when it is current.
-void AcDbImpDatabase::follow_layer_name(const std::string& before, const std::string& after) {
-    const std::wstring old_name = drawing_->codec().decode(before);
-    const std::vector<bool> named = layer_numbers(old_name);
-    const auto follow = [&](dxf::group_list& groups) {
-        const auto& all = groups.groups();
-        for (std::size_t i = 0; i < all.size(); ++i) {
-            constexpr int layer_in_extended_data = 1003;
-            if (all[i].code != layer_in_extended_data ||
-                !base::equal_no_case(drawing_->codec().decode(dxf::trimmed(all[i].value)), old_name))
-                continue;
-            const dxf::group_list::fresh_group fresh[] = {{layer_in_extended_data, after}};
-            groups.splice(i, i + 1, fresh);
-        }
-    };
-    for (dxf::record_id id = 0; id < records().size(); ++id) {
-        const bool stands_on_it = dxf::stands_on_layer(records().kind(id)) && named[records().layer(id)];
-        const bool may_tell = records().text(id).find("1003") != std::string_view::npos;
-        if (!stands_on_it && !may_tell)
-            continue;
-        dxf::group_list groups(records().text(id));
-        if (stands_on_it)
-            groups.set_text(db::entity_place, 8, after);
-        follow(groups);
-        if (groups.changed())
-            records().replace(id, groups.write(drawing_->style()));
+// A record has another name: one name more and one less rather than all names anew.
+void AcDbImpDatabase::renamed(dxf::record_id record, db::table_kind kind, const std::wstring& before) {
+    locked_.clear();
+    blocks_by_bytes_.clear();
+    names& known = names_[static_cast<std::size_t>(kind)];
+    if (known.doubles)
+        known.known = false;
+    if (!known.known)
+        return;
+    known.by_name.erase(base::folded(before));
+    known.by_name.try_emplace(base::folded(name_of(record)), record);
+}
+
+bool AcDbImpDatabase::is_table_entry(dxf::record_id record, db::table_kind& kind) const {
+    if (records().kind(record) == dxf::record_kind::entry) {
+        const dxf::record_id table = records().find(records().owner_handle(record));
+        if (table == dxf::no_record)
+            return false;
+        kind = kind_of_table(table);
+        return true;
     }
-    for (const auto& [id, object] : open_) {
-        AcDbImpObject& imp = object->imp();
-        if (!imp.changed()) {
-            imp.forget(); // it is read anew when it is asked next
-        } else if (dxf::stands_on_layer(records().kind(id))) {
-            if (base::equal_no_case(
-                    imp.decode(dxf::trimmed(imp.groups().text(db::entity_place, 8).value_or(""))), old_name))
-                imp.edit().set_text(db::entity_place, 8, after);
-            follow(imp.edit());
-        }
-    }
-    const auto current = drawing_->header_value("$CLAYER");
-    if (current && base::equal_no_case(drawing_->codec().decode(*current), old_name))
-        drawing_->set_header_value("$CLAYER", 8, after);
+    kind = db::table_kind::block;
+    return class_of(record) == AcDbBlockTableRecord::desc();
 }
 
 Acad::ErrorStatus AcDbImpDatabase::close(AcDbObject& object, bool keep_changes) {
@@ -285,24 +360,51 @@ void AcDbImpDatabase::adopt(AcDbObject& object, dxf::record_id record) {
     imp.database = this;
     imp.record = record;
     imp.writing = true;
+    imp.touched = false;
+    application_types_.reset(); // a new object's class may have come with it
     imp.readers = 0;
     open_.emplace(record, std::unique_ptr<AcDbObject>(&object));
     locked_.clear();
-    if (records().kind(record) != dxf::record_kind::entry)
+    const bool entry = records().kind(record) == dxf::record_kind::entry;
+    if (!entry && records().kind(record) != dxf::record_kind::block)
         return;
-    names& known =
-        names_[static_cast<std::size_t>(kind_of_table(records().find(records().owner_handle(record))))];
+    const db::table_kind kind =
+        entry ? kind_of_table(records().find(records().owner_handle(record))) : db::table_kind::block;
+    names& known = names_[static_cast<std::size_t>(kind)];
     if (known.known) // one more name rather than all names anew
         known.by_name.try_emplace(base::folded(name_of(record)), record);
+    if (kind == db::table_kind::block)
+        blocks_by_bytes_.clear();
+}
+
+void AcDbImpDatabase::exchange(AcDbObject& old, AcDbObject& fresh) {
+    AcDbImpObject& imp = old.imp();
+    const dxf::record_id record = std::exchange(imp.record, dxf::no_record);
+    imp.database = nullptr;
+    imp.writing = false;
+    open_.extract(record).mapped().release();
+    adopt(fresh, record);
+}
+
+void AcDbImpDatabase::adopt_block(dxf::record_id begin) {
+    drawing_->add_block(begin);
+    if (!begins_.empty())
+        begins_.emplace(records().owner_handle(begin), begin);
+}
+
+AcDbImpObject* AcDbImpDatabase::opened(dxf::record_id record) const {
+    const auto at = open_.find(record);
+    return at != open_.end() ? &at->second->imp() : nullptr;
 }
 
 std::size_t AcDbImpDatabase::close_all() {
-    const std::size_t left = open_.size();
+    const std::size_t left = open_.size() + references_->close_all();
     while (!open_.empty()) {
         AcDbObject& object = *open_.begin()->second;
         commit(object);
         destroy(object.imp().record);
     }
+    settle_dictionaries();
     return left;
 }
 
@@ -312,6 +414,8 @@ void AcDbImpDatabase::set_erased(dxf::record_id record, bool erased) {
     touched(record);
     if (erased && records().kind(record) == dxf::record_kind::object)
         leave_dictionary(record);
+    if (class_of(record) == AcDbBlockTableRecord::desc())
+        erase_contents(record, erased);
     if (records().kind(record) != dxf::record_kind::entity)
         return;
     for (dxf::record_id part = records().next(record);
@@ -320,26 +424,56 @@ void AcDbImpDatabase::set_erased(dxf::record_id record, bool erased) {
         records().set_gone(part, erased);
 }
 
-// Takes the entry of an erased object out of the dictionary that owns it. Reviving the object does not put it
-// back.
+// Erases what stands in a block with it, and brings back what was erased so.
+void AcDbImpDatabase::erase_contents(dxf::record_id block, bool erased) {
+    std::vector<dxf::record_id>& with_it = erased_with_[block];
+    if (!erased) {
+        for (const dxf::record_id id : std::exchange(with_it, {}))
+            records().set_gone(id, false);
+        return;
+    }
+    const auto [first, last] = begins_of(block);
+    for (auto begin = first; begin != last; ++begin)
+        for (dxf::record_id id = begin->second; id != dxf::no_record; id = records().next(id)) {
+            if (records().set_gone(id, true))
+                with_it.push_back(id);
+            if (records().kind(id) == dxf::record_kind::block_end)
+                break;
+        }
+}
+
+// An erased object leaves the dictionary that owns it; reviving it does not put it back. The dictionary's record
+// is written when there is time for all that left.
 void AcDbImpDatabase::leave_dictionary(dxf::record_id object) {
     const dxf::record_id owner = records().find(records().owner_handle(object));
-    if (owner == dxf::no_record || class_of(owner) != AcDbDictionary::desc())
-        return;
-    const auto opened = open_.find(owner);
-    const bool being_written = opened != open_.end() && opened->second->imp().writing;
-    dxf::group_list closed(records().text(owner));
-    dxf::group_list& groups = being_written ? opened->second->imp().edit() : closed;
-    for (std::size_t i = 0; i + 1 < groups.groups().size(); ++i) {
-        const dxf::group& handle = groups.groups()[i + 1];
-        if (groups.groups()[i].code != 3 || (handle.code != 350 && handle.code != 360) ||
-            dxf::parse_handle(handle.value) != records().handle(object))
+    if (owner != dxf::no_record && class_of(owner) == AcDbDictionary::desc())
+        left_[owner].insert(records().handle(object));
+}
+
+bool AcDbImpDatabase::has_left(dxf::record_id dictionary, dxf::record_id object) const {
+    const auto at = left_.find(dictionary);
+    return at != left_.end() && at->second.contains(records().handle(object));
+}
+
+void AcDbImpDatabase::settle_dictionaries() {
+    for (const auto& [dictionary, handles] : std::exchange(left_, {})) {
+        const auto opened = open_.find(dictionary);
+        if (opened != open_.end() && opened->second->imp().writing) {
+            drop_entries(opened->second->imp().edit(), handles);
             continue;
-        groups.splice(i, i + 2, {});
-        break;
+        }
+        dxf::group_list groups(records().text(dictionary));
+        drop_entries(groups, handles);
+        if (groups.changed())
+            records().replace(dictionary, groups.write(drawing_->style()));
+        if (opened != open_.end())
+            opened->second->imp().forget();
     }
-    if (!being_written && groups.changed())
-        records().replace(owner, groups.write(drawing_->style()));
+}
+
+void AcDbImpDatabase::begin_step(std::string name) {
+    settle_dictionaries();
+    records().begin_step(std::move(name));
 }
 
 // A record came, went or was renamed: what is known of names is asked anew.
@@ -351,6 +485,7 @@ void AcDbImpDatabase::touched(dxf::record_id record) {
     case dxf::record_kind::table:
         for (names& known : names_)
             known.known = false;
+        blocks_by_bytes_.clear();
         break;
     default:
         break;
@@ -359,10 +494,15 @@ void AcDbImpDatabase::touched(dxf::record_id record) {
 
 // ---- symbol tables
 
+bool AcDbImpDatabase::has_block_records() const {
+    return drawing_->table("BLOCK_RECORD") != dxf::no_record ||
+           (drawing_->version() >= db::release_13 && drawing_->parts().block_begins.empty());
+}
+
 dxf::record_id AcDbImpDatabase::table(db::table_kind kind) {
-    const dxf::record_id head = drawing_->table(row(kind).dxf_name);
-    if (head != dxf::no_record)
-        return head;
+    if (kind != db::table_kind::block || has_block_records())
+        if (const dxf::record_id head = drawing_->ensure_table(row(kind).dxf_name); head != dxf::no_record)
+            return head;
     dxf::record_id& implied = implied_tables_[static_cast<std::size_t>(kind)];
     if (implied == dxf::no_record)
         implied = records().append_implied("  0\nTABLE\n  2\n" + std::string(row(kind).dxf_name) + "\n",
@@ -409,9 +549,10 @@ dxf::record_id AcDbImpDatabase::find_entry(db::table_kind kind, std::wstring_vie
     names& known = names_[static_cast<std::size_t>(kind)];
     if (!known.known) {
         known.by_name.clear();
+        known.doubles = false;
         for (const dxf::record_id entry : entries(kind))
-            if (!records().gone(entry))
-                known.by_name.try_emplace(base::folded(name_of(entry)), entry);
+            if (!records().gone(entry) && !known.by_name.try_emplace(base::folded(name_of(entry)), entry).second)
+                known.doubles = true;
         known.known = true;
     }
     const auto at = known.by_name.find(base::folded(name));
@@ -426,8 +567,26 @@ bool AcDbImpDatabase::name_is_taken(dxf::record_id entry) {
 }
 
 dxf::record_id AcDbImpDatabase::place_for_entry(db::table_kind kind) {
+    table(kind);
     const dxf::record_id head = drawing_->table(row(kind).dxf_name);
     return head == dxf::no_record ? dxf::no_record : drawing_->last_in(head);
+}
+
+dxf::record_id AcDbImpDatabase::add_implied_entry(db::table_kind kind, const AcDbImpObject& entry) {
+    const dxf::record_id previous = place_for_entry(kind);
+    if (previous == dxf::no_record)
+        return dxf::no_record;
+    const dxf::record_id added = records().insert_implied(
+        previous, db::entry_text(*this, kind, entry), dxf::record_kind::entry, records().handle(table(kind)));
+    names& known = names_[static_cast<std::size_t>(kind)];
+    if (known.known)
+        known.by_name.try_emplace(base::folded(name_of(added)), added);
+    return added;
+}
+
+bool AcDbImpDatabase::is_referenced(dxf::record_id record) const {
+    return host_ != nullptr ||
+           (records().implied(record) && records().type(record) == dxf::type_block_record);
 }
 
 // ---- layers of entities
@@ -446,12 +605,36 @@ std::string AcDbImpDatabase::layer_bytes(std::wstring_view name) {
 
 std::vector<bool> AcDbImpDatabase::layer_numbers(std::wstring_view name) const {
     const dxf::name_set& known = records().layer_names();
-    std::vector<bool> numbers(known.size());
-    for (std::uint32_t i = 0; i < known.size(); ++i) {
-        const std::string_view bytes = dxf::trimmed(known[i]);
-        numbers[i] = base::equal_no_case(bytes.empty() ? L"0" : drawing_->codec().decode(bytes), name);
+    for (; layer_names_read_ < known.size(); ++layer_names_read_) {
+        const std::string_view bytes = dxf::trimmed(known[layer_names_read_]);
+        layer_numbers_[base::folded(bytes.empty() ? L"0" : drawing_->codec().decode(bytes))].push_back(
+            layer_names_read_);
     }
+    std::vector<bool> numbers(known.size());
+    if (const auto at = layer_numbers_.find(base::folded(name)); at != layer_numbers_.end())
+        for (const std::uint32_t number : at->second)
+            numbers[number] = true;
     return numbers;
+}
+
+const std::vector<dxf::record_id>& AcDbImpDatabase::layer_name_holders() {
+    const auto look = [&](dxf::record_id id) {
+        if (id >= holds_layer_name_.size())
+            holds_layer_name_.resize(records().size());
+        if (!holds_layer_name_[id] && records().text(id).find("1003") != std::string_view::npos) {
+            holds_layer_name_[id] = true;
+            layer_name_holders_.push_back(id);
+        }
+    };
+    const auto& journal = records().journal();
+    if (holds_layer_name_.empty()) {
+        for (dxf::record_id id = 0; id < records().size(); ++id)
+            look(id);
+        journal_read_ = journal.size();
+    }
+    for (; journal_read_ < journal.size(); ++journal_read_)
+        look(journal[journal_read_]);
+    return layer_name_holders_;
 }
 
 bool AcDbImpDatabase::on_locked_layer(dxf::record_id entity) {
@@ -484,13 +667,27 @@ dxf::record_id AcDbImpDatabase::block(std::wstring_view name) {
     return find_entry(db::table_kind::block, name);
 }
 
+std::pair<AcDbImpDatabase::begins::const_iterator, AcDbImpDatabase::begins::const_iterator>
+AcDbImpDatabase::begins_of(dxf::record_id block) const {
+    if (begins_.empty())
+        for (const dxf::record_id begin : drawing_->parts().block_begins)
+            begins_.emplace(records().owner_handle(begin), begin);
+    return begins_.equal_range(records().handle(block));
+}
+
+dxf::record_id AcDbImpDatabase::begin_of_block(dxf::record_id block) const {
+    const auto [first, last] = begins_of(block);
+    for (auto begin = first; begin != last; ++begin)
+        if (!records().gone(begin->second))
+            return begin->second;
+    return dxf::no_record;
+}
+
 std::vector<dxf::record_id> AcDbImpDatabase::entities(dxf::record_id block) const {
     const dxf::record_table& all = records();
     std::vector<dxf::record_id> found;
     const std::uint64_t owner = all.handle(block);
-    if (begins_.empty())
-        for (const dxf::record_id begin : drawing_->parts().block_begins)
-            begins_.emplace(all.owner_handle(begin), begin);
+
     const auto take = [&](dxf::record_id from) {
         for (dxf::record_id id = all.next(from); id != dxf::no_record; id = all.next(id)) {
             const dxf::record_kind kind = all.kind(id);
@@ -501,7 +698,7 @@ std::vector<dxf::record_id> AcDbImpDatabase::entities(dxf::record_id block) cons
                 found.push_back(id);
         }
     };
-    const auto [first, last] = begins_.equal_range(owner);
+    const auto [first, last] = begins_of(block);
     for (auto begin = first; begin != last; ++begin)
         take(begin->second);
     if (is_space_name(name_of(block)) && drawing_->parts().entities != dxf::no_record)
@@ -522,10 +719,44 @@ std::vector<dxf::record_id> AcDbImpDatabase::drawn_of_block(dxf::record_id block
     return drawn;
 }
 
+db::text_styles& AcDbImpDatabase::text_styles() {
+    if (!text_styles_)
+        text_styles_ = std::make_unique<db::text_styles>(*this);
+    return *text_styles_;
+}
+
 const AcDbExtents& AcDbImpDatabase::extents_of_block(dxf::record_id block) {
+    if (const auto [database, there] = references_->place(block); database != this)
+        return database->extents_of_block(there);
     if (!block_extents_)
         block_extents_ = std::make_unique<gi::block_extents>(*this);
     return block_extents_->of(block);
+}
+
+dxf::record_id AcDbImpDatabase::block_by_bytes(std::string_view name) {
+    const auto [at, added] = blocks_by_bytes_.try_emplace(name, dxf::no_record);
+    if (added)
+        at->second = find_entry(db::table_kind::block, drawing_->codec().decode(name));
+    return at->second;
+}
+
+AcGePoint3d AcDbImpDatabase::base_of_block(dxf::record_id block) const {
+    if (const auto base = references_->base_point(block))
+        return *base;
+    const auto [first, last] = begins_of(block);
+    if (first == last)
+        return {};
+    const dxf::group_list groups(records().text(first->second));
+    constexpr dxf::group_place place{"AcDbBlockBegin"};
+    return {groups.real(place, 10).value_or(0.0), groups.real(place, 20).value_or(0.0),
+            groups.real(place, 30).value_or(0.0)};
+}
+
+std::vector<dxf::record_id> AcDbImpDatabase::entities_near(dxf::record_id space, const gi::flat_box& area) {
+    std::unique_ptr<gi::space_index>& index = space_indexes_[space];
+    if (!index)
+        index = std::make_unique<gi::space_index>(*this, space);
+    return index->near(area);
 }
 
 bool AcDbImpDatabase::is_space_name(std::wstring_view block) {
@@ -549,10 +780,7 @@ bool AcDbImpDatabase::in_space(dxf::record_id entity) const {
 }
 
 dxf::record_id AcDbImpDatabase::root_dictionary() const {
-    if (drawing_->parts().objects == dxf::no_record)
-        return dxf::no_record;
-    const dxf::record_id first = records().next(drawing_->parts().objects);
-    return first != dxf::no_record && records().type(first) == dxf::type_dictionary ? first : dxf::no_record;
+    return drawing_->ensure_root_dictionary();
 }
 
 // ---- undo

@@ -4,6 +4,7 @@
 #include "host/db/imp_database.h"
 
 void AcDbImpObject::begin_new(std::string text) {
+    ++revision_;
     own_ = std::move(text);
     own_.append(64, '\0');
     groups_ = dxf::group_list(std::string_view(own_).substr(0, own_.size() - 64));
@@ -26,6 +27,7 @@ const dxf::group_list& AcDbImpObject::groups() const {
 
 dxf::group_list& AcDbImpObject::edit() {
     groups();
+    ++revision_;
     return groups_;
 }
 

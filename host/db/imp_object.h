@@ -5,8 +5,10 @@
 #include "host/dxf/group_list.h"
 #include "host/dxf/record_table.h"
 
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 class AcDbImpDatabase;
 
@@ -32,6 +34,14 @@ public:
     dxf::record_id record = dxf::no_record;
     int readers = 0;
     bool writing = false;
+    bool touched = false; // since it was opened, by a member that wanted it open for write
+
+    // Of a new entity: the properties that it was given; the others are the drawing's defaults once it
+    // joins one.
+    enum : unsigned { given_layer = 1, given_color = 2, given_linetype = 4, given_scale = 8, given_weight = 16 };
+    unsigned given = 0;
+    // And what follows it when it does: vertices, attributes, and the end of their sequence.
+    std::vector<std::unique_ptr<AcDbObject>> parts;
 
     // What the object is, as it stands in the drawing.
     const dxf::group_list& groups() const;
@@ -39,10 +49,13 @@ public:
     dxf::group_list& edit();
     // Takes back what was changed since the last commit.
     void forget() {
+        ++revision_;
         groups_ = {};
         loaded_ = false;
     }
     bool changed() const { return loaded_ && groups_.changed(); }
+    // Another number after everything that may have changed the groups, for who keeps something made of them.
+    std::size_t revision() const { return revision_; }
 
     std::wstring decode(std::string_view bytes) const;
     std::string encode(std::wstring_view text) const;
@@ -52,6 +65,7 @@ private:
 
     mutable dxf::group_list groups_;
     mutable bool loaded_ = false;
+    std::size_t revision_ = 0;
     const char* fresh_ = nullptr;
     std::string own_; // text of a new object, with the padding that reading wants
 };

@@ -186,5 +186,5 @@ Acad::ErrorStatus AcDbLayerTableRecord::setDescription(const ACHAR* description)
 Acad::ErrorStatus AcDbLayerTableRecord::subErase(bool erasing) {
     const bool stays =
         imp().database->name_of(imp().record) == L"0" || imp().database->current_layer() == imp().record;
-    return erasing && stays ? Acad::eCannotBeErasedByCaller : Acad::eOk;
+    return erasing && stays ? Acad::eCannotBeErasedByCaller : AcDbSymbolTableRecord::subErase(erasing);
 }

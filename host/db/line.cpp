@@ -1,6 +1,7 @@
 #include "acgi.h"
 #include "dbents.h"
 #include "host/db/geometry_groups.h"
+#include "host/db/imp_curve.h"
 #include "host/db/properties.h"
 
 ACRX_DXF_DEFINE_MEMBERS(AcDbLine, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, LINE,
@@ -69,20 +70,18 @@ Acad::ErrorStatus AcDbLine::setNormal(const AcGeVector3d& normal) {
     return Acad::eOk;
 }
 
-Acad::ErrorStatus AcDbLine::getStartParam(double& param) const {
-    param = 0.0;
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbLine::getEndParam(double& param) const {
-    param = startPoint().distanceTo(endPoint());
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbLine::getPointAtParam(double param, AcGePoint3d& point) const {
+bool AcDbLine::subMakePieces(AcDbImpCurve& pieces) const {
     const AcGePoint3d start = startPoint();
-    point = start + (endPoint() - start).normal() * param;
-    return Acad::eOk;
+    const AcGePoint3d end = endPoint();
+    pieces.add_line(start, end, 0.0, start.distanceTo(end));
+    return true;
+}
+
+Acad::ErrorStatus AcDbLine::reverseCurve() {
+    assertWriteEnabled();
+    const AcGePoint3d start = startPoint();
+    setStartPoint(endPoint());
+    return setEndPoint(start);
 }
 
 Adesk::Boolean AcDbLine::subWorldDraw(AcGiWorldDraw* draw) {

@@ -2,6 +2,7 @@
 
 #include "acutmem.h"
 #include "base/utf.h"
+#include "host/db/custom_objects.h"
 #include "host/db/extended_data.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
@@ -10,6 +11,7 @@
 ACRX_NO_CONS_DEFINE_MEMBERS(AcDbObject, AcGiDrawable)
 
 AcDbObject::AcDbObject() : m_imp(std::make_unique<AcDbImpObject>()) {
+    m_imp->begin_as("0\nOBJECT\n");
 }
 AcDbObject::~AcDbObject() = default;
 
@@ -47,6 +49,8 @@ Acad::ErrorStatus AcDbObject::upgradeOpen() {
         return Acad::eNoDatabase;
     if (m_imp->writing)
         return Acad::eWasOpenForWrite;
+    if (m_imp->database->is_referenced(m_imp->record))
+        return Acad::eIsXRefObject;
     if (m_imp->readers > 1)
         return Acad::eHadMultipleReaders;
     if (dxf::stands_on_layer(m_imp->database->records().kind(m_imp->record)) &&
@@ -89,22 +93,10 @@ AcRxObject* AcDbObject::clone() const {
     auto* const copy = static_cast<AcDbObject*>(isA()->create());
     if (copy == nullptr)
         return nullptr;
-    const dxf::group_style style{"\n", false, false};
-    std::string text;
-    bool in_front = true; // of the first marker, where what belongs to the original alone stands
-    bool in_braces = false;
-    for (const dxf::group& group : m_imp->groups().groups()) {
-        in_front = in_front && group.code != 100 && group.code < 1000;
-        if (group.code == 102)
-            in_braces = group.value.find('{') != std::string_view::npos;
-        if (in_front &&
-            (group.code == 5 || group.code == 105 || group.code == 330 || group.code == 102 || in_braces))
-            continue;
-        const bool words = dxf::kind_of_code(group.code) == dxf::value_kind::text;
-        dxf::append_group(text, style, group.code,
-                          words ? base::narrow(m_imp->decode(group.value)) : std::string(group.value));
-    }
-    copy->imp().begin_new(std::move(text));
+    copy->imp().begin_new(db::text_for_copy(*m_imp));
+    copy->imp().given = m_imp->database != nullptr ? ~0u : m_imp->given;
+    if (!db::is_host_class(isA()))
+        db::copy_own_fields(*this, *copy);
     return copy;
 }
 
@@ -151,6 +143,7 @@ void AcDbObject::assertReadEnabled() const {
 void AcDbObject::assertWriteEnabled(bool /*autoUndo*/, bool /*recordModified*/) {
     if (!isWriteEnabled())
         throw db::open_violation("an object was changed that is not open for write");
+    m_imp->touched = true;
 }
 
 AcDbObjectId AcDbObject::extensionDictionary() const {

@@ -80,6 +80,7 @@ void copy_properties(const AcDbImpObject& from, AcDbImpObject& to) {
     if (from.database == to.database)
         for (const int code : handles)
             copy(code);
+    to.given = ~0u;
 }
 
 bool is_line_weight(int weight) {

@@ -10,6 +10,13 @@
 
 namespace db {
 
+// A handle as files write it.
+inline std::string handle_text(std::uint64_t handle) {
+    char digits[20];
+    std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(handle));
+    return digits;
+}
+
 class record_text {
 public:
     explicit record_text(AcDbImpDatabase& database) : database_(database) {}
@@ -17,12 +24,8 @@ public:
     void add(int code, std::string_view value) {
         dxf::append_group(text_, database_.drawing().style(), code, value);
     }
-    void add_handle(int code, std::uint64_t handle) {
-        char digits[20];
-        std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(handle));
-        add(code, digits);
-    }
-    // Type, a new handle where the drawing has handles, and from R13 on the owner.
+    void add_handle(int code, std::uint64_t handle) { add(code, handle_text(handle)); }
+    // Type, a new handle where the drawing has handles, and from R13 on the owner, unless that is 0.
     void head(std::string_view type, std::uint64_t owner) {
         add(0, type);
         constexpr int first_with_owners = 1012;
@@ -30,7 +33,7 @@ public:
         const auto handling = database_.drawing().header_value("$HANDLING");
         if (modern || (handling && *handling == "1"))
             add_handle(type == "DIMSTYLE" ? 105 : 5, database_.records().new_handle());
-        if (modern)
+        if (modern && owner != 0)
             add_handle(330, owner);
     }
     // A group of a new object, its text in the encoding of the file.
@@ -41,6 +44,7 @@ public:
             add(group.code, group.value);
     }
     const std::string& text() const { return text_; }
+    int version() const { return database_.drawing().version(); }
 
 private:
     AcDbImpDatabase& database_;

@@ -1,7 +1,9 @@
 #include "host/db/symbol_entry.h"
 
 #include "adscodes.h"
+#include "base/case_fold.h"
 #include "host/db/imp_object.h"
+#include "host/db/new_block.h"
 #include "host/db/properties.h"
 #include "host/db/record_text.h"
 #include "host/dxf/record_header.h"
@@ -77,6 +79,7 @@ const std::vector<entry_row>& rows() {
 
 constexpr int first_with_markers = 1012; // R13
 constexpr int first_with_weights = 1015; // 2000
+constexpr int first_with_true_colors = 1018;
 
 } // namespace
 
@@ -96,11 +99,41 @@ std::string new_entry_text(std::string_view class_name) {
     return text;
 }
 
+std::string entry_text(AcDbImpDatabase& database, table_kind kind, const AcDbImpObject& entry) {
+    const int version = database.drawing().version();
+    const dxf::record_id table = database.table(kind);
+    record_text text(database);
+    text.head(entry.groups().groups().front().value, database.records().handle(table));
+    for (const dxf::group& group : entry.groups().groups()) {
+        const bool weight = group.code == 370 || group.code == 290 || group.code == 390;
+        const bool true_color = group.code == 420 && kind == table_kind::layer;
+        if (group.code == 0 || (group.code == 100 && version < first_with_markers) ||
+            (weight && version < first_with_weights) || (true_color && version < first_with_true_colors))
+            continue;
+        text.transcoded(entry, group);
+    }
+    if (kind == table_kind::layer && version >= first_with_weights) {
+        // Plot style and material are those of layer 0: the format wants them named.
+        const dxf::record_id zero = database.find_entry(table_kind::layer, L"0");
+        if (zero != dxf::no_record) {
+            const dxf::group_list model(database.records().text(zero));
+            for (const int code : {390, 347, 348})
+                if (const auto handle = model.text(layer_place, code))
+                    text.add(code, *handle);
+        }
+    }
+    return text.text();
+}
+
 Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymbolTableRecord& entry,
                             AcDbObjectId& id) {
     AcDbImpObject& imp = entry.imp();
     if (imp.groups().empty())
         return Acad::eNotImplementedYet;
+    if (kind == table_kind::block) {
+        auto* const block = AcDbBlockTableRecord::cast(&entry);
+        return block != nullptr ? add_block(database, *block, id) : Acad::eNotThatKindOfClass;
+    }
     AcString name;
     entry.getName(name);
     if (acdbSNValid(name.kwszPtr(), 1) != RTNORM)
@@ -114,31 +147,29 @@ Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymb
     if (dxf::value_of(database.records().text(table), 2) != imp.groups().groups().front().value)
         return Acad::eNotThatKindOfClass;
 
-    const int version = database.drawing().version();
-    record_text text(database);
-    text.head(imp.groups().groups().front().value, database.records().handle(table));
-    for (const dxf::group& group : imp.groups().groups()) {
-        const bool weight = group.code == 370 || group.code == 290 || group.code == 390;
-        if (group.code == 0 || (group.code == 100 && version < first_with_markers) ||
-            (weight && version < first_with_weights))
-            continue;
-        text.transcoded(imp, group);
+    if (kind == table_kind::layer && !base::equal_no_case(name.kwszPtr(), L"0") &&
+        database.find_entry(kind, L"0") == dxf::no_record && database.entries(kind).empty()) {
+        auto zero = std::make_unique<AcDbLayerTableRecord>(); // every drawing has it
+        AcDbObjectId zero_id;
+        zero->setName(L"0");
+        if (const auto status = add_entry(database, kind, *zero, zero_id); status != Acad::eOk)
+            return status;
+        zero.release()->close(); // the database's now
+        return add_entry(database, kind, entry, id);
     }
-    if (kind == table_kind::layer && version >= first_with_weights) {
-        // Plot style and material are those of layer 0: the format wants them named.
-        const dxf::record_id zero = database.find_entry(table_kind::layer, L"0");
-        if (zero != dxf::no_record) {
-            const dxf::group_list model(database.records().text(zero));
-            for (const int code : {390, 347, 348})
-                if (const auto handle = model.text(layer_place, code))
-                    text.add(code, *handle);
-        }
-    }
+    register_applications(database, imp);
     const dxf::record_id record = database.records().insert_after(
-        previous, text.text(), dxf::record_kind::entry, database.records().handle(table));
+        previous, entry_text(database, kind, imp), dxf::record_kind::entry, database.records().handle(table));
     database.adopt(entry, record);
     id = database.id(record);
     return Acad::eOk;
+}
+
+void register_applications(AcDbImpDatabase& database, const AcDbImpObject& object) {
+    constexpr int application_code = 1001;
+    for (const dxf::group& group : object.groups().groups())
+        if (group.code == application_code)
+            register_application(database, object.decode(dxf::trimmed(group.value)).c_str());
 }
 
 bool register_application(AcDbImpDatabase& database, const ACHAR* name) {

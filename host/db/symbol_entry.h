@@ -12,6 +12,10 @@ namespace db {
 // The groups of a new record of a class, with every value that the format wants and an empty name.
 std::string new_entry_text(std::string_view class_name);
 
+// The record of a new entry as the drawing's file would hold it, with a handle of its own: in the groups that
+// the drawing's version knows, in its encoding. The drawing must have the table.
+std::string entry_text(AcDbImpDatabase& database, table_kind kind, const AcDbImpObject& entry);
+
 // Gives a new record its place in the drawing: behind the last one of its table, with handle and owner, in
 // the groups that the drawing's version knows.
 Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymbolTableRecord& entry,
@@ -20,5 +24,7 @@ Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymb
 // Makes sure that an application may have extended data in a drawing. False when the drawing can not hold
 // any.
 bool register_application(AcDbImpDatabase& database, const ACHAR* name);
+// The same for all whose extended data a new object brings.
+void register_applications(AcDbImpDatabase& database, const AcDbImpObject& object);
 
 } // namespace db

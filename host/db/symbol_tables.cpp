@@ -5,8 +5,10 @@
 #include "dbsymtb.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
+#include "host/db/name_references.h"
 #include "host/db/properties.h"
 #include "host/db/symbol_entry.h"
+#include "host/db/xrefs.h"
 #include "host/dxf/record_header.h"
 
 #include <string>
@@ -48,13 +50,10 @@ Acad::ErrorStatus AcDbSymbolTableRecord::setName(const ACHAR* name) {
     if (acdbSNValid(name, isDependent() ? 1 : 0) != RTNORM)
         return Acad::eInvalidInput;
     if (imp().database != nullptr) {
-        // What refers to a layer by name follows; for other tables that is not done yet.
-        if (isA() != AcDbLayerTableRecord::desc())
-            return Acad::eNotImplementedYet;
-        if (isDependent() || imp().database->name_of(imp().record) == L"0")
+        db::table_kind kind{};
+        if (!imp().database->is_table_entry(imp().record, kind) || isDependent() || *name == L'*' ||
+            db::is_fixed_name(kind, imp().database->name_of(imp().record)))
             return Acad::eInvalidInput;
-        const db::table_kind kind = imp().database->kind_of_table(
-            imp().database->records().find(imp().database->records().owner_handle(imp().record)));
         const dxf::record_id other = imp().database->find_entry(kind, name);
         if (other != dxf::no_record && other != imp().record)
             return Acad::eDuplicateRecordName;
@@ -64,13 +63,27 @@ Acad::ErrorStatus AcDbSymbolTableRecord::setName(const ACHAR* name) {
 }
 
 bool AcDbSymbolTableRecord::isDependent() const {
+    if (isA() == AcDbBlockTableRecord::desc()) { // whose group 70 are its units
+        AcString name;
+        getName(name);
+        return std::wstring_view(name.kwszPtr()).find(L'|') != std::wstring_view::npos;
+    }
     constexpr std::int64_t dependent = 16;
     return (imp().groups().integer(db::name_place, 70).value_or(0) & dependent) != 0;
 }
 
 bool AcDbSymbolTableRecord::isResolved() const {
-    constexpr std::int64_t resolved = 32;
-    return isDependent() && (imp().groups().integer(db::name_place, 70).value_or(0) & resolved) != 0;
+    if (!isDependent())
+        return false;
+    if (imp().database != nullptr)
+        if (const auto resolved = imp().database->references().resolved(imp().record))
+            return *resolved;
+    constexpr std::int64_t resolved_bit = 32;
+    return (imp().groups().integer(db::name_place, 70).value_or(0) & resolved_bit) != 0;
+}
+
+Acad::ErrorStatus AcDbSymbolTableRecord::subErase(bool erasing) {
+    return erasing && isDependent() ? Acad::eCannotBeErasedByCaller : Acad::eOk;
 }
 
 // ---- tables
@@ -252,7 +265,6 @@ DEFINE_TABLE(AcDbUCSTable)
     }                                                                                                        \
     RECORD::~RECORD() = default;
 
-DEFINE_RECORD(AcDbTextStyleTableRecord)
 DEFINE_RECORD(AcDbRegAppTableRecord)
 DEFINE_RECORD(AcDbDimStyleTableRecord)
 DEFINE_RECORD(AcDbViewTableRecord)

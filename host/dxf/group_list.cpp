@@ -33,6 +33,15 @@ std::string as_wide_as(std::string value, std::string_view before, int code) {
 
 } // namespace
 
+std::optional<double> leading_real(std::string_view text) {
+    const std::size_t comma = text.find(',');
+    if (comma == text.npos || text.substr(0, comma).find('.') != text.npos)
+        return leading_number<double>(text);
+    std::string with_point(text);
+    with_point[comma] = '.';
+    return leading_number<double>(with_point);
+}
+
 value_kind kind_of_code(int code) {
     struct range {
         int first, last;
@@ -157,7 +166,7 @@ std::optional<std::int64_t> group_list::integer(const group_place& place, int co
 
 std::optional<double> group_list::real(const group_place& place, int code) const {
     const std::size_t at = find(place, code);
-    return at == npos ? std::nullopt : leading_number<double>(groups_[at].value);
+    return at == npos ? std::nullopt : leading_real(groups_[at].value);
 }
 
 std::uint64_t group_list::handle(const group_place& place, int code) const {
@@ -222,6 +231,16 @@ void group_list::set_integer(const group_place& place, int code, std::int64_t va
 void group_list::set_real(const group_place& place, int code, double value) {
     if (real(place, code) != value)
         set_text(place, code, base::real_text(value));
+}
+
+void group_list::set_integer_at(std::size_t at, std::int64_t value) {
+    if (leading_number<std::int64_t>(groups_[at].value) != value)
+        put_value(at, std::to_string(value));
+}
+
+void group_list::set_real_at(std::size_t at, double value) {
+    if (leading_real(groups_[at].value) != value)
+        put_value(at, base::real_text(value));
 }
 
 void group_list::remove(const group_place& place, int code) {

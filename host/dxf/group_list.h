@@ -55,6 +55,9 @@ public:
     bool empty() const { return groups_.empty(); }
     bool changed() const { return changed_; }
 
+    // The groups among which a place's are looked for, from the first to behind the last: for classes that
+    // have a code more than once.
+    std::pair<std::size_t, std::size_t> extent(const group_place& place) const;
     // The first group of a code at a place; npos when there is none.
     std::size_t find(const group_place& place, int code) const;
 
@@ -70,6 +73,9 @@ public:
     void set_text(const group_place& place, int code, std::string_view value);
     void set_integer(const group_place& place, int code, std::int64_t value);
     void set_real(const group_place& place, int code, double value);
+    // The same for the group that stands at an index.
+    void set_integer_at(std::size_t at, std::int64_t value);
+    void set_real_at(std::size_t at, double value);
     // Takes away the first group of a code, if there is one.
     void remove(const group_place& place, int code);
 
@@ -84,7 +90,6 @@ public:
     std::string write(const group_style& style) const;
 
 private:
-    std::pair<std::size_t, std::size_t> extent(const group_place& place) const;
     std::size_t insertion_point(const group_place& place, int code) const;
     void put_new(std::size_t at, int code, std::string value);
     void put_value(std::size_t at, std::string_view value);
@@ -98,6 +103,10 @@ private:
 // The kinds of value that group codes have, by the ranges of the DXF reference.
 enum class value_kind { text, real, small_integer, integer, wide_integer, flag, handle, binary };
 ACDB_PORT value_kind kind_of_code(int code);
+
+// The real that a text begins with, blanks in front allowed, a comma read as the point that it stands for
+// ("1,5"); nothing when it begins with none.
+ACDB_PORT std::optional<double> leading_real(std::string_view text);
 
 // One group in the manner of a file.
 ACDB_PORT void append_group(std::string& out, const group_style& style, int code, std::string_view value);

@@ -75,6 +75,19 @@ public:
 #endif
     }
 
+    // The same of zero bytes.
+    bool zero_bytes() const {
+#if defined(__SSE2__)
+        if (_mm_movemask_epi8(_mm_cmpeq_epi8(least_, _mm_setzero_si128())) != 0)
+            return true;
+#else
+        if (zero_seen_)
+            return true;
+#endif
+        return block_ < end_ && end_ - block_ <= 64 &&
+               std::memchr(block_, 0, static_cast<std::size_t>(end_ - block_)) != nullptr;
+    }
+
 private:
 #if defined(__SSE2__)
     void load() {
@@ -86,21 +99,27 @@ private:
             mask |= static_cast<std::uint64_t>(found) << (i * 16);
             if (block_ + i * 16 < end_)
                 seen_ = _mm_or_si128(seen_, bytes);
+            if (block_ + i * 16 + 16 <= end_)
+                least_ = _mm_min_epu8(least_, bytes);
         }
         mask_ = mask;
     }
     __m128i seen_ = _mm_setzero_si128();
+    __m128i least_ = _mm_set1_epi8(1); // zero where a zero byte was met
 #else
     void load() {
         std::uint64_t mask = 0;
         for (unsigned i = 0; i < 64; ++i) {
             mask |= static_cast<std::uint64_t>(block_[i] == '\n') << i;
-            if (block_ + i < end_)
+            if (block_ + i < end_) {
                 seen_ |= static_cast<std::uint64_t>(static_cast<unsigned char>(block_[i]));
+                zero_seen_ |= block_[i] == 0;
+            }
         }
         mask_ = mask;
     }
     std::uint64_t seen_ = 0;
+    bool zero_seen_ = false;
 #endif
     const char* block_;
     const char* end_;
@@ -135,6 +154,7 @@ public:
             read_code();
             if (code_ != no_code)
                 break;
+            ++stray_lines_;
             feed = code_end_;
             at_ = after(feed);
         }
@@ -149,7 +169,10 @@ public:
     // Where reading stands: the first byte that no group given so far holds.
     const char* position() const { return at_; }
 
+    // How many lines were met so far that are neither a code nor its value.
+    std::size_t stray_lines() const { return stray_lines_; }
     bool high_bytes() const { return lines_.high_bytes(); }
+    bool zero_bytes() const { return lines_.zero_bytes(); }
 
 private:
     const char* after(const char* feed) const { return feed == end_ ? end_ : feed + 1; }
@@ -164,6 +187,7 @@ private:
     const char* code_end_ = nullptr; // its line feed
     const char* end_;
     int code_ = no_code;
+    std::size_t stray_lines_ = 0;
 };
 
 } // namespace dxf

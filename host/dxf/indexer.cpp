@@ -1,12 +1,13 @@
 #include "host/dxf/indexer.h"
 
-#include "base/utf.h"
-#include "host/dxf/record_header.h"
+#include "base/number_text.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 namespace dxf {
 
@@ -16,20 +17,11 @@ namespace {
 // and not used costs address space only.
 constexpr std::size_t bytes_per_record = 120;
 
+// Types that are known by number and are no entities stand before this one.
+constexpr std::uint32_t known_types_of_entities = type_vertex;
+
 // The columns hold lengths in 32 bits. No object of a drawing comes near it.
 constexpr std::ptrdiff_t longest_record = 0x7FFFFFFF;
-
-enum class region { outside, header, classes, tables, blocks, entities, objects, unknown };
-
-region region_by_name(std::string_view name) {
-    constexpr std::pair<std::string_view, region> names[] = {
-        {"HEADER", region::header}, {"CLASSES", region::classes},   {"TABLES", region::tables},
-        {"BLOCKS", region::blocks}, {"ENTITIES", region::entities}, {"OBJECTS", region::objects}};
-    for (const auto& [known, where] : names)
-        if (name == known)
-            return where;
-    return region::unknown;
-}
 
 // Whether a block's name is that of a space: "*Model_Space" or, in drawings of R12, "$MODEL_SPACE".
 bool is_space(std::string_view block, std::string_view space) {
@@ -41,82 +33,163 @@ bool is_space(std::string_view block, std::string_view space) {
     });
 }
 
-class indexing {
-public:
-    indexing(std::string_view bytes, record_table& records) : bytes_(bytes), records_(records) {}
-
-    base::result<drawing_parts> run();
-
-private:
-    record_id begin_record(const raw_group& group);
-    record_kind kind_of(std::uint32_t type);
-    void finish_header(record_id id, const record_header& header);
-    void settle_handles();
-    void settle_owners();
-    record_id space_block(std::string_view name);
-
-    std::string_view bytes_;
-    record_table& records_;
-    drawing_parts parts_;
-    region region_ = region::outside;
-    record_id table_ = no_record;  // the TABLE that is open
-    record_id block_ = no_record;  // the BLOCK that is open
-    record_id entity_ = no_record; // the entity that a VERTEX, ATTRIB or SEQEND would belong to
-    bool any_section_ = false;
-    std::vector<record_id> paper_; // entities with group 67 set
-};
-
-base::failure refusal(std::string_view bytes, const char* at, std::wstring why) {
-    return {L"line " + std::to_wstring(line_number(bytes, at)) + L": " + std::move(why)};
+// A type that is a number is none: the code of the group was lost.
+bool is_number(std::string_view type) {
+    const char first = type.empty() ? '\0' : type.front();
+    return ((first >= '0' && first <= '9') || first == '-' || first == '+' || first == '.') &&
+           base::parse_real(type);
 }
 
-base::result<drawing_parts> indexing::run() {
-    records_.reserve(bytes_.size() / bytes_per_record + 64);
-    group_reader groups(bytes_);
+bool is_part(std::uint32_t type) {
+    return type == type_vertex || type == type_attrib || type == type_seqend;
+}
+
+} // namespace
+
+indexer::region indexer::region_by_name(std::string_view name) {
+    constexpr std::pair<std::string_view, region> names[] = {
+        {"HEADER", region::header}, {"CLASSES", region::classes},   {"TABLES", region::tables},
+        {"BLOCKS", region::blocks}, {"ENTITIES", region::entities}, {"OBJECTS", region::objects}};
+    for (const auto& [known, where] : names)
+        if (name == known)
+            return where;
+    return region::unknown;
+}
+
+std::optional<refusal> indexer::run() {
+    records_.reserve(text_.size() / bytes_per_record + 64);
+    group_reader groups(text_);
     raw_group group;
 
     // What stands before the first record: comments, or nothing.
-    record_id current = records_.append(bytes_.substr(0, 0), record_kind::structure, type_none);
+    record_id current = records_.append(text_.substr(0, 0), record_kind::structure, type_none);
     header_taker taker({});
     bool in_header = false;
     bool ended = false;
+    bool mixed_up = false; // a group of the current record begins with 0 and is no record
+    std::size_t stray_lines = 0;
+    const auto finish = [&](const char* end) {
+        if (end - records_.text(current).data() > longest_record)
+            return false;
+        records_.extend(current, end);
+        finish_header(current, taker);
+        if (mixed_up)
+            damage_.lines.push_back(current);
+        return true;
+    };
     while (!ended && groups.next(group)) {
         if (group.code != 0) {
             if (in_header && !taker.take(group))
                 in_header = false;
             continue;
         }
-        if (group.begin - records_.text(current).data() > longest_record)
-            return refusal(bytes_, records_.text(current).data(), L"the object that begins here has no end");
-        records_.extend(current, group.begin);
-        finish_header(current, taker.header);
+        // The last lines that were met may stand behind this group: they are none of its value.
+        const bool met_lines = std::exchange(stray_lines, groups.stray_lines()) != groups.stray_lines();
+        if (met_lines)
+            group.value = group.value.substr(0, group.value.find('\n'));
+        mixed_up = mixed_up || met_lines;
+        if (is_number(trimmed(group.value))) {
+            mixed_up = true;
+            continue;
+        }
+        if (!finish(group.begin))
+            return refusal{records_.text(current).data(), L"the object that begins here has no end"};
+        mixed_up = met_lines;
         current = begin_record(group);
         taker = header_taker(records_.type_name(current));
         in_header = true;
         ended = records_.type(current) == type_eof;
     }
-    finish_header(current, taker.header);
-    if (bytes_.data() + bytes_.size() - records_.text(current).data() > longest_record)
-        return refusal(bytes_, records_.text(current).data(), L"what stands behind this line is no drawing");
-    records_.extend(current, bytes_.data() + bytes_.size());
+    const char* const end = text_.data() + text_.size();
+    // What stands behind the end is none of the drawing.
+    mixed_up = !ended && (mixed_up || stray_lines != groups.stray_lines());
+    if (!finish(end))
+        return refusal{records_.text(current).data(), L"what stands behind this line is no drawing"};
     parts_.high_bytes = groups.high_bytes();
+    if (groups.zero_bytes()) {
+        const char* const last = ended ? group.value.data() + group.value.size() : end;
+        damage_.zero_bytes =
+            std::memchr(text_.data(), 0, static_cast<std::size_t>(last - text_.data())) != nullptr;
+    }
 
     if (!any_section_) {
-        if (bytes_.empty())
-            return base::failure{L"the file is empty"};
-        return refusal(bytes_, groups.position(), L"no section of a drawing begins before here");
+        if (text_.empty())
+            return refusal{text_.data(), L"the file is empty"};
+        return refusal{groups.position(), L"no section of a drawing begins before here"};
     }
-    settle_handles();
-    settle_owners();
-    return parts_;
+    if (!ended) {
+        if (parts_.blocks == no_record && parts_.entities == no_record)
+            return refusal{end, L"the file ends here, before the first of its blocks and entities"};
+        end_of_text(current, group, groups);
+    }
+    return std::nullopt;
+}
+
+// The text ended without an EOF.
+void indexer::end_of_text(record_id last, const raw_group& last_group, const group_reader& groups) {
+    const char* const end = text_.data() + text_.size();
+    const std::string_view rest(groups.position(), static_cast<std::size_t>(end - groups.position()));
+    const std::string_view last_line = text_.substr(text_.rfind('\n') + 1);
+    if (!is_blank(rest))
+        damage_.cut_group = groups.position();
+    else if (!is_blank(last_line))
+        damage_.cut_group = last_group.begin;
+    else if (!last_line.empty())
+        damage_.open_line = last;
+    end_what_is_open(type_eof, end);
+    make_end(type_eof, record_kind::structure, no_record, end);
+    parts_.end_of_file = records_.size() - 1;
+}
+
+// A record of a type begins at a place: what should have ended before it is ended.
+void indexer::end_what_is_open(std::uint32_t type, const char* at) {
+    if (in_parts_ && !is_part(type))
+        make_end(type_seqend, record_kind::part, entity_, at);
+    const bool ends_section = type == type_endsec || type == type_section || type == type_eof;
+    if (block_ != no_record && (ends_section || type == type_block))
+        make_end(type_endblk, record_kind::block_end, block_, at);
+    if (table_ != no_record && (ends_section || type == type_table))
+        make_end(type_endtab, record_kind::structure, table_, at);
+    if (section_ != no_record && ends_section && type != type_endsec)
+        make_end(type_endsec, record_kind::structure, section_, at);
+}
+
+void indexer::make_end(std::uint32_t type, record_kind kind, record_id of, const char* at) {
+    const record_id id = records_.append_own({}, kind, type);
+    damage_.ends.push_back({id, of, at});
+    if (kind == record_kind::part && section_ == no_record)
+        damage_.outside.push_back(id);
+    switch (type) {
+    case type_seqend:
+        in_parts_ = false;
+        break;
+    case type_endblk:
+        block_ = no_record;
+        break;
+    case type_endtab:
+        table_ = no_record;
+        break;
+    default:
+        section_ = no_record;
+        region_ = region::outside;
+        break;
+    }
 }
 
 // A group 0: what kind of record it begins follows from where it stands.
-record_id indexing::begin_record(const raw_group& group) {
+record_id indexer::begin_record(const raw_group& group) {
     const std::uint32_t type = records_.put_type(trimmed(group.value));
+    if (in_parts_ || type <= type_block) // nothing else ends anything
+        end_what_is_open(type, group.begin);
     const record_id id = records_.append({group.begin, static_cast<std::size_t>(group.end - group.begin)},
                                          kind_of(type), type);
     switch (records_.kind(id)) {
+    case record_kind::structure:
+        if (type == type_section)
+            section_ = id;
+        else if (type == type_endsec && std::exchange(section_, no_record) == no_record)
+            damage_.needless_ends.push_back(id);
+        break;
     case record_kind::table:
         table_ = id;
         parts_.table_heads.push_back(id);
@@ -126,8 +199,14 @@ record_id indexing::begin_record(const raw_group& group) {
         parts_.block_begins.push_back(id);
         entity_ = no_record;
         break;
+    case record_kind::block_end:
+        block_ = no_record;
+        break;
     case record_kind::entity:
         entity_ = id;
+        break;
+    case record_kind::part:
+        in_parts_ = type != type_seqend;
         break;
     default:
         break;
@@ -135,7 +214,7 @@ record_id indexing::begin_record(const raw_group& group) {
     return id;
 }
 
-record_kind indexing::kind_of(std::uint32_t type) {
+record_kind indexer::kind_of(std::uint32_t type) {
     switch (type) {
     case type_section:
         region_ = region::outside; // its name follows
@@ -143,6 +222,7 @@ record_kind indexing::kind_of(std::uint32_t type) {
         return record_kind::structure;
     case type_endsec:
         region_ = region::outside;
+        table_ = block_ = entity_ = no_record;
         return record_kind::structure;
     case type_eof:
         return record_kind::structure;
@@ -153,17 +233,18 @@ record_kind indexing::kind_of(std::uint32_t type) {
     case region::tables:
         if (type == type_table)
             return record_kind::table;
-        return type == type_endtab || table_ == no_record ? record_kind::structure : record_kind::entry;
+        if (type != type_endtab)
+            return table_ == no_record ? record_kind::structure : record_kind::entry;
+        table_ = no_record;
+        return record_kind::structure;
     case region::blocks:
         if (type == type_block)
             return record_kind::block;
         if (type == type_endblk)
             return record_kind::block_end;
         [[fallthrough]];
-    case region::entities: {
-        const bool part = type == type_vertex || type == type_attrib || type == type_seqend;
-        return part && entity_ != no_record ? record_kind::part : record_kind::entity;
-    }
+    case region::entities:
+        return is_part(type) && entity_ != no_record ? record_kind::part : record_kind::entity;
     case region::objects:
         return record_kind::object;
     default:
@@ -171,7 +252,15 @@ record_kind indexing::kind_of(std::uint32_t type) {
     }
 }
 
-void indexing::finish_header(record_id id, const record_header& header) {
+void indexer::begin_section(record_id& part, record_id id) {
+    if (part == no_record)
+        part = id;
+    else
+        damage_.repeated.push_back(id);
+}
+
+void indexer::finish_header(record_id id, const header_taker& taker) {
+    const record_header& header = taker.header;
     const std::uint32_t type = records_.type(id);
     if (type == type_section) {
         any_section_ = true;
@@ -181,17 +270,20 @@ void indexing::finish_header(record_id id, const record_header& header) {
             records_.set_kind(id, record_kind::header);
             parts_.header = parts_.header == no_record ? id : parts_.header;
             break;
+        case region::classes:
+            parts_.classes = parts_.classes == no_record ? id : parts_.classes;
+            break;
         case region::tables:
             parts_.tables = parts_.tables == no_record ? id : parts_.tables;
             break;
         case region::blocks:
-            parts_.blocks = parts_.blocks == no_record ? id : parts_.blocks;
+            begin_section(parts_.blocks, id);
             break;
         case region::entities:
-            parts_.entities = parts_.entities == no_record ? id : parts_.entities;
+            begin_section(parts_.entities, id);
             break;
         case region::objects:
-            parts_.objects = parts_.objects == no_record ? id : parts_.objects;
+            begin_section(parts_.objects, id);
             break;
         default:
             break;
@@ -200,11 +292,21 @@ void indexing::finish_header(record_id id, const record_header& header) {
     }
     if (type == type_eof)
         parts_.end_of_file = id;
+    // What stands between two sections and has a layer is an entity that lost its place.
+    if (section_ == no_record && type >= known_types_of_entities && !header.layer.empty()) {
+        const bool part = is_part(type) && entity_ != no_record;
+        records_.set_kind(id, part ? record_kind::part : record_kind::entity);
+        entity_ = part ? entity_ : id;
+        in_parts_ = part && type != type_seqend;
+        damage_.outside.push_back(id);
+    }
     const record_kind kind = records_.kind(id);
     if (kind == record_kind::structure)
         return;
     if (header.handle != 0)
         records_.set_handle(id, header.handle);
+    else if (taker.has_handle())
+        damage_.empty_handles.push_back(id);
     if (stands_on_layer(kind))
         records_.set_layer(id, records_.put_layer(header.layer));
     if (kind == record_kind::entity && header.paper)
@@ -214,16 +316,17 @@ void indexing::finish_header(record_id id, const record_header& header) {
         records_.set_owner(id, records_.put_owner(header.owner));
 }
 
-void indexing::settle_handles() {
+void indexer::settle() {
     for (record_id id = 0; id < records_.size(); ++id)
         if (records_.kind(id) != record_kind::structure && records_.kind(id) != record_kind::header &&
             records_.handle(id) == 0)
             records_.set_handle(id, records_.new_handle());
+    settle_owners();
 }
 
 // The block of model or paper space: its record, before R13 its BLOCK; when the file has neither, one that
 // stands for it.
-record_id indexing::space_block(std::string_view name) {
+record_id indexer::space_block(std::string_view name) {
     record_id found = no_record;
     for (record_id id = 0; id < records_.size() && found == no_record; ++id)
         if (records_.type(id) == type_block_record && is_space(value_of(records_.text(id), 2), name))
@@ -236,7 +339,7 @@ record_id indexing::space_block(std::string_view name) {
     return records_.append_implied("  0\nBLOCK_RECORD\n  2\n*" + std::string(name) + "\n", type_block_record);
 }
 
-void indexing::settle_owners() {
+void indexer::settle_owners() {
     // Block records by the name of their block, for blocks whose group 330 does not tell.
     std::unordered_map<std::string_view, record_id> by_name;
     for (record_id id = 0; id < records_.size(); ++id)
@@ -300,14 +403,8 @@ void indexing::settle_owners() {
     }
 }
 
-} // namespace
-
-base::result<drawing_parts> index_records(std::string_view bytes, record_table& records) {
-    return indexing(bytes, records).run();
-}
-
-std::size_t line_number(std::string_view bytes, const char* at) {
-    return static_cast<std::size_t>(std::count(bytes.data(), at, '\n')) + 1;
+std::size_t line_number(std::string_view text, const char* at) {
+    return static_cast<std::size_t>(std::count(text.data(), at, '\n')) + 1;
 }
 
 } // namespace dxf

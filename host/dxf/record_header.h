@@ -96,6 +96,9 @@ public:
         return true;
     }
 
+    // Whether a group was taken for the handle, whatever stands in it.
+    bool has_handle() const { return (seen_ & handle_seen) != 0; }
+
     record_header header;
 
 private:

@@ -10,10 +10,11 @@ namespace dxf {
 namespace {
 
 constexpr std::string_view known_type_names[known_types] = {
-    "",       "SECTION",  "ENDSEC",       "TABLE",      "ENDTAB",  "EOF",    "CLASS",
-    "BLOCK",  "ENDBLK",   "BLOCK_RECORD", "LAYER",      "LTYPE",   "STYLE",  "VIEW",
-    "UCS",    "VPORT",    "APPID",        "DIMSTYLE",   "VERTEX",  "ATTRIB", "SEQEND",
-    "INSERT", "POLYLINE", "VIEWPORT",     "DICTIONARY", "XRECORD", "LAYOUT"};
+    "",           "SECTION",  "ENDSEC",       "TABLE",      "ENDTAB",  "EOF",    "CLASS",
+    "BLOCK",      "ENDBLK",   "BLOCK_RECORD", "LAYER",      "LTYPE",   "STYLE",  "VIEW",
+    "UCS",        "VPORT",    "APPID",        "DIMSTYLE",   "VERTEX",  "ATTRIB", "SEQEND",
+    "INSERT",     "POLYLINE", "VIEWPORT",     "DICTIONARY", "XRECORD", "LAYOUT", "LINE",
+    "LWPOLYLINE", "CIRCLE",   "ARC",          "POINT",      "TEXT"};
 
 // Handles are mostly dense: a plain table serves until it would be this many times larger than the records.
 constexpr std::uint64_t sparse = 8;
@@ -31,7 +32,7 @@ void record_table::reserve(std::size_t records) {
     texts_.reserve(records);
     lengths_.reserve(records);
     kinds_.reserve(records);
-    gone_.reserve(records);
+    marks_.reserve(records);
     types_.reserve(records);
     layers_.reserve(records);
     owners_.reserve(records);
@@ -54,7 +55,7 @@ record_id record_table::append(std::string_view text, record_kind kind, std::uin
     texts_.push_back(text.data());
     lengths_.push_back(static_cast<std::uint32_t>(text.size()));
     kinds_.push_back(kind);
-    gone_.push_back(0);
+    marks_.push_back(0);
     types_.push_back(type);
     layers_.push_back(0);
     owners_.push_back(0);
@@ -80,6 +81,8 @@ void record_table::rewrite(record_id id, std::string_view text) {
     const std::string_view kept = arena_.keep(text);
     texts_[id] = kept.data();
     lengths_[id] = static_cast<std::uint32_t>(kept.size());
+    if (kinds_[id] == record_kind::structure || kinds_[id] == record_kind::header)
+        return;
     const record_header header = read_record_header(kept);
     if (header.handle != handles_[id])
         set_handle(id, header.handle);
@@ -151,16 +154,18 @@ const std::vector<record_id>& record_table::doubles() const {
 }
 
 record_content record_table::content(record_id id) const {
-    return {texts_[id], lengths_[id], layers_[id], owners_[id], gone_[id] != 0};
+    return {texts_[id], lengths_[id], types_[id], layers_[id], owners_[id], gone(id), implied(id)};
 }
 
 void record_table::put(record_id id, const record_content& content) {
     journal_.push_back(id);
     texts_[id] = content.text;
     lengths_[id] = content.length;
+    types_[id] = content.type;
     layers_[id] = content.layer;
     owners_[id] = content.owner;
-    gone_[id] = content.gone ? 1 : 0;
+    marks_[id] =
+        static_cast<std::uint8_t>((content.gone ? gone_mark : 0) | (content.implied ? implied_mark : 0));
 }
 
 // Keeps what a record is before it changes: for undo, and to know what differs from the file.
@@ -171,8 +176,10 @@ void record_table::note(record_id id) {
         next_name_.clear();
         ++done_;
         open_ = true;
+        noted_.clear();
     }
-    steps_.back().changes.push_back({id, content(id)});
+    if (noted_.insert(id).second) // a step goes back to what was before it, not to what it passed through
+        steps_.back().changes.push_back({id, content(id)});
     saved_.try_emplace(id, content(id));
 }
 
@@ -185,48 +192,116 @@ bool record_table::replace(record_id id, std::string_view text) {
     changed.text = kept.data();
     changed.length = static_cast<std::uint32_t>(kept.size());
     const record_header header = read_record_header(kept);
+    changed.type = put_type(header.type);
     if (stands_on_layer(kinds_[id]))
         changed.layer = put_layer(header.layer);
     if (header.owner != 0 && kinds_[id] != record_kind::part)
         changed.owner = put_owner(header.owner);
+    changed.implied = false;
     put(id, changed);
     return true;
 }
 
-record_id record_table::insert_after(record_id previous, std::string_view text, record_kind kind,
-                                     std::uint64_t owner) {
-    const std::string_view kept = arena_.keep(text);
-    const record_header header = read_record_header(kept);
+record_id record_table::place_behind(record_id previous, std::string_view kept, record_kind kind,
+                                     std::uint32_t type) {
     const record_id last = std::exchange(last_, no_record);
-    const record_id id = append(kept, kind, put_type(header.type));
+    const record_id id = append(kept, kind, type);
     if (last != previous)
         last_ = last;
     next_[id] = next_[previous];
     next_[previous] = id;
+    return id;
+}
+
+// Of a record that is added to those that are indexed: one more entry rather than a new index for each.
+void record_table::give_handle(record_id id, std::uint64_t handle) {
+    const bool indexed = handles_indexed_;
+    set_handle(id, handle);
+    if (!indexed)
+        return;
+    if (handle < by_handle_.size())
+        by_handle_[static_cast<std::size_t>(handle)] = id;
+    else
+        by_far_handle_[handle] = id;
+    handles_indexed_ = true;
+}
+
+record_id record_table::make_behind(record_id previous, std::string_view text, record_kind kind) {
+    const std::string_view kept = arena_.keep(text);
+    const record_header header = read_record_header(kept);
+    const record_id id = place_behind(previous, kept, kind, put_type(header.type));
+    if (kind != record_kind::structure && kind != record_kind::header)
+        give_handle(id, header.handle != 0 ? header.handle : new_handle());
+    owners_[id] = put_owner(header.owner);
+    return id;
+}
+
+record_id record_table::add_behind(record_id previous, std::string_view text, record_kind kind,
+                                   std::uint64_t owner) {
+    const std::string_view kept = arena_.keep(text);
+    const record_header header = read_record_header(kept);
+    const record_id id = place_behind(previous, kept, kind, put_type(header.type));
     if (stands_on_layer(kind))
         layers_[id] = put_layer(header.layer);
     owners_[id] = put_owner(owner);
-    const bool indexed = handles_indexed_;
-    set_handle(id, header.handle != 0 ? header.handle : new_handle());
-    if (indexed) { // one more entry rather than a new index for each new object
-        if (handles_[id] < by_handle_.size())
-            by_handle_[static_cast<std::size_t>(handles_[id])] = id;
-        else
-            by_far_handle_[handles_[id]] = id;
-        handles_indexed_ = true;
-    }
-    gone_[id] = 1;
+    if (kind != record_kind::structure)
+        give_handle(id, header.handle != 0 ? header.handle : new_handle());
+    return id;
+}
+
+record_id record_table::insert_after(record_id previous, std::string_view text, record_kind kind,
+                                     std::uint64_t owner) {
+    const record_id id = add_behind(previous, text, kind, owner);
+    marks_[id] = gone_mark;
     note(id);
-    gone_[id] = 0;
+    marks_[id] = 0;
     journal_.push_back(id);
     return id;
+}
+
+record_id record_table::insert_implied(record_id previous, std::string_view text, record_kind kind,
+                                       std::uint64_t owner) {
+    const record_id id = add_behind(previous, text, kind, owner);
+    marks_[id] = implied_mark;
+    return id;
+}
+
+void record_table::imply(record_id id, std::string_view text) {
+    if (this->text(id) == text)
+        return;
+    kept_.try_emplace(id, this->text(id));
+    record_content seen = content(id);
+    const std::string_view kept = arena_.keep(text);
+    seen.text = kept.data();
+    seen.length = static_cast<std::uint32_t>(kept.size());
+    seen.implied = true;
+    put(id, seen);
+}
+
+bool record_table::settle(record_id id) {
+    if (!implied(id))
+        return false;
+    note(id);
+    record_content settled = content(id);
+    settled.implied = false;
+    put(id, settled);
+    return true;
+}
+
+bool record_table::leaves_out(record_id id) const {
+    return gone(id) || kind(id) == record_kind::implied || (implied(id) && !kept_.contains(id));
+}
+
+std::string_view record_table::text_to_save(record_id id) const {
+    const auto kept = implied(id) ? kept_.find(id) : kept_.end();
+    return kept == kept_.end() ? text(id) : kept->second;
 }
 
 bool record_table::set_gone(record_id id, bool gone) {
     if (this->gone(id) == gone)
         return false;
     note(id);
-    gone_[id] = gone ? 1 : 0;
+    marks_[id] = static_cast<std::uint8_t>(marks_[id] ^ gone_mark);
     journal_.push_back(id);
     return true;
 }
@@ -274,7 +349,8 @@ void record_table::mark_saved() {
 std::size_t record_table::unsaved() const {
     return static_cast<std::size_t>(std::count_if(saved_.begin(), saved_.end(), [&](const auto& entry) {
         const auto& [id, saved] = entry;
-        return gone(id) ? !saved.gone : saved.gone || saved.view() != text(id);
+        return gone(id) ? !saved.gone
+                        : saved.gone || saved.implied != implied(id) || saved.view() != text(id);
     }));
 }
 

@@ -16,6 +16,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace dxf {
@@ -75,6 +76,12 @@ enum known_type : std::uint32_t {
     type_dictionary,
     type_xrecord,
     type_layout,
+    type_line,
+    type_lwpolyline,
+    type_circle,
+    type_arc,
+    type_point,
+    type_text,
     known_types
 };
 
@@ -82,9 +89,11 @@ enum known_type : std::uint32_t {
 struct record_content {
     const char* text = nullptr;
     std::uint32_t length = 0;
+    std::uint32_t type = 0;
     std::uint32_t layer = 0; // number of its layer name's bytes in layer_names()
     std::uint32_t owner = 0; // number of its owner's handle, see owner_handle()
     bool gone = false;       // erased, or its creation undone: not saved, not found
+    bool implied = false;    // seen so, and not saved so: see record_table::imply
 
     std::string_view view() const { return {text, length}; }
 };
@@ -106,7 +115,11 @@ public:
     std::uint32_t layer(record_id id) const { return layers_[id]; }
     std::uint64_t handle(record_id id) const { return handles_[id]; }
     std::uint64_t owner_handle(record_id id) const { return owners_seen_[owners_[id]]; }
-    bool gone(record_id id) const { return gone_[id] != 0; }
+    bool gone(record_id id) const { return (marks_[id] & gone_mark) != 0; }
+    bool implied(record_id id) const { return (marks_[id] & implied_mark) != 0; }
+    // Whether a file gets nothing of a record; what it gets of the others.
+    bool leaves_out(record_id id) const;
+    std::string_view text_to_save(record_id id) const;
     record_id next(record_id id) const { return next_[id]; }
 
     const name_set& type_names() const { return type_names_; }
@@ -133,6 +146,9 @@ public:
     record_id append_own(std::string_view text, record_kind kind, std::uint32_t type);
     // A record that stands for what the file leaves out.
     record_id append_implied(std::string_view text, std::uint32_t type);
+    // One behind `previous` that the file lacks; what drawing::ensure_section and its neighbours make. With a
+    // handle of its own unless it is a mere part of the structure.
+    record_id make_behind(record_id previous, std::string_view text, record_kind kind);
     // Another text, which is copied, as what the file says: no change that could be undone. Handle, owner and
     // layer are read from it.
     void rewrite(record_id id, std::string_view text);
@@ -162,6 +178,16 @@ public:
     record_id insert_after(record_id previous, std::string_view text, record_kind kind, std::uint64_t owner);
     // Takes a record out, or brings it back. False when it is so already.
     bool set_gone(record_id id, bool gone);
+    // Makes what is implied the drawing's own, so that it is saved. False when it is so already.
+    bool settle(record_id id);
+
+    // ---- what is seen and not saved, until it is changed or settled; not changes that could be undone
+
+    // A record that the file leaves out, behind `previous`, as insert_after has it.
+    record_id insert_implied(record_id previous, std::string_view text, record_kind kind,
+                             std::uint64_t owner);
+    // Another text in the place of the one that the file keeps. The record must not have been changed yet.
+    void imply(record_id id, std::string_view text);
 
     // ---- history
 
@@ -192,7 +218,12 @@ private:
         std::vector<change> changes;
     };
 
+    enum : std::uint8_t { gone_mark = 1, implied_mark = 2 };
+
+    record_id add_behind(record_id previous, std::string_view text, record_kind kind, std::uint64_t owner);
     record_content content(record_id id) const;
+    record_id place_behind(record_id previous, std::string_view kept, record_kind kind, std::uint32_t type);
+    void give_handle(record_id id, std::uint64_t handle);
     void put(record_id id, const record_content& content);
     void note(record_id id);
     void index_handles() const;
@@ -201,7 +232,7 @@ private:
     std::vector<const char*> texts_;
     std::vector<std::uint32_t> lengths_;
     std::vector<record_kind> kinds_;
-    std::vector<std::uint8_t> gone_;
+    std::vector<std::uint8_t> marks_;
     std::vector<std::uint32_t> types_;
     std::vector<std::uint32_t> layers_;
     std::vector<std::uint32_t> owners_;
@@ -225,11 +256,13 @@ private:
 
     text_arena arena_;
     std::vector<step> steps_;
-    std::size_t done_ = 0; // steps_[0, done_) are in effect
-    bool open_ = false;    // the last step in effect takes further changes
+    std::size_t done_ = 0;                // steps_[0, done_) are in effect
+    bool open_ = false;                   // the last step in effect takes further changes
+    std::unordered_set<record_id> noted_; // by that step
     std::string next_name_;
     std::vector<record_id> journal_;
-    std::unordered_map<record_id, record_content> saved_; // of records that changed since the file was read
+    std::unordered_map<record_id, std::string_view> kept_; // by the file, of implied records that it has
+    std::unordered_map<record_id, record_content> saved_;  // of records that changed since the file was read
 };
 
 } // namespace dxf

@@ -128,14 +128,12 @@ int code_page_number(std::string_view name) {
     return view.starts_with("iso") ? 28590 + number : number;
 }
 
-text_codec::text_codec(int version, std::string_view code_page, bool utf8) {
-    constexpr int first_in_utf8 = 1021; // R2007
-    if (utf8 || version >= first_in_utf8)
+text_codec::text_codec(int number) : number_(number) {
+    constexpr int utf8 = 65001;
+    if (number_ == utf8)
         return;
-    const int named = code_page_number(code_page);
-    page_ = named == 65001 ? nullptr : sys::code_page::find(named);
-    number_ = named;
-    if (page_ == nullptr && named != 65001) { // none named, or none that is known: what most programs write
+    page_ = sys::code_page::find(number_);
+    if (page_ == nullptr) {
         number_ = 1252;
         page_ = sys::code_page::find(number_);
     }
@@ -172,10 +170,6 @@ std::string text_codec::encode(std::wstring_view text) const {
         }
     }
     return out;
-}
-
-std::wstring text_codec::name() const {
-    return page_ == nullptr ? L"UTF-8" : L"code page " + std::to_wstring(number_);
 }
 
 } // namespace dxf

@@ -1,7 +1,7 @@
 // Text of a drawing file: bytes to wide text and back.
 //
-// From 2007 on files are UTF-8, before that they are in the code page that $DWGCODEPAGE names; but the name
-// is often wrong, so the bytes are judged first. Characters that a code page lacks stand as \U+XXXX or, in
+// From 2007 on files are UTF-8, before that they are in the code page that $DWGCODEPAGE names, as a rule;
+// which it is judges host/dxf/encoding_guess.h. Characters that a code page lacks stand as \U+XXXX or, in
 // East Asian files, \M+nXXXX; control characters as ^J and the like. A byte that is no text in the file's
 // encoding becomes a lone unit U+DC80..U+DCFF, which gives the byte back.
 #pragma once
@@ -19,16 +19,16 @@ namespace dxf {
 
 class ACDB_PORT text_codec {
 public:
-    text_codec() = default;
-    // `version` is the number in $ACADVER (1015 for "AC1015", 0 when unknown), `code_page` the value of
-    // $DWGCODEPAGE, `utf8` whether the whole file is well-formed UTF-8 with bytes above 127.
-    text_codec(int version, std::string_view code_page, bool utf8);
+    text_codec() = default; // UTF-8
+    // `number` is that of a code page, or 65001. One that the system does not know is read as 1252, what most
+    // programs write.
+    explicit text_codec(int number);
 
     std::wstring decode(std::string_view bytes) const;
     std::string encode(std::wstring_view text) const;
 
-    // What the file is written in: "UTF-8" or the name of a code page.
-    std::wstring name() const;
+    // What the file is written in, as the constructor takes it.
+    int number() const { return number_; }
 
 private:
     const sys::code_page* page_ = nullptr; // null: UTF-8

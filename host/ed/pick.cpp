@@ -56,6 +56,9 @@ public:
     void area(std::span<const AcGePoint3d> points) override {
         test([&](gi::region_test& test) { test.area(points); });
     }
+    void area_of_rims(std::span<const std::vector<AcGePoint3d>> rims) override {
+        test([&](gi::region_test& test) { test.area_of_rims(rims); });
+    }
     void curve(const gi::arc& arc) override {
         test([&](gi::region_test& test) { test.curve(arc); });
     }

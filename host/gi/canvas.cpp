@@ -15,6 +15,11 @@ bool arc::is_whole() const {
     return std::fabs(sweep) >= full - 1e-9;
 }
 
+void canvas::area_of_rims(std::span<const std::vector<AcGePoint3d>> rims) {
+    for (const std::vector<AcGePoint3d>& rim : rims)
+        area(rim);
+}
+
 std::vector<AcGePoint3d> flattened(const arc& arc, double deviation) {
     const double radius = std::max(arc.u.length(), arc.v.length());
     // The sagitta of a chord over the angle a is r (1 - cos(a/2)).

@@ -7,6 +7,7 @@
 #include "host/dxf/record_table.h"
 
 #include <span>
+#include <string_view>
 #include <vector>
 
 class AcDbExtents;
@@ -38,6 +39,16 @@ struct visit {
     AcGeMatrix3d to_world; // from the coordinates of the block that the entity stands in
 };
 
+// A line of text, for canvases that keep it as such: y is where its letters rise, as long as they are high; x
+// is where it runs, by its width factor longer than that.
+struct text_line {
+    AcGePoint3d position;
+    AcGeVector3d x;
+    AcGeVector3d y;
+    double oblique = 0.0;
+    std::wstring_view text;
+};
+
 class canvas {
 public:
     virtual ~canvas() = default;
@@ -57,6 +68,11 @@ public:
     virtual void lines(std::span<const AcGePoint3d> points) = 0;
     // A closed figure, filled; its rim belongs to it.
     virtual void area(std::span<const AcGePoint3d> points) = 0;
+    // A filled figure with several rims: what lies within an odd number of them belongs to it. A canvas that
+    // does not tell holes gets each rim as an area of its own.
+    virtual void area_of_rims(std::span<const std::vector<AcGePoint3d>> rims);
+    // A text; a canvas that does not keep it answers false, and gets the area that it covers.
+    virtual bool text(const text_line& /*line*/) { return false; }
     virtual void curve(const arc& arc) = 0;
     // A line without end to one side, or to both.
     virtual void unbounded(const AcGePoint3d& /*from*/, const AcGeVector3d& /*direction*/, bool /*both*/) {}

@@ -30,7 +30,8 @@ bool is_empty(const AcDbExtents& extents) {
 }
 
 bool extents_canvas::enter_block(const AcDbExtents& block, const AcGeMatrix3d& to_world) {
-    if (!cached_blocks_ && !keeps_boxes(to_world))
+    constexpr std::size_t most_entered = 100'000;
+    if (!keeps_boxes(to_world) && *entered_ < most_entered)
         return true;
     if (!is_empty(block)) {
         AcDbExtents moved = block;
@@ -65,16 +66,22 @@ const AcDbExtents& block_extents::of(dxf::record_id block) {
     follow_changes();
     if (const auto at = known_.find(block); at != known_.end())
         return at->second;
-    known_[block]; // a block that holds itself meets this, and ends there
-    extents_canvas measured(true);
+    const AcDbExtents& begun = known_[block]; // a block that holds itself meets this, and ends there
+    constexpr std::size_t deepest = 64;       // as the tracer has it
+    if (depth_ == deepest)
+        return begun;
+    if (depth_++ == 0)
+        entered_ = 0;
+    extents_canvas measured(entered_);
     tracer drawing(measured, kAcGiForExtents);
     for (const dxf::record_id entity : database_.drawn_of_block(block))
         drawing.draw(database_, entity);
+    --depth_;
     return known_[block] = measured.extents();
 }
 
 // Whatever changed in some block may be in others through references: all are reckoned anew then. Changes in
-// spaces are the rule, and concern no block.
+// spaces are the rule, and concern no block. Styles decide how wide texts are, filters clip references.
 void block_extents::follow_changes() {
     const dxf::record_table& records = database_.records();
     const auto& journal = records.journal();
@@ -82,7 +89,9 @@ void block_extents::follow_changes() {
         const dxf::record_id id = journal[read_];
         const dxf::record_kind kind = records.kind(id);
         const bool drawn = kind == dxf::record_kind::entity || kind == dxf::record_kind::part;
-        if (kind == dxf::record_kind::block || (drawn && !database_.in_space(id)))
+        const bool decides = records.type(id) == dxf::type_style ||
+                             (kind == dxf::record_kind::object && records.type_name(id) == "SPATIAL_FILTER");
+        if (kind == dxf::record_kind::block || decides || (drawn && !database_.in_space(id)))
             known_.clear();
     }
 }

@@ -10,12 +10,18 @@ namespace gi {
 
 class extents_canvas final : public canvas {
 public:
-    // With `cached_blocks` the contents of a block count by their extents, which is exact when the block is
-    // not turned, and otherwise may be somewhat larger than the contents.
-    explicit extents_canvas(bool cached_blocks = false) : cached_blocks_(cached_blocks) {}
+    extents_canvas() : entered_(&own_entered_) {}
+    // Shares its count of entities with others.
+    explicit extents_canvas(std::size_t& entered) : entered_(&entered) {}
 
     const AcDbExtents& extents() const { return extents_; }
 
+    bool enter(const visit& /*entity*/) override {
+        ++*entered_;
+        return true;
+    }
+    // What stands in a block counts by the block's own extents where these stay a box that is parallel to the
+    // axes. Turned blocks are drawn, until there is more than anybody draws: then they count so, too.
     bool enter_block(const AcDbExtents& block, const AcGeMatrix3d& to_world) override;
     void lines(std::span<const AcGePoint3d> points) override;
     void area(std::span<const AcGePoint3d> points) override { lines(points); }
@@ -23,7 +29,8 @@ public:
 
 private:
     AcDbExtents extents_;
-    bool cached_blocks_;
+    std::size_t own_entered_ = 0;
+    std::size_t* entered_; // how many entities
 };
 
 // Whether there is anything between the corners.
@@ -43,6 +50,9 @@ private:
     AcDbImpDatabase& database_;
     std::unordered_map<dxf::record_id, AcDbExtents> known_;
     std::size_t read_ = 0; // of the journal of records
+    // Of blocks that are being reckoned, one in the other: how many, and how many entities all of them had.
+    std::size_t depth_ = 0;
+    std::size_t entered_ = 0;
 };
 
 } // namespace gi

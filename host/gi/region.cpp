@@ -96,19 +96,28 @@ void region_test::lines(std::span<const AcGePoint3d> points) {
 }
 
 void region_test::area(std::span<const AcGePoint3d> points) {
-    if (points.empty())
-        return;
-    std::vector<AcGePoint3d> rim(points.begin(), points.end());
-    rim.push_back(points.front());
-    lines(rim);
-    if (touched_ || region_.points().empty())
-        return;
-    // The region may lie in the figure without meeting its rim.
-    std::vector<AcGePoint2d> figure;
-    figure.reserve(points.size());
-    for (const AcGePoint3d& point : points)
-        figure.push_back(flat(point));
-    touched_ = gi::holds(figure, region_.points().front());
+    const std::vector<AcGePoint3d> rim(points.begin(), points.end());
+    area_of_rims({&rim, 1});
+}
+
+void region_test::area_of_rims(std::span<const std::vector<AcGePoint3d>> rims) {
+    bool inside = false; // the region, of the figure
+    for (const std::vector<AcGePoint3d>& points : rims) {
+        if (points.empty())
+            continue;
+        std::vector<AcGePoint3d> rim = points;
+        rim.push_back(points.front());
+        lines(rim);
+        if (touched_ || region_.points().empty())
+            continue;
+        // The region may lie in the figure without meeting its rim.
+        std::vector<AcGePoint2d> figure;
+        figure.reserve(points.size());
+        for (const AcGePoint3d& point : points)
+            figure.push_back(flat(point));
+        inside = inside != gi::holds(figure, region_.points().front());
+    }
+    touched_ = touched_ || inside;
 }
 
 void region_test::curve(const arc& arc) {

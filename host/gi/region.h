@@ -47,6 +47,7 @@ public:
 
     void lines(std::span<const AcGePoint3d> points);
     void area(std::span<const AcGePoint3d> points);
+    void area_of_rims(std::span<const std::vector<AcGePoint3d>> rims);
     void curve(const arc& arc);
     void unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, bool both);
 

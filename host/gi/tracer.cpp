@@ -5,8 +5,9 @@
 #include "dbsymtb.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
+#include "host/gi/clip.h"
 #include "host/gi/extents.h"
-#include "host/gi/text_metrics.h"
+#include "host/gi/font.h"
 
 #include <algorithm>
 #include <cmath>
@@ -74,6 +75,11 @@ public:
             stack_.pop_back();
         return true;
     }
+    Adesk::Boolean pushClipBoundary(AcGiClipBoundary* boundary) override;
+    void popClipBoundary() override {
+        if (!clips_.empty())
+            clips_.pop_back();
+    }
 
     Adesk::Boolean circle(const AcGePoint3d& center, const double radius,
                           const AcGeVector3d& normal) const override {
@@ -99,13 +105,22 @@ public:
                          const Adesk::UInt32 faceListSize, const Adesk::Int32* faces) const override;
     Adesk::Boolean text(const AcGePoint3d& position, const AcGeVector3d& normal,
                         const AcGeVector3d& direction, const double height, const double width,
-                        const double oblique, const ACHAR* message) const override;
+                        const double oblique, const ACHAR* message) const override {
+        AcGiTextStyle style;
+        style.setTextSize(height);
+        style.setXScale(width);
+        style.setObliquingAngle(oblique);
+        return text(position, normal, direction, message, -1, false, style);
+    }
+    Adesk::Boolean text(const AcGePoint3d& position, const AcGeVector3d& normal,
+                        const AcGeVector3d& direction, const ACHAR* message, const Adesk::Int32 length,
+                        const Adesk::Boolean raw, const AcGiTextStyle& style) const override;
     Adesk::Boolean xline(const AcGePoint3d& first, const AcGePoint3d& second) const override {
-        owner_.canvas_.unbounded(stack_.back() * first, stack_.back() * (second - first), true);
+        out().unbounded(stack_.back() * first, stack_.back() * (second - first), true);
         return false;
     }
     Adesk::Boolean ray(const AcGePoint3d& first, const AcGePoint3d& second) const override {
-        owner_.canvas_.unbounded(stack_.back() * first, stack_.back() * (second - first), false);
+        out().unbounded(stack_.back() * first, stack_.back() * (second - first), false);
         return false;
     }
     Adesk::Boolean pline(const AcDbPolyline& polyline, Adesk::UInt32 /*fromIndex*/,
@@ -122,6 +137,8 @@ private:
     static constexpr double full_turn = 2.0 * std::numbers::pi;
     // Deeper than any drawing that people make; what nests deeper is damaged or meant to harm.
     static constexpr std::size_t deepest = 64;
+    // Within one entity; blocks that hold each other many times over would not end in anybody's lifetime.
+    static constexpr std::size_t most_drawn = 10'000'000;
 
     struct place {
         const AcDbImpDatabase* database;
@@ -145,10 +162,14 @@ private:
     Adesk::Boolean through(const AcGePoint3d& first, const AcGePoint3d& second, const AcGePoint3d& third,
                            bool whole, AcGiArcType type) const;
 
+    canvas& out() const { return clips_.empty() ? owner_.canvas_ : static_cast<canvas&>(*clips_.back()); }
+
     tracer& owner_;
     std::vector<AcGeMatrix3d> stack_;
-    mutable std::vector<place> blocks_; // that are being drawn
+    mutable std::vector<std::unique_ptr<clipped_canvas>> clips_; // each over the one before it
+    mutable std::vector<place> blocks_;                          // that are being drawn
     mutable std::size_t depth_ = 0;
+    mutable std::size_t drawn_ = 0; // within the outermost drawable
 };
 
 Adesk::Boolean tracer::sink::circularArc(const AcGePoint3d& center, const double radius,
@@ -158,21 +179,21 @@ Adesk::Boolean tracer::sink::circularArc(const AcGePoint3d& center, const double
     const AcGeVector3d y = normal.normal().crossProduct(x);
     const AcGeMatrix3d& m = stack_.back();
     arc drawn{m * center, m * x, m * y, 0.0, sweepAngle};
-    owner_.canvas_.curve(drawn);
+    out().curve(drawn);
     if (const AcGeVector3d up = extrusion(&normal); !up.isZeroLength()) {
         const AcGePoint3d sides[] = {drawn.at(0.0), drawn.at(0.0) + up};
-        owner_.canvas_.lines(sides);
+        out().lines(sides);
         drawn.center += up;
-        owner_.canvas_.curve(drawn);
+        out().curve(drawn);
         const AcGePoint3d other[] = {drawn.at(sweepAngle) - up, drawn.at(sweepAngle)};
-        owner_.canvas_.lines(other);
+        out().lines(other);
     }
     if (arcType == kAcGiArcSector) {
         const AcGePoint3d rim[] = {drawn.at(0.0), drawn.center, drawn.at(sweepAngle)};
-        owner_.canvas_.lines(rim);
+        out().lines(rim);
     } else if (arcType == kAcGiArcChord) {
         const AcGePoint3d rim[] = {drawn.at(0.0), drawn.at(sweepAngle)};
-        owner_.canvas_.lines(rim);
+        out().lines(rim);
     }
     return false;
 }
@@ -197,15 +218,15 @@ Adesk::Boolean tracer::sink::through(const AcGePoint3d& first, const AcGePoint3d
 Adesk::Boolean tracer::sink::polyline(const Adesk::UInt32 nbPoints, const AcGePoint3d* points,
                                       const AcGeVector3d* normal, Adesk::LongPtr /*marker*/) const {
     const std::vector<AcGePoint3d> moved = in_world(nbPoints, points);
-    owner_.canvas_.lines(moved);
+    out().lines(moved);
     if (const AcGeVector3d up = extrusion(normal); !up.isZeroLength()) {
         std::vector<AcGePoint3d> lifted = moved;
         for (AcGePoint3d& point : lifted)
             point += up;
-        owner_.canvas_.lines(lifted);
+        out().lines(lifted);
         for (std::size_t i = 0; i < moved.size(); ++i) {
             const AcGePoint3d side[] = {moved[i], lifted[i]};
-            owner_.canvas_.lines(side);
+            out().lines(side);
         }
     }
     return false;
@@ -214,10 +235,10 @@ Adesk::Boolean tracer::sink::polyline(const Adesk::UInt32 nbPoints, const AcGePo
 Adesk::Boolean tracer::sink::polygon(const Adesk::UInt32 nbPoints, const AcGePoint3d* points) const {
     std::vector<AcGePoint3d> moved = in_world(nbPoints, points);
     if (owner_.subEntityTraits().fillType() == kAcGiFillAlways) {
-        owner_.canvas_.area(moved);
+        out().area(moved);
     } else if (!moved.empty()) {
         moved.push_back(moved.front());
-        owner_.canvas_.lines(moved);
+        out().lines(moved);
     }
     return false;
 }
@@ -226,12 +247,12 @@ Adesk::Boolean tracer::sink::mesh(const Adesk::UInt32 rows, const Adesk::UInt32 
                                   const AcGePoint3d* points) const {
     const std::vector<AcGePoint3d> moved = in_world(std::size_t{rows} * columns, points);
     for (std::size_t row = 0; row < rows; ++row)
-        owner_.canvas_.lines(std::span(moved).subspan(row * columns, columns));
+        out().lines(std::span(moved).subspan(row * columns, columns));
     std::vector<AcGePoint3d> column(rows);
     for (std::size_t i = 0; i < columns; ++i) {
         for (std::size_t row = 0; row < rows; ++row)
             column[row] = moved[row * columns + i];
-        owner_.canvas_.lines(column);
+        out().lines(column);
     }
     return false;
 }
@@ -239,37 +260,91 @@ Adesk::Boolean tracer::sink::mesh(const Adesk::UInt32 rows, const Adesk::UInt32 
 Adesk::Boolean tracer::sink::shell(const Adesk::UInt32 nbVertex, const AcGePoint3d* vertices,
                                    const Adesk::UInt32 faceListSize, const Adesk::Int32* faces) const {
     const std::vector<AcGePoint3d> moved = in_world(nbVertex, vertices);
+    std::vector<std::vector<AcGePoint3d>> rims; // of a face and the holes behind it
+    const auto draw_face = [&] {
+        if (rims.size() == 1)
+            out().area(rims.front());
+        else if (!rims.empty())
+            out().area_of_rims(rims);
+        rims.clear();
+    };
     for (Adesk::UInt32 at = 0; at < faceListSize;) {
-        const Adesk::Int32 signed_count = faces[at++];
-        const bool hole = signed_count < 0;
-        auto count = static_cast<Adesk::UInt32>(hole ? -signed_count : signed_count);
-        count = std::min(count, faceListSize - at);
-        std::vector<AcGePoint3d> face;
+        const std::int64_t signed_count = faces[at++];
+        if (signed_count >= 0)
+            draw_face();
+        const auto count = static_cast<Adesk::UInt32>(
+            std::min<std::int64_t>(std::abs(signed_count), std::int64_t{faceListSize} - at));
+        std::vector<AcGePoint3d> rim;
+        rim.reserve(count);
         for (Adesk::UInt32 i = 0; i < count; ++i)
             if (const auto index = static_cast<Adesk::UInt32>(faces[at + i]); index < nbVertex)
-                face.push_back(moved[index]);
+                rim.push_back(moved[index]);
         at += count;
-        if (!face.empty() && hole)
-            face.push_back(face.front());
-        if (hole)
-            owner_.canvas_.lines(face);
-        else
-            owner_.canvas_.area(face);
+        if (!rim.empty())
+            rims.push_back(std::move(rim));
     }
+    draw_face();
     return false;
 }
 
 Adesk::Boolean tracer::sink::text(const AcGePoint3d& position, const AcGeVector3d& normal,
-                                  const AcGeVector3d& direction, const double height, const double width,
-                                  const double oblique, const ACHAR* message) const {
-    const AcGeVector3d x = direction.normal();
-    const AcGeVector3d y = normal.normal().crossProduct(x) * height;
-    const AcGeVector3d along = x * (text_width(message != nullptr ? message : L"", height) * width);
-    const AcGeVector3d slant = x * (height * std::tan(oblique));
-    const AcGePoint3d corners[] = {position, position + along, position + along + y + slant,
-                                   position + y + slant};
-    owner_.canvas_.area(in_world(4, corners));
+                                  const AcGeVector3d& direction, const ACHAR* message,
+                                  const Adesk::Int32 length, const Adesk::Boolean raw,
+                                  const AcGiTextStyle& style) const {
+    std::wstring_view signs = message != nullptr ? message : L"";
+    if (length >= 0)
+        signs = signs.substr(0, static_cast<std::size_t>(length));
+    const std::wstring shown = raw ? std::wstring(signs) : shown_text(signs);
+    const text_box box =
+        measure_text(shown, style.imp().hand, style.textSize(), style.xScale(), style.trackingPercent());
+    if (shown.empty())
+        return false;
+    AcGeVector3d x = direction.normal();
+    AcGeVector3d y = normal.normal().crossProduct(x);
+    if (style.isBackward())
+        x = -x;
+    if (style.isUpsideDown())
+        y = -y;
+    const AcGeMatrix3d& to_world = stack_.back();
+    if (out().text({to_world * position, to_world * (x * (style.textSize() * style.xScale())),
+                    to_world * (y * style.textSize()), style.obliquingAngle(), shown}))
+        return false;
+    const AcGeVector3d slanted = y + x * std::tan(style.obliquingAngle());
+    const AcGePoint3d start = position + slanted * box.bottom;
+    const AcGeVector3d along = x * box.width;
+    const AcGeVector3d up = slanted * (box.top - box.bottom);
+    const AcGePoint3d corners[] = {start, start + along, start + along + up, start + up};
+    std::vector<AcGePoint3d> figure = in_world(4, corners);
+    out().area(figure);
+    if (const AcGeVector3d lift = extrusion(&normal); !lift.isZeroLength()) {
+        for (AcGePoint3d& corner : figure)
+            corner += lift;
+        out().area(figure);
+    }
     return false;
+}
+
+Adesk::Boolean tracer::sink::pushClipBoundary(AcGiClipBoundary* boundary) {
+    AcGeMatrix3d from_world;
+    const AcGeMatrix3d& to_block = boundary != nullptr ? boundary->m_xInverseBlockRefXForm : from_world;
+    if (boundary == nullptr || boundary->m_aptPoints.length() < 2 || stack_.back().isSingular() ||
+        to_block.isSingular())
+        return false;
+    clip_boundary clip;
+    clip.from_world = boundary->m_xToClipSpace * to_block.inverse() * stack_.back().inverse();
+    for (const AcGePoint2d& corner : boundary->m_aptPoints)
+        clip.polygon.push_back(corner);
+    if (clip.polygon.size() == 2) {
+        const AcGePoint2d first = clip.polygon[0];
+        const AcGePoint2d last = clip.polygon[1];
+        clip.polygon = {first, {last.x, first.y}, last, {first.x, last.y}};
+    }
+    if (boundary->m_bClippingFront)
+        clip.most_z = boundary->m_dFrontClipZ;
+    if (boundary->m_bClippingBack)
+        clip.least_z = boundary->m_dBackClipZ;
+    clips_.push_back(std::make_unique<clipped_canvas>(out(), std::move(clip)));
+    return true;
 }
 
 Adesk::Boolean tracer::sink::draw(AcGiDrawable* drawable) const {
@@ -277,11 +352,15 @@ Adesk::Boolean tracer::sink::draw(AcGiDrawable* drawable) const {
     if (drawable == nullptr || depth_ >= deepest)
         return false;
     AcDbImpDatabase* const database = object != nullptr ? object->imp().database : nullptr;
+    if (depth_ == 0)
+        drawn_ = 0;
+    if (++drawn_ > most_drawn)
+        return true;
     if (database != nullptr && AcDbBlockTableRecord::cast(object) != nullptr) {
         const place here{database, object->imp().record};
         if (std::find(blocks_.begin(), blocks_.end(), here) != blocks_.end())
             return false; // a block in itself
-        if (!owner_.canvas_.enter_block(database->extents_of_block(here.record), stack_.back()))
+        if (!out().enter_block(database->extents_of_block(here.record), stack_.back()))
             return false;
         blocks_.push_back(here);
         ++depth_;
@@ -290,19 +369,23 @@ Adesk::Boolean tracer::sink::draw(AcGiDrawable* drawable) const {
         blocks_.pop_back();
         return false;
     }
-    if (database != nullptr && !owner_.canvas_.enter({database, object->imp().record, stack_.back()}))
+    if (database != nullptr && !out().enter({database, object->imp().record, stack_.back()}))
         return false;
     const traits before = *owner_.traits_;
     const std::size_t pushed = stack_.size();
+    const std::size_t clipped = clips_.size();
     *owner_.traits_ = traits(before.read());
     ++depth_;
     if ((drawable->setAttributes(owner_.traits_.get()) & AcGiDrawable::kDrawableIsInvisible) == 0)
         drawable->worldDraw(&owner_);
     --depth_;
-    const_cast<sink*>(this)->stack_.resize(pushed); // what a drawable pushed and did not pop
+    // What a drawable pushed and did not pop.
+    const_cast<sink*>(this)->stack_.resize(pushed);
+    while (clips_.size() > clipped)
+        clips_.pop_back();
     *owner_.traits_ = before;
     if (database != nullptr)
-        owner_.canvas_.leave();
+        out().leave();
     return false;
 }
 

@@ -26,6 +26,8 @@ typedef std::uintptr_t ULongPtr;
 
 typedef IntPtr IntDbId;
 
+typedef unsigned char uchar;
+
 typedef bool Boolean;
 inline constexpr Boolean kTrue = true;
 inline constexpr Boolean kFalse = false;

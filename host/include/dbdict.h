@@ -36,8 +36,18 @@ public:
     // eKeyNotFound, eDuplicateKey, eInvalidKey.
     bool setName(const ACHAR* oldKey, const ACHAR* newKey);
 
+    // Whether erasing or copying it does the same to what it holds.
+    bool isTreatElementsAsHard() const;
+    void setTreatElementsAsHard(bool hard);
+
     // Sorted by key. The caller deletes it.
     AcDbDictionaryIterator* newIterator() const;
+
+private:
+    struct Index;
+    Index& index() const;
+
+    mutable std::unique_ptr<Index> m_index;
 };
 
 class ACDB_PORT AcDbDictionaryIterator {

@@ -26,6 +26,9 @@
 
 class AcDbBlockTable;
 class AcDbDictionary;
+class AcDbDwgFiler;
+class AcDbDxfFiler;
+class AcDbIdMapping;
 class AcDbDimStyleTable;
 class AcDbImpDatabase;
 class AcDbImpObject;
@@ -110,6 +113,41 @@ public:
 
     // The object's own dictionary: null id when it has none.
     AcDbObjectId extensionDictionary() const;
+    // Gives it one. eAlreadyInDb when it has one, eNotOpenForWrite, eNoDatabase for a new object,
+    // eNotApplicable in files of R12, which hold none.
+    Acad::ErrorStatus createExtensionDictionary();
+    // Takes it away. eContainerNotEmpty unless it is empty, eKeyNotFound when there is none.
+    Acad::ErrorStatus releaseExtensionDictionary();
+
+    // Objects that want to hear of it, which the drawing keeps. Adding one twice adds nothing; eKeyNotFound
+    // for one that is to go and is not there.
+    Acad::ErrorStatus addPersistentReactor(AcDbObjectId id);
+    Acad::ErrorStatus removePersistentReactor(AcDbObjectId id);
+    bool hasPersistentReactor(AcDbObjectId id) const;
+
+    // The container of an object that addAcDbObject has put into the drawing. eNotOpenForWrite, eNoDatabase,
+    // eWrongDatabase.
+    virtual Acad::ErrorStatus setOwnerId(AcDbObjectId owner);
+    // Puts a new object into this one's place in the drawing, under its id and handle and with its owner; the
+    // new one stays open for write, this one is the caller's from then on. eNotOpenForWrite, eNoDatabase,
+    // eAlreadyInDb, eIllegalEntityType when one is an entity and the other is not.
+    Acad::ErrorStatus handOverTo(AcDbObject* newObject, Adesk::Boolean keepXData = true,
+                                 Adesk::Boolean keepExtDict = true);
+    // eNotImplementedYet.
+    Acad::ErrorStatus swapIdWith(AcDbObjectId otherId, Adesk::Boolean swapXdata = false,
+                                 Adesk::Boolean swapExtDict = false);
+
+    // Filing (dbfiler.h). A class of a program's own overrides the members whose names end in Fields; the
+    // others call them. dxfOut writes type, handle and owner before them and extended data behind.
+    Acad::ErrorStatus dwgIn(AcDbDwgFiler* filer);
+    Acad::ErrorStatus dwgOut(AcDbDwgFiler* filer) const;
+    Acad::ErrorStatus dxfIn(AcDbDxfFiler* filer);
+    Acad::ErrorStatus dxfOut(AcDbDxfFiler* filer, Adesk::Boolean allXdFlag = true,
+                             Adesk::uchar* regAppTable = nullptr) const;
+    virtual Acad::ErrorStatus dwgInFields(AcDbDwgFiler* filer);
+    virtual Acad::ErrorStatus dwgOutFields(AcDbDwgFiler* filer) const;
+    virtual Acad::ErrorStatus dxfInFields(AcDbDxfFiler* filer);
+    virtual Acad::ErrorStatus dxfOutFields(AcDbDxfFiler* filer) const;
 
     // A new object with the same data, in no database: without handle, owner, reactors and extension
     // dictionary. The caller owns it. Null from a class that can not be made.
@@ -190,6 +228,10 @@ public:
     // no parts.
     Acad::ErrorStatus explode(AcDbVoidPtrArray& parts) const { return subExplode(parts); }
 
+    // The drawing's current layer, colour, linetype, its scale and lineweight, for an entity that joins it;
+    // without a drawing those of the one that the user works with.
+    void setDatabaseDefaults();
+    void setDatabaseDefaults(AcDbDatabase* database);
     // Layer, colour, linetype, its scale, lineweight and visibility of another entity.
     Acad::ErrorStatus setPropertiesFrom(const AcDbEntity* entity, bool doSubents = true);
 
@@ -205,6 +247,22 @@ protected:
     virtual Acad::ErrorStatus subTransformBy(const AcGeMatrix3d& matrix);
     virtual Acad::ErrorStatus subGetTransformedCopy(const AcGeMatrix3d& matrix, AcDbEntity*& copy) const;
     virtual Acad::ErrorStatus subExplode(AcDbVoidPtrArray& parts) const;
+};
+
+// Goes over what an entity owns: attributes, vertices. Whoever got it deletes it.
+class ACDB_PORT AcDbObjectIterator : public AcRxObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbObjectIterator);
+    // Where it stands: of a resident entity the id, of a new one the part itself, which is not open then.
+    virtual AcDbEntity* entity() const = 0;
+    virtual AcDbObjectId objectId() const = 0;
+    virtual bool done() const = 0;
+    virtual void step(bool backwards = false, bool skipErased = true) = 0;
+    // eKeyNotFound, and it stays where it is.
+    virtual Acad::ErrorStatus setPosition(AcDbObjectId id) = 0;
+
+protected:
+    AcDbObjectIterator() = default;
 };
 
 // A drawing.
@@ -282,13 +340,30 @@ public:
     Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound, const AcDbHandle& handle,
                                       Adesk::UInt32 xRefId = 0);
 
+    // Puts a new object into the drawing, open for write. Its owner is for the caller to say (setOwnerId);
+    // until then it is not saved. eAlreadyInDb; eIllegalEntityType for entities, which stand in blocks;
+    // eNotApplicable in files of R12, which hold none.
+    Acad::ErrorStatus addAcDbObject(AcDbObject* object);
+    Acad::ErrorStatus addAcDbObject(AcDbObjectId& id, AcDbObject* object);
+    // Takes out of the list what must not be erased: all that is in use, and what every drawing has. Knows the
+    // records of symbol tables; everything else counts as used.
+    Acad::ErrorStatus purge(AcDbObjectIdArray& ids);
+    // eNotImplementedYet, all three.
+    Acad::ErrorStatus wblockCloneObjects(AcDbObjectIdArray& objectIds, const AcDbObjectId& owner,
+                                         AcDbIdMapping& idMap, AcDb::DuplicateRecordCloning drc,
+                                         bool deferXlation = false);
+    Acad::ErrorStatus deepCloneObjects(AcDbObjectIdArray& objectIds, const AcDbObjectId& owner,
+                                       AcDbIdMapping& idMap, bool deferXlation = false);
+    Acad::ErrorStatus insert(AcDbObjectId& blockId, const ACHAR* blockName, AcDbDatabase* database,
+                             bool preserveSourceDatabase = true);
+
     // The current layer.
     AcDbObjectId clayer() const;
     // eInvalidLayer for a frozen or dependent layer, eDeletedEntry, eWrongObjectType.
     Acad::ErrorStatus setClayer(AcDbObjectId id);
     // Whether the Model tab is current.
     bool tilemode() const;
-    // The block that the user edits: model or paper space.
+    // The block that the user edits: model space, also through a viewport of a sheet, or the sheet.
     AcDbObjectId currentSpaceId() const;
 
     // The host's side of the database; no concern of programs.

@@ -3,6 +3,9 @@
 // Names keep their case and are compared without it. A table is in the order of creation.
 #pragma once
 
+#include "PAL/api/FontFamily.h"
+#include "PAL/api/FontPitch.h"
+#include "PAL/api/charset.h"
 #include "dbmain.h"
 
 class AcDbSymbolTableIterator;
@@ -17,14 +20,18 @@ public:
     Acad::ErrorStatus getName(ACHAR*& name) const;
     // Looked on; valid until the record is closed.
     Acad::ErrorStatus getName(const ACHAR*& name) const;
-    // eInvalidInput for what is no name, and for layer 0 and dependent layers. Of a resident record:
-    // eDuplicateRecordName, a change of case is allowed; what names a layer follows it, other resident
-    // records are not renamed yet (eNotImplementedYet).
+    // eInvalidInput for what is no name, and for the records that every drawing has and dependent ones. Of a
+    // resident record: eDuplicateRecordName, a change of case is allowed; when it is closed, what names it
+    // in the drawing follows.
     Acad::ErrorStatus setName(const ACHAR* name);
 
     // Whether it comes from an external reference ("reference|name").
     bool isDependent() const;
+    // Whether the reference was found to have it.
     bool isResolved() const;
+
+    // What depends on an external reference stays: eCannotBeErasedByCaller.
+    Acad::ErrorStatus subErase(bool erasing) override;
 
 protected:
     AcDbSymbolTableRecord();
@@ -139,7 +146,7 @@ public:
     ACHAR* description() const;
     Acad::ErrorStatus setDescription(const ACHAR* description);
 
-    // Layer 0 and the current layer stay: eCannotBeErasedByCaller.
+    // Layer 0, the current layer and dependent ones stay: eCannotBeErasedByCaller.
     Acad::ErrorStatus subErase(bool erasing) override;
 };
 
@@ -152,15 +159,49 @@ public:
     AcDbBlockTableRecord();
     ~AcDbBlockTableRecord() override;
 
-    // Entities in the order of the file. The caller deletes the iterator.
+    // Entities in the order of the file; those of a loaded reference are objects of that drawing. The caller
+    // deletes the iterator.
     Acad::ErrorStatus newIterator(AcDbBlockTableRecordIterator*& iterator, bool atBeginning = true,
                                   bool skipDeleted = true) const;
+    // Puts a new entity at its end, with the vertices or attributes that the entity holds. What the entity was
+    // not given (layer, colour, linetype and its scale, lineweight) it takes from the drawing. It stays open
+    // for write and belongs to the database.
+    //
+    // eNoDatabase for a new block record, eNotOpenForWrite, eAlreadyInDb, eIllegalEntityType for what files
+    // of the drawing's version can not hold, eIsXRefObject. Then it still belongs to the caller.
+    Acad::ErrorStatus appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity);
+    Acad::ErrorStatus appendAcDbEntity(AcDbEntity* entity);
     // Whether it is a space: model space or a sheet.
     bool isLayout() const;
+    // The point of it that a reference puts at its position. The change is at once the drawing's.
+    AcGePoint3d origin() const;
+    Acad::ErrorStatus setOrigin(const AcGePoint3d& origin);
+    // A description, as a text that the caller frees. Set: eNotApplicable in files of R12, which hold none.
+    Acad::ErrorStatus comments(ACHAR*& text) const;
+    Acad::ErrorStatus setComments(const ACHAR* text);
+    // Whether references to it may be exploded. Set: eNotApplicable in files before R2007, which do not tell.
+    bool explodable() const;
+    Acad::ErrorStatus setExplodable(bool explodable);
+    bool hasAttributeDefinitions() const;
+    // Appends the references to it, wherever they stand.
+    Acad::ErrorStatus getBlockReferenceIds(AcDbObjectIdArray& ids, bool directOnly = true,
+                                           bool forceValidity = false) const;
+    // Spaces and what depends on an external reference stay: eCannotBeErasedByCaller. What stands in it goes
+    // with it; references to it are the caller's business.
+    Acad::ErrorStatus subErase(bool erasing) override;
+    // The layout of a space; null for other blocks, and in drawings of R12 and before, which have none.
+    AcDbObjectId getLayoutId() const;
     bool isAnonymous() const;
+
     bool isFromExternalReference() const;
     bool isFromOverlayReference() const;
-    // The path of an external reference.
+    AcDb::XrefStatus xrefStatus() const;
+    // Whether the user unloaded it, which drawing files do not tell: never so far.
+    bool isUnloaded() const { return xrefStatus() == AcDb::kXrfUnloaded; }
+    // The drawing that an external reference stands for, owned by this one; null when it is not loaded. Its
+    // objects are opened for reading only (eIsXRefObject).
+    AcDbDatabase* xrefDatabase(bool incUnres = false) const;
+    // The path of an external reference as the drawing names it. eKeyNotFound when there is none.
     Acad::ErrorStatus pathName(AcString& path) const;
 
 protected:
@@ -201,7 +242,65 @@ public:
     int numDashes() const;
 };
 
-ACDB_SYMBOL_TABLE_RECORD(AcDbTextStyleTableRecord, AcDbTextStyleTable);
+// How texts are written: with which fonts, how high, wide and slanted.
+class ACDB_PORT AcDbTextStyleTableRecord : public AcDbSymbolTableRecord {
+public:
+    typedef AcDbTextStyleTable TableType;
+    ACRX_DECLARE_MEMBERS(AcDbTextStyleTableRecord);
+    AcDbTextStyleTableRecord();
+    ~AcDbTextStyleTableRecord() override;
+
+    // Whether it loads a file of shapes rather than being a style.
+    Adesk::Boolean isShapeFile() const;
+    void setIsShapeFile(Adesk::Boolean shape);
+    Adesk::Boolean isVertical() const;
+    void setIsVertical(Adesk::Boolean vertical);
+
+    // The height that all its texts have; nought when each has its own. eInvalidInput below nought.
+    double textSize() const;
+    Acad::ErrorStatus setTextSize(double size);
+    // The height that the last text was given.
+    double priorSize() const;
+    Acad::ErrorStatus setPriorSize(double size);
+    // The width factor. eInvalidInput unless above nought.
+    double xScale() const;
+    Acad::ErrorStatus setXScale(double scale);
+    // The slant. eInvalidInput from 85 degrees on.
+    double obliquingAngle() const;
+    Acad::ErrorStatus setObliquingAngle(double angle);
+    // 2: texts run backwards; 4: they stand on their heads.
+    Adesk::UInt8 flagBits() const;
+    void setFlagBits(Adesk::UInt8 flags);
+
+    // The file of the font, and of the one for East Asian signs: texts that the caller frees, or looks on
+    // while the record is open.
+    Acad::ErrorStatus fileName(ACHAR*& name) const;
+    Acad::ErrorStatus fileName(const ACHAR*& name) const;
+    Acad::ErrorStatus fileName(AcString& name) const;
+    Acad::ErrorStatus setFileName(const ACHAR* name);
+    Acad::ErrorStatus bigFontFileName(ACHAR*& name) const;
+    Acad::ErrorStatus bigFontFileName(const ACHAR*& name) const;
+    Acad::ErrorStatus bigFontFileName(AcString& name) const;
+    Acad::ErrorStatus setBigFontFileName(const ACHAR* name);
+
+    // The typeface of a style that writes with a font of the system: an empty name when it does not. The
+    // first form gives a text that the caller frees.
+    Acad::ErrorStatus font(ACHAR*& typeface, bool& bold, bool& italic, Charset& charset,
+                           Autodesk::AutoCAD::PAL::FontUtils::FontPitch& pitch,
+                           Autodesk::AutoCAD::PAL::FontUtils::FontFamily& family) const;
+    Acad::ErrorStatus font(AcString& typeface, bool& bold, bool& italic, Charset& charset,
+                           Autodesk::AutoCAD::PAL::FontUtils::FontPitch& pitch,
+                           Autodesk::AutoCAD::PAL::FontUtils::FontFamily& family) const;
+    // A typeface without a name takes the system's font away. The file's name stays as it is.
+    Acad::ErrorStatus setFont(const ACHAR* typeface, bool bold, bool italic, Charset charset,
+                              Autodesk::AutoCAD::PAL::FontUtils::FontPitch pitch,
+                              Autodesk::AutoCAD::PAL::FontUtils::FontFamily family);
+
+private:
+    mutable AcString m_fileSeen;
+    mutable AcString m_bigFontSeen;
+};
+
 ACDB_SYMBOL_TABLE_RECORD(AcDbRegAppTableRecord, AcDbRegAppTable);
 ACDB_SYMBOL_TABLE_RECORD(AcDbDimStyleTableRecord, AcDbDimStyleTable);
 ACDB_SYMBOL_TABLE_RECORD(AcDbViewTableRecord, AcDbViewTable);

@@ -9,6 +9,7 @@
 #include "acstring.h"
 #include "adesk.h"
 
+#include "dbfiler.h"
 #include "drawable.h"
 #include "rxboiler.h"
 #include "rxclass.h"

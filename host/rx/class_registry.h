@@ -4,7 +4,9 @@
 #include "host/rx/dictionary.h"
 #include "rxclass.h"
 
+#include <functional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace rx {
@@ -45,11 +47,17 @@ public:
     bool has_classes_of(const void* owner) const;
 
     AcRxClass* find(const ACHAR* name) const;
+    // The class whose objects can be made and stand in drawing files under a name, the last that was
+    // registered; null when there is none.
+    AcRxClass* find_by_dxf_name(const std::wstring& name) const;
+    // Told of a class that is about to end.
+    std::function<void(const AcRxClass*)> on_removing;
     AcRxDictionary& dictionary() { return by_name_; }
 
 private:
     rx::dictionary by_name_{{.refuses_doubles = true}};
     std::vector<AcRxClass*> all_;
+    std::unordered_map<std::wstring, AcRxClass*> by_dxf_name_;
     const void* owner_ = nullptr;
 };
 

@@ -1,0 +1,105 @@
+#include "host/db/group_filers.h"
+
+#include "acutmem.h"
+#include "adscodes.h"
+#include "base/number_text.h"
+#include "host/db/extended_data.h"
+#include "host/db/imp_database.h"
+#include "host/dxf/record_header.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace db {
+
+namespace {
+
+AcDbDatabase* database_of(const AcDbImpObject& object) {
+    return object.database != nullptr ? &object.database->self() : nullptr;
+}
+
+} // namespace
+
+group_input::~group_input() {
+    for (resbuf* const value : given_)
+        acutRelRb(value);
+}
+
+int group_input::rewindFiler() {
+    go_to(0);
+    return RTNORM;
+}
+
+AcDbDatabase* group_input::database() const {
+    return database_of(object_);
+}
+
+Acad::ErrorStatus group_input::readResBuf(resbuf* value) {
+    if (value == nullptr)
+        return Acad::eInvalidInput;
+    while (at_ < groups_.size() && groups_[at_].code < 1000) {
+        last_ = at_;
+        resbuf* read = nullptr;
+        at_ += read_value(object_, groups_, at_, read);
+        if (read == nullptr)
+            continue; // no chain can hold it; the file does
+        given_.push_back(read);
+        *value = *read;
+        value->rbnext = nullptr;
+        return Acad::eOk;
+    }
+    last_ = at_;
+    return Acad::eEndOfFile;
+}
+
+bool group_input::atSubclassData(const ACHAR* name) {
+    if (atEOF() || name == nullptr || groups_[at_].code != 100 ||
+        object_.decode(dxf::trimmed(groups_[at_].value)) != name)
+        return false;
+    last_ = at_++;
+    return true;
+}
+
+Acad::ErrorStatus group_input::writeResBuf(const resbuf& /*value*/) {
+    return setError(Acad::eFilerError);
+}
+
+int group_output::rewindFiler() {
+    return RTERROR;
+}
+
+AcDbDatabase* group_output::database() const {
+    return database_of(object_);
+}
+
+Acad::ErrorStatus group_output::readResBuf(resbuf* /*value*/) {
+    return setError(Acad::eNoInputFiler);
+}
+
+Acad::ErrorStatus group_output::writeResBuf(const resbuf& value) {
+    resbuf alone = value;
+    alone.rbnext = nullptr;
+    constexpr auto allowed = [](int code) { return code > 0 && code <= AcDb::kDxfXdMax; };
+    return groups_of(object_, &alone, allowed, groups_) ? Acad::eOk : setError(Acad::eInvalidResBuf);
+}
+
+Acad::ErrorStatus group_output::writeReals(AcDb::DxfCode code, std::initializer_list<double> values,
+                                           int digits) {
+    int at = code;
+    for (const double value : values) {
+        if (!std::isfinite(value)) // the file can not hold it
+            return setError(Acad::eInvalidInput);
+        const int wanted = digits != kDfltPrec ? digits : precision();
+        if (wanted >= 0 && wanted < kMaxPrec) {
+            char text[400]; // the largest number has 309 digits in front of the point
+            std::snprintf(text, sizeof text, "%.*f", wanted, value);
+            groups_.push_back({at, text});
+        } else {
+            groups_.push_back({at, base::real_text(value)});
+        }
+        at += 10; // the next coordinate's
+    }
+    return Acad::eOk;
+}
+
+} // namespace db

@@ -1,0 +1,24 @@
+// Where the groups of a drawing name the records of its symbol tables: what follows when one gets another
+// name, and which are in use. References by handle follow by themselves.
+#pragma once
+
+#include "dbmain.h"
+#include "host/db/imp_database.h"
+
+#include <string_view>
+
+namespace db {
+
+// Whether every drawing has a record of this name, which keeps it: layer 0, linetypes ByLayer, ByBlock and
+// Continuous, style Standard, application ACAD, the spaces, what is anonymous.
+bool is_fixed_name(table_kind kind, std::wstring_view name);
+
+// Gives all that names a record the new name, both as the file spells them; also objects that are open and
+// the header.
+void follow_name(AcDbImpDatabase& database, table_kind kind, std::string_view before, std::string_view after);
+
+// Takes out of the list all that must not be erased: what is in use, what every drawing has, and what is no
+// record of a symbol table.
+void keep_purgeable(AcDbImpDatabase& database, AcDbObjectIdArray& ids);
+
+} // namespace db

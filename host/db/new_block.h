@@ -1,0 +1,18 @@
+// Making blocks, and what of a block stands in its BLOCK rather than in its record.
+#pragma once
+
+#include "dbsymtb.h"
+#include "host/db/imp_database.h"
+
+namespace db {
+
+// The groups of a new block record: those of its BLOCK stand behind the marker AcDbBlockBegin until it has
+// one.
+extern const char* const new_block_text;
+
+// Gives a new block record its place in the drawing, with a BLOCK and an ENDBLK of its own; in drawings
+// without block records the BLOCK is the record. A name of a star and a letter ("*U") gets the next free
+// number. As AcDbSymbolTable::add answers.
+Acad::ErrorStatus add_block(AcDbImpDatabase& database, AcDbBlockTableRecord& block, AcDbObjectId& id);
+
+} // namespace db
