@@ -153,24 +153,27 @@ std::wstring code_page::decode(std::string_view bytes) const {
 code_page::decoded code_page::decode_block(std::string_view block, wchar_t* out) const {
     if (number_ == utf8_page)
         return decode_blocks(block, out, take_utf8_run);
-    return decode_blocks(
-        block, out,
-        [this](const unsigned char*& at, const unsigned char* end, wchar_t*& to, std::size_t& lost) {
-            while (at < end && *at >= 0x80) {
-                const unsigned byte = *at;
-                char16_t c = characters_[byte];
-                if (is_lead_[byte]) {
-                    if (at + 1 == end)
-                        return false;
-                    c = characters_[byte << 8 | at[1]];
-                    at += c != 0;
-                }
-                ++at;
-                lost += c == 0;
-                *to++ = static_cast<wchar_t>(c != 0 ? c : 0xDC00 + byte);
-            }
-            return true;
-        });
+    return decode_blocks(block, out,
+                         [this, characters = characters_.data()](const unsigned char*& at,
+                                                                 const unsigned char* end, wchar_t*& to,
+                                                                 std::size_t& lost) {
+                             while (at < end && *at >= 0x80) {
+                                 const unsigned byte = *at;
+                                 const bool is_lead = is_lead_[byte];
+                                 if (is_lead && at + 1 == end)
+                                     return false;
+                                 const char16_t c = characters[is_lead ? byte << 8 | at[1] : byte];
+                                 if (c != 0) {
+                                     *to++ = static_cast<wchar_t>(c);
+                                     at += is_lead ? 2 : 1;
+                                 } else {
+                                     *to++ = static_cast<wchar_t>(0xDC00 + byte);
+                                     ++at;
+                                     ++lost;
+                                 }
+                             }
+                             return true;
+                         });
 }
 
 bool code_page::encode(char32_t c, std::string& out) const {

@@ -1,4 +1,4 @@
-// What holds for all curves, faces and meshes: reading changes nothing, a transformed one is where the
+// What holds for all figures: reading changes nothing, a transformed one is where the
 // transformation puts it, what can not be transformed stays, copies and parts draw the same.
 #include "dbents.h"
 #include "tests/db_figures.h"

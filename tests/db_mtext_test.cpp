@@ -93,6 +93,8 @@ TEST(DbMText, ItsLinesBreakAndStandAsItsGroupsSay) {
              row{"11 1|21 0|31 0|50 90|1 ABC", {100, 50, 106, 66}}, // the last one counts
              row{"50 90|11 1|21 0|31 0|1 ABC", {100, 44, 116, 50}},
              row{"210 0|220 0|230 -1|11 1|21 0|31 0|1 ABC", {100, 50, 116, 56}},
+             row{"210 0|220 0|230 -1|1 ABC", {100, 50, 116, 56}},
+             row{"210 0|220 0|230 -1|50 0|1 ABC", {84, 44, 100, 50}}, // the angle is that of the plane
              // The two of a fraction stand ten apart, sixteen high together, around the middle of a letter.
              row{"1 \\A1;\\S1/2;", {100, 34, 104, 50}},
              row{"1 \\A0;\\SA^ B;A", {100, 34, 110, 50}},

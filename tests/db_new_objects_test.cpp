@@ -542,6 +542,12 @@ TEST(DbNewObjects, ObjectsStandInDictionariesAndKnowWhoWantsToHearOfThem) {
                   line_id.handle());
 
         line.open(line_id, AcDb::kForWrite);
+        EXPECT_EQ(line->erase(), Acad::eOk);
+        AcDbObjectId gone;
+        EXPECT_EQ(saved_and_read(*database, bytes)->getAcDbObjectId(gone, false, extension.handle()),
+                  Acad::eUnknownHandle)
+            << "what it owns goes with it";
+        EXPECT_EQ(line->erase(false), Acad::eOk);
         AcDbDictionaryPointer dictionary(extension, AcDb::kForWrite);
         auto* const entry = new AcDbXrecord;
         AcDbObjectId entry_id;

@@ -7,11 +7,8 @@
 
 #include <chrono>
 #include <cmath>
-#include <numbers>
 
 namespace {
-
-constexpr double pi = std::numbers::pi;
 
 using Changes = std::vector<std::string>;
 

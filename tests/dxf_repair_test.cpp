@@ -149,6 +149,15 @@ TEST(DxfRepair, EndsThatAreMissing) {
               "repair 3: line 12: the end of the file is missing: EOF added\n",
               "?",
               {}},
+             {with("0 LINE|5 30|330 1F|100 AcDbEntity|8 0|100 AcDbLine|10 0.0|20 0.0|11 1.0|21 0.0|0 "
+                   "ENDSEC|0 SECTION|"
+                   "2 OBJECTS|0 DICTIONARY|5 C|330 0|100 AcDbDictionary|281 1|0 ENDSEC|0 EOF",
+                   groups(line + "|0 CIRCLE|5 31|100 AcDbEntity|8 0")),
+              "repair 1: line #: the file ends inside of this CIRCLE: it is left out\n"
+              "repair 2: line #: the end of a SECTION is missing: ENDSEC added\n"
+              "repair 3: line #: the end of the file is missing: EOF added\n",
+              "?",
+              {"0 CIRCLE|5 31", "", ""}},
              {groups(start + "|0 ENDSEC") + "   ",
               "repair 1: line 11: the end of the file is missing: EOF added\n",
               "?",
@@ -241,6 +250,14 @@ TEST(DxfRepair, LinesThatLostTheirCodes) {
              {drawing(std::string("62\n3\n6\nDA\0SH\0\0ED\n", 17)),
               "repair 1: line 12: 3 zero bytes from here on: left out\n",
               "?",
+              {}},
+             {drawing("62\n3\nPOINT\n8\nB\n"),
+              "repair 1: line 11: the type 'POINT' has no group code: read as group 0\n",
+              "+ 0",
+              {}},
+             {drawing("1\ntext\nLINE\n5\n2F\n8\nB\n"),
+              "repair 1: line 11: the type 'LINE' has no group code: read as group 0\n",
+              "+ 0",
               {}},
              // Lines are counted in the file, not in what was made of it.
              {groups("0 SECTION|2 ENTITIES|0 LINE|10 1.0") + "what\n" + groups("8 0|0 LINE|8 0|0 POINT|8 0"),

@@ -59,6 +59,8 @@ EXPLAINED = [
     ("ACadSharp__sample_AC1015_ascii.dxf", "ATTDEF", "798", "constant: in its block it shows its text, which is empty"),
     ("Unity3D-DXF-Viewer__Test1.dxf", "MTEXT", "", "without a width the reader breaks behind every word"),
     ("ezdxf__caret_encoding.dxf", "MTEXT", "", "without a width the reader breaks behind every word"),
+    ("dxf-parser__api-cw750-details.dxf", "MTEXT", "", "without a width the reader breaks behind every word"),
+    ("dxf__floorplan.dxf", "MTEXT", "", "without a width the reader breaks behind every word"),
     ("netDxf__sample.dxf", "MTEXT", "981", "without a width the reader breaks behind every word"),
     ("ezdxf__xclip.dxf", "MTEXT", "F8", "the reader's box is as wide as the lines may become"),
     ("gdal__assorted.dxf", "MTEXT", "", "the reader's box is as wide as the lines may become"),

@@ -96,9 +96,9 @@ void init_dimensions() {
 // By the lowest three bits of group 70.
 AcRxClass* class_of_dimension(std::string_view record) {
     constexpr AcRxClass* (*kinds[])() = {
-        AcDbRotatedDimension::desc,  AcDbAlignedDimension::desc, AcDb2LineAngularDimension::desc,
-        AcDbDiametricDimension::desc, AcDbRadialDimension::desc, AcDb3PointAngularDimension::desc,
-        AcDbOrdinateDimension::desc, AcDbRotatedDimension::desc,
+        AcDbRotatedDimension::desc,   AcDbAlignedDimension::desc, AcDb2LineAngularDimension::desc,
+        AcDbDiametricDimension::desc, AcDbRadialDimension::desc,  AcDb3PointAngularDimension::desc,
+        AcDbOrdinateDimension::desc,  AcDbRotatedDimension::desc,
     };
     const double flags = dxf::leading_real(dxf::value_of(record, 70)).value_or(0.0);
     constexpr double most = 32767.0;

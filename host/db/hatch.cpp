@@ -123,7 +123,7 @@ void write_pattern(AcDbImpObject& imp, const pattern& pattern) {
 line_family plain_lines(double angle, double space) {
     line_family lines;
     lines.angle = angle;
-    lines.offset = AcGeVector2d(-std::sin(db::radians(angle)), std::cos(db::radians(angle))) * space;
+    lines.offset = {0.0 - std::sin(db::radians(angle)) * space, std::cos(db::radians(angle)) * space};
     return lines;
 }
 

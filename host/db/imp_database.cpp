@@ -253,7 +253,7 @@ bool AcDbImpDatabase::is_of_application(dxf::record_id record) const {
         const dxf::record_id section = drawing_->parts().classes;
         for (dxf::record_id id = section != dxf::no_record ? records().next(section) : section;
              id != dxf::no_record && records().type(id) == dxf::type_class; id = records().next(id))
-            if (dxf::value_of(records().text(id), 3) != "ObjectDBX Classes")
+            if (!records().gone(id) && dxf::value_of(records().text(id), 3) != "ObjectDBX Classes")
                 application_types_->insert(dxf::value_of(records().text(id), 1));
     }
     return application_types_->contains(records().type_name(record));
@@ -427,8 +427,9 @@ void AcDbImpDatabase::set_erased(dxf::record_id record, bool erased) {
 // Erases what stands in a block with it, and brings back what was erased so.
 void AcDbImpDatabase::erase_contents(dxf::record_id block, bool erased) {
     std::vector<dxf::record_id>& with_it = erased_with_[block];
+    const std::vector<dxf::record_id> before = std::exchange(with_it, {});
     if (!erased) {
-        for (const dxf::record_id id : std::exchange(with_it, {}))
+        for (const dxf::record_id id : before)
             records().set_gone(id, false);
         return;
     }

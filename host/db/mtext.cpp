@@ -236,10 +236,11 @@ namespace db {
 mtext_values::mtext_values(const AcDbImpObject& object, AcDbImpDatabase* styles) {
     const dxf::group_list& groups = object.groups();
     const section where = main_section(groups);
+    // Of the two ways to tell how it is turned the last one counts; without any it runs along the x axis.
+    AcGeVector3d given_direction = AcGeVector3d::kXAxis;
     double rotation = 0.0;
-    AcGeVector3d given_direction;
-    bool by_direction = false; // of the two ways to tell it the last one counts
-    bool in_columns = false;   // whose heights have the code of the angle
+    bool by_angle = false;
+    bool in_columns = false; // whose heights have the code of the angle
     bool in_braces = false;
     double height = 0.0;
     std::string_view style_name;
@@ -254,7 +255,7 @@ mtext_values::mtext_values(const AcDbImpObject& object, AcDbImpDatabase* styles)
             location[static_cast<unsigned>(axis)] = finite(group);
         if (const int axis = axis_of(group.code, 11); axis >= 0) {
             given_direction[static_cast<unsigned>(axis)] = finite(group);
-            by_direction = true;
+            by_angle = false;
         }
         if (group.code >= 210 && group.code <= 230 && group.code % 10 == 0)
             given_normal[static_cast<unsigned>(group.code - 210) / 10] = finite(group);
@@ -279,7 +280,7 @@ mtext_values::mtext_values(const AcDbImpObject& object, AcDbImpDatabase* styles)
         case 50:
             if (!in_columns) {
                 rotation = radians(finite(group));
-                by_direction = false;
+                by_angle = true;
             }
             break;
         case 71:
@@ -301,7 +302,7 @@ mtext_values::mtext_values(const AcDbImpObject& object, AcDbImpDatabase* styles)
         normal = given_normal.normal();
     const AcGeMatrix3d plane = AcGeMatrix3d::planeToWorld(normal);
     direction = given_direction - normal * given_direction.dotProduct(normal);
-    if (!by_direction || direction.isZeroLength())
+    if (by_angle || direction.isZeroLength())
         direction = plane * AcGeVector3d(std::cos(rotation), std::sin(rotation), 0.0);
     direction.normalize();
     style = styles == object.database || styles == nullptr

@@ -91,6 +91,7 @@ private:
     record_id make(record_id previous, std::initializer_list<group_list::fresh_group> groups,
                    record_kind kind);
     void remember_made(record_id first, record_id last);
+    bool owner_is_gone(record_id id) const;
     bool is_saved(record_id id) const;
 
     sys::file_bytes file_; // the bytes of the file are in this,

@@ -134,8 +134,8 @@ void indexer::end_of_text(record_id last, const raw_group& last_group, const gro
         damage_.cut_group = groups.position();
     else if (!is_blank(last_line))
         damage_.cut_group = last_group.begin;
-    else if (!last_line.empty())
-        damage_.open_line = last;
+    damage_.last = last;
+    damage_.open_line = !last_line.empty();
     end_what_is_open(type_eof, end);
     make_end(type_eof, record_kind::structure, no_record, end);
     parts_.end_of_file = records_.size() - 1;

@@ -45,7 +45,8 @@ struct drawing_damage {
     std::vector<record_id> repeated;      // SECTIONs of blocks, entities or objects behind the first such one
     std::vector<record_id> needless_ends; // ENDSECs where no section is open
     std::vector<record_id> empty_handles; // records with a handle that is none
-    record_id open_line = no_record;      // the last record, when its last line has no end
+    record_id last = no_record;           // in which the text ends without an EOF
+    bool open_line = false;               // and whether its last line lacks its end
 
     bool in_lines() const { return !lines.empty() || zero_bytes || cut_group != nullptr; }
 };

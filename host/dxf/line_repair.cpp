@@ -71,7 +71,7 @@ public:
                 stays = lost_code(group, before, next, neighbour);
             else
                 before = group.code;
-            if (stays && !may_hold_lines(group.code))
+            if (stays)
                 stray_lines(group, before, next, neighbour);
             first = false;
         }
@@ -110,28 +110,29 @@ private:
         return true;
     }
 
-    // Lines behind a value that has but one.
+    // Lines behind a value that has but one. In texts they are allowed, but for a type in front of a handle:
+    // no handle stands behind a text of the same object.
     void stray_lines(const raw_group& group, int before, int next, const raw_group& neighbour) {
         const char* at = group.value.data();
         at += line_at(at, group.end).size();
         bool told = false;
-        while (at != group.end) {
-            const std::string_view line = line_at(at, group.end);
-            if (!is_blank(line)) {
-                const bool is_type = types_.contains(trimmed(line.substr(0, line.find('\n'))));
-                const int code = told || is_type || !base::parse_real(line) ? 0 : code_between(before, next);
-                if (is_type || code != 0) {
-                    edits_.push_back({at, 0, code_line(neighbour, code)});
-                    repairs_.push_back(
-                        {at, repair_kind::lost_code,
-                         (is_type ? L"the type " : L"the number ") + shown(line) + L" has no group code",
-                         L"read as group " + std::to_wstring(code)});
-                } else {
-                    remove(at, at + line.size(), at, line);
-                }
-                told = true;
+        for (std::string_view line; at != group.end; at += line.size()) {
+            line = line_at(at, group.end);
+            const bool is_type = types_.contains(trimmed(line.substr(0, line.find('\n'))));
+            const bool before_handle = at + line.size() == group.end && (next == 5 || next == 105);
+            if (is_blank(line) || (may_hold_lines(group.code) && !(is_type && before_handle)))
+                continue;
+            const int code = told || is_type || !base::parse_real(line) ? 0 : code_between(before, next);
+            if (is_type || code != 0) {
+                edits_.push_back({at, 0, code_line(neighbour, code)});
+                repairs_.push_back(
+                    {at, repair_kind::lost_code,
+                     (is_type ? L"the type " : L"the number ") + shown(line) + L" has no group code",
+                     L"read as group " + std::to_wstring(code)});
+            } else {
+                remove(at, at + line.size(), at, line);
             }
-            at += line.size();
+            told = true;
         }
     }
 

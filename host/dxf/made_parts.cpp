@@ -137,9 +137,25 @@ record_id drawing::ensure_root_dictionary() {
     return root;
 }
 
+// Whether an object's owner, or that one's owner and so on, was erased: it goes with it, and would come back
+// with it.
+bool drawing::owner_is_gone(record_id id) const {
+    constexpr int deepest = 100; // owners of damaged drawings may go round in a circle
+    for (int depth = 0; depth < deepest; ++depth) {
+        id = records_->find(records_->owner_handle(id));
+        if (id == no_record)
+            return false;
+        if (records_->gone(id))
+            return true;
+    }
+    return false;
+}
+
 // What was made and nothing stands in does not count, nor does a new object that nobody owns yet.
 bool drawing::is_saved(record_id id) const {
     if (records_->leaves_out(id))
+        return false;
+    if (records_->kind(id) == record_kind::object && !records_->journal().empty() && owner_is_gone(id))
         return false;
     const auto made = made_.find(id);
     if (made == made_.end())

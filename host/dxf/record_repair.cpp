@@ -136,6 +136,12 @@ private:
     // ---- ends
 
     void write_ends();
+    void drop_beginning(record_id last);
+    std::ptrdiff_t markers_in(record_id id) const {
+        const group_list list(records_.text(id));
+        return std::count_if(list.groups().begin(), list.groups().end(),
+                             [](const group& one) { return one.code == 100; });
+    }
     void put_in_order();
     record_id section_of_entities();
 
@@ -238,9 +244,10 @@ record_id record_mender::section_of_entities() {
 
 // The records that the index put in for missing ends get their text.
 void record_mender::write_ends() {
-    if (damage_.open_line != no_record)
-        rewrite(damage_.open_line,
-                std::string(records_.text(damage_.open_line)) + std::string(manner_.style.line_end));
+    if (damage_.open_line)
+        rewrite(damage_.last, std::string(records_.text(damage_.last)) + std::string(manner_.style.line_end));
+    if (damage_.last != no_record)
+        drop_beginning(damage_.last);
     for (const drawing_damage::missing_end& end : damage_.ends) {
         const std::uint32_t type = records_.type(end.id);
         text made = begin(records_.type_name(end.id));
@@ -266,6 +273,21 @@ void record_mender::write_ends() {
         records_.rewrite(end.id, made.bytes());
         tell(end.id, repair_kind::missing_end, std::move(what), type_of(end.id) + L" added");
     }
+}
+
+// An entity of which the file's end left nothing but what all entities have is none.
+void record_mender::drop_beginning(record_id last) {
+    const record_kind kind = records_.kind(last);
+    if (!modern() || (kind != record_kind::entity && kind != record_kind::part) ||
+        records_.type(last) == type_seqend || markers_in(last) > 1)
+        return;
+    record_id previous = 0;
+    while (records_.next(previous) != last)
+        previous = records_.next(previous);
+    if (markers_in(previous) < 2 && records_.kind(previous) == kind) // it is the manner of the file
+        return;
+    tell(last, repair_kind::cut_end, L"the file ends inside of this " + type_of(last), L"it is left out");
+    records_.unlink_behind(previous);
 }
 
 // ---- handles

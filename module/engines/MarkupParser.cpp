@@ -1,34 +1,70 @@
 #include "module/engines/MarkupParser.h"
 
+#include "module/engines/MarkupScan.h"
 #include "module/engines/MarkupSyntax.h"
 
 #include <algorithm>
-
-static_assert(MarkupScan<wchar_t>::blockSize <= WideText::padding);
+#include <string_view>
+#include <unordered_map>
 
 namespace {
+
+using Scan = MarkupScan<wchar_t>;
+
+static_assert(Scan::blockSize <= WideText::padding && scanReach <= WideText::padding);
 
 void SetNameLength(MarkupElement& record, std::size_t length) {
     record.nameLength = std::min<std::size_t>(length, MarkupElement::longName) & MarkupElement::longName;
 }
 
-} // namespace
+class Parser {
+public:
+    Parser(const WideText& text, MarkupIndex& index, MarkupResult& result)
+        : m_begin(text.GetData()), m_end(m_begin + text.GetSize()), m_index(index), m_result(result) {}
 
-MarkupParser::MarkupParser(const WideText& text, MarkupIndex& index, MarkupResult& result)
-    : m_begin(text.GetData()), m_end(m_begin + text.GetSize()), m_index(index), m_result(result),
-      m_scan(m_begin) {
-}
+    std::uint32_t Run();
 
-void MarkupParser::Run() {
+private:
+    std::uint32_t GetOffset(const wchar_t* at) const { return static_cast<std::uint32_t>(at - m_begin); }
+    std::wstring_view GetName(ElementIndex element) const;
+
+    void TakeStartTag(Scan& scan, const wchar_t* open);
+    void TakeEndTag(Scan& scan, const wchar_t* open);
+    const wchar_t* FindTagEnd(Scan& scan, bool& isPlain) const;
+    const wchar_t* TakePiece(const wchar_t* open);
+
+    void Close(const wchar_t* end, std::size_t nameLength);
+    void CloseUnended(const wchar_t* expected);
+    void CloseOther(const wchar_t* open, const wchar_t* close);
+    bool IsOpen(std::wstring_view name);
+    void AddFault(MarkupEvent event, const wchar_t* at);
+
+    const wchar_t* const m_begin;
+    const wchar_t* const m_end;
+    MarkupIndex& m_index;
+    MarkupResult& m_result;
+    ElementIndex m_parent = 0;   // the element that is open, innermost
+    ElementIndex m_previous = 0; // its last child so far
+    std::uint32_t m_level = 0;
+    std::uint32_t m_deepest = 0;
+    // How often each name is open; kept up only when the first end tag has come that fits no start tag,
+    // because good texts never ask.
+    std::unordered_map<std::wstring_view, std::uint32_t> m_openNames;
+    bool m_keepsOpenNames = false;
+};
+
+std::uint32_t Parser::Run() {
+    // Apart from the members, so that it can stay in registers.
+    Scan scan(m_begin);
     for (;;) {
-        const wchar_t* const at = m_scan.Next();
+        const wchar_t* const at = scan.Next();
         if (*at == L'<') {
             if (at[1] == L'/')
-                TakeEndTag(at);
+                TakeEndTag(scan, at);
             else if (BeginsName(at[1]))
-                TakeStartTag(at);
+                TakeStartTag(scan, at);
             else if (at[1] == L'!' || at[1] == L'?')
-                TakePiece(at);
+                scan.MoveTo(TakePiece(at));
             else
                 AddFault(MarkupEvent::FirstTagSyntax, at);
         } else if (*at == L'&') {
@@ -45,24 +81,22 @@ void MarkupParser::Run() {
         m_result.Add(MarkupEvent::NoRootElement);
     else
         m_index[document.firstChild].previous = m_previous;
+    return m_deepest;
 }
 
-// Notes what is wrong with what begins at `at`, which stays part of the text around it.
-void MarkupParser::AddFault(MarkupEvent event, const wchar_t* at) {
-    m_result.Add(event, GetOffset(at));
-    m_index[m_parent].hasPlainContent = 0;
-}
-
-std::wstring_view MarkupParser::GetName(ElementIndex element) const {
+std::wstring_view Parser::GetName(ElementIndex element) const {
     const MarkupElement& record = m_index[element];
     return GetFrontName({m_begin + record.start + 1, record.tagLength - 1});
 }
 
-void MarkupParser::TakeStartTag(const wchar_t* open) {
+inline void Parser::TakeStartTag(Scan& scan, const wchar_t* open) {
     bool isPlain = true;
-    const wchar_t* const close = FindTagEnd(open, isPlain);
-    if (close == nullptr)
+    const wchar_t* const close = FindTagEnd(scan, isPlain);
+    if (*close != L'>') {
+        AddFault(MarkupEvent::UnterminatedTagSyntax, open);
+        scan.MoveTo(close);
         return;
+    }
     const ElementIndex element = m_index.Add();
     if (m_previous != 0)
         m_index[m_previous].next = element;
@@ -97,50 +131,43 @@ void MarkupParser::TakeStartTag(const wchar_t* open) {
     }
 }
 
-// The `>` of a start tag; null when there is none before the next `<` outside of quotes.
-const wchar_t* MarkupParser::FindTagEnd(const wchar_t* open, bool& isPlain) {
+// The `>` of a start tag, or what ends it without one: the next `<` outside of quotes, or the end of the
+// text.
+inline const wchar_t* Parser::FindTagEnd(Scan& scan, bool& isPlain) const {
     for (;;) {
-        const wchar_t* at = m_scan.Next();
-        if (*at == L'>')
-            return at;
+        const wchar_t* at = scan.Next();
         if (*at == L'"' || *at == L'\'') {
             const wchar_t quote = *at;
-            do {
-                at = m_scan.Next();
+            for (at = scan.Next(); *at != quote && at < m_end; at = scan.Next())
                 isPlain = isPlain && *at != L'&';
-            } while (*at != quote && at < m_end);
         }
+        if (*at == L'>' || *at == L'<' || at >= m_end)
+            return at;
         isPlain = isPlain && *at != L'&';
-        if (*at == L'<' || at >= m_end) {
-            AddFault(MarkupEvent::UnterminatedTagSyntax, open);
-            m_scan.MoveTo(at);
-            return nullptr;
-        }
     }
 }
 
-void MarkupParser::TakeEndTag(const wchar_t* open) {
-    const wchar_t* close = m_scan.Next();
+inline void Parser::TakeEndTag(Scan& scan, const wchar_t* open) {
+    const wchar_t* close = scan.Next();
     while (*close != L'>') {
         if (*close == L'<' || close >= m_end) {
             AddFault(MarkupEvent::UnterminatedTagSyntax, open);
-            m_scan.MoveTo(close);
+            scan.MoveTo(close);
             return;
         }
-        close = m_scan.Next();
+        close = scan.Next();
     }
-    if (m_parent != 0) {
-        const wchar_t* name = open + 2;
-        const wchar_t* mine = m_begin + m_index[m_parent].start + 1;
-        while (*name == *mine && !EndsName(*name)) {
-            ++name;
-            ++mine;
-        }
-        if (EndsName(*name) && EndsName(*mine)) {
-            Close(close + 1, static_cast<std::size_t>(name - open - 2));
-            return;
-        }
-    }
+    const wchar_t* const name = open + 2;
+    const auto length = static_cast<std::size_t>(FindLowUnit(name, close, EndsName) - name);
+    const wchar_t* const mine = m_begin + m_index[m_parent].start + 1;
+    if (m_parent != 0 && AreEqual(name, mine, length) && EndsName(mine[length]))
+        Close(close + 1, length);
+    else
+        CloseOther(open, close);
+}
+
+// Takes an end tag that does not fit the element that is open.
+void Parser::CloseOther(const wchar_t* open, const wchar_t* close) {
     const std::wstring_view name = GetFrontName({open + 2, static_cast<std::size_t>(close - open - 2)});
     if (!IsOpen(name)) {
         m_result.Add(MarkupEvent::LoneEndTag, name, GetOffset(open));
@@ -152,10 +179,11 @@ void MarkupParser::TakeEndTag(const wchar_t* open) {
     Close(close + 1, name.size());
 }
 
-void MarkupParser::TakePiece(const wchar_t* open) {
+// Takes what begins with `<!` or `<?` and tells where it ends.
+const wchar_t* Parser::TakePiece(const wchar_t* open) {
+    m_index[m_parent].hasPlainContent = 0;
     const FoundPiece found =
         FindMarkedPiece({m_begin, static_cast<std::size_t>(m_end - m_begin)}, GetOffset(open));
-    m_index[m_parent].hasPlainContent = 0;
     if (found.badDeclaration != std::wstring_view::npos)
         m_result.Add(MarkupEvent::DoctypeTagSyntax, found.badDeclaration);
     switch (found.piece) {
@@ -172,11 +200,11 @@ void MarkupParser::TakePiece(const wchar_t* open) {
         if (!found.isTerminated)
             AddFault(MarkupEvent::UnterminatedTagSyntax, open);
     }
-    m_scan.MoveTo(m_begin + found.end);
+    return m_begin + found.end;
 }
 
 // Closes the element that is open; its text ends at `end`.
-void MarkupParser::Close(const wchar_t* end, std::size_t nameLength) {
+inline void Parser::Close(const wchar_t* end, std::size_t nameLength) {
     if (m_keepsOpenNames)
         --m_openNames[GetName(m_parent)];
     MarkupElement& record = m_index[m_parent];
@@ -189,14 +217,14 @@ void MarkupParser::Close(const wchar_t* end, std::size_t nameLength) {
     --m_level;
 }
 
-void MarkupParser::CloseUnended(const wchar_t* expected) {
-    m_result.Add(MarkupEvent::UnendedStartTag, GetName(m_parent), m_index[m_parent].start,
-                 GetOffset(expected));
+void Parser::CloseUnended(const wchar_t* expected) {
+    const std::wstring_view name = GetName(m_parent);
+    m_result.Add(MarkupEvent::UnendedStartTag, name, m_index[m_parent].start, GetOffset(expected));
     m_index[m_parent].isUnended = 1;
-    Close(expected, GetName(m_parent).size());
+    Close(expected, name.size());
 }
 
-bool MarkupParser::IsOpen(std::wstring_view name) {
+bool Parser::IsOpen(std::wstring_view name) {
     if (!m_keepsOpenNames) {
         m_keepsOpenNames = true;
         for (ElementIndex element = m_parent; element != 0; element = m_index[element].parent)
@@ -204,4 +232,16 @@ bool MarkupParser::IsOpen(std::wstring_view name) {
     }
     const auto found = m_openNames.find(name);
     return found != m_openNames.end() && found->second > 0;
+}
+
+// Notes what is wrong with what begins at `at`, which stays part of the text around it.
+void Parser::AddFault(MarkupEvent event, const wchar_t* at) {
+    m_result.Add(event, GetOffset(at));
+    m_index[m_parent].hasPlainContent = 0;
+}
+
+} // namespace
+
+std::uint32_t ParseMarkup(const WideText& text, MarkupIndex& index, MarkupResult& result) {
+    return Parser(text, index, result).Run();
 }

@@ -14,14 +14,23 @@
 constexpr std::size_t scanReach = 16;
 
 #if defined(__SSE2__)
-// Of the eight units at `at`, those for which `compare` gives ones in a vector; two bits stand for each.
+// Of the eight units at `a`, and at `b`, those for which `compare` of them gives ones; two bits stand for
+// each.
+template<class Unit, class Compare>
+unsigned MaskOfEight(const Unit* a, const Unit* b, Compare compare) {
+    const auto compared = [=](int i) {
+        return compare(_mm_loadu_si128(reinterpret_cast<const __m128i*>(a) + i),
+                       _mm_loadu_si128(reinterpret_cast<const __m128i*>(b) + i));
+    };
+    if constexpr (sizeof(Unit) == 2)
+        return static_cast<unsigned>(_mm_movemask_epi8(compared(0)));
+    else
+        return static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi32(compared(0), compared(1))));
+}
+
 template<class Unit, class Compare>
 unsigned MaskOfEight(const Unit* at, Compare compare) {
-    const auto load = [at](int i) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at) + i); };
-    if constexpr (sizeof(Unit) == 2)
-        return static_cast<unsigned>(_mm_movemask_epi8(compare(load(0))));
-    else
-        return static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi32(compare(load(0)), compare(load(1)))));
+    return MaskOfEight(at, at, [compare](__m128i units, __m128i) { return compare(units); });
 }
 #endif
 
@@ -110,6 +119,25 @@ const Unit* FindLowUnit(const Unit* at, const Unit* end, Is is) {
     return end;
 #else
     return std::find_if(at, end, is);
+#endif
+}
+
+// Whether two runs of units are the same.
+template<class Unit>
+bool AreEqual(const Unit* a, const Unit* b, std::size_t size) {
+#if defined(__SSE2__)
+    for (std::size_t i = 0; i < size; i += 8) {
+        // Two bits stand for each unit that differs.
+        const unsigned differing = ~MaskOfEight(a + i, b + i, [](__m128i x, __m128i y) {
+            return sizeof(Unit) == 2 ? _mm_cmpeq_epi16(x, y) : _mm_cmpeq_epi32(x, y);
+        });
+        const std::size_t first = static_cast<unsigned>(std::countr_zero(differing)) / 2;
+        if (i + first < size && first < 8)
+            return false;
+    }
+    return true;
+#else
+    return std::equal(a, a + size, b);
 #endif
 }
 

@@ -31,9 +31,7 @@ void MarkupTree::Parse(WideText text, MarkupResult& result) {
         throw std::bad_alloc();
     m_text = std::move(text);
     try {
-        MarkupParser parser(m_text, m_index, result);
-        parser.Run();
-        m_deepest = parser.GetDeepest();
+        m_deepest = ParseMarkup(m_text, m_index, result);
     } catch (const std::bad_alloc&) {
         m_text = {};
         m_index.Clear();

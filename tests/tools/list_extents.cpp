@@ -1,6 +1,6 @@
 // list_extents DRAWING: every entity of the drawing's blocks and spaces with the box around what it draws, a
-// line each, in the order of the file: block, handle, type, class, and six numbers (least x, y, z, most x, y, z)
-// or "-" for what draws nothing that has a box. Tabulators stand between them.
+// line each, in the order of the file: block, handle, type, class, and six numbers (least x, y, z, most x, y,
+// z) or "-" for what draws nothing that has a box. Tabulators stand between them.
 #include "base/utf.h"
 #include "dbents.h"
 #include "dbsymtb.h"

@@ -57,10 +57,9 @@ int main(int argc, char** argv) {
     const AcDbObjectId layer = add_record<AcDbLayerTableRecord>(database, L"ZEF_NEW", "layer");
     const AcDbObjectId block = add_record<AcDbBlockTableRecord>(database, L"ZEF_NEW_BLOCK", "block");
     append(block, new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 1, 0)), "line in a block");
-    AcDbObjectId model;
+    const AcDbObjectId model = database.imp().id(database.imp().block(ACDB_MODEL_SPACE));
     for (const dxf::record_id space : database.imp().entries(db::table_kind::block)) {
-        const std::wstring name = database.imp().name_of(space);
-        if (!AcDbImpDatabase::is_space_name(name))
+        if (!AcDbImpDatabase::is_space_name(database.imp().name_of(space)))
             continue;
         auto* const circle = new AcDbCircle(AcGePoint3d(1, 2, 0), AcGeVector3d::kZAxis, 3.0);
         expect(circle->setLayer(layer), "layer of a circle");
@@ -68,8 +67,6 @@ int main(int argc, char** argv) {
         circle->setXData(data);
         acutRelRb(data);
         append(database.imp().id(space), circle, "circle in a space");
-        if (name == ACDB_MODEL_SPACE)
-            model = database.imp().id(space);
     }
     const AcDbObjectId reference =
         append(model, new AcDbBlockReference(AcGePoint3d(5, 5, 0), block), "block reference");
