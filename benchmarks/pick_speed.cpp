@@ -1,5 +1,5 @@
-// pick_speed DRAWING: opens a drawing, picks by points along its diagonal and selects all entities of a layer,
-// and prints what each took: "what milliseconds" lines.
+// pick_speed DRAWING: opens a drawing, picks by points along its diagonal and selects all entities of a
+// layer, and prints what each took: "what milliseconds" lines.
 #include "acedads.h"
 #include "acutads.h"
 #include "adscodes.h"
@@ -32,7 +32,8 @@ int main(int count, char** arguments) {
     ap::documents& documents = ap::documents::instance();
     bool opened = false;
     std::printf("open %.3f\n", milliseconds_of([&] {
-                    opened = static_cast<bool>(documents.open(std::filesystem::path(arguments[1]).wstring(), true));
+                    opened = static_cast<bool>(
+                        documents.open(std::filesystem::path(arguments[1]).wstring(), true));
                 }));
     if (!opened)
         return 3;
@@ -73,9 +74,8 @@ int main(int count, char** arguments) {
     const std::wstring name = database.drawing().codec().decode(records.layer_names()[most->first]);
     ads_name set;
     resbuf* const filter = acutBuildList(8, name.c_str(), RTNONE);
-    std::printf("layer %.3f\n", milliseconds_of([&] {
-                    acedSSGet(ACRX_T("X"), nullptr, nullptr, filter, set);
-                }));
+    std::printf("layer %.3f\n",
+                milliseconds_of([&] { acedSSGet(ACRX_T("X"), nullptr, nullptr, filter, set); }));
     acutRelRb(filter);
     Adesk::Int32 found = 0;
     acedSSLength(set, &found);

@@ -601,28 +601,34 @@ TEST(DbNewObjects, VerticesAndAttributesFollowTheirEntity) {
         const wchar_t* block;
         std::vector<std::string> expected; // records, $ for the entity's handle and # for others
     };
-    const std::string sheets =
-        groups("0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|9 $HANDSEED|5 100|0 ENDSEC|0 SECTION|2 TABLES|"
-               "0 TABLE|2 BLOCK_RECORD|5 1|330 0|100 AcDbSymbolTable|70 3|"
-               "0 BLOCK_RECORD|5 20|330 1|100 AcDbSymbolTableRecord|100 AcDbBlockTableRecord|2 *Model_Space|"
-               "0 BLOCK_RECORD|5 21|330 1|100 AcDbSymbolTableRecord|100 AcDbBlockTableRecord|2 *Paper_Space|"
-               "0 BLOCK_RECORD|5 22|330 1|100 AcDbSymbolTableRecord|100 AcDbBlockTableRecord|2 *Paper_Space0|"
-               "0 ENDTAB|0 ENDSEC|0 SECTION|2 BLOCKS|"
-               "0 BLOCK|5 30|330 20|100 AcDbEntity|8 0|100 AcDbBlockBegin|2 *Model_Space|70 0|10 0|20 0|30 0|"
-               "0 ENDBLK|5 31|330 20|100 AcDbEntity|8 0|100 AcDbBlockEnd|"
-               "0 BLOCK|5 34|330 21|100 AcDbEntity|67 1|8 0|100 AcDbBlockBegin|2 *Paper_Space|70 0|10 0|20 0|30 0|"
-               "0 ENDBLK|5 35|330 21|100 AcDbEntity|67 1|8 0|100 AcDbBlockEnd|"
-               "0 BLOCK|5 32|330 22|100 AcDbEntity|67 1|8 0|100 AcDbBlockBegin|2 *Paper_Space0|70 0|10 0|20 0|30 0|"
-               "0 ENDBLK|5 33|330 22|100 AcDbEntity|67 1|8 0|100 AcDbBlockEnd|0 ENDSEC|"
-               "0 SECTION|2 ENTITIES|0 ENDSEC|0 EOF");
+    const std::string sheets = groups(
+        "0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|9 $HANDSEED|5 100|0 ENDSEC|0 SECTION|2 TABLES|"
+        "0 TABLE|2 BLOCK_RECORD|5 1|330 0|100 AcDbSymbolTable|70 3|"
+        "0 BLOCK_RECORD|5 20|330 1|100 AcDbSymbolTableRecord|100 AcDbBlockTableRecord|2 *Model_Space|"
+        "0 BLOCK_RECORD|5 21|330 1|100 AcDbSymbolTableRecord|100 AcDbBlockTableRecord|2 *Paper_Space|"
+        "0 BLOCK_RECORD|5 22|330 1|100 AcDbSymbolTableRecord|100 AcDbBlockTableRecord|2 *Paper_Space0|"
+        "0 ENDTAB|0 ENDSEC|0 SECTION|2 BLOCKS|"
+        "0 BLOCK|5 30|330 20|100 AcDbEntity|8 0|100 AcDbBlockBegin|2 *Model_Space|70 0|10 0|20 0|30 0|"
+        "0 ENDBLK|5 31|330 20|100 AcDbEntity|8 0|100 AcDbBlockEnd|"
+        "0 BLOCK|5 34|330 21|100 AcDbEntity|67 1|8 0|100 AcDbBlockBegin|2 *Paper_Space|70 0|10 0|20 0|30 0|"
+        "0 ENDBLK|5 35|330 21|100 AcDbEntity|67 1|8 0|100 AcDbBlockEnd|"
+        "0 BLOCK|5 32|330 22|100 AcDbEntity|67 1|8 0|100 AcDbBlockBegin|2 *Paper_Space0|70 0|10 0|20 0|30 0|"
+        "0 ENDBLK|5 33|330 22|100 AcDbEntity|67 1|8 0|100 AcDbBlockEnd|0 ENDSEC|"
+        "0 SECTION|2 ENTITIES|0 ENDSEC|0 EOF");
     const row rows[] = {
-        {"R12", r12_with_handles, ACDB_MODEL_SPACE,
-         {"0 INSERT|5 $|8 0|62 3|66 1|2 TAP", "0 ATTRIB|5 #|8 0|62 3", "0 SEQEND|5 #|8 0", "0 POLYLINE|5 $|8 0|62 3|66 1",
-          "0 VERTEX|5 #|8 0|62 3", "0 VERTEX|5 #|8 0|62 3", "0 SEQEND|5 #|8 0"}},
-        {"a sheet that is not current", sheets, L"*Paper_Space0",
+        {"R12",
+         r12_with_handles,
+         ACDB_MODEL_SPACE,
+         {"0 INSERT|5 $|8 0|62 3|66 1|2 TAP", "0 ATTRIB|5 #|8 0|62 3", "0 SEQEND|5 #|8 0",
+          "0 POLYLINE|5 $|8 0|62 3|66 1", "0 VERTEX|5 #|8 0|62 3", "0 VERTEX|5 #|8 0|62 3",
+          "0 SEQEND|5 #|8 0"}},
+        {"a sheet that is not current",
+         sheets,
+         L"*Paper_Space0",
          {"0 POLYLINE|5 $|330 22|100 AcDbEntity|67 1|8 0|100 AcDb2dPolyline|66 1",
           "0 VERTEX|5 #|330 $|100 AcDbEntity|67 1|8 0|100 AcDbVertex",
-          "0 VERTEX|5 #|330 $|100 AcDbEntity|67 1|8 0|100 AcDbVertex", "0 SEQEND|5 #|330 $|100 AcDbEntity|67 1|8 0"}},
+          "0 VERTEX|5 #|330 $|100 AcDbEntity|67 1|8 0|100 AcDbVertex",
+          "0 SEQEND|5 #|330 $|100 AcDbEntity|67 1|8 0"}},
     };
     for (const row& row : rows) {
         SCOPED_TRACE(row.what);
@@ -661,11 +667,13 @@ TEST(DbNewObjects, VerticesAndAttributesFollowTheirEntity) {
                 if (records.handle(id) != entity.handle())
                     put(records.handle(id), "#");
                 put(entity.handle(), "$");
-                found.push_back(number < row.expected.size() ? text.substr(0, row.expected[number].size()) : text);
+                found.push_back(number < row.expected.size() ? text.substr(0, row.expected[number].size())
+                                                             : text);
             }
         EXPECT_EQ(found, row.expected);
         const dxf::record_id block = again->imp().block(row.block);
-        EXPECT_EQ(again->imp().entities(block).back(), again->imp().record(at(*again, entities.back().handle())));
+        EXPECT_EQ(again->imp().entities(block).back(),
+                  again->imp().record(at(*again, entities.back().handle())));
         imp.undo();
         EXPECT_EQ(written(*database), row.bytes);
     }

@@ -56,7 +56,8 @@ std::pair<std::size_t, std::size_t> own_sections(const AcDbImpObject& object) {
 }
 
 // Whether a value means what stands there.
-bool same_value(const AcDbImpObject& object, const dxf::group& there, const dxf::group_list::fresh_group& fresh) {
+bool same_value(const AcDbImpObject& object, const dxf::group& there,
+                const dxf::group_list::fresh_group& fresh) {
     if (there.code != fresh.code)
         return false;
     if (there.value == fresh.value)
@@ -76,12 +77,14 @@ bool same_value(const AcDbImpObject& object, const dxf::group& there, const dxf:
     }
 }
 
-// Puts groups into the place of others, and leaves those alone that say the same: all of them one by one where
-// the codes are the same, else those at both ends.
+// Puts groups into the place of others, and leaves those alone that say the same: all of them one by one
+// where the codes are the same, else those at both ends.
 void put_groups(AcDbImpObject& object, std::size_t first, std::size_t last,
                 std::span<const dxf::group_list::fresh_group> fresh) {
     const auto& groups = object.groups().groups();
-    const auto same = [&](std::size_t there, std::size_t i) { return same_value(object, groups[there], fresh[i]); };
+    const auto same = [&](std::size_t there, std::size_t i) {
+        return same_value(object, groups[there], fresh[i]);
+    };
     bool same_codes = fresh.size() == last - first;
     for (std::size_t i = 0; same_codes && i < fresh.size(); ++i)
         same_codes = groups[first + i].code == fresh[i].code;
@@ -123,7 +126,8 @@ void ensure_class_entry(AcDbImpDatabase& database, const AcRxClass& type) {
     const dxf::record_table& records = database.records();
     const dxf::text_codec& codec = database.drawing().codec();
     const std::string name = codec.encode(type.dxfName());
-    for (dxf::record_id id = records.next(section); records.type(id) == dxf::type_class; id = records.next(id))
+    for (dxf::record_id id = records.next(section); records.type(id) == dxf::type_class;
+         id = records.next(id))
         if (!records.gone(id) && dxf::value_of(records.text(id), 1) == name)
             return;
     record_text text(database);

@@ -31,8 +31,8 @@ bool write_own_sections(AcDbObject& object);
 // others, and of new ones.
 void save_graphics(AcDbObject& object);
 
-// Makes a new object of an application's class fit to join a drawing: its type, its own sections, and from R13
-// on an entry of its class in the drawing. eNoClassId for a class that has no name in drawing files,
+// Makes a new object of an application's class fit to join a drawing: its type, its own sections, and from
+// R13 on an entry of its class in the drawing. eNoClassId for a class that has no name in drawing files,
 // eIllegalEntityType in files of R12, eFilerError when the object could not say what it holds.
 Acad::ErrorStatus prepare_new(AcDbImpDatabase& database, AcDbObject& object);
 

@@ -23,34 +23,34 @@ namespace {
 void register_classes() {
     static const bool done = [] {
         db::register_host_classes([] {
-        AcDbObject::rxInit();
-        AcDbEntity::rxInit();
-        db::register_entity_classes();
-        AcDbDatabase::rxInit();
-        AcDbDictionary::rxInit();
-        AcDbXrecord::rxInit();
-        AcDbSymbolTable::rxInit();
-        AcDbSymbolTableRecord::rxInit();
-        AcDbLayerTable::rxInit();
-        AcDbLayerTableRecord::rxInit();
-        AcDbLinetypeTable::rxInit();
-        AcDbLinetypeTableRecord::rxInit();
-        AcDbTextStyleTable::rxInit();
-        AcDbTextStyleTableRecord::rxInit();
-        AcDbBlockTable::rxInit();
-        AcDbBlockTableRecord::rxInit();
-        AcDbRegAppTable::rxInit();
-        AcDbRegAppTableRecord::rxInit();
-        AcDbDimStyleTable::rxInit();
-        AcDbDimStyleTableRecord::rxInit();
-        AcDbViewTable::rxInit();
-        AcDbViewTableRecord::rxInit();
-        AcDbViewportTable::rxInit();
-        AcDbViewportTableRecord::rxInit();
-        AcDbUCSTable::rxInit();
-        AcDbUCSTableRecord::rxInit();
-        AcDbPlotSettings::rxInit();
-        AcDbLayout::rxInit();
+            AcDbObject::rxInit();
+            AcDbEntity::rxInit();
+            db::register_entity_classes();
+            AcDbDatabase::rxInit();
+            AcDbDictionary::rxInit();
+            AcDbXrecord::rxInit();
+            AcDbSymbolTable::rxInit();
+            AcDbSymbolTableRecord::rxInit();
+            AcDbLayerTable::rxInit();
+            AcDbLayerTableRecord::rxInit();
+            AcDbLinetypeTable::rxInit();
+            AcDbLinetypeTableRecord::rxInit();
+            AcDbTextStyleTable::rxInit();
+            AcDbTextStyleTableRecord::rxInit();
+            AcDbBlockTable::rxInit();
+            AcDbBlockTableRecord::rxInit();
+            AcDbRegAppTable::rxInit();
+            AcDbRegAppTableRecord::rxInit();
+            AcDbDimStyleTable::rxInit();
+            AcDbDimStyleTableRecord::rxInit();
+            AcDbViewTable::rxInit();
+            AcDbViewTableRecord::rxInit();
+            AcDbViewportTable::rxInit();
+            AcDbViewportTableRecord::rxInit();
+            AcDbUCSTable::rxInit();
+            AcDbUCSTableRecord::rxInit();
+            AcDbPlotSettings::rxInit();
+            AcDbLayout::rxInit();
         });
         acrxBuildClassHierarchy();
         rx::runtime::instance().classes.on_removing = AcDbImpDatabase::close_objects_of;
@@ -203,12 +203,14 @@ Acad::ErrorStatus AcDbDatabase::purge(AcDbObjectIdArray& ids) {
 
 Acad::ErrorStatus AcDbDatabase::wblockCloneObjects(AcDbObjectIdArray& /*objectIds*/,
                                                    const AcDbObjectId& /*owner*/, AcDbIdMapping& /*idMap*/,
-                                                   AcDb::DuplicateRecordCloning /*drc*/, bool /*deferXlation*/) {
+                                                   AcDb::DuplicateRecordCloning /*drc*/,
+                                                   bool /*deferXlation*/) {
     return Acad::eNotImplementedYet;
 }
 
-Acad::ErrorStatus AcDbDatabase::deepCloneObjects(AcDbObjectIdArray& /*objectIds*/, const AcDbObjectId& /*owner*/,
-                                                 AcDbIdMapping& /*idMap*/, bool /*deferXlation*/) {
+Acad::ErrorStatus AcDbDatabase::deepCloneObjects(AcDbObjectIdArray& /*objectIds*/,
+                                                 const AcDbObjectId& /*owner*/, AcDbIdMapping& /*idMap*/,
+                                                 bool /*deferXlation*/) {
     return Acad::eNotImplementedYet;
 }
 

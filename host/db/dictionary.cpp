@@ -142,9 +142,8 @@ bool AcDbDictionary::has(AcDbObjectId id) const {
 Adesk::UInt32 AcDbDictionary::numEntries() const {
     assertReadEnabled();
     const Index& entries = index();
-    return static_cast<Adesk::UInt32>(
-        std::count_if(entries.all.begin(), entries.all.end(),
-                      [&](const entry& entry) { return entries.is_live(entry); }));
+    return static_cast<Adesk::UInt32>(std::count_if(
+        entries.all.begin(), entries.all.end(), [&](const entry& entry) { return entries.is_live(entry); }));
 }
 
 Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, AcDbObjectId& id) {
@@ -167,8 +166,7 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
     Index& entries = index();
     const entry* const old = entries.find(key);
     dxf::group_list& groups = imp().edit();
-    std::vector<dxf::group_list::fresh_group> pair = {{3, imp().encode(key)},
-                                                      {entries.hard ? 360 : 350, {}}};
+    std::vector<dxf::group_list::fresh_group> pair = {{3, imp().encode(key)}, {entries.hard ? 360 : 350, {}}};
     pair[1].value = db::handle_text(id.handle());
     if (old != nullptr) {
         const entry replaced = *old;

@@ -21,8 +21,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbRotatedDimension, AcDbDimension, AcDb::kDHL_CURRENT,
                         DIMENSION, "ObjectDBX Classes")
 ACRX_DXF_DEFINE_MEMBERS(AcDbAlignedDimension, AcDbDimension, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0,
                         DIMENSION, "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDb3PointAngularDimension, AcDbDimension, AcDb::kDHL_CURRENT,
-                        AcDb::kMReleaseCurrent, 0, DIMENSION, "ObjectDBX Classes")
+ACRX_DXF_DEFINE_MEMBERS(AcDb3PointAngularDimension, AcDbDimension, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
+                        0, DIMENSION, "ObjectDBX Classes")
 ACRX_DXF_DEFINE_MEMBERS(AcDb2LineAngularDimension, AcDbDimension, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
                         0, DIMENSION, "ObjectDBX Classes")
 ACRX_DXF_DEFINE_MEMBERS(AcDbRadialDimension, AcDbDimension, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0,
@@ -38,11 +38,11 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbRadialDimensionLarge, AcDbDimension, AcDb::kDHL_CURR
 
 namespace {
 
-constexpr int order[] = {280, 2,  10, 20, 30, 11, 21, 31, 12, 22, 32,  70,  1,
-                         71,  72, 41, 42, 73, 74, 75, 53, 51, 54, 210, 220, 230, 3};
+constexpr int order[] = {280, 2,  10, 20, 30, 11, 21, 31, 12, 22,  32,  70,  1, 71,
+                         72,  41, 42, 73, 74, 75, 53, 51, 54, 210, 220, 230, 3};
 constexpr dxf::group_place place{"AcDbDimension", order};
-constexpr int own_order[] = {13, 23, 33, 14, 24, 34, 15, 25, 35, 16, 26, 36, 70,
-                             40, 41, 71, 17, 27, 37, 50, 52};
+constexpr int own_order[] = {13, 23, 33, 14, 24, 34, 15, 25, 35, 16, 26,
+                             36, 70, 40, 41, 71, 17, 27, 37, 50, 52};
 constexpr dxf::group_place linear_place{"AcDbAlignedDimension", own_order};
 constexpr dxf::group_place three_point_place{"AcDb3PointAngularDimension", own_order};
 constexpr dxf::group_place two_line_place{"AcDb2LineAngularDimension", own_order};
@@ -123,7 +123,9 @@ struct shown_arc {
     AcGePoint3d center;
     AcGeVector3d start; // with its radius for its length
     double sweep = 0.0;
-    AcGePoint3d end(const AcGeVector3d& normal) const { return center + AcGeVector3d(start).rotateBy(sweep, normal); }
+    AcGePoint3d end(const AcGeVector3d& normal) const {
+        return center + AcGeVector3d(start).rotateBy(sweep, normal);
+    }
 };
 
 // From one direction to another, the way that passes a point.
@@ -151,7 +153,8 @@ std::optional<shown_arc> arc_of_two_lines(const AcDb2LineAngularDimension& dimen
     const AcGeVector3d passing = dimension.arcPoint() - center;
     if (passing.crossProduct(along_b).dotProduct(normal) / across < 0.0)
         along_a = -along_a;
-    if (along_a.crossProduct(passing).dotProduct(normal) * along_a.crossProduct(along_b).dotProduct(normal) < 0.0)
+    if (along_a.crossProduct(passing).dotProduct(normal) * along_a.crossProduct(along_b).dotProduct(normal) <
+        0.0)
         along_b = -along_b;
     return arc_past(center, along_a, along_b, dimension.arcPoint(), normal);
 }
@@ -473,8 +476,8 @@ AcDbObjectId AcDbDimension::dimensionStyle() const {
     assertReadEnabled();
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
-    return imp().database->id(imp().database->find_entry(db::table_kind::dim_style,
-                                                         imp().decode(dxf::trimmed(style_of(imp())))));
+    return imp().database->id(
+        imp().database->find_entry(db::table_kind::dim_style, imp().decode(dxf::trimmed(style_of(imp())))));
 }
 
 Acad::ErrorStatus AcDbDimension::setDimensionStyle(AcDbObjectId styleId) {
@@ -691,7 +694,7 @@ bool AcDbOrdinateDimension::isUsingXAxis() const {
 AcDbArcDimension::AcDbArcDimension() {
     imp().begin_as(NEW_DIMENSION("ARC_DIMENSION", "37", "AcDbArcDimension",
                                  POINT_13 POINT_14 POINT_15 "70\n0\n40\n0.0\n41\n0.0\n71\n0\n" POINT_16
-                                 "17\n0.0\n27\n0.0\n37\n0.0\n"));
+                                                            "17\n0.0\n27\n0.0\n37\n0.0\n"));
 }
 AcDbArcDimension::~AcDbArcDimension() = default;
 DIMENSION_POINT(AcDbArcDimension, arcPoint, setArcPoint, place, 10)

@@ -18,11 +18,9 @@ struct type_row {
 };
 
 constexpr type_row later_types[] = {
-    {"HATCH", release_14},
-    {"IMAGE", release_14},
-    {"LWPOLYLINE", release_14},
-    {"OLE2FRAME", release_14},
-    {"VIEWPORT", release_2000}, // older ones hold it as extended data, which nobody makes anew
+    {"HATCH", release_14},     {"IMAGE", release_14},      {"LWPOLYLINE", release_14},
+    {"OLE2FRAME", release_14}, {"VIEWPORT", release_2000}, // older ones hold it as extended data, which
+                                                           // nobody makes anew
 };
 
 struct group_row {

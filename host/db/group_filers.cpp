@@ -18,7 +18,36 @@ AcDbDatabase* database_of(const AcDbImpObject& object) {
     return object.database != nullptr ? &object.database->self() : nullptr;
 }
 
+// Of a new object, which may go anywhere, the last version.
+Acad::ErrorStatus version_of(const AcDbImpObject& object, AcDb::AcDbDwgVersion& version,
+                             AcDb::MaintenanceReleaseVersion& maintenance) {
+    struct row {
+        int number; // in $ACADVER
+        AcDb::AcDbDwgVersion version;
+    };
+    static constexpr row rows[] = {{1009, AcDb::kDHL_1009}, {1012, AcDb::kDHL_1012}, {1014, AcDb::kDHL_1014},
+                                   {1015, AcDb::kDHL_1015}, {1018, AcDb::kDHL_1018}, {1021, AcDb::kDHL_1021},
+                                   {1024, AcDb::kDHL_1024}, {1027, AcDb::kDHL_1027}, {1032, AcDb::kDHL_1032}};
+    maintenance = AcDb::kMReleaseCurrent;
+    version = object.database != nullptr ? AcDb::kDHL_1009 : AcDb::kDHL_CURRENT;
+    if (object.database != nullptr)
+        for (const row& row : rows)
+            if (row.number <= object.database->drawing().version())
+                version = row.version;
+    return Acad::eOk;
+}
+
 } // namespace
+
+Acad::ErrorStatus group_input::dwgVersion(AcDb::AcDbDwgVersion& version,
+                                          AcDb::MaintenanceReleaseVersion& maintenance) const {
+    return version_of(object_, version, maintenance);
+}
+
+Acad::ErrorStatus group_output::dwgVersion(AcDb::AcDbDwgVersion& version,
+                                           AcDb::MaintenanceReleaseVersion& maintenance) const {
+    return version_of(object_, version, maintenance);
+}
 
 group_input::~group_input() {
     for (resbuf* const value : given_)

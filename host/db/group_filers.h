@@ -22,6 +22,8 @@ public:
     void resetFilerStatus() override { m_status = Acad::eOk; }
     AcDb::FilerType filerType() const override { return AcDb::kFileFiler; }
     AcDbDatabase* database() const override;
+    Acad::ErrorStatus dwgVersion(AcDb::AcDbDwgVersion& version,
+                                 AcDb::MaintenanceReleaseVersion& maintenance) const override;
     Acad::ErrorStatus readResBuf(resbuf* value) override;
     void pushBackItem() override { at_ = last_; }
     bool atSubclassData(const ACHAR* name) override;
@@ -51,6 +53,8 @@ public:
     void resetFilerStatus() override { m_status = Acad::eOk; }
     AcDb::FilerType filerType() const override { return AcDb::kFileFiler; }
     AcDbDatabase* database() const override;
+    Acad::ErrorStatus dwgVersion(AcDb::AcDbDwgVersion& version,
+                                 AcDb::MaintenanceReleaseVersion& maintenance) const override;
     Acad::ErrorStatus readResBuf(resbuf* value) override;
     void pushBackItem() override {}
     bool atSubclassData(const ACHAR*) override { return false; }

@@ -169,8 +169,8 @@ void write_loops(AcDbImpObject& imp, const std::vector<db::hatch_loop>& loops) {
 std::vector<db::hatch_loop> filled_loops(std::vector<db::hatch_loop> loops, int style) {
     if (style == AcDbHatch::kNormal)
         return loops;
-    const int kept = AcDbHatch::kExternal |
-                     (style == AcDbHatch::kOuter ? AcDbHatch::kOutermost | AcDbHatch::kTextbox : 0);
+    const int kept =
+        AcDbHatch::kExternal | (style == AcDbHatch::kOuter ? AcDbHatch::kOutermost | AcDbHatch::kTextbox : 0);
     std::vector<db::hatch_loop> chosen;
     std::copy_if(loops.begin(), loops.end(), std::back_inserter(chosen),
                  [&](const db::hatch_loop& loop) { return (loop.type & kept) != 0; });
@@ -596,8 +596,7 @@ Acad::ErrorStatus AcDbHatch::subTransformBy(const AcGeMatrix3d& matrix) {
     db::plane_change change;
     if (!db::change_plane(normal(), matrix, change))
         return Acad::eCannotScaleNonUniformly;
-    const AcGeMatrix3d moving =
-        change.plane_to_plane * AcGeMatrix3d::translation({0.0, 0.0, elevation()});
+    const AcGeMatrix3d moving = change.plane_to_plane * AcGeMatrix3d::translation({0.0, 0.0, elevation()});
     auto loops = loops_of(imp());
     for (db::hatch_loop& loop : loops)
         db::transform_loop(loop, moving, change.scale, change.mirrored);

@@ -135,8 +135,8 @@ std::pair<double, double> sweep_of(const hatch_edge& edge) {
 
 gi::arc arc_of_edge(const hatch_edge& edge, double elevation) {
     const auto [start, sweep] = sweep_of(edge);
-    gi::arc arc{{edge.first.x, edge.first.y, elevation}, {edge.size, 0.0, 0.0}, {0.0, edge.size, 0.0},
-                start, sweep};
+    gi::arc arc{
+        {edge.first.x, edge.first.y, elevation}, {edge.size, 0.0, 0.0}, {0.0, edge.size, 0.0}, start, sweep};
     if (edge.type == elliptic_arc) {
         arc.u = {edge.second.x, edge.second.y, 0.0};
         arc.v = AcGeVector3d(-edge.second.y, edge.second.x, 0.0) * edge.size;

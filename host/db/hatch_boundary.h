@@ -18,10 +18,10 @@ namespace db {
 // A piece of a loop. Angles are those of the groups: degrees, of elliptic arcs of the parameter, and of arcs
 // that run clockwise taken the other way round.
 struct hatch_edge {
-    int type = 1;              // AcDbHatch::HatchEdgeType
-    AcGePoint2d first;         // where a line starts; the center of an arc
-    AcGePoint2d second;        // where a line ends; from an ellipse's center to the end of its major axis
-    double size = 0.0;         // radius; of an ellipse the ratio of its axes
+    int type = 1;       // AcDbHatch::HatchEdgeType
+    AcGePoint2d first;  // where a line starts; the center of an arc
+    AcGePoint2d second; // where a line ends; from an ellipse's center to the end of its major axis
+    double size = 0.0;  // radius; of an ellipse the ratio of its axes
     double start_angle = 0.0;
     double end_angle = 360.0;
     bool anticlockwise = true;
@@ -56,8 +56,8 @@ std::pair<std::size_t, std::size_t> range_of_loops(const dxf::group_list& groups
 std::vector<hatch_loop> read_loops(std::span<const dxf::group> groups);
 void append_loop(std::vector<dxf::group_list::fresh_group>& groups, const hatch_loop& loop);
 
-// Brings a loop to another plane: from points of the old one (with z nought) to points of the new one, whose z
-// is left out; `scale` is by what lengths grow, `mirrored` whether it runs the other way round there.
+// Brings a loop to another plane: from points of the old one (with z nought) to points of the new one, whose
+// z is left out; `scale` is by what lengths grow, `mirrored` whether it runs the other way round there.
 void transform_loop(hatch_loop& loop, const AcGeMatrix3d& plane_to_plane, double scale, bool mirrored);
 
 // What a loop consists of when it is drawn: points that straight lines join, arcs and curves; in the

@@ -2,9 +2,9 @@
 
 #include "base/case_fold.h"
 #include "dbdict.h"
-#include "dbproxy.h"
 #include "dbents.h"
 #include "dblayout.h"
+#include "dbproxy.h"
 #include "dbsymtb.h"
 #include "dbxrecrd.h"
 #include "host/db/custom_objects.h"
@@ -13,8 +13,8 @@
 #include "host/db/imp_object.h"
 #include "host/db/name_references.h"
 #include "host/db/properties.h"
-#include "host/db/text_styles.h"
 #include "host/db/symbol_entry.h"
+#include "host/db/text_styles.h"
 #include "host/db/xref_names.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/extents.h"
@@ -443,8 +443,8 @@ void AcDbImpDatabase::erase_contents(dxf::record_id block, bool erased) {
         }
 }
 
-// An erased object leaves the dictionary that owns it; reviving it does not put it back. The dictionary's record
-// is written when there is time for all that left.
+// An erased object leaves the dictionary that owns it; reviving it does not put it back. The dictionary's
+// record is written when there is time for all that left.
 void AcDbImpDatabase::leave_dictionary(dxf::record_id object) {
     const dxf::record_id owner = records().find(records().owner_handle(object));
     if (owner != dxf::no_record && class_of(owner) == AcDbDictionary::desc())
@@ -552,7 +552,8 @@ dxf::record_id AcDbImpDatabase::find_entry(db::table_kind kind, std::wstring_vie
         known.by_name.clear();
         known.doubles = false;
         for (const dxf::record_id entry : entries(kind))
-            if (!records().gone(entry) && !known.by_name.try_emplace(base::folded(name_of(entry)), entry).second)
+            if (!records().gone(entry) &&
+                !known.by_name.try_emplace(base::folded(name_of(entry)), entry).second)
                 known.doubles = true;
         known.known = true;
     }

@@ -43,8 +43,8 @@ public:
     // How drawing files are read, for the whole program.
     struct reading {
         int encoding = 0; // of their text, by number; 0: what their bytes tell
-        // Is given, line by line, what a user should know of a file: what was repaired, in which encoding it is
-        // when that is not the one that it names.
+        // Is given, line by line, what a user should know of a file: what was repaired, in which encoding it
+        // is when that is not the one that it names.
         std::function<void(const std::wstring&)> tell;
     };
     static reading& how_to_read();
@@ -97,8 +97,8 @@ public:
     // The class of the object that opening a record gives.
     AcRxClass* class_of(dxf::record_id record) const;
 
-    // Whether an object was erased out of the dictionary that names it still. Their records are settled when a
-    // command ends, and before the drawing is saved.
+    // Whether an object was erased out of the dictionary that names it still. Their records are settled when
+    // a command ends, and before the drawing is saved.
     bool has_left(dxf::record_id dictionary, dxf::record_id object) const;
     void settle_dictionaries();
     // Marks a record as erased, or revives it, with the parts behind an entity.
@@ -195,7 +195,7 @@ public:
 private:
     struct names {
         bool known = false;
-        bool doubles = false; // several entries have one name
+        bool doubles = false;                                     // several entries have one name
         std::unordered_map<std::wstring, dxf::record_id> by_name; // folded
     };
 
@@ -229,7 +229,7 @@ private:
     mutable std::optional<std::unordered_set<std::string_view>> application_types_;
     std::vector<bool> holds_layer_name_; // by record
     std::vector<dxf::record_id> layer_name_holders_;
-    std::size_t journal_read_ = 0; // for those
+    std::size_t journal_read_ = 0;                                                // for those
     std::unordered_map<dxf::record_id, std::vector<dxf::record_id>> erased_with_; // with a block
     std::unordered_map<dxf::record_id, std::unordered_set<std::uint64_t>> left_;  // handles, by dictionary
     mutable std::vector<signed char> spaces_; // by number of owner: 1 a space, 0, or -1 for not asked yet

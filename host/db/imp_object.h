@@ -38,7 +38,13 @@ public:
 
     // Of a new entity: the properties that it was given; the others are the drawing's defaults once it
     // joins one.
-    enum : unsigned { given_layer = 1, given_color = 2, given_linetype = 4, given_scale = 8, given_weight = 16 };
+    enum : unsigned {
+        given_layer = 1,
+        given_color = 2,
+        given_linetype = 4,
+        given_scale = 8,
+        given_weight = 16
+    };
     unsigned given = 0;
     // And what follows it when it does: vertices, attributes, and the end of their sequence.
     std::vector<std::unique_ptr<AcDbObject>> parts;

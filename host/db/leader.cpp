@@ -15,8 +15,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbLeader, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMRelea
 
 namespace {
 
-constexpr int order[] = {3,  71, 72, 73, 74, 75,  40,  41,  76,  10,  20,  30,  77,  340,
-                         210, 220, 230, 211, 221, 231, 212, 222, 232, 213, 223, 233};
+constexpr int order[] = {3,   71,  72,  73,  74,  75,  40,  41,  76,  10,  20,  30,  77,
+                         340, 210, 220, 230, 211, 221, 231, 212, 222, 232, 213, 223, 233};
 constexpr dxf::group_place place{"AcDbLeader", order};
 
 std::vector<AcGePoint3d> vertices(const AcDbImpObject& imp) {
@@ -76,8 +76,7 @@ Adesk::Boolean AcDbLeader::setVertexAt(int index, const AcGePoint3d& point) {
     if (index < 0 || index >= numVertices())
         return false;
     int at = 0;
-    db::change_points(imp(), place, 10,
-                      [&](const AcGePoint3d& old) { return at++ == index ? point : old; });
+    db::change_points(imp(), place, 10, [&](const AcGePoint3d& old) { return at++ == index ? point : old; });
     db::write_proxy_graphics(imp(), {});
     return true;
 }
@@ -178,8 +177,7 @@ AcDbObjectId AcDbLeader::dimensionStyle() const {
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
     const std::string_view name = dxf::trimmed(imp().groups().text(place, 3).value_or("Standard"));
-    return imp().database->id(
-        imp().database->find_entry(db::table_kind::dim_style, imp().decode(name)));
+    return imp().database->id(imp().database->find_entry(db::table_kind::dim_style, imp().decode(name)));
 }
 
 bool AcDbLeader::subMakePieces(AcDbImpCurve& pieces) const {
@@ -220,7 +218,8 @@ Adesk::Boolean AcDbLeader::subWorldDraw(AcGiWorldDraw* draw) {
     draw->geometry().polyline(static_cast<Adesk::UInt32>(points.size()), points.data());
     const double size = db::arrow_size(imp(), style);
     if (hasArrowHead() && size > 0.0 && first_length >= 2.0 * size) // as the editor has room for it
-        db::draw_arrowhead(imp(), db::style_handle(imp(), style, 341), first, pointing, normal(), size, *draw);
+        db::draw_arrowhead(imp(), db::style_handle(imp(), style, 341), first, pointing, normal(), size,
+                           *draw);
     return true;
 }
 
@@ -232,7 +231,8 @@ Acad::ErrorStatus AcDbLeader::subTransformBy(const AcGeMatrix3d& matrix) {
     for (const int code : {211, 212, 213})
         if (imp().groups().find(place, code) != dxf::group_list::npos) {
             const AcGeVector3d moved = matrix * db::read_point(imp(), place, code).asVector();
-            db::write_point(imp(), place, code, AcGePoint3d::kOrigin + (code == 211 ? moved.normal() : moved));
+            db::write_point(imp(), place, code,
+                            AcGePoint3d::kOrigin + (code == 211 ? moved.normal() : moved));
         }
     for (const int code : {40, 41})
         db::write_real(imp(), place, code, db::read_real(imp(), place, code) * matrix.scale());

@@ -18,7 +18,8 @@ Acad::ErrorStatus memory_filer::readBytes(void* bytes, Adesk::UIntPtr count) {
 Acad::ErrorStatus memory_filer::writeBytes(const void* bytes, Adesk::UIntPtr count) {
     if (status_ != Acad::eOk || count == 0)
         return status_;
-    bytes_.replace(at_, std::min<std::size_t>(count, bytes_.size() - at_), static_cast<const char*>(bytes), count);
+    bytes_.replace(at_, std::min<std::size_t>(count, bytes_.size() - at_), static_cast<const char*>(bytes),
+                   count);
     at_ += count;
     return status_;
 }

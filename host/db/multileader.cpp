@@ -57,8 +57,9 @@ std::unique_ptr<AcDbMText> text_of(const AcDbImpObject& imp, const db::multilead
 } // namespace
 
 AcDbMLeader::AcDbMLeader() {
-    imp().begin_as("0\nMULTILEADER\n100\nAcDbEntity\n8\n0\n100\nAcDbMLeader\n270\n2\n300\nCONTEXT_DATA{\n40\n1.0\n"
-                   "290\n0\n296\n0\n301\n}\n172\n0\n");
+    imp().begin_as(
+        "0\nMULTILEADER\n100\nAcDbEntity\n8\n0\n100\nAcDbMLeader\n270\n2\n300\nCONTEXT_DATA{\n40\n1.0\n"
+        "290\n0\n296\n0\n301\n}\n172\n0\n");
 }
 
 AcDbMLeader::~AcDbMLeader() = default;

@@ -62,14 +62,14 @@ struct variable_row {
 };
 
 constexpr variable_row variables[] = {
-    {table_kind::layer, "$CLAYER", 8},       {table_kind::linetype, "$CELTYPE", 6},
-    {table_kind::linetype, "$DIMLTYPE", 6},  {table_kind::linetype, "$DIMLTEX1", 6},
-    {table_kind::linetype, "$DIMLTEX2", 6},  {table_kind::text_style, "$TEXTSTYLE", 7},
+    {table_kind::layer, "$CLAYER", 8},        {table_kind::linetype, "$CELTYPE", 6},
+    {table_kind::linetype, "$DIMLTYPE", 6},   {table_kind::linetype, "$DIMLTEX1", 6},
+    {table_kind::linetype, "$DIMLTEX2", 6},   {table_kind::text_style, "$TEXTSTYLE", 7},
     {table_kind::text_style, "$DIMTXSTY", 7}, {table_kind::dim_style, "$DIMSTYLE", 2},
-    {table_kind::block, "$DIMBLK", 1},       {table_kind::block, "$DIMBLK1", 1},
-    {table_kind::block, "$DIMBLK2", 1},      {table_kind::block, "$DIMLDRBLK", 1},
-    {table_kind::ucs, "$UCSNAME", 2},        {table_kind::ucs, "$PUCSNAME", 2},
-    {table_kind::ucs, "$UCSBASE", 2},        {table_kind::ucs, "$PUCSBASE", 2},
+    {table_kind::block, "$DIMBLK", 1},        {table_kind::block, "$DIMBLK1", 1},
+    {table_kind::block, "$DIMBLK2", 1},       {table_kind::block, "$DIMLDRBLK", 1},
+    {table_kind::ucs, "$UCSNAME", 2},         {table_kind::ucs, "$PUCSNAME", 2},
+    {table_kind::ucs, "$UCSBASE", 2},         {table_kind::ucs, "$PUCSBASE", 2},
 };
 
 bool concerns(const reference_row& row, std::string_view type, dxf::record_kind kind) {
@@ -158,7 +158,8 @@ bool is_fixed_name(table_kind kind, std::wstring_view name) {
     }
 }
 
-void follow_name(AcDbImpDatabase& database, table_kind kind, std::string_view before, std::string_view after) {
+void follow_name(AcDbImpDatabase& database, table_kind kind, std::string_view before,
+                 std::string_view after) {
     const dxf::text_codec& codec = database.drawing().codec();
     dxf::record_table& records = database.records();
     const std::wstring old_name = codec.decode(before);
@@ -228,7 +229,8 @@ void keep_purgeable(AcDbImpDatabase& database, AcDbObjectIdArray& ids) {
         if (record == dxf::no_record || records.gone(record) || !database.is_table_entry(record, kind))
             continue;
         const std::wstring name = database.name_of(record);
-        if (is_fixed_name(kind, name) && !(kind == table_kind::block && !AcDbImpDatabase::is_space_name(name)))
+        if (is_fixed_name(kind, name) &&
+            !(kind == table_kind::block && !AcDbImpDatabase::is_space_name(name)))
             continue;
         const bool dependent = name.find(L'|') != name.npos;
         if (!dependent && !held.contains(records.handle(record)) &&

@@ -63,7 +63,8 @@ std::string begin_text(AcDbImpDatabase& database, const AcDbImpObject& block, st
         text.add(code, value(code));
     text.add(3, bytes);
     text.add(1, "");
-    if (database.drawing().version() >= release_13 && block.groups().find(begin_place, 4) != dxf::group_list::npos)
+    if (database.drawing().version() >= release_13 &&
+        block.groups().find(begin_place, 4) != dxf::group_list::npos)
         text.add(4, database.drawing().codec().encode(block.decode(value(4))));
     return text.text();
 }

@@ -66,7 +66,8 @@ void keep_to_known_names(AcDbImpDatabase& database, AcDbImpObject& entity) {
 
 // Gives an entity its record behind another one.
 dxf::record_id insert(AcDbImpDatabase& database, dxf::record_id previous, AcDbEntity& entity,
-                      dxf::record_kind kind, std::uint64_t owner, std::uint64_t owner_written, bool on_paper) {
+                      dxf::record_kind kind, std::uint64_t owner, std::uint64_t owner_written,
+                      bool on_paper) {
     AcDbImpObject& imp = entity.imp();
     give_defaults(database, imp, false);
     keep_to_known_names(database, imp);
@@ -195,8 +196,8 @@ Acad::ErrorStatus add_entity(AcDbImpDatabase& database, dxf::record_id block, Ac
     const bool named = database.records().kind(block) != dxf::record_kind::implied;
     auto parts = std::exchange(imp.parts, {});
     const unsigned given = imp.given; // what it is given now its parts are given too
-    const dxf::record_id record = insert(database, previous, entity, dxf::record_kind::entity, owner,
-                                         named ? owner : 0, on_paper);
+    const dxf::record_id record =
+        insert(database, previous, entity, dxf::record_kind::entity, owner, named ? owner : 0, on_paper);
     for (auto& part : parts) {
         part->imp().given &= given;
         AcDbObjectId part_id;
@@ -230,8 +231,7 @@ Acad::ErrorStatus add_part(AcDbImpDatabase& database, dxf::record_id owner, AcDb
         announce_parts(database, owner);
         database.records().set_gone(next, false);
     }
-    const bool on_paper =
-        dxf::group_list(records.text(owner)).integer(entity_place, 67).value_or(0) == 1;
+    const bool on_paper = dxf::group_list(records.text(owner)).integer(entity_place, 67).value_or(0) == 1;
     const std::uint64_t handle = records.handle(owner);
     const dxf::record_id record =
         insert(database, previous, part, dxf::record_kind::part, handle, handle, on_paper);

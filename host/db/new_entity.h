@@ -23,8 +23,8 @@ Acad::ErrorStatus add_entity(AcDbImpDatabase& database, dxf::record_id block, Ac
 Acad::ErrorStatus add_part(AcDbImpDatabase& database, dxf::record_id owner, AcDbEntity& part,
                            AcDbObjectId& id);
 
-// Adds the groups of a new object behind its head, as far as the drawing's version knows them. `on_paper`: for
-// an entity of a sheet.
+// Adds the groups of a new object behind its head, as far as the drawing's version knows them. `on_paper`:
+// for an entity of a sheet.
 void add_data(record_text& text, const AcDbImpObject& object, bool on_paper);
 
 // Gives a new entity the drawing's defaults: all, or only those that it was not given.

@@ -126,12 +126,14 @@ Acad::ErrorStatus AcDbObject::createExtensionDictionary() {
     dictionary->setTreatElementsAsHard(true);
     AcDbObjectId id;
     const std::uint64_t own = m_imp->database->records().handle(m_imp->record);
-    if (const auto status = db::add_object(*m_imp->database, *dictionary, own, false, id); status != Acad::eOk)
+    if (const auto status = db::add_object(*m_imp->database, *dictionary, own, false, id);
+        status != Acad::eOk)
         return status;
     dictionary.release()->close(); // the database's now
     const std::uint64_t handle = id.handle();
     for (const dxf::group& group : m_imp->groups().groups()) // one that was erased may be named still
-        if (group.code == 360 && db::has_link(m_imp->groups(), db::dictionary_braces, dxf::parse_handle(group.value))) {
+        if (group.code == 360 &&
+            db::has_link(m_imp->groups(), db::dictionary_braces, dxf::parse_handle(group.value))) {
             db::remove_link(m_imp->edit(), db::dictionary_braces, dxf::parse_handle(group.value));
             break;
         }

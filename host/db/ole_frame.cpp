@@ -15,8 +15,9 @@ constexpr dxf::group_place place{"AcDbOle2Frame"};
 } // namespace
 
 AcDbOle2Frame::AcDbOle2Frame() {
-    imp().begin_as("0\nOLE2FRAME\n100\nAcDbEntity\n8\n0\n100\nAcDbOle2Frame\n70\n2\n10\n0.0\n20\n0.0\n30\n0.0\n"
-                   "11\n0.0\n21\n0.0\n31\n0.0\n");
+    imp().begin_as(
+        "0\nOLE2FRAME\n100\nAcDbEntity\n8\n0\n100\nAcDbOle2Frame\n70\n2\n10\n0.0\n20\n0.0\n30\n0.0\n"
+        "11\n0.0\n21\n0.0\n31\n0.0\n");
 }
 
 AcDbOle2Frame::~AcDbOle2Frame() = default;

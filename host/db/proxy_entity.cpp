@@ -111,8 +111,7 @@ const ACHAR* AcDbProxyEntity::applicationDescription() const {
 
 AcDbProxyEntity::GraphicsMetafileType AcDbProxyEntity::graphicsMetafileType() const {
     assertReadEnabled();
-    return static_cast<GraphicsMetafileType>(
-        db::kind_of_proxy_graphics(db::read_proxy_graphics(imp())));
+    return static_cast<GraphicsMetafileType>(db::kind_of_proxy_graphics(db::read_proxy_graphics(imp())));
 }
 
 Acad::ErrorStatus AcDbProxyEntity::subErase(bool /*erasing*/) {

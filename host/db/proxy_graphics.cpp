@@ -173,7 +173,8 @@ public:
         if (!chunk.good())
             return;
         for (const double z : {a.z, b.z}) {
-            const AcGePoint3d rim[] = {{a.x, a.y, z}, {b.x, a.y, z}, {b.x, b.y, z}, {a.x, b.y, z}, {a.x, a.y, z}};
+            const AcGePoint3d rim[] = {
+                {a.x, a.y, z}, {b.x, a.y, z}, {b.x, b.y, z}, {a.x, b.y, z}, {a.x, a.y, z}};
             geometry_.polyline(5, rim);
             if (a.z == b.z)
                 break;
@@ -455,8 +456,7 @@ void write_proxy_graphics(AcDbImpObject& entity, std::string_view data) {
     if (data.empty())
         return;
     constexpr int release_2010 = 1024;
-    const bool recent =
-        entity.database == nullptr || entity.database->drawing().version() >= release_2010;
+    const bool recent = entity.database == nullptr || entity.database->drawing().version() >= release_2010;
     const int size_code = recent ? 160 : 92;
     groups.set_integer(entity_place, size_code, static_cast<std::int64_t>(data.size()));
     std::vector<dxf::group_list::fresh_group> lines;

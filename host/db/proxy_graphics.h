@@ -2,9 +2,9 @@
 // kind.
 //
 // The data are two whole numbers (size of all, number of chunks) and the chunks: each its size in bytes and
-// its type, as whole numbers of four bytes, and what the type asks for. Everything is little-endian; texts end
-// with a nought and are filled up to a multiple of four bytes. Source: the published description of drawing
-// files, held against the data of drawings that the editor saved.
+// its type, as whole numbers of four bytes, and what the type asks for. Everything is little-endian; texts
+// end with a nought and are filled up to a multiple of four bytes. Source: the published description of
+// drawing files, held against the data of drawings that the editor saved.
 #pragma once
 
 #include "dbmain.h"

@@ -90,13 +90,14 @@ public:
         put(line.x.crossProduct(line.y).normal());
         put(line.x.normal());
         put_words(line.text);
-        put_whole(wide_ ? static_cast<std::uint32_t>(line.text.size()) : ~0u); // its length; -1: up to its nought
-        put_whole(1);                                                         // no codes in it
+        put_whole(wide_ ? static_cast<std::uint32_t>(line.text.size())
+                        : ~0u); // its length; -1: up to its nought
+        put_whole(1);           // no codes in it
         const double height = line.y.length();
         put(height);
         put(height > 0.0 ? line.x.length() / height : 1.0);
         put(line.oblique);
-        put(1.0); // the usual steps between its letters
+        put(1.0);                   // the usual steps between its letters
         constexpr int switches = 5; // backward, upside down, vertical, underlined, overlined
         for (int i = 0; i < switches; ++i)
             put_whole(0);

@@ -13,8 +13,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbWipeout, AcDbRasterImage, AcDb::kDHL_CURRENT, AcDb::
 
 namespace {
 
-constexpr int order[] = {90, 10, 20, 30, 11,  21,  31,  12,  22,  32,  13,  23, 340,
-                         70, 280, 281, 282, 283, 290, 360, 71, 91, 14, 24};
+constexpr int order[] = {90,  10, 20,  30,  11,  21,  31,  12,  22, 32, 13, 23,
+                         340, 70, 280, 281, 282, 283, 290, 360, 71, 91, 14, 24};
 constexpr dxf::group_place image_place{"AcDbRasterImage", order};
 constexpr dxf::group_place wipeout_place{"AcDbWipeout", order};
 

@@ -87,8 +87,8 @@ AcGeVector3d AcDbShape::normal() const {
 
 Adesk::Boolean AcDbShape::subWorldDraw(AcGiWorldDraw* draw) {
     const AcGeVector3d up = normal();
-    const AcGeVector3d along = AcGeMatrix3d::planeToWorld(up) *
-                               AcGeVector3d(std::cos(rotation()), std::sin(rotation()), 0.0);
+    const AcGeVector3d along =
+        AcGeMatrix3d::planeToWorld(up) * AcGeVector3d(std::cos(rotation()), std::sin(rotation()), 0.0);
     const AcGeVector3d x = along * (size() * widthFactor());
     const AcGeVector3d y = (up.crossProduct(along) + along * std::tan(oblique())) * size();
     const AcGePoint3d at = position();
@@ -108,8 +108,7 @@ Acad::ErrorStatus AcDbShape::subTransformBy(const AcGeMatrix3d& matrix) {
     db::write_real(imp(), place, 40, size() * change.scale);
     if (change.mirrored) // read from behind
         db::write_real(imp(), place, 41, -widthFactor(), 1.0);
-    db::write_real(imp(), place, 50,
-                   db::degrees(change.mirrored ? turned + 3.14159265358979323846 : turned));
+    db::write_real(imp(), place, 50, db::degrees(change.mirrored ? turned + 3.14159265358979323846 : turned));
     db::write_normal(imp(), place, change.normal);
     return setPosition(moved);
 }

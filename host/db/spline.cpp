@@ -16,9 +16,9 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbHelix, AcDbSpline, AcDb::kDHL_CURRENT, AcDb::kMRelea
 
 namespace {
 
-constexpr int order[] = {210, 220, 230, 70, 71, 72, 73, 74, 42, 43, 44, 12, 22,
-                         32,  13,  23,  33, 40, 41, 10, 20, 30, 11, 21, 31};
-constexpr dxf::group_place place{"AcDbSpline", order};
+constexpr int spline_order[] = {210, 220, 230, 70, 71, 72, 73, 74, 42, 43, 44, 12, 22,
+                                32,  13,  23,  33, 40, 41, 10, 20, 30, 11, 21, 31};
+constexpr dxf::group_place place{"AcDbSpline", spline_order};
 
 constexpr int helix_order[] = {90, 91, 10, 20, 30, 11, 21, 31, 12, 22, 32, 40, 41, 42, 290, 280};
 constexpr dxf::group_place helix_place{"AcDbHelix", helix_order};
@@ -138,7 +138,8 @@ void AcDbImpSpline::write(AcDbImpObject& object) const {
     dxf::group_list& groups = object.edit();
     auto [first, last] = groups.extent(place);
     const auto is_own = [&](std::size_t index) {
-        return std::find(std::begin(order), std::end(order), groups.groups()[index].code) != std::end(order);
+        return std::find(std::begin(spline_order), std::end(spline_order), groups.groups()[index].code) !=
+               std::end(spline_order);
     };
     while (first < last && !is_own(first))
         ++first;

@@ -30,8 +30,9 @@ std::vector<Adesk::Int32> face_entries(const AcDbImpObject& imp) {
 } // namespace
 
 AcDbSubDMesh::AcDbSubDMesh() {
-    imp().begin_as("0\nMESH\n100\nAcDbEntity\n8\n0\n100\nAcDbSubDMesh\n71\n2\n72\n0\n91\n0\n92\n0\n93\n0\n94\n0\n"
-                   "95\n0\n90\n0\n");
+    imp().begin_as(
+        "0\nMESH\n100\nAcDbEntity\n8\n0\n100\nAcDbSubDMesh\n71\n2\n72\n0\n91\n0\n92\n0\n93\n0\n94\n0\n"
+        "95\n0\n90\n0\n");
 }
 
 AcDbSubDMesh::~AcDbSubDMesh() = default;

@@ -34,8 +34,9 @@ dxf::record_id block_of(const AcDbImpObject& imp) {
 } // namespace
 
 AcDbTable::AcDbTable() {
-    imp().begin_as("0\nACAD_TABLE\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockReference\n10\n0.0\n20\n0.0\n30\n0.0\n"
-                   "100\nAcDbTable\n11\n1.0\n21\n0.0\n31\n0.0\n91\n0\n92\n0\n");
+    imp().begin_as(
+        "0\nACAD_TABLE\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockReference\n10\n0.0\n20\n0.0\n30\n0.0\n"
+        "100\nAcDbTable\n11\n1.0\n21\n0.0\n31\n0.0\n91\n0\n92\n0\n");
 }
 
 AcDbTable::~AcDbTable() = default;

@@ -21,7 +21,8 @@ std::string_view style_of(const AcDbImpObject& imp) {
 }
 
 // The parts of a text between separators; empty ones at the end are left out.
-std::vector<std::wstring> parts_of(std::wstring_view text, std::initializer_list<std::wstring_view> separators) {
+std::vector<std::wstring> parts_of(std::wstring_view text,
+                                   std::initializer_list<std::wstring_view> separators) {
     std::vector<std::wstring> parts(1);
     while (!text.empty()) {
         bool separated = false;
@@ -59,8 +60,9 @@ std::wstring without_fonts(std::wstring_view text) {
 } // namespace
 
 AcDbFcf::AcDbFcf() {
-    imp().begin_as("0\nTOLERANCE\n100\nAcDbEntity\n8\n0\n100\nAcDbFcf\n3\nStandard\n10\n0.0\n20\n0.0\n30\n0.0\n"
-                   "1\n\n11\n1.0\n21\n0.0\n31\n0.0\n");
+    imp().begin_as(
+        "0\nTOLERANCE\n100\nAcDbEntity\n8\n0\n100\nAcDbFcf\n3\nStandard\n10\n0.0\n20\n0.0\n30\n0.0\n"
+        "1\n\n11\n1.0\n21\n0.0\n31\n0.0\n");
 }
 
 AcDbFcf::~AcDbFcf() = default;
@@ -107,8 +109,8 @@ AcDbObjectId AcDbFcf::dimensionStyle() const {
     assertReadEnabled();
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
-    return imp().database->id(imp().database->find_entry(db::table_kind::dim_style,
-                                                         imp().decode(dxf::trimmed(style_of(imp())))));
+    return imp().database->id(
+        imp().database->find_entry(db::table_kind::dim_style, imp().decode(dxf::trimmed(style_of(imp())))));
 }
 
 // Rows of boxes, twice as high as the letters, each as wide as its text and once their height.
@@ -131,7 +133,8 @@ Adesk::Boolean AcDbFcf::subWorldDraw(AcGiWorldDraw* draw) {
             const AcGePoint3d rim[] = {corner, corner + x * width, corner + x * width + y * height * 2.0,
                                        corner + y * height * 2.0, corner};
             draw->geometry().polyline(5, rim);
-            draw->geometry().text(corner + (x + y) * height / 2.0, normal(), x, shown.c_str(), -1, false, style);
+            draw->geometry().text(corner + (x + y) * height / 2.0, normal(), x, shown.c_str(), -1, false,
+                                  style);
             corner += x * width;
         }
         row -= y * height * 2.0;

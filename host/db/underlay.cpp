@@ -7,12 +7,12 @@
 #include <cmath>
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcDbUnderlayReference, AcDbEntity)
-ACRX_DXF_DEFINE_MEMBERS(AcDbPdfReference, AcDbUnderlayReference, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0,
-                        PDFUNDERLAY, "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbDwfReference, AcDbUnderlayReference, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0,
-                        DWFUNDERLAY, "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbDgnReference, AcDbUnderlayReference, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0,
-                        DGNUNDERLAY, "ObjectDBX Classes")
+ACRX_DXF_DEFINE_MEMBERS(AcDbPdfReference, AcDbUnderlayReference, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
+                        0, PDFUNDERLAY, "ObjectDBX Classes")
+ACRX_DXF_DEFINE_MEMBERS(AcDbDwfReference, AcDbUnderlayReference, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
+                        0, DWFUNDERLAY, "ObjectDBX Classes")
+ACRX_DXF_DEFINE_MEMBERS(AcDbDgnReference, AcDbUnderlayReference, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
+                        0, DGNUNDERLAY, "ObjectDBX Classes")
 
 namespace {
 

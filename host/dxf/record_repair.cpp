@@ -282,8 +282,10 @@ void record_mender::drop_beginning(record_id last) {
         records_.type(last) == type_seqend || markers_in(last) > 1)
         return;
     record_id previous = 0;
-    while (records_.next(previous) != last)
+    while (previous != no_record && records_.next(previous) != last)
         previous = records_.next(previous);
+    if (previous == no_record) // it stood in the wrong place and is out already
+        return;
     if (markers_in(previous) < 2 && records_.kind(previous) == kind) // it is the manner of the file
         return;
     tell(last, repair_kind::cut_end, L"the file ends inside of this " + type_of(last), L"it is left out");

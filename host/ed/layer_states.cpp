@@ -40,8 +40,9 @@ layer_state layer_states::read(const table& layers, dxf::record_id entity) const
     layer_state state;
     const std::wstring name = layers.database.layer_name(entity);
     state.zero = name == L"0";
-    const dxf::record_id layer = layers.reference.empty() ? drawing_.find_entry(db::table_kind::layer, name)
-                                                         : db::ruling_layer(drawing_, layers.reference, name);
+    const dxf::record_id layer = layers.reference.empty()
+                                     ? drawing_.find_entry(db::table_kind::layer, name)
+                                     : db::ruling_layer(drawing_, layers.reference, name);
     if (layer == dxf::no_record)
         return state;
     const dxf::group_list groups(drawing_.records().text(layer));

@@ -98,8 +98,12 @@ public:
     Acad::ErrorStatus readPoint2d(AcGePoint2d* value) { return readReals({&value->x, &value->y}); }
     Acad::ErrorStatus readPoint3d(AcGePoint3d* value) { return readReals({&value->x, &value->y, &value->z}); }
     Acad::ErrorStatus readVector2d(AcGeVector2d* value) { return readReals({&value->x, &value->y}); }
-    Acad::ErrorStatus readVector3d(AcGeVector3d* value) { return readReals({&value->x, &value->y, &value->z}); }
-    Acad::ErrorStatus readScale3d(AcGeScale3d* value) { return readReals({&value->sx, &value->sy, &value->sz}); }
+    Acad::ErrorStatus readVector3d(AcGeVector3d* value) {
+        return readReals({&value->x, &value->y, &value->z});
+    }
+    Acad::ErrorStatus readScale3d(AcGeScale3d* value) {
+        return readReals({&value->sx, &value->sy, &value->sz});
+    }
 
     Acad::ErrorStatus writeInt64(Adesk::Int64 value) { return writeValue(value); }
     Acad::ErrorStatus writeInt32(Adesk::Int32 value) { return writeValue(value); }
@@ -113,10 +117,16 @@ public:
     Acad::ErrorStatus writeBool(bool value) { return writeBoolean(value); }
     Acad::ErrorStatus writeDouble(double value) { return writeValue(value); }
     Acad::ErrorStatus writePoint2d(const AcGePoint2d& value) { return writeReals({value.x, value.y}); }
-    Acad::ErrorStatus writePoint3d(const AcGePoint3d& value) { return writeReals({value.x, value.y, value.z}); }
+    Acad::ErrorStatus writePoint3d(const AcGePoint3d& value) {
+        return writeReals({value.x, value.y, value.z});
+    }
     Acad::ErrorStatus writeVector2d(const AcGeVector2d& value) { return writeReals({value.x, value.y}); }
-    Acad::ErrorStatus writeVector3d(const AcGeVector3d& value) { return writeReals({value.x, value.y, value.z}); }
-    Acad::ErrorStatus writeScale3d(const AcGeScale3d& value) { return writeReals({value.sx, value.sy, value.sz}); }
+    Acad::ErrorStatus writeVector3d(const AcGeVector3d& value) {
+        return writeReals({value.x, value.y, value.z});
+    }
+    Acad::ErrorStatus writeScale3d(const AcGeScale3d& value) {
+        return writeReals({value.sx, value.sy, value.sz});
+    }
 
     // The same by one name.
     Acad::ErrorStatus readItem(AcDbHardOwnershipId* id) { return readId(id); }
@@ -262,10 +272,12 @@ public:
     Acad::ErrorStatus writePoint3d(AcDb::DxfCode code, const AcGePoint3d& value, int precision = kDfltPrec) {
         return writeReals(code, {value.x, value.y, value.z}, precision);
     }
-    Acad::ErrorStatus writeVector2d(AcDb::DxfCode code, const AcGeVector2d& value, int precision = kDfltPrec) {
+    Acad::ErrorStatus writeVector2d(AcDb::DxfCode code, const AcGeVector2d& value,
+                                    int precision = kDfltPrec) {
         return writeReals(code, {value.x, value.y}, precision);
     }
-    Acad::ErrorStatus writeVector3d(AcDb::DxfCode code, const AcGeVector3d& value, int precision = kDfltPrec) {
+    Acad::ErrorStatus writeVector3d(AcDb::DxfCode code, const AcGeVector3d& value,
+                                    int precision = kDfltPrec) {
         return writeReals(code, {value.x, value.y, value.z}, precision);
     }
     Acad::ErrorStatus writeScale3d(AcDb::DxfCode code, const AcGeScale3d& value, int precision = kDfltPrec) {
@@ -278,9 +290,15 @@ public:
     Acad::ErrorStatus writeItem(const resbuf& value) { return writeResBuf(value); }
     Acad::ErrorStatus writeItem(AcDb::DxfCode code, const ACHAR* text) { return writeString(code, text); }
     Acad::ErrorStatus writeItem(AcDb::DxfCode code, const AcString& text) { return writeString(code, text); }
-    Acad::ErrorStatus writeItem(AcDb::DxfCode code, const AcDbObjectId& id) { return writeObjectId(code, id); }
-    Acad::ErrorStatus writeItem(AcDb::DxfCode code, const AcDbHandle& handle) { return writeHandle(code, handle); }
-    Acad::ErrorStatus writeItem(AcDb::DxfCode code, const ads_binary& chunk) { return writeBChunk(code, chunk); }
+    Acad::ErrorStatus writeItem(AcDb::DxfCode code, const AcDbObjectId& id) {
+        return writeObjectId(code, id);
+    }
+    Acad::ErrorStatus writeItem(AcDb::DxfCode code, const AcDbHandle& handle) {
+        return writeHandle(code, handle);
+    }
+    Acad::ErrorStatus writeItem(AcDb::DxfCode code, const ads_binary& chunk) {
+        return writeBChunk(code, chunk);
+    }
     Acad::ErrorStatus writeItem(AcDb::DxfCode code, Adesk::Int8 value) { return writeInt64(code, value); }
     Acad::ErrorStatus writeItem(AcDb::DxfCode code, Adesk::Int16 value) { return writeInt64(code, value); }
     Acad::ErrorStatus writeItem(AcDb::DxfCode code, Adesk::Int32 value) { return writeInt64(code, value); }

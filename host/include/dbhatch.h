@@ -8,8 +8,8 @@
 #include "gept2dar.h"
 #include "gevptar.h"
 
-// Loops and pattern lie in the plane with the hatch's normal, at its elevation; their coordinates are those of
-// that plane. Angles are in radians.
+// Loops and pattern lie in the plane with the hatch's normal, at its elevation; their coordinates are those
+// of that plane. Angles are in radians.
 class ACDB_PORT AcDbHatch : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbHatch);

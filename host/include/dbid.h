@@ -51,8 +51,9 @@ private:
 
 inline const AcDbObjectId AcDbObjectId::kNull;
 
-// An id that says how its holder stands to the object. An owner takes its objects with it when it is copied or
-// erased, and each has one; what is pointed to has an owner elsewhere. What is held hard can not be purged.
+// An id that says how its holder stands to the object. An owner takes its objects with it when it is copied
+// or erased, and each has one; what is pointed to has an owner elsewhere. What is held hard can not be
+// purged.
 #define ACDB_OBJECT_ID(NAME)                                                                                 \
     class NAME : public AcDbObjectId {                                                                       \
     public:                                                                                                  \

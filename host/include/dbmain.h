@@ -345,8 +345,8 @@ public:
     // eNotApplicable in files of R12, which hold none.
     Acad::ErrorStatus addAcDbObject(AcDbObject* object);
     Acad::ErrorStatus addAcDbObject(AcDbObjectId& id, AcDbObject* object);
-    // Takes out of the list what must not be erased: all that is in use, and what every drawing has. Knows the
-    // records of symbol tables; everything else counts as used.
+    // Takes out of the list what must not be erased: all that is in use, and what every drawing has. Knows
+    // the records of symbol tables; everything else counts as used.
     Acad::ErrorStatus purge(AcDbObjectIdArray& ids);
     // eNotImplementedYet, all three.
     Acad::ErrorStatus wblockCloneObjects(AcDbObjectIdArray& objectIds, const AcDbObjectId& owner,

@@ -163,9 +163,9 @@ public:
     // deletes the iterator.
     Acad::ErrorStatus newIterator(AcDbBlockTableRecordIterator*& iterator, bool atBeginning = true,
                                   bool skipDeleted = true) const;
-    // Puts a new entity at its end, with the vertices or attributes that the entity holds. What the entity was
-    // not given (layer, colour, linetype and its scale, lineweight) it takes from the drawing. It stays open
-    // for write and belongs to the database.
+    // Puts a new entity at its end, with the vertices or attributes that the entity holds. What the entity
+    // was not given (layer, colour, linetype and its scale, lineweight) it takes from the drawing. It stays
+    // open for write and belongs to the database.
     //
     // eNoDatabase for a new block record, eNotOpenForWrite, eAlreadyInDb, eIllegalEntityType for what files
     // of the drawing's version can not hold, eIsXRefObject. Then it still belongs to the caller.

@@ -1,6 +1,6 @@
 // make_objects DRAWING OUT: puts something new of each kind into a drawing: a layer, a block with a line, a
-// reference to it, a circle in each space, an extension dictionary, an xrecord. What the drawing's version can
-// not hold is left out.
+// reference to it, a circle in each space, an extension dictionary, an xrecord. What the drawing's version
+// can not hold is left out.
 #include "acutmem.h"
 #include "base/utf.h"
 #include "dbents.h"
