@@ -315,6 +315,8 @@ private:
         ACHAR* given = dimension_.dimensionText();
         std::wstring words = given;
         acutDelString(given);
+        if (words == L" ")
+            return; // the way to say that there shall be none
         if (words.empty())
             words = L"<>";
         if (const std::size_t at = words.find(L"<>"); at != words.npos)

@@ -287,7 +287,7 @@ void reader::paragraph() {
         const std::wstring_view item = value.substr(0, comma);
         value.remove_prefix(std::min(comma + 1, value.size()));
         // An x in front belongs to the value before it.
-        const std::size_t begin = item.find_first_not_of(L"x");
+        const std::size_t begin = item.find_first_not_of(L'x');
         if (begin == item.npos)
             continue;
         const std::wstring_view rest = item.substr(begin + 1);

@@ -296,8 +296,10 @@ void setter::place_lines() {
     layout_.width = most > least ? most - least : 0.0;
     layout_.height = highest - std::min(lowest, -deepest);
     const double whole = in_columns ? frame_.columns * column + (frame_.columns - 1) * frame_.gutter : column;
-    const double left = (frame_.attachment - 1) % 3 * -whole / 2.0;
-    const double up = (frame_.attachment - 1) / 3 * deepest / 2.0;
+    const int across = (frame_.attachment - 1) % 3; // 0 left, 1 in the middle, 2 right
+    const int down = (frame_.attachment - 1) / 3;
+    const double left = across * -whole / 2.0;
+    const double up = down * deepest / 2.0;
     for (mtext_piece& piece : layout_.pieces)
         piece.start = {piece.start.x + left, piece.start.y + up};
 }

@@ -128,7 +128,8 @@ bool AcDbObject::isErased() const {
 }
 
 bool AcDbObject::isModified() const {
-    return m_imp->changed();
+    // What an application's object holds in members of its own is compared when it is closed.
+    return m_imp->changed() || (m_imp->touched && !db::is_host_class(isA()));
 }
 
 bool AcDbObject::isNewObject() const {

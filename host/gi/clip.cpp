@@ -332,6 +332,7 @@ std::vector<AcGePoint3d> clipped_canvas::cut(std::span<const AcGePoint3d> figure
     if (std::isfinite(boundary_.most_z))
         keep([&](const AcGePoint3d& p) { return boundary_.most_z - p.z; });
     std::vector<AcGePoint3d> rest;
+    rest.reserve(left.size());
     for (const place& corner : left)
         rest.push_back(corner.world);
     if (rest.size() == 1 && figure.size() > 1) // touched from outside

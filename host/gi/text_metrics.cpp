@@ -119,7 +119,7 @@ text_box measure_text(std::wstring_view shown, font_hand which, double height, d
     double tail = 0.0;
     bool ends_in_gap = false;
     for (const wchar_t c : shown) {
-        const auto number = static_cast<std::size_t>(c);
+        const auto number = static_cast<char32_t>(c);
         ends_in_gap = true;
         if (number >= first_sign && number < first_sign + signs) {
             units += hand.advance[number - first_sign];

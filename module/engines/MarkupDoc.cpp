@@ -1,13 +1,17 @@
 #include "module/engines/MarkupDoc.h"
 
-#include "module/engines/MarkupFile.h"
+#include "module/engines/MarkupReader.h"
 #include "module/engines/MarkupSyntax.h"
 #include "module/engines/MarkupTree.h"
+#include "module/engines/MarkupWriter.h"
+#include "sys/file_reader.h"
+#include "sys/folders.h"
 
 #include <algorithm>
 #include <cwchar>
 #include <new>
 #include <unordered_map>
+#include <utility>
 
 namespace {
 
@@ -83,7 +87,6 @@ struct MarkupDoc::State {
     void Forget();
     void MoveTo(ElementIndex element);
     void Reset();
-    bool Parse(WideText text);
     bool FindNode();
     std::wstring_view Resolve(std::wstring_view raw);
     std::wstring_view GetElementData();
@@ -111,12 +114,6 @@ void MarkupDoc::State::MoveTo(ElementIndex element) {
 void MarkupDoc::State::Reset() {
     parent = 0;
     MoveTo(0);
-}
-
-bool MarkupDoc::State::Parse(WideText text) {
-    Reset();
-    tree.Parse(std::move(text), result);
-    return !result.HasFaults();
 }
 
 bool MarkupDoc::State::FindNode() {
@@ -263,7 +260,12 @@ bool MarkupDoc::SetDocumentText(const wchar_t* text) {
     if (m_state->IsBusy())
         return false;
     m_state->result.Clear();
-    return Try(false, [&] { return m_state->Parse(WideText(ViewOf(text))); });
+    m_state->Reset();
+    return Try(false, [&] {
+        m_state->tree = {};
+        m_state->tree = MarkupTree(WideText(ViewOf(text)), nullptr, m_state->result);
+        return !m_state->result.HasFaults();
+    });
 }
 
 std::wstring_view MarkupDoc::GetDocumentText() {
@@ -279,17 +281,32 @@ bool MarkupDoc::LoadFile(const wchar_t* path) {
         return false;
     state.result.Clear();
     state.flags |= FileReadInProgress;
-    const bool isGood = Try(false, [&] {
-        MarkupFileForm form;
-        auto text = ReadMarkupFile(ViewOf(path), form, state.result);
-        if (!text)
+    const bool isRead = Try(false, [&] {
+        auto file = sys::file_reader::open(sys::to_path(ViewOf(path)));
+        if (!file)
             return false;
+        const auto reader = std::make_unique<MarkupReader>(std::move(*file));
+        MarkupTree tree;
+        MarkupResult faults;
+        do {
+            faults.Clear();
+            tree = MarkupTree({}, reader.get(), faults);
+        } while (reader->BeginsAnew());
+        if (reader->HasFailed())
+            return false;
+        state.Reset();
+        state.tree = std::move(tree);
+        reader->Tell(state.result);
+        state.result.Add(faults);
+        const MarkupFileForm form = reader->GetForm();
         state.flags &= ~unsigned(ByteOrderMark | BigEndian);
         state.flags |= (form.hasMark ? ByteOrderMark : 0u) | (form.isBigEndian ? BigEndian : 0u);
-        return state.Parse(std::move(*text));
+        return true;
     });
+    if (!isRead)
+        state.result.Add(MarkupEvent::FileError);
     state.flags &= ~unsigned(FileReadInProgress);
-    return isGood;
+    return isRead && !state.result.HasFaults();
 }
 
 bool MarkupDoc::SaveFile(const wchar_t* path) {

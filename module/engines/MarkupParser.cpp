@@ -1,9 +1,11 @@
 #include "module/engines/MarkupParser.h"
 
+#include "module/engines/MarkupEncoding.h"
 #include "module/engines/MarkupScan.h"
 #include "module/engines/MarkupSyntax.h"
 
 #include <algorithm>
+#include <new>
 #include <string_view>
 #include <unordered_map>
 
@@ -13,24 +15,34 @@ using Scan = MarkupScan<wchar_t>;
 
 static_assert(Scan::blockSize <= WideText::padding && scanReach <= WideText::padding);
 
+// How much is at hand behind each character that is looked at, as long as there is more to come.
+constexpr std::size_t lookAhead = 16;
+
 void SetNameLength(MarkupElement& record, std::size_t length) {
     record.nameLength = std::min<std::size_t>(length, MarkupElement::longName) & MarkupElement::longName;
 }
 
 class Parser {
 public:
-    Parser(const WideText& text, MarkupIndex& index, MarkupResult& result)
-        : m_begin(text.GetData()), m_end(m_begin + text.GetSize()), m_index(index), m_result(result) {}
+    Parser(WideText& text, MarkupInput* input, MarkupIndex& index, MarkupResult& result)
+        : m_text(text), m_input(input), m_begin(text.GetData()),
+          m_limit(input != nullptr ? m_begin : m_begin + text.GetSize()), m_index(index), m_result(result) {}
 
-    std::uint32_t Run();
+    void Run();
+
+    // Whether it ended because the text would have to be moved to grow.
+    bool LacksRoom() const { return m_lacksRoom; }
+    std::uint32_t GetDeepest() const { return m_deepest; }
 
 private:
+    const wchar_t* Next(Scan& scan);
+    bool ReadMore();
     std::uint32_t GetOffset(const wchar_t* at) const { return static_cast<std::uint32_t>(at - m_begin); }
     std::wstring_view GetName(ElementIndex element) const;
 
     void TakeStartTag(Scan& scan, const wchar_t* open);
     void TakeEndTag(Scan& scan, const wchar_t* open);
-    const wchar_t* FindTagEnd(Scan& scan, bool& isPlain) const;
+    const wchar_t* FindTagEnd(Scan& scan, bool& isPlain);
     const wchar_t* TakePiece(const wchar_t* open);
 
     void Close(const wchar_t* end, std::size_t nameLength);
@@ -39,8 +51,11 @@ private:
     bool IsOpen(std::wstring_view name);
     void AddFault(MarkupEvent event, const wchar_t* at);
 
+    WideText& m_text;
+    MarkupInput* m_input; // null when all was read
+    bool m_lacksRoom = false;
     const wchar_t* const m_begin;
-    const wchar_t* const m_end;
+    const wchar_t* m_limit; // signs at and behind it are not looked at yet; at last, the end of the text
     MarkupIndex& m_index;
     MarkupResult& m_result;
     ElementIndex m_parent = 0;   // the element that is open, innermost
@@ -53,11 +68,11 @@ private:
     bool m_keepsOpenNames = false;
 };
 
-std::uint32_t Parser::Run() {
+void Parser::Run() {
     // Apart from the members, so that it can stay in registers.
     Scan scan(m_begin);
     for (;;) {
-        const wchar_t* const at = scan.Next();
+        const wchar_t* const at = Next(scan);
         if (*at == L'<') {
             if (at[1] == L'/')
                 TakeEndTag(scan, at);
@@ -69,19 +84,42 @@ std::uint32_t Parser::Run() {
                 AddFault(MarkupEvent::FirstTagSyntax, at);
         } else if (*at == L'&') {
             m_index[m_parent].hasPlainContent = 0;
-        } else if (at >= m_end) {
+        } else if (at >= m_limit) {
             break;
         }
     }
     while (m_parent != 0)
-        CloseUnended(m_end);
+        CloseUnended(m_limit);
     MarkupElement& document = m_index[0];
-    document.length = GetOffset(m_end);
+    document.length = GetOffset(m_limit);
     if (document.firstChild == 0)
         m_result.Add(MarkupEvent::NoRootElement);
     else
         m_index[document.firstChild].previous = m_previous;
-    return m_deepest;
+}
+
+// The next sign; at or behind the limit only when the text ends there.
+inline const wchar_t* Parser::Next(Scan& scan) {
+    const wchar_t* at = scan.Next();
+    while (at >= m_limit && ReadMore()) {
+        scan.MoveTo(at);
+        at = scan.Next();
+    }
+    return at;
+}
+
+// Moves the limit; false when it is at the end of the text.
+bool Parser::ReadMore() {
+    if (m_input == nullptr)
+        return false;
+    m_lacksRoom = !m_text.HasRoom(markupBlockSize);
+    const bool hasRead = !m_lacksRoom && m_input->Read(m_text);
+    if (m_text.GetSize() > longestMarkup)
+        throw std::bad_alloc();
+    if (!hasRead)
+        m_input = nullptr;
+    m_limit = m_begin + m_text.GetSize() - (hasRead ? std::min(lookAhead, m_text.GetSize()) : 0);
+    return true;
 }
 
 std::wstring_view Parser::GetName(ElementIndex element) const {
@@ -133,29 +171,29 @@ inline void Parser::TakeStartTag(Scan& scan, const wchar_t* open) {
 
 // The `>` of a start tag, or what ends it without one: the next `<` outside of quotes, or the end of the
 // text.
-inline const wchar_t* Parser::FindTagEnd(Scan& scan, bool& isPlain) const {
+inline const wchar_t* Parser::FindTagEnd(Scan& scan, bool& isPlain) {
     for (;;) {
-        const wchar_t* at = scan.Next();
+        const wchar_t* at = Next(scan);
         if (*at == L'"' || *at == L'\'') {
             const wchar_t quote = *at;
-            for (at = scan.Next(); *at != quote && at < m_end; at = scan.Next())
+            for (at = Next(scan); *at != quote && at < m_limit; at = Next(scan))
                 isPlain = isPlain && *at != L'&';
         }
-        if (*at == L'>' || *at == L'<' || at >= m_end)
+        if (*at == L'>' || *at == L'<' || at >= m_limit)
             return at;
         isPlain = isPlain && *at != L'&';
     }
 }
 
 inline void Parser::TakeEndTag(Scan& scan, const wchar_t* open) {
-    const wchar_t* close = scan.Next();
+    const wchar_t* close = Next(scan);
     while (*close != L'>') {
-        if (*close == L'<' || close >= m_end) {
+        if (*close == L'<' || close >= m_limit) {
             AddFault(MarkupEvent::UnterminatedTagSyntax, open);
             scan.MoveTo(close);
             return;
         }
-        close = scan.Next();
+        close = Next(scan);
     }
     const wchar_t* const name = open + 2;
     const auto length = static_cast<std::size_t>(FindLowUnit(name, close, EndsName) - name);
@@ -182,8 +220,14 @@ void Parser::CloseOther(const wchar_t* open, const wchar_t* close) {
 // Takes what begins with `<!` or `<?` and tells where it ends.
 const wchar_t* Parser::TakePiece(const wchar_t* open) {
     m_index[m_parent].hasPlainContent = 0;
-    const FoundPiece found =
-        FindMarkedPiece({m_begin, static_cast<std::size_t>(m_end - m_begin)}, GetOffset(open));
+    FoundPiece found = FindMarkedPiece(m_text.GetView(), GetOffset(open));
+    // A long one is looked at again when twice as much of it is at hand.
+    while (!found.isTerminated && m_input != nullptr) {
+        const std::size_t wanted = m_text.GetSize() * 2 - GetOffset(open);
+        while (m_text.GetSize() < wanted && ReadMore()) {
+        }
+        found = FindMarkedPiece(m_text.GetView(), GetOffset(open));
+    }
     if (found.badDeclaration != std::wstring_view::npos)
         m_result.Add(MarkupEvent::DoctypeTagSyntax, found.badDeclaration);
     switch (found.piece) {
@@ -242,6 +286,23 @@ void Parser::AddFault(MarkupEvent event, const wchar_t* at) {
 
 } // namespace
 
-std::uint32_t ParseMarkup(const WideText& text, MarkupIndex& index, MarkupResult& result) {
-    return Parser(text, index, result).Run();
+std::uint32_t ParseMarkup(WideText& text, MarkupInput* input, MarkupIndex& index, MarkupResult& result) {
+    if (input != nullptr) {
+        text.Extend(input->GetExpectedSize() + markupBlockSize);
+        text.SetSize(0);
+        Parser parser(text, input, index, result);
+        parser.Run();
+        if (!parser.LacksRoom())
+            return parser.GetDeepest();
+        // A pipe, or a file that grew meanwhile: first all of it, then once more.
+        while (input->Read(text)) {
+        }
+        index.Clear();
+        result.Clear();
+    }
+    if (text.GetSize() > longestMarkup)
+        throw std::bad_alloc();
+    Parser parser(text, nullptr, index, result);
+    parser.Run();
+    return parser.GetDeepest();
 }

@@ -14,6 +14,6 @@
 constexpr std::size_t longestMarkup = std::numeric_limits<std::uint32_t>::max() - WideText::padding;
 
 // Reads the text, and what the input adds to it, into an empty index; what is wrong with it goes to the
-// result. Tells how many elements lie inside one another, at most. Throws std::bad_alloc, also when the text
-// is too long.
-std::uint32_t ParseMarkup(WideText& text, MarkupInput& input, MarkupIndex& index, MarkupResult& result);
+// result, which is empty before. Without an input, which may be null, the text is whole. Tells how many
+// elements lie inside one another, at most. Throws std::bad_alloc, also when the text is too long.
+std::uint32_t ParseMarkup(WideText& text, MarkupInput* input, MarkupIndex& index, MarkupResult& result);

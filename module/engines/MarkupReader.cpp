@@ -2,12 +2,12 @@
 
 #include "module/engines/DeclaredEncoding.h"
 #include "module/engines/EncodingNames.h"
-#include "sys/folders.h"
 #include "sys/memory.h"
 
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
+#include <utility>
 
 namespace {
 
@@ -44,16 +44,7 @@ MarkupEncoding FindDeclared(std::string_view bytes) {
 
 } // namespace
 
-std::unique_ptr<MarkupReader> MarkupReader::Open(std::wstring_view path) {
-    auto file = sys::file_reader::open(sys::to_path(path));
-    if (!file)
-        return nullptr;
-    std::unique_ptr<MarkupReader> reader(new MarkupReader(std::move(*file)));
-    reader->FindEncoding();
-    return reader;
-}
-
-void MarkupReader::FindEncoding() {
+MarkupReader::MarkupReader(sys::file_reader file) : m_file(std::move(file)) {
     const std::string_view front = GetBlock();
     for (const MarkupMark& mark : markupMarks) {
         if (front.starts_with(mark.bytes)) {
@@ -74,7 +65,8 @@ void MarkupReader::FindEncoding() {
     }
 }
 
-// Bytes that are not decoded yet, a block of them if there are as many; none at the end, or when reading failed.
+// Bytes that are not decoded yet, a block of them if there are as many; none at the end, or when reading
+// failed.
 std::string_view MarkupReader::GetBlock() {
     if (!m_isAtEnd) {
         std::memmove(m_bytes.data(), m_bytes.data() + m_first, m_end - m_first);

@@ -8,19 +8,20 @@
 #include "sys/text_stream.h"
 
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <string_view>
 
 class MarkupReader : public MarkupInput {
 public:
-    // Null when the file cannot be opened.
-    static std::unique_ptr<MarkupReader> Open(std::wstring_view path);
+    // Reads the front of the file, which was just opened.
+    explicit MarkupReader(sys::file_reader file);
 
     std::size_t GetExpectedSize() const override { return static_cast<std::size_t>(m_file.size()); }
     bool Read(WideText& text) override;
 
-    // To be asked when Read has given false: whether the encoding was guessed wrong. Then the text that was read is
-    // to be forgotten, and reading begins anew.
+    // To be asked when Read has given false: whether the encoding was guessed wrong. Then the text that was
+    // read is to be forgotten, and reading begins anew.
     bool BeginsAnew();
 
     // True when the file could not be read to its end.
@@ -31,9 +32,6 @@ public:
     MarkupFileForm GetForm() const { return {m_hasMark, m_encoding.IsBigEndian()}; }
 
 private:
-    explicit MarkupReader(sys::file_reader file) : m_file(std::move(file)) {}
-
-    void FindEncoding();
     std::string_view GetBlock();
 
     sys::file_reader m_file;
@@ -50,6 +48,6 @@ private:
     std::unique_ptr<sys::text_stream> m_stream;
     std::size_t m_nulls = 0;
     std::size_t m_lost = 0;
-    bool m_isCut = false; // in the middle of a character
+    bool m_isCut = false;    // in the middle of a character
     std::size_t m_ready = 0; // up to where in the text memory was made ready
 };

@@ -67,6 +67,11 @@ void MarkupResult::Add(MarkupEvent event, std::wstring_view text, std::size_t nu
         m_records.push_back({event, std::wstring(text), number, number2});
 }
 
+void MarkupResult::Add(const MarkupResult& other) {
+    m_records.insert(m_records.end(), other.m_records.begin(), other.m_records.end());
+    m_faults += other.m_faults;
+}
+
 std::wstring MarkupResult::GetMarkup() const {
     std::wstring markup;
     const auto add = [&markup](const wchar_t* name, std::wstring_view value) {

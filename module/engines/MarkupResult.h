@@ -40,6 +40,9 @@ public:
     void Add(MarkupEvent event, std::size_t number = 0, std::size_t number2 = 0);
     void Add(MarkupEvent event, std::wstring_view text, std::size_t number = 0, std::size_t number2 = 0);
 
+    // Adds what another one has.
+    void Add(const MarkupResult& other);
+
     // Whether any fault of the text was added.
     bool HasFaults() const { return m_faults > 0; }
 

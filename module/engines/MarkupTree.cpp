@@ -5,13 +5,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <new>
+#include <utility>
 
 namespace {
-
-// Noughts follow the text within the reach of offsets.
-constexpr std::size_t longestStore = std::numeric_limits<std::uint32_t>::max() - WideText::padding;
 
 // What may gather in the store before it is worth while to write a small document anew.
 constexpr std::size_t smallStore = std::size_t(1) << 20;
@@ -22,21 +19,9 @@ std::uint32_t Narrow(std::size_t size) {
 
 } // namespace
 
-void MarkupTree::Parse(WideText text, MarkupResult& result) {
-    m_changes.clear();
-    m_index.Clear();
-    m_deepest = 0;
-    m_text = {};
-    if (text.GetSize() > longestStore)
-        throw std::bad_alloc();
-    m_text = std::move(text);
-    try {
-        m_deepest = ParseMarkup(m_text, m_index, result);
-    } catch (const std::bad_alloc&) {
-        m_text = {};
-        m_index.Clear();
-        throw;
-    }
+MarkupTree::MarkupTree(WideText text, MarkupInput* input, MarkupResult& result) : m_text(std::move(text)) {
+    m_deepest = ParseMarkup(m_text, input, m_index, result);
+    m_text.Trim();
 }
 
 std::wstring_view MarkupTree::GetText() {
@@ -164,7 +149,7 @@ std::uint32_t MarkupTree::FindEndTagLength(const wchar_t* end) {
 // Puts a text that is no part of the store at its end and tells where it begins.
 std::uint32_t MarkupTree::Store(std::wstring_view text) {
     const std::size_t at = m_text.GetSize();
-    if (text.size() > longestStore - at)
+    if (text.size() > longestMarkup - at)
         throw std::bad_alloc();
     m_text.Append(text);
     return Narrow(at);

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "module/engines/MarkupIndex.h"
+#include "module/engines/MarkupInput.h"
 #include "module/engines/MarkupResult.h"
 #include "module/engines/MarkupSyntax.h"
 #include "module/engines/WideText.h"
@@ -24,9 +25,13 @@ public:
         std::uint32_t GetEnd() const { return begin + size; }
     };
 
-    // Takes a text in the place of the old one and reads it. A text that is too long for the index, or for
-    // the memory, throws std::bad_alloc and leaves an empty document.
-    void Parse(WideText text, MarkupResult& result);
+    // An empty document.
+    MarkupTree() = default;
+
+    // Reads a text, and what the input adds to it; without one, which may be null, the text is whole. What is
+    // wrong with it goes to the result, which is empty before. Throws std::bad_alloc, also when the text is
+    // too long.
+    MarkupTree(WideText text, MarkupInput* input, MarkupResult& result);
 
     // The whole text with all changes. Throws std::bad_alloc.
     std::wstring_view GetText();

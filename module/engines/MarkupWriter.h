@@ -8,4 +8,5 @@
 
 // Writes the text to a file, whole or not at all; false when it cannot be. What happened goes to the result.
 // Behind the text can be read as far as scanReach tells. Throws std::bad_alloc.
-bool WriteMarkupFile(std::wstring_view path, std::wstring_view text, MarkupFileForm form, MarkupResult& result);
+bool WriteMarkupFile(std::wstring_view path, std::wstring_view text, MarkupFileForm form,
+                     MarkupResult& result);

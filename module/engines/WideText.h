@@ -24,6 +24,8 @@ public:
     // Makes room for `size` more units at the end and gives the place where they begin. Throws
     // std::bad_alloc.
     wchar_t* Extend(std::size_t size);
+    // Whether that much fits without the text being moved.
+    bool HasRoom(std::size_t size) const { return m_capacity - m_size >= size; }
     // The text ends behind the first `size` units of what was made room for.
     void SetSize(std::size_t size);
 
