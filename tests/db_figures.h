@@ -148,7 +148,7 @@ inline const std::vector<figure>& figures() {
          true},
         {"leader",
          "0 LEADER|5 100|8 0|3 Standard|71 1|72 0|73 3|76 3|10 0|20 0|30 1|10 4|20 4|30 1|10 6|20 4|30 1",
-         true},
+         false},
         {"curved leader",
          "0 LEADER|5 100|8 0|3 Standard|71 0|72 1|73 3|76 3|10 0|20 0|30 0|10 4|20 4|30 0|10 6|20 -1|30 2",
          false},

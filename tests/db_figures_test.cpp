@@ -94,6 +94,9 @@ TEST(DbFigures, ATransformedOneIsWhereTheTransformationPutsIt) {
             const bool thick = std::string_view(figure.groups).find("|39 ") != std::string_view::npos;
             if (thick && std::string_view(by.name) == "slanted")
                 continue;
+            // A leader's arrowhead keeps its shape, and a curved one bends anew through its points.
+            if (!by.even && std::string_view(figure.name).find("leader") != std::string_view::npos)
+                continue;
             const AcDbExtents moved = extents_of(*test::seen<>(*database, 0x100));
             EXPECT_TRUE(test::same_box(moved, expected))
                 << test::text_of(moved) << " and not " << test::text_of(expected);

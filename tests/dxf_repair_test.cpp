@@ -139,14 +139,16 @@ TEST(DxfRepair, EndsThatAreMissing) {
               {"0 LINE|5 32"}},
              {groups(start + "|10 1.0") + " 20\n",
               "repair 1: line 11: the file ends inside of this group: the group is left out\n"
-              "repair 2: line 12: the end of a SECTION is missing: ENDSEC added\n"
-              "repair 3: line 12: the end of the file is missing: EOF added\n",
+              "repair 2: line 5: the file ends inside of a point of this LINE: the point is left out\n"
+              "repair 3: line 12: the end of a SECTION is missing: ENDSEC added\n"
+              "repair 4: line 12: the end of the file is missing: EOF added\n",
               "?",
               {}},
              {groups(start + "|10 1.0") + " 20\n1.",
               "repair 1: line 11: the file ends inside of this group: the group is left out\n"
-              "repair 2: line 12: the end of a SECTION is missing: ENDSEC added\n"
-              "repair 3: line 12: the end of the file is missing: EOF added\n",
+              "repair 2: line 5: the file ends inside of a point of this LINE: the point is left out\n"
+              "repair 3: line 12: the end of a SECTION is missing: ENDSEC added\n"
+              "repair 4: line 12: the end of the file is missing: EOF added\n",
               "?",
               {}},
              {with("0 LINE|5 30|330 1F|100 AcDbEntity|8 0|100 AcDbLine|10 0.0|20 0.0|11 1.0|21 0.0|0 "

@@ -56,8 +56,6 @@ constexpr dxf::group_place large_place{"AcDbRadialDimensionLarge", own_order};
 constexpr int ordinate_along_x = 64;
 constexpr int text_was_placed = 128;
 
-constexpr double full_turn = 2.0 * std::numbers::pi;
-
 // A kind of dimension: where its points stand besides group 10, what it measures, what it draws plainly.
 struct kind_row {
     AcRxClass* (*desc)();

@@ -343,11 +343,10 @@ Acad::ErrorStatus AcDbEntity::subGetTransformedCopy(const AcGeMatrix3d& matrix, 
     std::unique_ptr<AcRxObject> made(clone());
     if (made == nullptr)
         return Acad::eNotImplementedYet;
-    auto* const entity = static_cast<AcDbEntity*>(made.get());
-    if (const Acad::ErrorStatus status = entity->transformBy(matrix); status != Acad::eOk)
+    if (const Acad::ErrorStatus status = static_cast<AcDbEntity*>(made.get())->transformBy(matrix);
+        status != Acad::eOk)
         return status;
-    made.release();
-    copy = entity; // the caller's
+    copy = static_cast<AcDbEntity*>(made.release()); // the caller's
     return Acad::eOk;
 }
 

@@ -99,8 +99,11 @@ base::result<void> AcDbImpDatabase::read(const std::wstring& path) {
     set_drawing(std::move(*opened));
     file_name = path;
     if (how_to_read().tell)
-        for (const std::wstring& message : drawing_->messages())
-            how_to_read().tell(path + L": " + message);
+        for (const std::wstring& message : drawing_->messages()) {
+            std::wstring line = path;
+            line.append(L": ").append(message);
+            how_to_read().tell(line);
+        }
     return {};
 }
 
@@ -382,7 +385,7 @@ void AcDbImpDatabase::exchange(AcDbObject& old, AcDbObject& fresh) {
     const dxf::record_id record = std::exchange(imp.record, dxf::no_record);
     imp.database = nullptr;
     imp.writing = false;
-    open_.extract(record).mapped().release();
+    static_cast<void>(open_.extract(record).mapped().release()); // the caller owns it
     adopt(fresh, record);
 }
 

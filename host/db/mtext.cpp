@@ -454,10 +454,10 @@ Acad::ErrorStatus AcDbMText::setAttachmentMovingLocation(AttachmentPoint attachm
         return Acad::eInvalidInput;
     const db::mtext_values before(imp());
     const double width = before.frame.width > 0.0 ? before.frame.width : actualWidth();
-    const double across = (attachment - 1) % 3 - (before.frame.attachment - 1) % 3;
-    const double down = (attachment - 1) / 3 - (before.frame.attachment - 1) / 3;
-    setLocation(before.location + before.direction * (across * width / 2.0) -
-                before.up() * (down * actualHeight() / 2.0));
+    const int columns = (attachment - 1) % 3 - (before.frame.attachment - 1) % 3;
+    const int rows = (attachment - 1) / 3 - (before.frame.attachment - 1) / 3;
+    setLocation(before.location + before.direction * (columns * width / 2.0) -
+                before.up() * (rows * actualHeight() / 2.0));
     return setAttachment(attachment);
 }
 

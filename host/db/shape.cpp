@@ -106,8 +106,10 @@ Acad::ErrorStatus AcDbShape::subTransformBy(const AcGeMatrix3d& matrix) {
     const double turned = change.turned(rotation());
     db::write_real(imp(), place, 39, thickness() * (matrix * normal()).length());
     db::write_real(imp(), place, 40, size() * change.scale);
-    if (change.mirrored) // read from behind
+    if (change.mirrored) { // read from behind
         db::write_real(imp(), place, 41, -widthFactor(), 1.0);
+        db::write_real(imp(), place, 51, -db::degrees(oblique()));
+    }
     db::write_real(imp(), place, 50, db::degrees(change.mirrored ? turned + 3.14159265358979323846 : turned));
     db::write_normal(imp(), place, change.normal);
     return setPosition(moved);

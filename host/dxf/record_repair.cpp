@@ -136,6 +136,7 @@ private:
     // ---- ends
 
     void write_ends();
+    void drop_half_point(record_id last);
     void drop_beginning(record_id last);
     std::ptrdiff_t markers_in(record_id id) const {
         const group_list list(records_.text(id));
@@ -246,8 +247,10 @@ record_id record_mender::section_of_entities() {
 void record_mender::write_ends() {
     if (damage_.open_line)
         rewrite(damage_.last, std::string(records_.text(damage_.last)) + std::string(manner_.style.line_end));
-    if (damage_.last != no_record)
+    if (damage_.last != no_record) {
+        drop_half_point(damage_.last);
         drop_beginning(damage_.last);
+    }
     for (const drawing_damage::missing_end& end : damage_.ends) {
         const std::uint32_t type = records_.type(end.id);
         text made = begin(records_.type_name(end.id));
@@ -273,6 +276,20 @@ void record_mender::write_ends() {
         records_.rewrite(end.id, made.bytes());
         tell(end.id, repair_kind::missing_end, std::move(what), type_of(end.id) + L" added");
     }
+}
+
+// A point of which the file's end left nothing but its first coordinate is none.
+void record_mender::drop_half_point(record_id last) {
+    group_list groups(records_.text(last));
+    const auto in = [code = groups.empty() ? 0 : groups.groups().back().code](int first, int end) {
+        return code >= first && code <= end;
+    };
+    if (!in(10, 18) && !in(110, 112) && !in(210, 219) && !in(1010, 1013))
+        return;
+    groups.splice(groups.groups().size() - 1, groups.groups().size(), {});
+    rewrite(last, groups);
+    tell(last, repair_kind::cut_end, L"the file ends inside of a point of this " + type_of(last),
+         L"the point is left out");
 }
 
 // An entity of which the file's end left nothing but what all entities have is none.

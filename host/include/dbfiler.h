@@ -19,8 +19,8 @@
 //         return filer->filerStatus();
 //     }
 //
-// A closed object is what its record in the drawing holds: what a class does not file by the latter two is gone
-// when its object is closed.
+// A closed object is what its record in the drawing holds: what a class does not file by the latter two is
+// gone when its object is closed.
 //
 // A class that answers anything but eOk (or eEndOfFile) to dxfInFields, eMakeMeProxy for instance, gets no
 // object: the record is kept as it stands and opened as a proxy.
