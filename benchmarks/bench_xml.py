@@ -3,7 +3,8 @@
 Each act is timed inside the process: "fresh" is the first time in a new process, "warm" the median of the times after it
 in the same one. walk looks at every element's name, text and attributes; edit goes to every element and gives a thousand
 of them (in 20 MB) a new text; build makes that many elements and the text of it all. pugixml is built from Debian's
-source with wide characters, as ours are; the other two hold UTF-8. Of GBK, pugixml and tinyxml2 know nothing: there the
+source with wide characters, as ours are; "all text" is pugixml told to keep blanks between elements and to tell all of an
+element's text, as MarkupDoc does; the other two hold UTF-8. Of GBK, pugixml and tinyxml2 know nothing: there the
 system's converter stands before them.
 """
 import re
@@ -42,10 +43,10 @@ def fetch_pugixml():
     return sorted(place.glob("pugixml-*/src"))[0]
 
 
-def compile_program(name, *arguments):
+def compile_program(name, *arguments, variant=""):
     """Builds benchmarks/NAME.cpp as the release is built; its path, or None when a library is missing."""
     cache = dict(re.findall(r"^(\w+):\w+=(.*)$", (ROOT / "build/release/CMakeCache.txt").read_text(), re.MULTILINE))
-    program = PLACE / name
+    program = PLACE / (name + variant)
     done = subprocess.run([cache["CMAKE_CXX_COMPILER"], *cache["CMAKE_CXX_FLAGS_RELEASE"].split(), "-std=c++20", "-iquote",
                            ROOT, "-I", ROOT / "host/include", HERE / f"{name}.cpp", *arguments, "-o", program],
                           capture_output=True, text=True)
@@ -64,6 +65,8 @@ def build_programs():
             source = fetch_pugixml()
             libraries = source and ["-DPUGIXML_WCHAR_MODE", "-I", source, source / "pugixml.cpp"]
         programs[name] = compile_program(f"xml_{name}", *libraries) if libraries else None
+        if name == "pugixml" and libraries:
+            programs["all text"] = compile_program("xml_pugixml", *libraries, "-DALL_TEXT", variant="_all")
     return {name: program for name, program in programs.items() if program}
 
 

@@ -42,6 +42,7 @@ public:
         for (dxf::record_id id = 0; id < records_.size(); ++id)
             if (records_.kind(id) == dxf::record_kind::entity)
                 entities_.push_back(id);
+        database_.begin_step("step");
     }
 
     void act(unsigned char what) {
@@ -58,9 +59,11 @@ public:
             break;
         case 3:
             database_.undo();
+            database_.begin_step("step"); // an undo step without a name would look like the last one
             break;
         case 4:
             database_.redo();
+            database_.begin_step("step");
             break;
         case 5:
             database_.drawing().set_header_value("$CLAYER", 8, which % 2 == 0 ? "0" : "FUZZ");

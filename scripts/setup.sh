@@ -19,8 +19,12 @@ check      clang-tidy          mistakes that compile
 bench      libdime-dev         a peer to measure against
 bench      libdxflib-dev       a peer to measure against
 bench      libpugixml-dev      a peer to measure against
+bench      libtinyxml2-dev     a peer to measure against
+bench      libxml2-dev         a peer to measure against
+bench      dpkg-dev            unpacks the sources of a peer, for wide characters
 bench      python3             runs the measurements
 judge      python3-ezdxf       judges the drawings that we write
+judge      libxml2-utils       judges how documents of markup are read
 '
 
 groups=${*:-build}

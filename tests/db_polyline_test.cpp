@@ -460,6 +460,15 @@ TEST(DbOldPolyline, IsMadeAndPutIntoADrawing) {
         ASSERT_EQ(read->getGeomExtents(behind), Acad::eOk);
         EXPECT_TRUE(test::same_box(before, behind)) << test::text_of(behind);
     }
+    // What stands behind one without vertices is no vertex: an end stands between.
+    const auto database = test::database_of(test::modern_drawing({}));
+    AcDbBlockTableRecordPointer space(ACDB_MODEL_SPACE, database.get(), AcDb::kForWrite);
+    const std::initializer_list<AcDbEntity*> empty_and_point = {new AcDb2dPolyline, new AcDbPoint};
+    for (AcDbEntity* const entity : empty_and_point) {
+        ASSERT_EQ(space->appendAcDbEntity(entity), Acad::eOk);
+        entity->close();
+    }
+    EXPECT_TRUE(test::opened(test::written(database->imp().drawing()))->repairs().empty());
 }
 
 TEST(DbSolid, StandsInItsPlane) {

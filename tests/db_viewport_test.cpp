@@ -74,6 +74,7 @@ std::wstring frozen(const AcDbViewport& viewport) {
 struct Document {
     explicit Document(std::string_view name) {
         EXPECT_TRUE(ap::documents::instance().open(test::drawing(name).wstring(), true));
+        EXPECT_EQ(acDocManager->lockDocument(curDoc()), Acad::eOk); // as for a command
     }
     ~Document() { ap::documents::instance().close_all(); }
     AcDbDatabase& database() const { return *ap::documents::instance().current_database(); }
@@ -377,6 +378,7 @@ TEST(DbViewport, AFrozenDependentLayerIsSaved) {
                  "  0\r\nVIEWPORT\r\n  5\r\n70\r\n330\r\n29\r\n100\r\nAcDbEntity\r\n 67\r\n1\r\n  8\r\n0\r\n"
                  "100\r\nAcDbViewport\r\n 40\r\n1.0\r\n 41\r\n1.0\r\n");
     ASSERT_TRUE(ap::documents::instance().open(folder.write("host.dxf", bytes).wstring(), true));
+    ASSERT_EQ(acDocManager->lockDocument(curDoc()), Acad::eOk);
     AcDbDatabase& database = *ap::documents::instance().current_database();
     EXPECT_EQ(acedVPLayer(viewports(database)[0], layers(database, {L"共用|PIPE"}), AcDb::kFreeze),
               Acad::eOk);

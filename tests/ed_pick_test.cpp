@@ -170,6 +170,7 @@ TEST(Pick, AScriptPicksByPointWindowAndFence) {
 TEST(Pick, QuickBoxesHoldWhatIsDrawn) {
     std::vector<std::filesystem::path> files = test::corpus();
     files.push_back(test::drawing("picks.dxf"));
+    files.push_back(test::drawing("odd/numbers.dxf"));
     files.push_back(std::filesystem::path(ZEF_SOURCE_FOLDER) / "samples" / "storey.dxf");
     std::size_t compared = 0;
     for (const auto& file : files) {

@@ -133,9 +133,9 @@ TEST_F(ModuleCommands, EveryMessageIsAnsweredWell) {
 }
 
 TEST(ModuleCommand, WithoutItsPartSaysSoAndFails) {
-    const test::run_result ran = test::zefhost({}, "gxsz\n");
+    const test::run_result ran = test::zefhost({}, "dcsz\n");
     EXPECT_EQ(ran.status, 4);
-    EXPECT_NE(ran.out.find("\n命令 gxsz 尚未完成，本次不执行。\n"), ran.out.npos) << ran.out;
+    EXPECT_NE(ran.out.find("\n命令 dcsz 尚未完成，本次不执行。\n"), ran.out.npos) << ran.out;
 }
 
 } // namespace

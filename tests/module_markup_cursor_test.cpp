@@ -63,6 +63,10 @@ TEST(MarkupCursor, Attributes) {
     EXPECT_EQ(doc.GetAttribute(L"one"), L"1") << "the first of two";
     EXPECT_TRUE(doc.GetAttribute(L"ONE").empty() && doc.GetAttribute(nullptr).empty() &&
                 doc.GetAttribute(L"").empty());
+    MarkupDoc odd = document(L"<a x='1' 'no name'/>");
+    ASSERT_TRUE(odd.FindElement());
+    EXPECT_TRUE(odd.GetAttributeName(1).empty() && odd.GetAttributeValue(0) == L"1")
+        << "asked too far before";
     const std::wstring_view kept = doc.GetAttribute(L"two");
     doc.GetAttribute(L"Two");
     doc.GetElementData();
@@ -160,6 +164,26 @@ TEST(MarkupChange, DataAndAttributes) {
     EXPECT_FALSE(doc.AddElement(nullptr) || doc.SetAttribute(nullptr, L""));
     EXPECT_EQ(doc.GetDocumentText(), L"<a><b x=\"&lt;&quot;&apos;&gt;\" y=\"2\" z=\"\">]]&gt;&amp;</b>"
                                      L"<c 水=\"\r\n\t\"></c></a>");
+}
+
+// Tags that are none of XML's, but taken: the parser and the changes must see the same in them.
+TEST(MarkupChange, OddTags) {
+    for (const wchar_t* const text :
+         {L"<a\" b>'\"/>", L"<a'<'></a>", L"<a x=1\" y=\"/>", L"<a 'x'\"y\">t</a>", L"<a x=>t</a>",
+          L"<a x= />", L"<a x=/>", L"<a//>", L"<a x=1//>", L"<a =/>"}) {
+        MarkupDoc doc = document(text);
+        ASSERT_TRUE(doc.GetErrorText().empty() && doc.FindElement());
+        EXPECT_EQ(doc.GetTagName(), L"a");
+        const std::wstring x(doc.GetAttribute(L"x"));
+        EXPECT_TRUE(doc.SetElementData(L"1 < 2") && doc.SetAttribute(L"n", L"'\""));
+        for (int round = 0; round < 2; ++round) {
+            EXPECT_EQ(doc.GetElementData(), L"1 < 2");
+            EXPECT_EQ(doc.GetAttribute(L"n"), L"'\"");
+            EXPECT_EQ(doc.GetAttribute(L"x"), x);
+            doc = document(std::wstring(doc.GetDocumentText()).c_str());
+            ASSERT_TRUE(doc.GetErrorText().empty() && doc.FindElement());
+        }
+    }
 }
 
 // What the document should hold, without its line ends.

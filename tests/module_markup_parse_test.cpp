@@ -66,9 +66,9 @@ TEST(MarkupParse, Faults) {
         {L"<?xml version='1.0'?>", L"<no_root_element/>", L"no root element", L""},
         {L"<a></b></a>", L"<lone_end_tag tagname=\"b\" offset=\"3\"/>", L"lone end tag 'b' at offset 3",
          L"a"},
-        {L"<水>&</\"><></水>",
-         L"<lone_end_tag tagname=\"&quot;\" offset=\"4\"/><first_tag_syntax offset=\"8\"/>",
-         L"lone end tag '\"' at offset 4\ntag syntax error at offset 8 expecting tag name / ! or ?",
+        {L"<水>&</&><></水>",
+         L"<lone_end_tag tagname=\"&amp;\" offset=\"4\"/><first_tag_syntax offset=\"8\"/>",
+         L"lone end tag '&' at offset 4\ntag syntax error at offset 8 expecting tag name / ! or ?",
          L"水'&<>'"},
         {L"<a><b><c>t</a>",
          L"<unended_start_tag tagname=\"c\" offset=\"6\" offset2=\"10\"/>"
@@ -179,7 +179,7 @@ template<class Unit>
 void check_scan() {
     std::basic_string<Unit> text;
     for (unsigned i = 0; i < 3000; ++i)
-        text += static_cast<Unit>("<a>\"b'&c\0d="[i * i % 11] + (i % 7 == 0 ? 0x100 * (i % 0xFF) : 0));
+        text += static_cast<Unit>(U"<a>\"b'&c\0d="[i * i % 11] + (i % 7 == 0 ? 0x100 * (i % 0xFF) : 0));
     for (const unsigned unit : {0x3Fu, 0x7Fu, 0x80u, 0xFFu, 0x7FFFu, 0x8000u, 0x803Cu, 0xFF3Cu, 0xFFFFu})
         text += static_cast<Unit>(unit);
     const std::size_t size = text.size();

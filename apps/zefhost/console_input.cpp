@@ -1,14 +1,14 @@
 #include "apps/zefhost/console_input.h"
 
-#include "base/case_fold.h"
+#include "apps/zefhost/command_history.h"
+#include "apps/zefhost/completion.h"
+#include "apps/zefhost/line_editor.h"
 #include "base/utf.h"
-#include "host/ed/command_stack.h"
+#include "host/ed/editor.h"
+#include "host/ed/prompts.h"
 #include "sys/code_page.h"
+#include "sys/folders.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <editline/readline.h>
 #include <iostream>
 #include <iterator>
 #include <string>
@@ -16,42 +16,7 @@
 
 namespace {
 
-// The next command name that begins with what was typed; libedit calls it until it gives null.
-char* next_completion(const char* typed, int state) {
-    static std::vector<std::string> found;
-    if (state == 0) {
-        found.clear();
-        const std::wstring beginning = base::folded(base::widen(typed));
-        for (const auto& [group, command] : ed::all_commands())
-            if (base::folded(command->globalName()).starts_with(beginning))
-                found.push_back(base::narrow(command->globalName()));
-    }
-    return static_cast<std::size_t>(state) < found.size()
-               ? strdup(found[static_cast<std::size_t>(state)].c_str())
-               : nullptr;
-}
-
-char** complete(const char* typed, int start, int /*end*/) {
-    rl_attempted_completion_over = 1; // never file names
-    return start == 0 ? rl_completion_matches(typed, next_completion) : nullptr;
-}
-
-std::optional<std::wstring> terminal_line(std::wstring_view prompt) {
-    static const bool prepared = [] {
-        rl_attempted_completion_function = complete;
-        using_history();
-        return true;
-    }();
-    static_cast<void>(prepared);
-    char* const line = readline(base::narrow(prompt).c_str());
-    if (line == nullptr)
-        return std::nullopt;
-    if (*line != 0)
-        add_history(line);
-    std::wstring text = base::widen(line);
-    std::free(line);
-    return text;
-}
+constexpr std::wstring_view escape = L"\x1B";
 
 std::wstring utf16_text(std::string_view bytes, bool big_endian) {
     std::string utf8;
@@ -85,8 +50,37 @@ std::wstring piped_text() {
     return script_text_of(bytes);
 }
 
-ed::line_source terminal_lines() {
-    return terminal_line;
+ed::line_source terminal_lines(std::FILE* shown) {
+    struct terminal {
+        explicit terminal(std::FILE* screen)
+            : editor(screen, complete_answer),
+              history(sys::profile_folder() / "history", line_editor::remembered) {}
+        line_editor editor;
+        command_history history;
+    };
+    const auto typed = std::make_shared<terminal>(isatty(fileno(shown)) != 0 ? shown : stderr);
+    for (const std::wstring& line : typed->history.lines())
+        typed->editor.remember(line);
+    take_over_interrupts(ed::press_break);
+    return [typed](std::wstring_view prompt) -> std::optional<std::wstring> {
+        std::wstring line;
+        switch (typed->editor.read(prompt, line)) {
+        case line_editor::ending::gone:
+            return std::nullopt;
+        case line_editor::ending::escape:
+            return std::wstring(escape);
+        case line_editor::ending::end_key:
+            if (ed::editor::instance().command() != nullptr)
+                return std::wstring(escape);
+            ed::command_line::instance().print(L"QUIT\n");
+            return L"QUIT";
+        case line_editor::ending::enter:
+            break;
+        }
+        if (typed->history.add(line))
+            typed->editor.remember(line);
+        return line;
+    };
 }
 
 std::wstring script_text_of(std::string_view bytes) {

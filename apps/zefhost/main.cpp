@@ -44,7 +44,7 @@ bool load_applications(const program_options& options) {
     return true;
 }
 
-bool add_inputs(const program_options& options) {
+bool add_inputs(const program_options& options, std::FILE* shown) {
     ed::input& input = ed::editor::instance().input;
     for (const auto& given : options.inputs) {
         if (!given.is_file) {
@@ -59,7 +59,7 @@ bool add_inputs(const program_options& options) {
         input.add_text(given.text, script_text_of(bytes->view()));
     }
     if (options.inputs.empty() && input_is_terminal())
-        input.add(L"standard input", terminal_lines(), true);
+        input.add(L"standard input", terminal_lines(shown), true);
     else if (options.inputs.empty())
         input.add_text(L"standard input", piped_text());
     return true;
@@ -73,7 +73,7 @@ void save_output(const std::wstring& output) {
         complain(L"'" + output + L"' was not written");
         return;
     }
-    if (output != L"-") {
+    if (output != L"-" || ap::documents::instance().current() == nullptr) {
         if (auto saved = ap::documents::instance().save(output); !saved)
             editor.fail(ed::run_status::not_saved, saved.error());
         return;
@@ -116,7 +116,7 @@ int run(const program_options& options) {
                                       }};
     editor.keep_going = options.keep_going;
     editor.saves_at_end = !options.output.empty();
-    if (!add_inputs(options))
+    if (!add_inputs(options, shown))
         return wrong_usage;
     if (!load_applications(options))
         return status_of(ed::run_status::not_loaded);

@@ -1,65 +1,26 @@
 #include "host/ap/documents.h"
 
-#include "dbapserv.h"
+#include "aced.h"
 #include "host/db/imp_database.h"
 #include "host/db/xrefs.h"
-#include "host/ed/editor.h"
+#include "host/ed/editor_reactors.h"
+#include "host/ed/output.h"
 #include "host/rx/applications.h"
-#include "rxregsvc.h"
+#include "host/rx/events.h"
 #include "sys/folders.h"
 
 #include <algorithm>
-
-ACRX_NO_CONS_DEFINE_MEMBERS(AcApDocument, AcRxObject)
-ACRX_NO_CONS_DEFINE_MEMBERS(AcApDocManager, AcRxObject)
-
-AcApDocument::~AcApDocument() = default;
-AcApDocManager::~AcApDocManager() = default;
-AcApDocumentIterator::~AcApDocumentIterator() = default;
-
-AcDbHostApplicationServices::~AcDbHostApplicationServices() = default;
-
-AcDbHostApplicationServices* acdbHostApplicationServices() {
-    static AcDbHostApplicationServices services;
-    return &services;
-}
+#include <utility>
 
 namespace ap {
-
-class document final : public AcApDocument {
-public:
-    AcDbDatabase* database() const override { return database_.get(); }
-    const ACHAR* fileName() const override { return database_->imp().file_name.c_str(); }
-    const ACHAR* docTitle() const override { return title_.c_str(); }
-    bool isReadOnly() const override { return read_only_; }
-    AcAp::DocLockMode lockMode(bool /*includeMyLocks*/) const override {
-        return locks_ != 0 || ed::editor::instance().command() != nullptr ? AcAp::kWrite : AcAp::kNotLocked;
-    }
-
-    document(std::unique_ptr<AcDbDatabase> database, std::wstring title, bool read_only)
-        : database_(std::move(database)), title_(std::move(title)), read_only_(read_only) {}
-
-    void lock() { ++locks_; }
-    bool unlock() {
-        if (locks_ == 0)
-            return false;
-        --locks_;
-        return true;
-    }
-    void set_title(std::wstring title) { title_ = std::move(title); }
-    void set_writable() { read_only_ = false; }
-
-private:
-    std::unique_ptr<AcDbDatabase> database_;
-    std::wstring title_;
-    bool read_only_;
-    int locks_ = 0;
-};
 
 namespace {
 
 std::wstring title_of(const std::wstring& path) {
-    return path.empty() ? L"Drawing1.dxf" : sys::from_path(sys::to_path(path).filename());
+    static int unnamed = 0;
+    if (!path.empty())
+        return sys::from_path(sys::to_path(path).filename());
+    return L"Drawing" + std::to_wstring(++unnamed) + L".dxf";
 }
 
 // Reads what the drawing refers to. What was found and what not is told, and nothing of it is a failure.
@@ -70,80 +31,6 @@ void tell_references(AcDbImpDatabase& drawing) {
     }
 }
 
-class iterator final : public AcApDocumentIterator {
-public:
-    iterator() {
-        for (const auto& one : documents::instance().all())
-            all_.push_back(one.get());
-    }
-    bool done() const override { return at_ >= all_.size(); }
-    void step() override { ++at_; }
-    AcApDocument* document() override { return done() ? nullptr : all_[at_]; }
-
-private:
-    std::vector<AcApDocument*> all_;
-    std::size_t at_ = 0;
-};
-
-class manager final : public AcApDocManager {
-public:
-    AcApDocument* curDocument() const override { return documents::instance().current(); }
-    AcApDocument* mdiActiveDocument() const override { return documents::instance().current(); }
-    AcApDocument* document(const AcDbDatabase* database) const override {
-        for (const auto& one : documents::instance().all())
-            if (one->database() == database)
-                return one.get();
-        return nullptr;
-    }
-    int documentCount() const override { return static_cast<int>(documents::instance().all().size()); }
-    AcApDocumentIterator* newAcApDocumentIterator() override { return new iterator; } // the caller's
-
-    Acad::ErrorStatus setCurDocument(AcApDocument* wanted, AcAp::DocLockMode mode,
-                                     bool /*activate*/) override {
-        ap::document* const known = find(wanted);
-        if (known == nullptr)
-            return Acad::eNoDocument;
-        documents::instance().make_current(known);
-        return mode == AcAp::kNone ? Acad::eOk : lockDocument(wanted, mode, nullptr, nullptr, true);
-    }
-
-    Acad::ErrorStatus lockDocument(AcApDocument* wanted, AcAp::DocLockMode mode,
-                                   const ACHAR* /*globalCmdName*/, const ACHAR* /*localCmdName*/,
-                                   bool /*prompt*/) override {
-        ap::document* const known = find(wanted);
-        if (known == nullptr)
-            return Acad::eNoDocument;
-        if (mode != AcAp::kNone)
-            known->lock();
-        return Acad::eOk;
-    }
-
-    Acad::ErrorStatus unlockDocument(AcApDocument* wanted) override {
-        ap::document* const known = find(wanted);
-        if (known == nullptr)
-            return Acad::eNoDocument;
-        return known->unlock() ? Acad::eOk : Acad::eInvalidInput;
-    }
-
-    Acad::ErrorStatus sendStringToExecute(AcApDocument* wanted, const ACHAR* text, bool /*activate*/,
-                                          bool /*wrapUp*/, bool /*echo*/) override {
-        if (find(wanted) == nullptr)
-            return Acad::eNoDocument;
-        if (text == nullptr)
-            return Acad::eInvalidInput;
-        ed::editor::instance().send_when_ended(text);
-        return Acad::eOk;
-    }
-
-private:
-    static ap::document* find(const AcApDocument* wanted) {
-        for (const auto& one : documents::instance().all())
-            if (one.get() == wanted)
-                return one.get();
-        return nullptr;
-    }
-};
-
 } // namespace
 
 documents& documents::instance() {
@@ -152,14 +39,18 @@ documents& documents::instance() {
 }
 
 documents::documents() {
+    AcApDocument::rxInit();
+    AcApDocManager::rxInit();
+    AcApDocManagerReactor::rxInit();
     // An application that comes or goes while drawings are open is told of each of them.
     const auto tell = [this](AcRx::AppMsgCode message) {
         return [this, message](const std::wstring& name) {
+            const in_context application(document::owner::application);
             for (const auto& one : all_) {
                 document* const before = current_;
-                make_current(one.get());
+                set_current(one.get());
                 rx::applications::instance().send_to(name, message);
-                make_current(before);
+                set_current(before);
             }
         };
     };
@@ -169,32 +60,105 @@ documents::documents() {
 documents::~documents() = default;
 
 base::result<void> documents::open(const std::wstring& path, bool read_only) {
-    AcApDocument::rxInit();
-    AcApDocManager::rxInit();
-    auto database = std::make_unique<AcDbDatabase>(path.empty(), true);
+    const in_context application(document::owner::application);
     if (!path.empty())
-        if (auto read = database->imp().read(path); !read)
+        ed::tell_editor([&](AcEditorReactor& reactor) { reactor.beginDwgOpen(path.c_str()); });
+    all_.push_back(
+        std::make_unique<document>(std::make_unique<AcDbDatabase>(path.empty()), title_of(path), read_only));
+    document& made = *all_.back();
+    settle_locks();
+    reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentCreateStarted(&made); });
+    if (!path.empty())
+        if (auto read = made.database()->imp().read(path); !read) {
+            reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentCreateCanceled(&made); });
+            std::erase_if(all_, [&](const auto& one) { return one.get() == &made; });
             return read;
-    all_.push_back(std::make_unique<document>(std::move(database), title_of(path), read_only));
-    make_current(all_.back().get());
-    tell_references(current_database()->imp());
+        }
+    reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentCreated(&made); });
+    if (!path.empty())
+        ed::tell_editor([&](AcEditorReactor& reactor) { reactor.endDwgOpen(path.c_str(), made.database()); });
+    activate(made);
+    tell_references(made.database()->imp());
+    loading_ = &made;
     rx::applications::instance().send(AcRx::kLoadDwgMsg);
+    loading_ = nullptr;
     return {};
 }
 
-void documents::make_current(document* wanted) {
+void documents::set_current(document* wanted) {
     current_ = wanted;
     acdbHostApplicationServices()->setWorkingDatabase(current_database());
 }
 
-void documents::close_all() {
-    while (!all_.empty()) {
-        make_current(all_.back().get());
-        rx::applications::instance().send(AcRx::kUnloadDwgMsg);
-        current_ = nullptr;
-        acdbHostApplicationServices()->setWorkingDatabase(nullptr);
-        all_.pop_back();
+void documents::make_current(document* wanted) {
+    if (current_ == wanted)
+        return;
+    set_current(wanted);
+    if (wanted != nullptr)
+        reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentBecameCurrent(wanted); });
+}
+
+void documents::activate(document& wanted) {
+    if (active_ == &wanted) {
+        make_current(&wanted);
+        return;
     }
+    if (document* const before = active_)
+        reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentToBeDeactivated(before); });
+    reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentToBeActivated(&wanted); });
+    active_ = &wanted;
+    make_current(&wanted);
+    reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentActivated(&wanted); });
+}
+
+base::result<void> documents::close(document& closing) {
+    if (!closing.isQuiescent())
+        return base::failure{L"a command is under way in '" + std::wstring(closing.docTitle()) + L"'"};
+    const in_context application(document::owner::application);
+    document* const before = current_;
+    ed::tell_editor([&](AcEditorReactor& reactor) { reactor.beginClose(closing.database()); });
+    set_current(&closing);
+    rx::applications::instance().send(AcRx::kUnloadDwgMsg);
+    if (active_ == &closing)
+        reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentToBeDeactivated(&closing); });
+    reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentToBeDestroyed(&closing); });
+    const std::wstring name = closing.fileName();
+    if (active_ == &closing)
+        active_ = nullptr;
+    set_current(nullptr);
+    const auto at =
+        std::find_if(all_.begin(), all_.end(), [&](const auto& one) { return one.get() == &closing; });
+    std::unique_ptr<document> gone = std::move(*at);
+    all_.erase(at);
+    gone.reset(); // before it is told so
+    reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentDestroyed(name.c_str()); });
+    if (active_ != nullptr)
+        set_current(find(before));
+    else if (!all_.empty())
+        activate(*all_.back());
+    return {};
+}
+
+void documents::close_current() {
+    if (current_ != nullptr)
+        static_cast<void>(close(*current_)); // one that is busy stays
+}
+
+void documents::close_all() {
+    while (!all_.empty())
+        if (!close(*all_.back()))
+            return;
+}
+
+document* documents::find(const AcApDocument* wanted) const {
+    for (const auto& one : all_)
+        if (one.get() == wanted)
+            return one.get();
+    return nullptr;
+}
+
+std::wstring documents::current_title() const {
+    return current_ != nullptr ? current_->docTitle() : std::wstring();
 }
 
 AcDbDatabase* documents::current_database() const {
@@ -222,21 +186,124 @@ base::result<void> documents::save(const std::wstring& path) {
     if (current_->isReadOnly() &&
         std::filesystem::equivalent(sys::to_path(target), sys::to_path(current_->fileName()), ignored))
         return base::failure{L"'" + target + L"' was opened read-only"};
-    if (auto saved = current_->database()->imp().save(target); !saved)
+    AcDbDatabase* const database = current_->database();
+    rx::event_reactors().tell(
+        [&](AcRxEventReactor& reactor) { reactor.beginSave(database, target.c_str()); });
+    if (auto saved = database->imp().save(target); !saved) {
+        rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.abortSave(database); });
         return saved;
+    }
+    rx::event_reactors().tell(
+        [&](AcRxEventReactor& reactor) { reactor.saveComplete(database, target.c_str()); });
     if (!path.empty())
         current_->set_writable();
     current_->set_title(title_of(target));
     return {};
 }
 
+// ---- locks
+
+documents::in_context::in_context(document::owner context)
+    : before_(std::exchange(instance().context_, context)) {
+    instance().settle_locks();
+}
+
+documents::in_context::~in_context() {
+    instance().context_ = before_;
+    instance().settle_locks();
+}
+
+void documents::settle_locks() {
+    for (const auto& one : all_)
+        one->database()->imp().write_locked = one->may_write(context_);
+}
+
+Acad::ErrorStatus documents::lock(document& locked, AcAp::DocLockMode mode, const std::wstring& name) {
+    if (locking_)
+        return Acad::eLockChangeInProgress;
+    locking_ = true;
+    vetoed_ = false;
+    const AcAp::DocLockMode before = locked.mode_of(context_);
+    const AcAp::DocLockMode after = locked.mode_with(context_, mode);
+    reactors_.tell([&](AcApDocManagerReactor& reactor) {
+        reactor.documentLockModeWillChange(&locked, before, after, locked.mode(), name.c_str());
+    });
+    locked.lock(context_, mode, name);
+    may_veto_ = true;
+    reactors_.tell([&](AcApDocManagerReactor& reactor) {
+        reactor.documentLockModeChanged(&locked, before, after, locked.mode(), name.c_str());
+    });
+    may_veto_ = false;
+    if (vetoed_) {
+        locked.unlock(context_);
+        reactors_.tell([&](AcApDocManagerReactor& reactor) {
+            reactor.documentLockModeChangeVetoed(&locked, name.c_str());
+        });
+    }
+    locking_ = false;
+    settle_locks();
+    return vetoed_ ? Acad::eVetoed : Acad::eOk;
+}
+
+Acad::ErrorStatus documents::unlock(document& locked) {
+    if (locking_)
+        return Acad::eLockChangeInProgress;
+    const std::wstring* const last = locked.last_lock(context_);
+    if (last == nullptr)
+        return Acad::eInvalidInput;
+    locking_ = true;
+    const std::wstring name = L"#" + *last;
+    const AcAp::DocLockMode before = locked.mode_of(context_);
+    const AcAp::DocLockMode all_before = locked.mode();
+    locked.unlock(context_);
+    const AcAp::DocLockMode after = locked.mode_of(context_);
+    reactors_.tell([&](AcApDocManagerReactor& reactor) {
+        reactor.documentLockModeWillChange(&locked, before, after, all_before, name.c_str());
+    });
+    reactors_.tell([&](AcApDocManagerReactor& reactor) {
+        reactor.documentLockModeChanged(&locked, before, after, locked.mode(), name.c_str());
+    });
+    locking_ = false;
+    settle_locks();
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus documents::veto() {
+    if (!may_veto_)
+        return Acad::eInvalidContext;
+    vetoed_ = true;
+    return Acad::eOk;
+}
+
+// ---- the time between commands
+
+void documents::be_idle() {
+    for (const document::owner who : {document::owner::command, document::owner::application}) {
+        const in_context context(who);
+        for (std::size_t i = 0; i < all_.size(); ++i)
+            while (all_[i]->has_automatic_lock(who) && unlock(*all_[i]) == Acad::eOk) {
+            }
+    }
+    if (active_ != nullptr)
+        make_current(active_);
+}
+
+bool documents::has_typed() const {
+    return std::any_of(all_.begin(), all_.end(), [&](const auto& one) {
+        return !one->typed.empty() && (one.get() == current_ || one->activates);
+    });
+}
+
+std::wstring documents::take_typed() {
+    if (current_ != nullptr && !current_->typed.empty())
+        return std::exchange(current_->typed, {});
+    for (const auto& one : all_)
+        if (!one->typed.empty() && one->activates) {
+            one->activates = false;
+            activate(*one);
+            return std::exchange(current_->typed, {});
+        }
+    return {};
+}
+
 } // namespace ap
-
-AcApDocManager* acDocManagerPtr() {
-    static ap::manager manager;
-    return &manager;
-}
-
-AcApDocument* curDoc() {
-    return ap::documents::instance().current();
-}

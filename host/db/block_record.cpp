@@ -44,8 +44,10 @@ void change_begin(AcDbImpObject& imp, Change change) {
     }
     dxf::group_list groups = begin_groups(imp);
     change(groups);
-    if (groups.changed())
-        imp.database->records().replace(block_begin(imp), groups.write(imp.database->drawing().style()));
+    if (!groups.changed())
+        return;
+    imp.database->records().replace(block_begin(imp), groups.write(imp.database->drawing().style()));
+    imp.database->content_changed(imp.record);
 }
 
 std::int64_t block_flags(const AcDbImpObject& imp) {
@@ -84,9 +86,12 @@ Adesk::Boolean AcDbBlockTableRecord::subWorldDraw(AcGiWorldDraw* draw) {
     if (imp().database == nullptr)
         return true;
     const auto [database, block] = imp().database->references().place(imp().record);
-    for (const dxf::record_id entity : database->drawn_of_block(block))
+    for (const dxf::record_id entity : database->drawn_of_block(block)) {
+        if (draw->regenAbort())
+            break;
         if (const auto view = database->view(entity))
             draw->geometry().draw(view.get());
+    }
     return true;
 }
 

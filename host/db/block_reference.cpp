@@ -186,25 +186,88 @@ void draw_attributes(const AcDbImpObject& object, AcGiGeometry& geometry) {
             geometry.draw(object.database->view(part).get());
 }
 
-// Draws a block in each of its rows and columns.
-void draw_block(const reference_groups& groups, const block_place& block, AcGiWorldDraw& draw) {
-    const std::unique_ptr<AcDbObject> view = block.database->view(block.record);
-    const AcGeMatrix3d first = groups.placing() * block.to_base();
-    const AcGeVector3d across = groups.column_step();
-    const AcGeVector3d up = groups.row_step();
-    // The box around all is the box around the four corners of the array.
-    const bool corners_alone = draw.regenType() == kAcGiForExtents;
-    const int row_step = corners_alone ? std::max(groups.rows - 1, 1) : 1;
-    const int column_step = corners_alone ? std::max(groups.columns - 1, 1) : 1;
-    for (int row = 0; row < groups.rows; row += row_step)
-        for (int column = 0; column < groups.columns; column += column_step) {
-            draw.geometry().pushModelTransform(AcGeMatrix3d::translation(across * column + up * row) * first);
-            const Adesk::Boolean enough = draw.geometry().draw(view.get());
-            draw.geometry().popModelTransform();
-            if (enough)
-                return;
+// A block in its rows and columns, of which only those are drawn that are wanted.
+class block_array {
+public:
+    block_array(const reference_groups& groups, const block_place& block, AcGiWorldDraw& draw)
+        : groups_(groups), draw_(draw), view_(block.database->view(block.record)),
+          first_(groups.placing() * block.to_base()), across_(groups.column_step()), up_(groups.row_step()),
+          one_(block.database->extents_of_block(block.record)) {
+        if (!gi::is_empty(one_))
+            one_.transformBy(first_);
+    }
+
+    void draw() {
+        if (draw_.regenType() != kAcGiForExtents) {
+            draw_part({0, groups_.rows, 0, groups_.columns});
+            return;
         }
-}
+        // The box around all is the box around the four corners of the array.
+        for (int row = 0; row < groups_.rows; row += std::max(groups_.rows - 1, 1))
+            for (int column = 0; column < groups_.columns; column += std::max(groups_.columns - 1, 1))
+                draw_one(row, column);
+    }
+
+private:
+    struct cells {
+        int row;
+        int rows;
+        int column;
+        int columns;
+    };
+
+    // False when nothing more is wanted of the whole array.
+    bool draw_one(int row, int column) {
+        draw_.geometry().pushModelTransform(AcGeMatrix3d::translation(across_ * column + up_ * row) * first_);
+        const Adesk::Boolean enough = draw_.geometry().draw(view_.get());
+        draw_.geometry().popModelTransform();
+        return !enough;
+    }
+
+    bool draw_part(const cells& part) {
+        constexpr int few = 16;
+        const bool is_large = part.rows > few || part.columns > few;
+        if (is_large && !wants(part))
+            return true;
+        if (is_large && part.rows > part.columns) {
+            const int half = part.rows / 2;
+            return draw_part({part.row, half, part.column, part.columns}) &&
+                   draw_part({part.row + half, part.rows - half, part.column, part.columns});
+        }
+        if (is_large) {
+            const int half = part.columns / 2;
+            return draw_part({part.row, part.rows, part.column, half}) &&
+                   draw_part({part.row, part.rows, part.column + half, part.columns - half});
+        }
+        for (int row = part.row; row < part.row + part.rows; ++row)
+            for (int column = part.column; column < part.column + part.columns; ++column)
+                if (!draw_one(row, column))
+                    return false;
+        return true;
+    }
+
+    bool wants(const cells& part) const {
+        const auto* const tracer = dynamic_cast<const gi::tracer*>(&draw_);
+        if (tracer == nullptr || gi::is_empty(one_))
+            return true;
+        AcDbExtents all;
+        for (const int row : {part.row, part.row + part.rows - 1})
+            for (const int column : {part.column, part.column + part.columns - 1}) {
+                AcDbExtents moved = one_;
+                moved.transformBy(AcGeMatrix3d::translation(across_ * column + up_ * row));
+                all.addExt(moved);
+            }
+        return tracer->wants(all);
+    }
+
+    const reference_groups& groups_;
+    AcGiWorldDraw& draw_;
+    std::unique_ptr<AcDbObject> view_;
+    AcGeMatrix3d first_;
+    AcGeVector3d across_;
+    AcGeVector3d up_;
+    AcDbExtents one_; // of the first one, where the reference stands
+};
 
 } // namespace
 
@@ -392,7 +455,7 @@ Adesk::Boolean AcDbBlockReference::subWorldDraw(AcGiWorldDraw* draw) {
             clipped = draw->geometry().pushClipBoundary(&*clip);
             draw->geometry().popModelTransform();
         }
-        draw_block(groups, block, *draw);
+        block_array(groups, block, *draw).draw();
         if (clipped)
             draw->geometry().popClipBoundary();
     }

@@ -157,6 +157,21 @@ bool is_host_class(const AcRxClass* type) {
     return host_classes().contains(type);
 }
 
+bool has_application_classes() {
+    static Adesk::UInt32 counted = 0;
+    static bool found = false;
+    if (const Adesk::UInt32 now = rx::runtime::instance().classes.dictionary().numEntries(); now != counted) {
+        counted = now;
+        found = false;
+        for (const AcRxObject* const each : all_classes()) {
+            const auto* const type = AcRxClass::cast(each);
+            found =
+                found || (type != nullptr && type->isDerivedFrom(AcDbObject::desc()) && !is_host_class(type));
+        }
+    }
+    return found;
+}
+
 AcRxClass* application_class(std::string_view type, bool entity) {
     AcRxClass* const named = rx::runtime::instance().classes.find_by_dxf_name(base::widen(type));
     if (named == nullptr || is_host_class(named) || !named->isDerivedFrom(AcDbObject::desc()))
@@ -179,6 +194,7 @@ bool read_own_sections(AcDbObject& object) {
     group_input input(imp, std::span(imp.groups().groups()).first(last));
     input.go_to(first);
     const bool was_writing = std::exchange(imp.writing, true);
+    const bool was_told = std::exchange(imp.news.opened_for_modify, true); // what is read is no change
     bool read = false;
     try {
         const Acad::ErrorStatus status = object.dxfInFields(&input);
@@ -187,6 +203,7 @@ bool read_own_sections(AcDbObject& object) {
         // Whatever it was: there is no object then.
     }
     imp.writing = was_writing;
+    imp.news.opened_for_modify = was_told;
     imp.touched = false;
     return read;
 }

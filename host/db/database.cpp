@@ -9,8 +9,10 @@
 #include "host/db/name_references.h"
 #include "host/db/new_drawing.h"
 #include "host/db/new_object.h"
+#include "host/db/notifier.h"
 #include "host/db/spaces.h"
 #include "host/dxf/record_header.h"
+#include "host/rx/events.h"
 #include "host/rx/runtime.h"
 #include "rxregsvc.h"
 #include "sys/folders.h"
@@ -27,6 +29,9 @@ void register_classes() {
             AcDbEntity::rxInit();
             db::register_entity_classes();
             AcDbDatabase::rxInit();
+            AcDbObjectReactor::rxInit();
+            AcDbEntityReactor::rxInit();
+            AcDbDatabaseReactor::rxInit();
             AcDbDictionary::rxInit();
             AcDbXrecord::rxInit();
             AcDbSymbolTable::rxInit();
@@ -76,14 +81,22 @@ AcDbDatabase::AcDbDatabase(bool buildDefaultDrawing, bool /*noDocument*/) {
     m_imp = std::make_unique<AcDbImpDatabase>(*this);
     if (buildDefaultDrawing)
         m_imp->set_drawing(db::new_drawing());
+    rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.databaseConstructed(this); });
 }
 
-AcDbDatabase::~AcDbDatabase() = default;
+AcDbDatabase::~AcDbDatabase() {
+    rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.databaseToBeDestroyed(this); });
+    m_imp->notifier().goodbye();
+}
 
 Acad::ErrorStatus AcDbDatabase::dxfIn(const ACHAR* fileName, const ACHAR* /*logFileName*/) {
     if (fileName == nullptr || m_imp->has_drawing())
         return Acad::eInvalidInput;
-    if (m_imp->read(fileName))
+    rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.beginDxfIn(this); });
+    const bool read(m_imp->read(fileName));
+    rx::event_reactors().tell(
+        [&](AcRxEventReactor& reactor) { read ? reactor.dxfInComplete(this) : reactor.abortDxfIn(this); });
+    if (read)
         return Acad::eOk;
     std::error_code ignored;
     return std::filesystem::exists(sys::to_path(fileName), ignored) ? Acad::eDxfReadAborted
@@ -93,8 +106,13 @@ Acad::ErrorStatus AcDbDatabase::dxfIn(const ACHAR* fileName, const ACHAR* /*logF
 Acad::ErrorStatus AcDbDatabase::dxfOut(const ACHAR* fileName) {
     if (fileName == nullptr || !m_imp->has_drawing())
         return Acad::eInvalidInput;
+    rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.beginDxfOut(this); });
     m_imp->settle_dictionaries();
-    return m_imp->drawing().write_file(sys::to_path(fileName)) ? Acad::eOk : Acad::eFileAccessErr;
+    const bool written(m_imp->drawing().write_file(sys::to_path(fileName)));
+    rx::event_reactors().tell([&](AcRxEventReactor& reactor) {
+        written ? reactor.dxfOutComplete(this) : reactor.abortDxfOut(this);
+    });
+    return written ? Acad::eOk : Acad::eFileAccessErr;
 }
 
 Acad::ErrorStatus AcDbDatabase::getFilename(const ACHAR*& fileName) const {
@@ -238,10 +256,12 @@ Acad::ErrorStatus AcDbDatabase::setClayer(AcDbObjectId id) {
     layer->close();
     if (!usable)
         return Acad::eInvalidLayer;
-    if (id == clayer())
+    if (id == clayer()) {
+        m_imp->notifier().header_value_set_again("$CLAYER");
         return Acad::eOk;
+    }
     const std::string_view name = dxf::value_of(m_imp->records().text(record), 2);
-    return m_imp->drawing().set_header_value("$CLAYER", 8, name) ? Acad::eOk : Acad::eNotApplicable;
+    return m_imp->notifier().set_header_value("$CLAYER", 8, name) ? Acad::eOk : Acad::eNotApplicable;
 }
 
 bool AcDbDatabase::tilemode() const {

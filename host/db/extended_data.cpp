@@ -53,7 +53,7 @@ void read_bytes(std::string_view digits, ads_binary& out) {
 void fill_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at,
                 resbuf& out) {
     const dxf::group& group = groups[at];
-    const auto real = [&](std::size_t i) { return base::parse_real(groups[i].value).value_or(0.0); };
+    const auto real = [&](std::size_t i) { return dxf::leading_real(groups[i].value).value_or(0.0); };
     const auto whole = [&] { return base::parse_integer(group.value).value_or(0); };
     switch (rx::kind_of(group.code)) {
     case rx::value_kind::real:

@@ -37,8 +37,7 @@ public:
     double real(int code, double missing = 0.0) const {
         if (!has(code))
             return missing;
-        const double value = dxf::leading_real(text(code)).value_or(missing);
-        return std::isfinite(value) ? value : missing;
+        return dxf::leading_real(text(code)).value_or(missing);
     }
     int integer(int code, int missing = 0) const {
         using limits = std::numeric_limits<int>;

@@ -18,8 +18,7 @@ namespace {
 enum edge_type { line = 1, circular_arc = 2, elliptic_arc = 3, spline = 4 };
 
 double number(const dxf::group& group) {
-    const double value = dxf::leading_real(group.value).value_or(0.0);
-    return std::isfinite(value) ? value : 0.0;
+    return dxf::leading_real(group.value).value_or(0.0);
 }
 
 int integer(const dxf::group& group) {

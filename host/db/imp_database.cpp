@@ -12,10 +12,12 @@
 #include "host/db/format_versions.h"
 #include "host/db/imp_object.h"
 #include "host/db/name_references.h"
+#include "host/db/notifier.h"
 #include "host/db/properties.h"
 #include "host/db/symbol_entry.h"
 #include "host/db/text_styles.h"
 #include "host/db/xref_names.h"
+#include "host/dxf/group_reader.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/extents.h"
 #include "host/gi/space_index.h"
@@ -57,6 +59,24 @@ std::vector<AcDbImpDatabase*>& living() {
 
 constexpr int most_readers = 256;
 
+// Where extended data begin in a record.
+std::size_t data_of(std::string_view text) {
+    dxf::group_reader groups(text);
+    dxf::raw_group group;
+    std::size_t at = 0;
+    while (groups.next(group) && group.code < 1000)
+        at = static_cast<std::size_t>(group.end - text.data());
+    return at;
+}
+
+// What of a record was changed.
+void tell_apart(std::string_view before, std::string_view after, AcDbImpObject::happened& news) {
+    const std::size_t old_data = data_of(before);
+    const std::size_t new_data = data_of(after);
+    news.graphics = news.graphics || before.substr(0, old_data) != after.substr(0, new_data);
+    news.data = news.data || before.substr(old_data) != after.substr(new_data);
+}
+
 // Takes the entries with these handles out of a dictionary's groups.
 void drop_entries(dxf::group_list& list, const std::unordered_set<std::uint64_t>& handles) {
     const auto& groups = list.groups();
@@ -77,7 +97,8 @@ void drop_entries(dxf::group_list& list, const std::unordered_set<std::uint64_t>
 } // namespace
 
 AcDbImpDatabase::AcDbImpDatabase(AcDbDatabase& self)
-    : self_(self), references_(std::make_unique<db::references>(*this)) {
+    : self_(self), references_(std::make_unique<db::references>(*this)),
+      notifier_(std::make_unique<db::notifier>(*this)) {
     living().push_back(this);
     serial_ = static_cast<std::uint32_t>(living().size());
     implied_tables_.fill(dxf::no_record);
@@ -85,6 +106,16 @@ AcDbImpDatabase::AcDbImpDatabase(AcDbDatabase& self)
 
 AcDbImpDatabase::~AcDbImpDatabase() {
     living()[serial_ - 1] = nullptr;
+}
+
+std::vector<AcDbImpDatabase*> AcDbImpDatabase::all() {
+    std::vector<AcDbImpDatabase*> there = living();
+    std::erase(there, nullptr);
+    return there;
+}
+
+bool AcDbImpDatabase::is_alive(const AcDbImpDatabase* database) {
+    return std::find(living().begin(), living().end(), database) != living().end();
 }
 
 AcDbImpDatabase::reading& AcDbImpDatabase::how_to_read() {
@@ -205,12 +236,14 @@ Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id reco
     if (write && dxf::stands_on_layer(records().kind(record)) && type != AcDbBlockTableRecord::desc() &&
         on_locked_layer(record))
         return Acad::eOnLockedLayer;
+    if (write && !write_locked)
+        return Acad::eLockViolation;
     if (const auto opened = open_.find(record); opened != open_.end()) {
         AcDbImpObject& imp = opened->second->imp();
         if (imp.writing)
             return Acad::eWasOpenForWrite;
         if (write)
-            return Acad::eWasOpenForRead;
+            return imp.notifying ? Acad::eWasNotifying : Acad::eWasOpenForRead;
         if (imp.readers >= most_readers)
             return Acad::eAtMaxReaders;
         ++imp.readers;
@@ -220,6 +253,7 @@ Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id reco
     std::unique_ptr<AcDbObject> made = make(type, record);
     made->imp().writing = write;
     made->imp().readers = write ? 0 : 1;
+    made->imp().news.was_gone = records().gone(record);
     object = made.get();
     open_.emplace(record, std::move(made));
     return Acad::eOk;
@@ -299,7 +333,12 @@ void AcDbImpDatabase::commit(AcDbObject& object) {
     const bool entry = is_table_entry(imp.record, kind);
     const std::string before(entry ? dxf::value_of(records().text(imp.record), 2) : std::string_view());
     const bool implied = records().implied(imp.record);
+    const std::string_view text_before = records().text(imp.record);
+    const bool was_heard_of = notifier_->heard_of(imp.record);
     if (records().replace(imp.record, imp.groups().write(drawing_->style()))) {
+        imp.news.modified = true;
+        if (was_heard_of || notifier_->heard_of(imp.record))
+            tell_apart(text_before, records().text(imp.record), imp.news);
         // What is saved must not name what is not.
         if (implied || records().type(imp.record) == dxf::type_layer)
             db::settle_entry(*this, imp.record);
@@ -341,16 +380,89 @@ bool AcDbImpDatabase::is_table_entry(dxf::record_id record, db::table_kind& kind
 
 Acad::ErrorStatus AcDbImpDatabase::close(AcDbObject& object, bool keep_changes) {
     AcDbImpObject& imp = object.imp();
-    if (imp.writing) {
-        if (keep_changes)
-            commit(object);
-        imp.writing = false;
-    } else {
+    const dxf::record_id record = imp.record;
+    if (imp.notifying && imp.readers == 0)
+        return Acad::eCloseWasNotifying;
+    if (imp.in_transaction && keep_changes && imp.readers <= 1)
+        return Acad::eOk;
+    if (!imp.writing) {
         --imp.readers;
+        if (imp.readers == 0 && !imp.notifying)
+            destroy(record);
+        return Acad::eOk;
     }
+    if (keep_changes) {
+        commit(object);
+    } else {
+        imp.forget();
+        if (records().gone(record) != imp.news.was_gone)
+            set_erased(record, imp.news.was_gone);
+        imp.news.modified = false;
+        if (imp.news.opened_for_modify)
+            notifier_->cancelled(object);
+    }
+    imp.writing = false;
+    imp.in_transaction = false;
+    const bool news = imp.news.made || imp.news.opened_for_modify;
+    tell_closing(object);
     if (imp.readers == 0)
-        destroy(imp.record);
+        destroy(record);
+    if (news)
+        notifier_->closed(record);
     return Acad::eOk;
+}
+
+void AcDbImpDatabase::settle(AcDbObject& object) {
+    commit(object);
+    object.imp().writing = false;
+    tell_closing(object);
+    ++object.imp().readers;
+}
+
+// Tells what happened to an object that is not open for write any more; until all have heard of it nobody
+// can change it again.
+void AcDbImpDatabase::tell_closing(AcDbObject& object) {
+    AcDbImpObject& imp = object.imp();
+    imp.notifying = true;
+    notifier_->closing(object);
+    imp.notifying = false;
+    imp.news = {};
+    imp.news.was_gone = records().gone(imp.record);
+}
+
+void AcDbImpDatabase::about_to_modify(AcDbImpObject& imp) {
+    imp.news.opened_for_modify = true;
+    if (!notifier_->heard())
+        return;
+    // Views, and objects that are being read, are nobody's business.
+    const auto opened = open_.find(imp.record);
+    if (opened != open_.end() && &opened->second->imp() == &imp && imp.writing)
+        notifier_->opened_for_modify(*opened->second);
+}
+
+void AcDbImpDatabase::content_changed(dxf::record_id container) {
+    AcDbImpObject* const imp = opened(container);
+    if (imp == nullptr || !imp->writing)
+        return;
+    if (!imp->news.opened_for_modify)
+        about_to_modify(*imp);
+    imp->news.modified = imp->news.graphics = true;
+}
+
+void AcDbImpDatabase::appended(AcDbObject& object) {
+    AcDbImpObject& imp = object.imp();
+    if (imp.reactors != nullptr)
+        notifier_->of_object(imp.record).take(*std::exchange(imp.reactors, nullptr));
+    if (!notifier_->of_database().empty() || notifier_->heard_of(imp.record)) {
+        commit(object); // what its class adds when it joins a drawing is no change of it
+        imp.news = {};
+        imp.writing = false;
+        imp.notifying = imp.lent = true;
+        notifier_->appended(object);
+        imp.notifying = imp.lent = false;
+        imp.writing = true;
+    }
+    imp.news.made = true;
 }
 
 void AcDbImpDatabase::destroy(dxf::record_id record) {
@@ -364,6 +476,7 @@ void AcDbImpDatabase::adopt(AcDbObject& object, dxf::record_id record) {
     imp.record = record;
     imp.writing = true;
     imp.touched = false;
+    imp.news = {};
     application_types_.reset(); // a new object's class may have come with it
     imp.readers = 0;
     open_.emplace(record, std::unique_ptr<AcDbObject>(&object));
@@ -395,17 +508,30 @@ void AcDbImpDatabase::adopt_block(dxf::record_id begin) {
         begins_.emplace(records().owner_handle(begin), begin);
 }
 
-AcDbImpObject* AcDbImpDatabase::opened(dxf::record_id record) const {
+AcDbObject* AcDbImpDatabase::open_object(dxf::record_id record) const {
     const auto at = open_.find(record);
-    return at != open_.end() ? &at->second->imp() : nullptr;
+    return at != open_.end() ? at->second.get() : nullptr;
+}
+
+AcDbImpObject* AcDbImpDatabase::opened(dxf::record_id record) const {
+    AcDbObject* const object = open_object(record);
+    return object != nullptr ? &object->imp() : nullptr;
 }
 
 std::size_t AcDbImpDatabase::close_all() {
     const std::size_t left = open_.size() + references_->close_all();
-    while (!open_.empty()) {
-        AcDbObject& object = *open_.begin()->second;
-        commit(object);
-        destroy(object.imp().record);
+    std::vector<dxf::record_id> closing;
+    for (const auto& [record, object] : open_)
+        if (!object->imp().notifying)
+            closing.push_back(record);
+    for (const dxf::record_id record : closing) {
+        AcDbObject* const object = open_object(record);
+        if (object == nullptr) // somebody who heard of another one closed it
+            continue;
+        object->imp().in_transaction = false;
+        object->imp().readers = 0;
+        object->imp().writing = true; // one that was read has nothing to tell
+        close(*object, true);
     }
     settle_dictionaries();
     return left;
@@ -792,18 +918,31 @@ dxf::record_id AcDbImpDatabase::root_dictionary() const {
 
 std::string AcDbImpDatabase::undo() {
     close_all();
-    std::vector<dxf::record_id> changed;
-    const std::string name = records().undo(changed);
-    for (const dxf::record_id record : changed)
-        touched(record);
+    std::vector<dxf::replay> changes;
+    const std::string name = records().undo(changes);
+    replayed(changes);
     return name;
 }
 
 std::string AcDbImpDatabase::redo() {
     close_all();
-    std::vector<dxf::record_id> changed;
-    const std::string name = records().redo(changed);
-    for (const dxf::record_id record : changed)
-        touched(record);
+    std::vector<dxf::replay> changes;
+    const std::string name = records().redo(changes);
+    replayed(changes);
     return name;
+}
+
+void AcDbImpDatabase::take_back_part() {
+    settle_dictionaries();
+    std::vector<dxf::replay> changes;
+    records().take_back_part(changes);
+    replayed(changes);
+}
+
+void AcDbImpDatabase::replayed(const std::vector<dxf::replay>& changes) {
+    for (const dxf::replay& change : changes)
+        touched(change.id);
+    undoing_ = true;
+    notifier_->replayed(changes);
+    undoing_ = false;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dbmain.h"
+#include "host/db/undo_groups.h"
 #include "host/dxf/drawing.h"
 
 #include <array>
@@ -23,9 +24,9 @@ struct flat_box;
 
 namespace db {
 
-class text_styles;
-
+class notifier;
 class references;
+class text_styles;
 
 // The nine symbol tables, by what the file calls them.
 enum class table_kind { block, layer, text_style, linetype, view, ucs, viewport, regapp, dim_style };
@@ -69,14 +70,19 @@ public:
     // The database and record of an id; null when the database is gone.
     static AcDbImpDatabase* find(AcDbObjectId id, dxf::record_id& record);
     AcDbDatabase& self() const { return self_; }
+    // Every database that there is, and whether one is one of them.
+    static std::vector<AcDbImpDatabase*> all();
+    static bool is_alive(const AcDbImpDatabase* database);
 
     // ---- opening and closing
 
     Acad::ErrorStatus open(AcDbObject*& object, dxf::record_id record, AcDb::OpenMode mode, bool erased);
     // Ends one opening; the object may be gone afterwards.
     Acad::ErrorStatus close(AcDbObject& object, bool keep_changes);
-    // Puts an open object's changes into the drawing.
+    // Puts an open object's changes into the drawing. They are told when it is closed, or by settle().
     void commit(AcDbObject& object);
+    // Commits and tells, and makes it open for reading again.
+    void settle(AcDbObject& object);
     // Binds a new object to its record. It stays open for write, and the database owns it from now on.
     void adopt(AcDbObject& object, dxf::record_id record);
     // Puts a new object into the place of one that is open, under its id; that one is new again, and the
@@ -89,7 +95,8 @@ public:
     // Closes what is still open at the end of a command. Returns how many there were.
     std::size_t close_all();
     bool is_open(dxf::record_id record) const { return open_.contains(record); }
-    // The host's side of the object that is open for a record; null when none is.
+    // The object that is open for a record, and the host's side of it; null when none is.
+    AcDbObject* open_object(dxf::record_id record) const;
     AcDbImpObject* opened(dxf::record_id record) const;
     // An object of its own that looks on a record as it stands there closed, whoever has it open; for
     // reading. Null for records that are no objects.
@@ -103,6 +110,22 @@ public:
     void settle_dictionaries();
     // Marks a record as erased, or revives it, with the parts behind an entity.
     void set_erased(dxf::record_id record, bool erased);
+
+    // ---- who hears of changes
+
+    db::notifier& notifier() const { return *notifier_; }
+    // An object that is open for write is about to change.
+    void about_to_modify(AcDbImpObject& object);
+    // A container that is open for write got something, or lost it, without a change of its own record.
+    void content_changed(dxf::record_id container);
+    // A new object stands where it belongs.
+    void appended(AcDbObject& object);
+    // Whether undo or redo is at work.
+    bool undoing() const { return undoing_; }
+    void set_undoing(bool undoing) { undoing_ = undoing; }
+
+    // Whether objects may be opened for write. A document's may not, unless it is locked.
+    bool write_locked = true;
 
     // ---- symbol tables
 
@@ -188,9 +211,12 @@ public:
 
     // ---- undo
 
+    db::undo_groups undo_groups;
     void begin_step(std::string name);
     std::string undo();
     std::string redo();
+    // Takes back a part of a step (dxf::record_table::begin_part).
+    void take_back_part();
 
 private:
     struct names {
@@ -204,6 +230,7 @@ private:
 
     std::pair<begins::const_iterator, begins::const_iterator> begins_of(dxf::record_id block) const;
     std::unique_ptr<AcDbObject> make(AcRxClass* type, dxf::record_id record);
+    void replayed(const std::vector<dxf::replay>& changes);
     void touched(dxf::record_id record);
     void renamed(dxf::record_id record, db::table_kind kind, const std::wstring& before);
     AcRxClass* class_of_unread(dxf::record_id record) const;
@@ -211,6 +238,7 @@ private:
     void leave_dictionary(dxf::record_id object);
     void erase_contents(dxf::record_id block, bool erased);
     void destroy(dxf::record_id record);
+    void tell_closing(AcDbObject& object);
 
     AcDbDatabase& self_;
     std::uint32_t serial_ = 0;
@@ -236,5 +264,7 @@ private:
     AcDbImpDatabase* host_ = nullptr;
     std::wstring reference_name_;
     std::unique_ptr<db::references> references_;
+    std::unique_ptr<db::notifier> notifier_;
+    bool undoing_ = false;
     std::vector<signed char> locked_; // by number of layer name: 1, 0, or -1 for not asked yet
 };

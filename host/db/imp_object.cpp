@@ -27,6 +27,8 @@ const dxf::group_list& AcDbImpObject::groups() const {
 
 dxf::group_list& AcDbImpObject::edit() {
     groups();
+    if (writing && !news.opened_for_modify)
+        database->about_to_modify(*this);
     ++revision_;
     return groups_;
 }

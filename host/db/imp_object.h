@@ -4,6 +4,7 @@
 #include "dbmain.h"
 #include "host/dxf/group_list.h"
 #include "host/dxf/record_table.h"
+#include "host/rx/reactor_list.h"
 
 #include <memory>
 #include <stdexcept>
@@ -36,6 +37,21 @@ public:
     bool writing = false;
     bool touched = false; // since it was opened, by a member that wanted it open for write
 
+    // What happened since it was opened, for who wants to hear of it (host/db/notifier.h).
+    struct happened {
+        bool opened_for_modify = false; // which was told
+        bool made = false;
+        bool was_gone = false;
+        bool modified = false;
+        bool data = false;     // its extended data
+        bool graphics = false; // something else
+    };
+    happened news;
+    bool notifying = false;      // others are told of it: closed to all but readers
+    bool lent = false;           // and who is told may write: it has just joined the drawing
+    bool in_transaction = false; // which keeps it open
+    std::unique_ptr<rx::reactor_list<AcDbObjectReactor>> reactors; // of a new object
+
     // Of a new entity: the properties that it was given; the others are the drawing's defaults once it
     // joins one.
     enum : unsigned {
@@ -51,7 +67,7 @@ public:
 
     // What the object is, as it stands in the drawing.
     const dxf::group_list& groups() const;
-    // The same, to be changed.
+    // The same, to be changed, which is told the first time.
     dxf::group_list& edit();
     // Takes back what was changed since the last commit.
     void forget() {

@@ -23,8 +23,7 @@ constexpr dxf::group_place place{"AcDbMText", order};
 constexpr int embedded_marker = 101;
 
 double finite(const dxf::group& group) {
-    const double value = dxf::leading_real(group.value).value_or(0.0);
-    return std::isfinite(value) ? value : 0.0;
+    return dxf::leading_real(group.value).value_or(0.0);
 }
 
 int whole(const dxf::group& group) {

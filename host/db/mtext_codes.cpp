@@ -15,8 +15,7 @@ namespace {
 constexpr wchar_t hard_space = 0xA0;
 
 double number(std::wstring_view text, double missing) {
-    const double value = dxf::leading_real(base::narrow(text)).value_or(missing);
-    return std::isfinite(value) ? value : missing;
+    return dxf::leading_real(base::narrow(text)).value_or(missing);
 }
 
 class reader {
@@ -230,8 +229,11 @@ void reader::font(bool of_system) {
     if (name.empty())
         return;
     const auto option = [&](wchar_t letter) {
+        constexpr double most = 255.0;
         const std::size_t found = value.find(std::wstring{L'|', letter}, end);
-        return found == value.npos ? 0 : static_cast<int>(number(value.substr(found + 2), 0.0));
+        return found == value.npos
+                   ? 0
+                   : static_cast<int>(std::clamp(number(value.substr(found + 2), 0.0), 0.0, most));
     };
     change([&](mtext_format& format) {
         if (of_system) {

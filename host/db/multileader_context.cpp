@@ -2,7 +2,6 @@
 
 #include "host/dxf/record_header.h"
 
-#include <cmath>
 
 namespace db {
 
@@ -33,8 +32,7 @@ part part_behind(part before, const dxf::group& group) {
 }
 
 double number(const dxf::group& group) {
-    const double value = dxf::leading_real(group.value).value_or(0.0);
-    return std::isfinite(value) ? value : 0.0;
+    return dxf::leading_real(group.value).value_or(0.0);
 }
 
 bool is_set(const dxf::group& group) {

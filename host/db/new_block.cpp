@@ -37,41 +37,43 @@ std::wstring anonymous_name(AcDbImpDatabase& database, const std::wstring& kind)
 
 // The groups that BLOCK and ENDBLK begin with.
 void begin_marker(AcDbImpDatabase& database, record_text& text, std::string_view type, std::uint64_t record,
-                  std::string_view marker) {
+                  std::string_view marker, bool sheet) {
     text.head(type, record);
     const bool marked = database.drawing().version() >= release_13;
     if (marked)
         text.add(100, "AcDbEntity");
+    if (sheet)
+        text.add(67, "1");
     text.add(8, "0");
     if (marked)
         text.add(100, marker);
 }
 
 std::string begin_text(AcDbImpDatabase& database, const AcDbImpObject& block, std::uint64_t record,
-                       const std::wstring& name) {
+                       const std::wstring& name, bool sheet) {
     record_text text(database);
     const std::string bytes = database.drawing().codec().encode(name);
-    begin_marker(database, text, "BLOCK", record, "AcDbBlockBegin");
+    begin_marker(database, text, "BLOCK", record, "AcDbBlockBegin", sheet);
     const auto value = [&](int code) {
         return dxf::trimmed(block.groups().text(begin_place, code).value_or(""));
     };
     constexpr std::int64_t anonymous = 1;
     const std::int64_t flags = block.groups().integer(begin_place, 70).value_or(0);
     text.add(2, bytes);
-    text.add(70, std::to_string(name.front() == L'*' ? flags | anonymous : flags));
+    text.add(70, std::to_string(name.front() == L'*' && !sheet ? flags | anonymous : flags));
     for (const int code : {10, 20, 30})
         text.add(code, value(code));
     text.add(3, bytes);
-    text.add(1, "");
+    text.add(1, database.drawing().codec().encode(block.decode(value(1))));
     if (database.drawing().version() >= release_13 &&
         block.groups().find(begin_place, 4) != dxf::group_list::npos)
         text.add(4, database.drawing().codec().encode(block.decode(value(4))));
     return text.text();
 }
 
-std::string end_text(AcDbImpDatabase& database, std::uint64_t record) {
+std::string end_text(AcDbImpDatabase& database, std::uint64_t record, bool sheet) {
     record_text text(database);
-    begin_marker(database, text, "ENDBLK", record, "AcDbBlockEnd");
+    begin_marker(database, text, "ENDBLK", record, "AcDbBlockEnd", sheet);
     return text.text();
 }
 
@@ -101,12 +103,13 @@ std::string record_text_of(AcDbImpDatabase& database, const AcDbImpObject& block
 
 } // namespace
 
-Acad::ErrorStatus add_block(AcDbImpDatabase& database, AcDbBlockTableRecord& block, AcDbObjectId& id) {
+Acad::ErrorStatus add_block(AcDbImpDatabase& database, AcDbBlockTableRecord& block, AcDbObjectId& id,
+                            bool sheet) {
     AcString given;
     block.getName(given);
     std::wstring name = given.kwszPtr();
     const bool unnumbered = name.size() == 2 && name.front() == L'*';
-    if (acdbSNValid(name.c_str(), 0) != RTNORM || AcDbImpDatabase::is_space_name(name))
+    if (acdbSNValid(name.c_str(), 0) != RTNORM || AcDbImpDatabase::is_space_name(name) != sheet)
         return Acad::eInvalidInput;
     if (unnumbered)
         name = anonymous_name(database, name);
@@ -128,18 +131,20 @@ Acad::ErrorStatus add_block(AcDbImpDatabase& database, AcDbBlockTableRecord& blo
     if (own_record) {
         record = records.insert_after(previous, record_text_of(database, imp, records.handle(table), name),
                                       dxf::record_kind::entry, records.handle(table));
-        begin = records.insert_after(last, begin_text(database, imp, records.handle(record), name),
+        begin = records.insert_after(last, begin_text(database, imp, records.handle(record), name, sheet),
                                      dxf::record_kind::block, records.handle(record));
     } else {
         record = begin =
-            records.insert_after(last, begin_text(database, imp, 0, name), dxf::record_kind::block, 0);
+            records.insert_after(last, begin_text(database, imp, 0, name, sheet), dxf::record_kind::block, 0);
         records.set_owner(begin, records.put_owner(records.handle(begin)));
     }
-    records.insert_after(begin, end_text(database, own_record ? records.handle(record) : 0),
+    records.insert_after(begin, end_text(database, own_record ? records.handle(record) : 0, sheet),
                          dxf::record_kind::block_end, records.handle(record));
     database.adopt_block(begin);
     database.adopt(block, record);
     id = database.id(record);
+    database.content_changed(table);
+    database.appended(block);
     return Acad::eOk;
 }
 

@@ -12,7 +12,8 @@ extern const char* const new_block_text;
 
 // Gives a new block record its place in the drawing, with a BLOCK and an ENDBLK of its own; in drawings
 // without block records the BLOCK is the record. A name of a star and a letter ("*U") gets the next free
-// number. As AcDbSymbolTable::add answers.
-Acad::ErrorStatus add_block(AcDbImpDatabase& database, AcDbBlockTableRecord& block, AcDbObjectId& id);
+// number; a sheet's is one of *Paper_Space. As AcDbSymbolTable::add answers.
+Acad::ErrorStatus add_block(AcDbImpDatabase& database, AcDbBlockTableRecord& block, AcDbObjectId& id,
+                            bool sheet = false);
 
 } // namespace db

@@ -129,7 +129,11 @@ void add_data(record_text& text, const AcDbImpObject& object, bool on_paper) {
     for (std::size_t i = 1; i < groups.size(); ++i) {
         if (groups[i].code == 67 || !knows_group(version, type, groups[i].code))
             continue;
-        text.transcoded(object, groups[i]);
+        constexpr int layer = 8;
+        if (groups[i].code == layer)
+            text.layer(object, groups[i]);
+        else
+            text.transcoded(object, groups[i]);
         if (groups[i].code == 100)
             mark();
     }
@@ -160,7 +164,7 @@ void give_defaults(AcDbImpDatabase& database, AcDbImpObject& entity, bool all) {
             entity.edit().set_text(entity_place, 6, entity.encode(name));
     }
     if (wanted(AcDbImpObject::given_scale)) {
-        const double scale = base::parse_real(header("$CELTSCALE").value_or("1")).value_or(1.0);
+        const double scale = dxf::leading_real(header("$CELTSCALE").value_or("1")).value_or(1.0);
         if (scale > 0.0 && scale != 1.0)
             entity.edit().set_real(entity_place, 48, scale);
         else
@@ -198,6 +202,9 @@ Acad::ErrorStatus add_entity(AcDbImpDatabase& database, dxf::record_id block, Ac
     const unsigned given = imp.given; // what it is given now its parts are given too
     const dxf::record_id record =
         insert(database, previous, entity, dxf::record_kind::entity, owner, named ? owner : 0, on_paper);
+    if (database.records().type(record) ==
+        dxf::type_polyline) // vertices have an end also when there are none
+        end_sequence(database, record, record);
     for (auto& part : parts) {
         part->imp().given &= given;
         AcDbObjectId part_id;
@@ -207,6 +214,8 @@ Acad::ErrorStatus add_entity(AcDbImpDatabase& database, dxf::record_id block, Ac
     if (on_paper && database.records().type(record) == dxf::type_viewport)
         begin_viewport(imp);
     id = database.id(record);
+    database.content_changed(block);
+    database.appended(entity);
     return Acad::eOk;
 }
 
@@ -236,6 +245,8 @@ Acad::ErrorStatus add_part(AcDbImpDatabase& database, dxf::record_id owner, AcDb
     const dxf::record_id record =
         insert(database, previous, part, dxf::record_kind::part, handle, handle, on_paper);
     id = database.id(record);
+    database.content_changed(owner);
+    database.appended(part);
     return Acad::eOk;
 }
 

@@ -47,6 +47,7 @@ Acad::ErrorStatus add_object(AcDbImpDatabase& database, AcDbObject& object, std:
         previous, object_text(database, object.imp(), owner, reactor), dxf::record_kind::object, owner);
     database.adopt(object, record);
     id = database.id(record);
+    database.appended(object);
     return Acad::eOk;
 }
 

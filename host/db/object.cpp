@@ -6,6 +6,7 @@
 #include "host/db/extended_data.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
+#include "host/db/notifier.h"
 #include "host/dxf/record_header.h"
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcDbObject, AcGiDrawable)
@@ -13,7 +14,10 @@ ACRX_NO_CONS_DEFINE_MEMBERS(AcDbObject, AcGiDrawable)
 AcDbObject::AcDbObject() : m_imp(std::make_unique<AcDbImpObject>()) {
     m_imp->begin_as("0\nOBJECT\n");
 }
-AcDbObject::~AcDbObject() = default;
+AcDbObject::~AcDbObject() {
+    if (m_imp->reactors != nullptr && m_imp->database == nullptr)
+        m_imp->reactors->tell([&](AcDbObjectReactor& reactor) { reactor.goodbye(this); });
+}
 
 AcDbObjectId AcDbObject::objectId() const {
     return m_imp->database != nullptr ? m_imp->database->id(m_imp->record) : AcDbObjectId::kNull;
@@ -51,6 +55,10 @@ Acad::ErrorStatus AcDbObject::upgradeOpen() {
         return Acad::eWasOpenForWrite;
     if (m_imp->database->is_referenced(m_imp->record))
         return Acad::eIsXRefObject;
+    if (!m_imp->database->write_locked)
+        return Acad::eLockViolation;
+    if (m_imp->notifying && !m_imp->lent)
+        return Acad::eWasNotifying;
     if (m_imp->readers > 1)
         return Acad::eHadMultipleReaders;
     if (dxf::stands_on_layer(m_imp->database->records().kind(m_imp->record)) &&
@@ -66,10 +74,20 @@ Acad::ErrorStatus AcDbObject::downgradeOpen() {
         return Acad::eNoDatabase;
     if (!m_imp->writing)
         return Acad::eNotOpenForWrite;
-    m_imp->database->commit(*this);
-    m_imp->writing = false;
-    m_imp->readers = 1;
+    if (m_imp->lent) // until who made it closes it
+        m_imp->writing = false;
+    else if (!m_imp->in_transaction)
+        m_imp->database->settle(*this);
     return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::upgradeFromNotify(Adesk::Boolean& wasWritable) {
+    wasWritable = m_imp->writing;
+    return wasWritable ? Acad::eOk : upgradeOpen();
+}
+
+Acad::ErrorStatus AcDbObject::downgradeToNotify(Adesk::Boolean wasWritable) {
+    return wasWritable ? Acad::eOk : downgradeOpen();
 }
 
 Acad::ErrorStatus AcDbObject::erase(bool erasing) {
@@ -83,6 +101,8 @@ Acad::ErrorStatus AcDbObject::erase(bool erasing) {
         return refused;
     if (!erasing && m_imp->database->name_is_taken(m_imp->record))
         return Acad::eDuplicateRecordName;
+    if (!m_imp->news.opened_for_modify)
+        m_imp->database->about_to_modify(*m_imp);
     m_imp->database->commit(*this);
     m_imp->database->set_erased(m_imp->record, erasing);
     return Acad::eOk;
@@ -97,6 +117,8 @@ AcRxObject* AcDbObject::clone() const {
     copy->imp().given = m_imp->database != nullptr ? ~0u : m_imp->given;
     if (!db::is_host_class(isA()))
         db::copy_own_fields(*this, *copy);
+    if (m_imp->database != nullptr)
+        m_imp->database->notifier().copied(*this, *copy);
     return copy;
 }
 
@@ -116,7 +138,7 @@ Acad::ErrorStatus AcDbObject::subErase(bool /*erasing*/) {
 }
 
 bool AcDbObject::isReadEnabled() const {
-    return isNewObject() || m_imp->writing || m_imp->readers > 0;
+    return isNewObject() || m_imp->writing || m_imp->readers > 0 || m_imp->notifying;
 }
 
 bool AcDbObject::isWriteEnabled() const {
@@ -145,6 +167,20 @@ void AcDbObject::assertWriteEnabled(bool /*autoUndo*/, bool /*recordModified*/) 
     if (!isWriteEnabled())
         throw db::open_violation("an object was changed that is not open for write");
     m_imp->touched = true;
+    if (m_imp->writing && !m_imp->news.opened_for_modify)
+        m_imp->database->about_to_modify(*m_imp);
+}
+
+bool AcDbObject::isNotifying() const {
+    return m_imp->notifying;
+}
+
+bool AcDbObject::isUndoing() const {
+    return m_imp->database != nullptr && m_imp->database->undoing();
+}
+
+bool AcDbObject::isTransactionResident() const {
+    return m_imp->in_transaction;
 }
 
 AcDbObjectId AcDbObject::extensionDictionary() const {

@@ -57,6 +57,15 @@ std::size_t find_handle(const dxf::group_list& list, const extent& in, std::uint
 
 } // namespace
 
+std::vector<std::uint64_t> links(const dxf::group_list& list, std::string_view braces) {
+    const extent in = find_braces(list, braces);
+    std::vector<std::uint64_t> handles;
+    for (std::size_t i = in.first; i < in.last; ++i)
+        if (list.groups()[i].code != 102)
+            handles.push_back(dxf::parse_handle(list.groups()[i].value));
+    return handles;
+}
+
 bool has_link(const dxf::group_list& groups, std::string_view braces, std::uint64_t handle) {
     const extent in = find_braces(groups, braces);
     return find_handle(groups, in, handle) != in.last;

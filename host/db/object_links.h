@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 namespace db {
 
@@ -12,6 +13,8 @@ namespace db {
 inline constexpr std::string_view dictionary_braces = "{ACAD_XDICTIONARY";
 inline constexpr std::string_view reactor_braces = "{ACAD_REACTORS";
 
+// The handles in such braces in front of the first marker.
+std::vector<std::uint64_t> links(const dxf::group_list& groups, std::string_view braces);
 // Whether a handle stands in such braces in front of the first marker.
 bool has_link(const dxf::group_list& groups, std::string_view braces, std::uint64_t handle);
 // Adds it, with the braces where there are none. The handle must not stand there.

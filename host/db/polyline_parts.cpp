@@ -12,6 +12,12 @@ namespace db {
 
 namespace {
 
+int whole_number(std::string_view text) {
+    constexpr double most = 1e9;
+    const double value = dxf::leading_real(text).value_or(0.0);
+    return value > -most && value < most ? static_cast<int>(value) : 0;
+}
+
 vertex_data read_vertex(const dxf::group_list& groups) {
     vertex_data vertex;
     for (const dxf::group& group : groups.groups()) {
@@ -19,11 +25,7 @@ vertex_data read_vertex(const dxf::group_list& groups) {
         if (group.code >= extended_data)
             break;
         const auto real = [&] { return dxf::leading_real(group.value).value_or(0.0); };
-        const auto integer = [&] {
-            constexpr double most = 1e9;
-            const double value = real();
-            return value > -most && value < most ? static_cast<int>(value) : 0;
-        };
+        const auto integer = [&] { return whole_number(group.value); };
         switch (group.code) {
         case 10:
             vertex.position.x = real();
@@ -65,7 +67,7 @@ int flags_of(std::string_view record) {
     constexpr int extended_data = 1000;
     while (groups.next(group) && group.code < extended_data)
         if (group.code == 70)
-            return static_cast<int>(dxf::leading_real(group.value).value_or(0.0));
+            return whole_number(group.value);
     return 0;
 }
 

@@ -43,6 +43,10 @@ public:
         else
             add(group.code, group.value);
     }
+    // An entity's layer, as the layer's own record spells it.
+    void layer(const AcDbImpObject& object, const dxf::group& group) {
+        add(group.code, database_.layer_bytes(object.decode(dxf::trimmed(group.value))));
+    }
     const std::string& text() const { return text_; }
     int version() const { return database_.drawing().version(); }
 

@@ -1,6 +1,7 @@
 #include "host/db/spaces.h"
 
 #include "base/case_fold.h"
+#include "host/db/notifier.h"
 #include "host/db/viewport_groups.h"
 #include "host/dxf/record_header.h"
 
@@ -88,7 +89,7 @@ bool in_tile_mode(const AcDbImpDatabase& database) {
 
 bool set_tile_mode(AcDbImpDatabase& database, bool tiled) {
     return in_tile_mode(database) == tiled ||
-           database.drawing().set_header_value("$TILEMODE", 70, tiled ? "1" : "0");
+           database.notifier().set_header_value("$TILEMODE", 70, tiled ? "1" : "0");
 }
 
 dxf::record_id layout_of(AcDbImpDatabase& database, dxf::record_id space) {

@@ -111,8 +111,8 @@ void AcDbImpSpline::write(AcDbImpObject& object) const {
         for (unsigned axis = 0; axis < 3; ++axis)
             add_real(code + 10 * static_cast<int>(axis), point[axis]);
     };
-    add_integer(70, static_cast<std::size_t>(flags));
-    add_integer(71, static_cast<std::size_t>(control.degree));
+    fresh.push_back({70, std::to_string(flags)});
+    fresh.push_back({71, std::to_string(control.degree)});
     add_integer(72, control.knots.size());
     add_integer(73, control.points.size());
     add_integer(74, fit.size());

@@ -162,6 +162,8 @@ Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymb
         previous, entry_text(database, kind, imp), dxf::record_kind::entry, database.records().handle(table));
     database.adopt(entry, record);
     id = database.id(record);
+    database.content_changed(table);
+    database.appended(entry);
     return Acad::eOk;
 }
 

@@ -225,8 +225,7 @@ double viewport_real(const dxf::group_list& groups, const viewport_field& field,
     const mview found = field.in_list != 0 ? find_mview(groups) : mview();
     if (!found.there() || found.first + field.in_list >= found.last)
         return missing;
-    return base::parse_real(dxf::trimmed(groups.groups()[found.first + field.in_list].value))
-        .value_or(missing);
+    return dxf::leading_real(groups.groups()[found.first + field.in_list].value).value_or(missing);
 }
 
 void set_viewport_real(AcDbImpObject& viewport, const viewport_field& field, double value) {

@@ -44,7 +44,8 @@ Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& chain, AcDbDatabase*
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
     std::vector<dxf::group_list::fresh_group> fresh;
-    constexpr auto allowed = [](int code) { return code >= 1 && code <= 369 && code != 5 && code != 105; };
+    // The reference allows codes to 369; the editor's own layer states hold 370 and 440.
+    constexpr auto allowed = [](int code) { return code >= 1 && code <= 481 && code != 5 && code != 105; };
     if (!db::groups_of(imp(), &chain, allowed, fresh))
         return Acad::eInvalidResBuf;
     const auto [first, last] = data_extent(imp().groups());

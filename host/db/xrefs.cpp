@@ -1,7 +1,6 @@
 #include "host/db/xrefs.h"
 
 #include "base/case_fold.h"
-#include "base/number_text.h"
 #include "host/db/imp_database.h"
 #include "host/db/xref_names.h"
 #include "host/dxf/record_header.h"
@@ -206,19 +205,21 @@ block_place references::place(dxf::record_id block) const {
 
 std::optional<AcGePoint3d> references::base_point(dxf::record_id block) const {
     const AcDbImpDatabase* const loaded = database(block);
-    if (loaded == nullptr)
-        return std::nullopt;
+    return loaded != nullptr ? std::optional(insertion_base(*loaded)) : std::nullopt;
+}
+
+AcGePoint3d insertion_base(const AcDbImpDatabase& drawing) {
     AcGePoint3d point;
-    if (loaded->drawing().parts().header == dxf::no_record)
+    if (drawing.drawing().parts().header == dxf::no_record)
         return point;
-    dxf::group_reader groups(loaded->records().text(loaded->drawing().parts().header));
+    dxf::group_reader groups(drawing.records().text(drawing.drawing().parts().header));
     dxf::raw_group group;
     bool of_base = false;
     while (groups.next(group)) {
         if (group.code == 9)
             of_base = dxf::trimmed(group.value) == "$INSBASE";
         else if (of_base && (group.code == 10 || group.code == 20 || group.code == 30))
-            point[static_cast<unsigned>(group.code / 10 - 1)] = base::parse_real(group.value).value_or(0.0);
+            point[static_cast<unsigned>(group.code / 10 - 1)] = dxf::leading_real(group.value).value_or(0.0);
     }
     return point;
 }

@@ -86,4 +86,7 @@ private:
     std::map<std::filesystem::path, file> files_; // of a drawing that is no reference itself
 };
 
+// The point of a drawing that is put where it is inserted.
+AcGePoint3d insertion_base(const AcDbImpDatabase& drawing);
+
 } // namespace db

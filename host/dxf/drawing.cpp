@@ -358,9 +358,10 @@ std::string drawing::header_with_seed() const {
 void drawing::count_classes(std::unordered_map<record_id, std::string>& texts) const {
     if (parts_.classes == no_record || records_->journal().empty())
         return;
-    std::vector<std::int64_t> counts(records_->type_names().size(), -1); // -1: none of the type was touched
+    std::vector<std::int64_t> counts(records_->type_names().size(), -1); // -1: none of the type came or went
     for (const record_id id : records_->journal())
-        if (records_->kind(id) == record_kind::entity || records_->kind(id) == record_kind::object)
+        if ((records_->kind(id) == record_kind::entity || records_->kind(id) == record_kind::object) &&
+            is_saved(id) != (id < in_file_))
             counts[records_->type(id)] = 0;
     for (record_id id = 0; id < records_->size(); ++id)
         if (std::int64_t& count = counts[records_->type(id)]; count >= 0 && is_saved(id))

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 namespace dxf {
 
@@ -35,11 +36,15 @@ std::string as_wide_as(std::string value, std::string_view before, int code) {
 
 std::optional<double> leading_real(std::string_view text) {
     const std::size_t comma = text.find(',');
-    if (comma == text.npos || text.substr(0, comma).find('.') != text.npos)
-        return leading_number<double>(text);
-    std::string with_point(text);
-    with_point[comma] = '.';
-    return leading_number<double>(with_point);
+    std::optional<double> value;
+    if (comma == text.npos || text.substr(0, comma).find('.') != text.npos) {
+        value = leading_number<double>(text);
+    } else {
+        std::string with_point(text);
+        with_point[comma] = '.';
+        value = leading_number<double>(with_point);
+    }
+    return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
 value_kind kind_of_code(int code) {

@@ -105,7 +105,7 @@ enum class value_kind { text, real, small_integer, integer, wide_integer, flag, 
 ACDB_PORT value_kind kind_of_code(int code);
 
 // The real that a text begins with, blanks in front allowed, a comma read as the point that it stands for
-// ("1,5"); nothing when it begins with none.
+// ("1,5"); nothing when it begins with none, or with one that is not finite.
 ACDB_PORT std::optional<double> leading_real(std::string_view text);
 
 // One group in the manner of a file.

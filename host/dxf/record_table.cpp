@@ -169,7 +169,7 @@ void record_table::put(record_id id, const record_content& content) {
 }
 
 // Keeps what a record is before it changes: for undo, and to know what differs from the file.
-void record_table::note(record_id id) {
+void record_table::note(record_id id, bool appended) {
     if (!open_) {
         steps_.resize(done_); // what was undone can not be given again after a new change
         steps_.push_back({std::move(next_name_), {}});
@@ -179,7 +179,9 @@ void record_table::note(record_id id) {
         noted_.clear();
     }
     if (noted_.insert(id).second) // a step goes back to what was before it, not to what it passed through
-        steps_.back().changes.push_back({id, content(id)});
+        steps_.back().changes.push_back({id, content(id), appended});
+    if (!parts_.empty() && parts_.back().noted.insert(id).second)
+        parts_.back().changes.push_back({id, content(id), appended});
     saved_.try_emplace(id, content(id));
 }
 
@@ -253,7 +255,7 @@ record_id record_table::insert_after(record_id previous, std::string_view text, 
                                      std::uint64_t owner) {
     const record_id id = add_behind(previous, text, kind, owner);
     marks_[id] = gone_mark;
-    note(id);
+    note(id, true);
     marks_[id] = 0;
     journal_.push_back(id);
     return id;
@@ -311,34 +313,93 @@ void record_table::begin_step(std::string name) {
     next_name_ = std::move(name);
 }
 
-void record_table::exchange(change& entry) {
+void record_table::exchange(change& entry, std::vector<replay>& replayed) {
     const record_content now = content(entry.id);
     put(entry.id, entry.other);
+    replayed.push_back({entry.id, entry.appended, now.gone, now.text != entry.other.text});
     entry.other = now;
 }
 
-std::string record_table::undo(std::vector<record_id>& touched) {
+std::string record_table::undo(std::vector<replay>& replayed) {
     open_ = false;
     if (done_ == 0)
         return {};
     step& last = steps_[--done_];
-    for (auto at = last.changes.rbegin(); at != last.changes.rend(); ++at) {
-        exchange(*at);
-        touched.push_back(at->id);
-    }
+    for (auto at = last.changes.rbegin(); at != last.changes.rend(); ++at)
+        exchange(*at, replayed);
     return last.name;
 }
 
-std::string record_table::redo(std::vector<record_id>& touched) {
+std::string record_table::redo(std::vector<replay>& replayed) {
     open_ = false;
     if (done_ == steps_.size())
         return {};
     step& next = steps_[done_++];
-    for (change& entry : next.changes) {
-        exchange(entry);
-        touched.push_back(entry.id);
-    }
+    for (change& entry : next.changes)
+        exchange(entry, replayed);
     return next.name;
+}
+
+namespace {
+
+std::vector<record_id> ids_of(const std::vector<replay>& replayed, std::vector<record_id> in_front) {
+    for (const replay& one : replayed)
+        in_front.push_back(one.id);
+    return in_front;
+}
+
+} // namespace
+
+std::string record_table::undo(std::vector<record_id>& touched) {
+    std::vector<replay> replayed;
+    std::string name = undo(replayed);
+    touched = ids_of(replayed, std::move(touched));
+    return name;
+}
+
+std::string record_table::redo(std::vector<record_id>& touched) {
+    std::vector<replay> replayed;
+    std::string name = redo(replayed);
+    touched = ids_of(replayed, std::move(touched));
+    return name;
+}
+
+void record_table::begin_part() {
+    parts_.push_back(
+        {{}, {}, open_, open_ ? done_ : done_ + 1, open_ ? steps_.back().changes.size() : 0, next_name_});
+}
+
+void record_table::keep_part() {
+    part kept = std::move(parts_.back());
+    parts_.pop_back();
+    if (parts_.empty())
+        return;
+    part& outer = parts_.back();
+    for (change& entry : kept.changes)
+        if (outer.noted.insert(entry.id).second)
+            outer.changes.push_back(entry);
+}
+
+void record_table::take_back_part(std::vector<replay>& replayed) {
+    part taken = std::move(parts_.back());
+    parts_.pop_back();
+    for (auto at = taken.changes.rbegin(); at != taken.changes.rend(); ++at)
+        exchange(*at, replayed);
+    if (taken.changes.empty() || !open_ || done_ != taken.step)
+        return;
+    // What was first changed in the part is no change of the step any more.
+    std::vector<change>& changes = steps_.back().changes;
+    const std::size_t before = taken.open ? taken.step_size : 0;
+    while (changes.size() > before) {
+        noted_.erase(changes.back().id);
+        changes.pop_back();
+    }
+    if (!taken.open) {
+        steps_.pop_back();
+        --done_;
+        open_ = false;
+        next_name_ = taken.next_name;
+    }
 }
 
 void record_table::mark_saved() {

@@ -98,6 +98,14 @@ struct record_content {
     std::string_view view() const { return {text, length}; }
 };
 
+// What became of a record when a step, or a part of one, was taken back or given again.
+struct replay {
+    record_id id = no_record;
+    bool appended = false; // it came, or went, as what the step had added to the drawing
+    bool was_gone = false;
+    bool text = false; // it has another text
+};
+
 class ACDB_PORT record_table {
 public:
     record_table();
@@ -197,7 +205,18 @@ public:
     // records.
     std::string undo(std::vector<record_id>& touched);
     std::string redo(std::vector<record_id>& touched);
+    // The same, with what became of each.
+    std::string undo(std::vector<replay>& replayed);
+    std::string redo(std::vector<replay>& replayed);
     bool can_redo() const { return done_ != steps_.size(); }
+    // How many steps could be taken back.
+    std::size_t steps_in_effect() const { return done_; }
+
+    // A part of a step: what changes from begin_part() on is kept as part of what is around it, or taken
+    // back. Parts stand in each other.
+    void begin_part();
+    void keep_part();
+    void take_back_part(std::vector<replay>& replayed);
 
     // Every record that changed, came or went since the file was read, in that order and as often as it did:
     // who keeps something that was made from records remembers how far he has read, and goes on from there.
@@ -211,11 +230,20 @@ public:
 private:
     struct change {
         record_id id;
-        record_content other; // what the record was, or after undo: what it became
+        record_content other;  // what the record was, or after undo: what it became
+        bool appended = false; // it was not there before
     };
     struct step {
         std::string name;
         std::vector<change> changes;
+    };
+    struct part {
+        std::vector<change> changes;
+        std::unordered_set<record_id> noted;
+        bool open = false;         // a step had begun when it began
+        std::size_t step = 0;      // the number of that step, or of the one that would begin
+        std::size_t step_size = 0; // the changes that it had
+        std::string next_name;     // its name, when it had not begun
     };
 
     enum : std::uint8_t { gone_mark = 1, implied_mark = 2 };
@@ -225,9 +253,9 @@ private:
     record_id place_behind(record_id previous, std::string_view kept, record_kind kind, std::uint32_t type);
     void give_handle(record_id id, std::uint64_t handle);
     void put(record_id id, const record_content& content);
-    void note(record_id id);
+    void note(record_id id, bool appended = false);
     void index_handles() const;
-    void exchange(change& entry);
+    void exchange(change& entry, std::vector<replay>& replayed);
 
     std::vector<const char*> texts_;
     std::vector<std::uint32_t> lengths_;
@@ -260,6 +288,7 @@ private:
     bool open_ = false;                   // the last step in effect takes further changes
     std::unordered_set<record_id> noted_; // by that step
     std::string next_name_;
+    std::vector<part> parts_;
     std::vector<record_id> journal_;
     std::unordered_map<record_id, std::string_view> kept_; // by the file, of implied records that it has
     std::unordered_map<record_id, record_content> saved_;  // of records that changed since the file was read

@@ -9,9 +9,13 @@
 #include "dbsymtb.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
+#include "host/db/imp_object.h"
 #include "host/db/properties.h"
+#include "host/db/record_text.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/prompts.h"
+#include "host/ed/questions.h"
+#include "host/ed/saved_layer_states.h"
 
 #include <algorithm>
 #include <array>
@@ -419,6 +423,69 @@ bool transparency() {
                       });
 }
 
+// Layer states. False when the user ended it.
+bool states() {
+    std::wstring word;
+    if (ask_keyword(L"\nEnter an option [?/Save/Restore/Delete]: ", L"? Save Restore Delete", word) == RTCAN)
+        return false;
+    if (word == L"?") {
+        acutPrintf(L"\nLayer states:\n");
+        for (const std::wstring& name : layer_state_names(*database()))
+            acutPrintf(L"  \"%ls\"\n", name.c_str());
+        return true;
+    }
+    if (word.empty())
+        return true;
+    const bool saves = word == L"Save";
+    const auto act = saves ? save_layer_state : word == L"Restore" ? restore_layer_state : delete_layer_state;
+    const std::wstring prompt = saves                ? L"\nEnter new layer state name: "
+                                : word == L"Restore" ? L"\nEnter name of layer state to restore: "
+                                                     : L"\nEnter name of layer state to delete: ";
+    std::wstring name;
+    return ask_name(prompt, name, [&](const std::wstring& given) -> std::wstring {
+               if (act(*database(), given) == Acad::eOk)
+                   return {};
+               return saves ? L"This drawing can not hold the layer state."
+                            : L"Layer state \"" + given + L"\" not found.";
+           }) != RTCAN;
+}
+
+// The materials of the drawing, by their names.
+AcDbObjectId material_named(const std::wstring& name) {
+    const AcDbDictionaryPointer root(database()->namedObjectsDictionaryId());
+    AcDbObjectId id;
+    if (root.openStatus() != Acad::eOk || root->getAt(L"ACAD_MATERIAL", id) != Acad::eOk)
+        return {};
+    const AcDbDictionaryPointer materials(id);
+    AcDbObjectId found;
+    if (materials.openStatus() == Acad::eOk)
+        materials->getAt(name.c_str(), found);
+    return found;
+}
+
+bool material() {
+    std::wstring name = L"Global";
+    AcDbObjectId chosen = material_named(name);
+    const int answered =
+        ask_name(L"\nEnter material name <Global>: ", name, [&](const std::wstring& given) -> std::wstring {
+            chosen = material_named(given);
+            return chosen.isNull() ? L"Material \"" + given + L"\" not found." : L"";
+        });
+    if (answered == RTCAN)
+        return false;
+    if (chosen.isNull()) {
+        acutPrintf(L"\nThis drawing has no materials.");
+        return true;
+    }
+    const std::string handle = db::handle_text(chosen.handle());
+    return for_layers(L"\nEnter name list of layer(s) for material \"" + name + L"\" <" + current_name() +
+                          L">: ",
+                      true, [&](AcDbLayerTableRecord& layer) {
+                          constexpr int material_code = 347;
+                          layer.imp().edit().set_text(db::layer_place, material_code, handle);
+                      });
+}
+
 // Options of the editor that are not there yet.
 bool not_supported() {
     acdbFail(L"\nThis option of -LAYER is not supported yet.");
@@ -477,13 +544,13 @@ constexpr option options[] = {
     {L"Ltype", linetype},
     {L"LWeight", lineweight},
     {L"TRansparency", transparency},
-    {L"MATerial", not_supported},
+    {L"MATerial", material},
     {L"Plot", plot},
     {L"Freeze", freeze},
     {L"Thaw", thaw},
     {L"LOck", lock},
     {L"Unlock", unlock},
-    {L"stAte", not_supported},
+    {L"stAte", states},
     {L"Description", description},
     {L"rEconcile", not_supported},
     {L"Xref", not_supported},

@@ -4,6 +4,7 @@
 #include "rxregsvc.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcEdCommand, AcRxObject)
@@ -15,6 +16,11 @@ AcEdCommandStack::~AcEdCommandStack() = default;
 namespace ed {
 
 namespace {
+
+// Programs register global names with the mark that users type in front of them, or without.
+std::wstring_view without_mark(std::wstring_view name) {
+    return name.size() > 1 && name.front() == L'_' ? name.substr(1) : name;
+}
 
 class registered_command final : public AcEdCommand {
 public:
@@ -65,18 +71,25 @@ public:
         group* const owner = group_name != nullptr ? find(group_name) : nullptr;
         if (owner == nullptr || global == nullptr)
             return Acad::eKeyNotFound;
-        const auto removed = std::erase_if(owner->commands, [&](const auto& known) {
-            return base::equal_no_case(known->globalName(), global);
-        });
-        return removed != 0 ? Acad::eOk : Acad::eKeyNotFound;
+        const auto gone =
+            std::find_if(owner->commands.begin(), owner->commands.end(),
+                         [&](const auto& known) { return base::equal_no_case(known->globalName(), global); });
+        if (gone == owner->commands.end())
+            return Acad::eKeyNotFound;
+        removed_.push_back(std::move(*gone));
+        owner->commands.erase(gone);
+        return Acad::eOk;
     }
 
     Acad::ErrorStatus removeGroup(const ACHAR* group_name) override {
         if (group_name == nullptr)
             return Acad::eKeyNotFound;
-        const auto removed = std::erase_if(
-            groups_, [&](const group& known) { return base::equal_no_case(known.name, group_name); });
-        return removed != 0 ? Acad::eOk : Acad::eKeyNotFound;
+        group* const gone = find(group_name);
+        if (gone == nullptr)
+            return Acad::eKeyNotFound;
+        std::move(gone->commands.begin(), gone->commands.end(), std::back_inserter(removed_));
+        groups_.erase(groups_.begin() + (gone - groups_.data()));
+        return Acad::eOk;
     }
 
     AcEdCommand* lookupGlobalCmd(const ACHAR* name) override {
@@ -103,17 +116,20 @@ private:
                         const ACHAR* group_name) {
         if (name == nullptr)
             return nullptr;
+        const std::wstring_view wanted = without_mark(name);
         for (auto owner = groups_.rbegin(); owner != groups_.rend(); ++owner) {
             if (group_name != nullptr && !base::equal_no_case(owner->name, group_name))
                 continue;
             for (const auto& known : owner->commands)
-                if (base::equal_no_case((known.get()->*which)(), name))
+                if (base::equal_no_case(without_mark((known.get()->*which)()), wanted))
                     return known.get();
         }
         return nullptr;
     }
 
     std::vector<group> groups_;
+    // A command may be the one that runs; its name is asked for to its end.
+    std::vector<std::unique_ptr<registered_command>> removed_;
 };
 
 command_stack* the_stack = nullptr;

@@ -1,11 +1,7 @@
-// U, REDO, SETVAR, REGEN.
+// SETVAR, REGEN, REDRAW.
 #include "aced.h"
 #include "base/case_fold.h"
-#include "base/number_text.h"
-#include "base/utf.h"
 #include "base/wildcard.h"
-#include "host/ap/documents.h"
-#include "host/db/imp_database.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/prompts.h"
@@ -15,37 +11,22 @@ namespace ed {
 
 namespace {
 
-std::wstring shown(const variable_value& value) {
-    if (const int* whole = std::get_if<int>(&value))
-        return std::to_wstring(*whole);
-    if (const double* real = std::get_if<double>(&value))
-        return base::widen(base::real_text(*real));
-    return L"\"" + std::get<std::wstring>(value) + L"\"";
-}
-
 void list_variables(const std::wstring& pattern) {
     for (const std::wstring& name : variable_names()) {
         variable_value value;
         if (base::wildcard_match(name, pattern, true) && get_variable(name, value) == variable_status::well)
-            acutPrintf(L"\n%-12ls %ls", name.c_str(), shown(value).c_str());
+            acutPrintf(L"\n%-12ls %ls", name.c_str(), shown_value(value).c_str());
     }
     acutPrintf(L"\n");
 }
 
 // Takes a new value from what was typed; the reason when it is refused.
 std::wstring change(const std::wstring& name, const variable_value& old, const std::wstring& typed) {
-    variable_value value = typed;
-    if (std::holds_alternative<int>(old)) {
-        const auto whole = base::parse_integer(base::narrow(typed));
-        if (!whole || *whole < -2147483648LL || *whole > 2147483647LL)
-            return L"Requires an integer value.";
-        value = static_cast<int>(*whole);
-    } else if (std::holds_alternative<double>(old)) {
-        const auto real = base::parse_real(base::narrow(typed));
-        if (!real)
-            return L"Requires numeric value.";
-        value = *real;
-    }
+    variable_value value;
+    if (!read_value(typed, old, value))
+        return std::holds_alternative<int>(old)           ? L"Requires an integer value."
+               : std::holds_alternative<AcGePoint3d>(old) ? L"Requires a point."
+                                                          : L"Requires numeric value.";
     switch (set_variable(name, value)) {
     case variable_status::well:
         return {};
@@ -57,18 +38,6 @@ std::wstring change(const std::wstring& name, const variable_value& old, const s
 }
 
 } // namespace
-
-void u_command() {
-    AcDbDatabase* const database = ap::documents::instance().current_database();
-    const std::string name = database != nullptr ? database->imp().undo() : std::string();
-    acutPrintf(name.empty() ? L"\nNothing to undo.\n" : L"\n%ls\n", base::widen(name).c_str());
-}
-
-void redo_command() {
-    AcDbDatabase* const database = ap::documents::instance().current_database();
-    const std::string name = database != nullptr ? database->imp().redo() : std::string();
-    acutPrintf(name.empty() ? L"\nNothing to redo.\n" : L"\n%ls\n", base::widen(name).c_str());
-}
 
 void setvar_command() {
     std::wstring name;
@@ -91,16 +60,20 @@ void setvar_command() {
         if (base::equal_no_case(known, name))
             name = known;
     if (is_read_only(name)) {
-        acutPrintf(L"\n%ls = %ls (read only)\n", name.c_str(), shown(value).c_str());
+        acutPrintf(L"\n%ls = %ls (read only)\n", name.c_str(), shown_value(value).c_str());
         return;
     }
-    const std::wstring prompt = L"\nEnter new value for " + name + L" <" + shown(value) + L">: ";
+    const std::wstring prompt = L"\nEnter new value for " + name + L" <" + shown_value(value) + L">: ";
     const auto rule = std::holds_alternative<std::wstring>(value) ? answer_rule::line : answer_rule::word;
     ask_value(prompt.c_str(), {}, rule, [&](const answer& given) { return change(name, value, given.text); });
 }
 
 void regen_command() {
     acutPrintf(L"\nRegenerating model.\n");
+    acedUpdateDisplay();
+}
+
+void redraw_command() {
     acedUpdateDisplay();
 }
 

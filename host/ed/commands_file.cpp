@@ -1,10 +1,10 @@
-// OPEN, QSAVE, SAVEAS, QUIT.
+// NEW, OPEN, QSAVE, SAVEAS, CLOSE, QUIT.
 #include "acedads.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"
-#include "host/ed/prompts.h"
+#include "host/ed/questions.h"
 #include "host/ed/system_variables.h"
 #include "sys/folders.h"
 
@@ -14,18 +14,6 @@
 namespace ed {
 
 namespace {
-
-// A file name: the whole line, marks around it left out. Empty for Enter and Escape.
-std::wstring ask_file(const std::wstring& prompt, int& answered) {
-    std::wstring name;
-    answered = ask_value(prompt.c_str(), {}, answer_rule::line, [&](const answer& given) {
-        name = given.text;
-        return std::wstring();
-    });
-    if (name.size() > 1 && name.front() == L'"' && name.back() == L'"')
-        name = name.substr(1, name.size() - 2);
-    return name;
-}
 
 void save(const std::wstring& path) {
     if (auto saved = ap::documents::instance().save(path); !saved)
@@ -43,23 +31,36 @@ bool may_replace(const std::wstring& path) {
     constexpr int asks_no_more = 2;
     if (std::get<int>(expert) >= asks_no_more)
         return true;
-    acedInitGet(0, L"Yes No");
-    ACHAR word[8];
-    return acedGetKword(
-               L"\nA drawing with this name already exists.\nDo you want to replace it? [Yes/No] <N>: ", word,
-               8) == RTNORM &&
-           std::wstring_view(word) == L"Yes";
+    return ask_yes(L"\nA drawing with this name already exists.\nDo you want to replace it? [Yes/No] <N>: ");
+}
+
+std::size_t unsaved_in(const AcDbDatabase& drawing) {
+    return drawing.imp().records().unsaved();
+}
+
+void open(const std::wstring& file) {
+    if (auto opened = ap::documents::instance().open(file, false); !opened)
+        editor::instance().fail(run_status::unreadable, opened.error());
 }
 
 } // namespace
 
-void open_command() {
-    int answered = RTNORM;
-    const std::wstring name = ask_file(L"\nEnter name of drawing to open: ", answered);
-    if (name.empty())
+// A template is a drawing that becomes a new one, without a name.
+void new_command() {
+    std::wstring file;
+    if (ask_file(L"\nEnter template file name or [. (for none)] <.>: ", L".dxf", file) == RTCAN)
         return;
-    if (auto opened = ap::documents::instance().open(name, false); !opened)
-        editor::instance().fail(run_status::unreadable, opened.error());
+    const bool from_template = !file.empty() && file != L".";
+    const std::size_t before = ap::documents::instance().all().size();
+    open(from_template ? file : std::wstring());
+    if (from_template && ap::documents::instance().all().size() != before)
+        current_drawing()->imp().file_name.clear();
+}
+
+void open_command() {
+    std::wstring file;
+    if (ask_file(L"\nEnter name of drawing to open: ", L".dxf", file) == RTNORM && !file.empty())
+        open(file);
 }
 
 void qsave_command() {
@@ -75,15 +76,21 @@ void saveas_command() {
     if (database == nullptr)
         return;
     const std::wstring& own = database->imp().file_name;
-    int answered = RTNORM;
-    std::wstring name =
-        ask_file(L"\nSave drawing as <" + (own.empty() ? L"Drawing1.dxf" : own) + L">: ", answered);
-    if (answered == RTCAN)
+    std::wstring name = own.empty() ? L"Drawing1.dxf" : own;
+    if (ask_file(L"\nSave drawing as <" + name + L">: ", L".dxf", name) == RTCAN)
         return;
-    if (name.empty())
-        name = own.empty() ? L"Drawing1.dxf" : own;
     if (may_replace(name))
         save(name);
+}
+
+void close_command() {
+    if (current_drawing() == nullptr ||
+        (unsaved_in(*current_drawing()) != 0 &&
+         !ask_yes(L"\nReally want to discard all changes to the drawing? [Yes/No] <N>: ")))
+        return;
+    ap::documents::instance().close_current();
+    acutPrintf(current_drawing() != nullptr ? L"\nCurrent drawing: %ls\n" : L"\nNo drawing is open.\n",
+               current_drawing() != nullptr ? ap::documents::instance().current_title().c_str() : L"");
 }
 
 void quit_command() {
@@ -91,15 +98,10 @@ void quit_command() {
     if (editor.input.at_terminal()) {
         std::size_t unsaved = 0;
         for (AcDbDatabase* const database : ap::documents::instance().databases())
-            unsaved += database->imp().records().unsaved();
-        if (unsaved != 0 && !editor.saves_at_end) {
-            acedInitGet(0, L"Yes No");
-            ACHAR word[8] = L"No";
-            if (acedGetKword(L"\nReally want to discard all changes to the drawing? [Yes/No] <N>: ", word,
-                             8) != RTNORM ||
-                std::wstring_view(word) != L"Yes")
-                return;
-        }
+            unsaved += unsaved_in(*database);
+        if (unsaved != 0 && !editor.saves_at_end &&
+            !ask_yes(L"\nReally want to discard all changes to the drawing? [Yes/No] <N>: "))
+            return;
     }
     editor.quit();
 }

@@ -1,79 +1,16 @@
-// LIST, ARX, HELP.
-#include "aced.h"
+// ARX, HELP.
 #include "acedads.h"
 #include "base/case_fold.h"
-#include "dbobjptr.h"
-#include "host/ap/documents.h"
-#include "host/db/imp_database.h"
 #include "host/ed/command_stack.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/prompts.h"
+#include "host/ed/questions.h"
 #include "host/rx/applications.h"
 
 #include <algorithm>
 
 namespace ed {
-
-namespace {
-
-std::wstring color_text(const AcCmColor& color) {
-    if (color.isByLayer())
-        return L"BYLAYER";
-    if (color.isByBlock())
-        return L"BYBLOCK";
-    if (color.isByColor())
-        return std::to_wstring(color.red()) + L"," + std::to_wstring(color.green()) + L"," +
-               std::to_wstring(color.blue());
-    return std::to_wstring(color.colorIndex());
-}
-
-void list_entity(AcDbObjectId id) {
-    const AcDbEntityPointer entity(id, AcDb::kForRead);
-    if (entity.openStatus() != Acad::eOk)
-        return;
-    AcDbImpDatabase& database = id.database()->imp();
-    const dxf::record_id record = database.record(id);
-    AcString layer;
-    entity->layer(layer);
-    AcString space;
-    if (const AcDbBlockTableRecordPointer block(entity->blockId(), AcDb::kForRead);
-        block.openStatus() == Acad::eOk)
-        block->getName(space);
-    ACHAR handle[AcDbHandle::kStrSiz];
-    id.handle().getIntoAsciiBuffer(handle);
-    const std::string type(database.records().type_name(record));
-    acutPrintf(L"\n%18S    Layer: \"%ls\"\n%28ls: %ls\n%22ls = %ls\n", type.c_str(), layer.kwszPtr(),
-               L"Space", space.kwszPtr(), L"Handle", handle);
-    const AcCmColor color = entity->color();
-    if (!color.isByLayer())
-        acutPrintf(L"%28ls: %ls\n", L"Color", color_text(color).c_str());
-    ACHAR* linetype = entity->linetype();
-    if (!base::equal_no_case(linetype, L"ByLayer"))
-        acutPrintf(L"%28ls: \"%ls\"\n", L"Linetype", linetype);
-    acutDelString(linetype);
-    if (entity->lineWeight() != AcDb::kLnWtByLayer)
-        acutPrintf(L"%28ls: %d\n", L"Lineweight", static_cast<int>(entity->lineWeight()));
-    if (entity->visibility() == AcDb::kInvisible)
-        acutPrintf(L"%28ls\n", L"Invisible");
-}
-
-} // namespace
-
-void list_command() {
-    ads_name set;
-    if (acedSSGet(nullptr, nullptr, nullptr, nullptr, set) != RTNORM)
-        return;
-    Adesk::Int32 length = 0;
-    acedSSLength(set, &length);
-    for (Adesk::Int32 i = 0; i < length; ++i) {
-        ads_name name;
-        AcDbObjectId id;
-        if (acedSSName(set, i, name) == RTNORM && acdbGetObjectId(id, name) == Acad::eOk)
-            list_entity(id);
-    }
-    acedSSFree(set);
-}
 
 void arx_command() {
     acedInitGet(RSG_NONULL, L"? Load Unload");
@@ -104,24 +41,74 @@ void arx_command() {
         acutPrintf(L"\n%ls %ls.\n", name, loads ? L"loaded" : L"unloaded");
 }
 
-void help_command() {
-    std::wstring group;
-    std::size_t column = 0;
+namespace {
+
+// Commands by the names of their groups, the host's first.
+using command_groups = std::vector<std::pair<std::wstring, std::vector<const AcEdCommand*>>>;
+
+command_groups grouped_commands() {
+    command_groups groups;
     for (const auto& [name, command] : all_commands()) {
-        if (name != group) {
-            group = name;
-            column = 0;
-            acutPrintf(L"\n\nCommands of %ls:\n", name.c_str());
-        }
+        if (groups.empty() || groups.back().first != name)
+            groups.push_back({name, {}});
+        groups.back().second.push_back(command);
+    }
+    return groups;
+}
+
+void list_group(const std::wstring& name, std::vector<const AcEdCommand*> commands) {
+    acutPrintf(L"\n\n%ls:\n", name == host_group ? L"The host's commands" : (L"Commands of " + name).c_str());
+    std::sort(commands.begin(), commands.end(), [](const AcEdCommand* a, const AcEdCommand* b) {
+        return base::compare_no_case(a->globalName(), b->globalName()) < 0;
+    });
+    constexpr std::size_t columns = 4;
+    std::size_t column = 0;
+    for (const AcEdCommand* const command : commands) {
         const std::wstring_view help = help_of(command->globalName());
-        if (!help.empty()) {
+        if (!help.empty() && !is_other_name(command->globalName()))
             acutPrintf(L"  %-12ls %.*ls\n", command->globalName(), static_cast<int>(help.size()),
                        help.data());
-        } else if (!base::equal_no_case(name, L"ACAD")) {
-            constexpr std::size_t columns = 4;
+        else if (help.empty())
             acutPrintf(++column % columns == 0 ? L"  %ls\n" : L"  %-20ls", command->globalName());
-        }
     }
+}
+
+// False when there is no such command.
+bool tell_of(const std::wstring& typed) {
+    for (const auto& [group, commands] : grouped_commands())
+        for (const AcEdCommand* const command : commands) {
+            if (!base::equal_no_case(command->globalName(), typed) &&
+                !base::equal_no_case(command->localName(), typed))
+                continue;
+            const std::wstring_view help = help_of(command->globalName());
+            acutPrintf(L"\n%ls  %.*ls\n", command->globalName(), static_cast<int>(help.size()), help.data());
+            std::wstring others;
+            for (const AcEdCommand* const other : commands)
+                if (other != command && other->functionAddr() == command->functionAddr())
+                    others += (others.empty() ? L"" : L", ") + std::wstring(other->globalName());
+            if (!others.empty())
+                acutPrintf(L"  also as %ls\n", others.c_str());
+            if (group != host_group)
+                acutPrintf(L"  a command of %ls\n", group.c_str());
+            if ((command->commandFlags() & ACRX_CMD_TRANSPARENT) != 0)
+                acutPrintf(L"  may be called inside another command, as '%ls\n", command->globalName());
+            return true;
+        }
+    return false;
+}
+
+} // namespace
+
+// With a name behind it on its line, HELP tells of that command.
+void help_command() {
+    std::wstring name;
+    if (editor::instance().input.typed_ahead() &&
+        ask_name(L"\nEnter command name: ", name, [](const std::wstring& given) {
+            return tell_of(given) ? L"" : L"Unknown command \"" + given + L"\". Type HELP for a list.";
+        }) != RTNONE)
+        return;
+    for (const auto& [group, commands] : grouped_commands())
+        list_group(group, commands);
     acutPrintf(L"\n");
 }
 

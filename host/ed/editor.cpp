@@ -5,11 +5,15 @@
 #include "dbmain.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
+#include "host/db/transactions.h"
 #include "host/ed/command_stack.h"
+#include "host/ed/editor_reactors.h"
 #include "host/ed/host_commands.h"
+#include "host/rx/letter_case.h"
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 namespace ed {
 
@@ -23,6 +27,19 @@ std::wstring_view without_prefixes(std::wstring_view typed) {
     while (typed.size() > 1 && (typed.front() == L'_' || typed.front() == L'.' || typed.front() == L'\''))
         typed.remove_prefix(1);
     return typed;
+}
+
+// By the name that users type, or by the global one.
+const AcEdCommand* find_command(const std::wstring& name) {
+    AcEdCommandStack* const stack = acedRegCmds;
+    const AcEdCommand* const command = stack->lookupLocalCmd(name.c_str());
+    return command != nullptr ? command : stack->lookupGlobalCmd(name.c_str());
+}
+
+std::wstring in_capitals(std::wstring_view text) {
+    std::wstring capitals(text);
+    std::transform(capitals.begin(), capitals.end(), capitals.begin(), rx::to_upper);
+    return capitals;
 }
 
 std::wstring as_one_line(std::wstring_view text) {
@@ -42,18 +59,24 @@ editor& editor::instance() {
 
 editor::editor() {
     register_command_stack();
+    register_editor();
     register_host_commands();
+    rx::on_reactor_failure() = [this](std::string_view what) {
+        fail_command(L"a reactor threw: " + base::widen(what));
+    };
 }
 
 void editor::run() {
     while (!stopped_) {
-        if (!waiting_.empty())
-            input.send(std::exchange(waiting_, {}));
+        ap::documents::instance().be_idle();
+        run_calls();
+        if (std::wstring typed = ap::documents::instance().take_typed(); !typed.empty())
+            input.send(typed);
         command_line::instance().fresh_line();
         const answer typed = ask(command_prompt, answer_rule::word);
         switch (typed.kind) {
         case answer_kind::end:
-            if (waiting_.empty())
+            if (!ap::documents::instance().has_typed() && ap::documents::instance().calls.empty())
                 return;
             break;
         case answer_kind::escape:
@@ -74,41 +97,163 @@ void editor::run() {
     }
 }
 
+// What was to run between commands.
+void editor::run_calls() {
+    ap::documents& documents = ap::documents::instance();
+    while (!documents.calls.empty() && !stopped_) {
+        const ap::documents::call call = documents.calls.front();
+        documents.calls.pop_front();
+        running_command as;
+        as.name = as.shown = L"EXECUTEFUNCTION"; // as the editor calls it
+        as.flags =
+            call.context == ap::document::owner::command ? 0 : ACRX_CMD_SESSION | ACRX_CMD_NO_UNDO_MARKER;
+        if (documents.current() != nullptr || (as.flags & ACRX_CMD_SESSION) != 0)
+            run_outermost(as, [&] { call.function(call.data); });
+    }
+}
+
+void editor::quit() {
+    tell_editor([](AcEditorReactor& reactor) { reactor.beginQuit(); });
+    tell_editor([](AcEditorReactor& reactor) { reactor.quitWillStart(); });
+    stopped_ = true;
+}
+
+// ---- commands
+
 bool editor::run_command(std::wstring_view typed) {
     const std::wstring name(without_prefixes(typed));
-    AcEdCommandStack* const stack = acedRegCmds;
-    const AcEdCommand* command = stack->lookupLocalCmd(name.c_str());
-    if (command == nullptr)
-        command = stack->lookupGlobalCmd(name.c_str());
-    if (command == nullptr)
+    const AcEdCommand* const command = find_command(name);
+    if (command == nullptr) {
+        AcDbVoidPtrArray none;
+        tell_editor([&](AcEditorReactor& reactor) { reactor.unknownCommand(name.c_str(), &none); });
         return false;
-    command_ = command;
-    acedUsrBrk(); // an Escape at the prompt, or of the command before, is not this one's
+    }
+    if (ap::documents::instance().current() == nullptr && (command->commandFlags() & ACRX_CMD_SESSION) == 0) {
+        fail_command(L"No drawing is open; " + name + L" needs one.");
+        command_line::instance().print(L"\nNo drawing is open. NEW begins one, OPEN opens a file.\n");
+        return true;
+    }
+    const running_command as{command, in_capitals(without_prefixes(command->globalName())),
+                             std::wstring(without_prefixes(command->globalName())), command->commandFlags()};
+    const AcRxFunctionPtr function = command->functionAddr();
+    if (running_.empty())
+        run_outermost(as, function);
+    else
+        run_inside(as, function);
+    return true;
+}
 
-    const bool marks_undo = (command->commandFlags() & ACRX_CMD_NO_UNDO_MARKER) == 0;
-    if (AcDbDatabase* const database = ap::documents::instance().current_database();
-        database != nullptr && marks_undo)
-        database->imp().begin_step(base::narrow(command->globalName()));
+// The document is locked for its command, and what the command changes is one step of undo.
+template<class Function>
+void editor::run_outermost(const running_command& command, Function function) {
+    ap::documents& documents = ap::documents::instance();
+    ap::document* const document = documents.current();
+    const bool session = (command.flags & ACRX_CMD_SESSION) != 0;
+    const ap::documents::in_context context(session ? ap::document::owner::application
+                                                    : ap::document::owner::command);
+    const bool locks = !session && (command.flags & ACRX_CMD_NOINTERNALLOCK) == 0;
+    const AcAp::DocLockMode mode = (command.flags & ACRX_CMD_DOCEXCLUSIVELOCK) != 0 ? AcAp::kXWrite
+                                   : (command.flags & ACRX_CMD_DOCREADLOCK) != 0    ? AcAp::kRead
+                                                                                    : AcAp::kWrite;
+    if (locks)
+        if (const Acad::ErrorStatus status = documents.lock(*document, mode, command.name);
+            status != Acad::eOk) {
+            fail_command(L"The document could not be locked for " + command.shown + L": " +
+                         acadErrorStatusText(status));
+            return;
+        }
+    acedUsrBrk(); // an Escape at the prompt, or of the command before, is not this one's
+    if ((command.flags & ACRX_CMD_NO_UNDO_MARKER) == 0)
+        for (AcDbDatabase* const database : documents.databases()) // it may go to the others
+            database->imp().begin_step(base::narrow(command.shown));
+    if (!session)
+        ++document->commands;
+    run_inside(command, function);
+    close_left_open(command.shown); // by who was told of its end
+    if (!session)
+        --document->commands;
+    if (locks)
+        documents.unlock(*document);
+}
+
+template<class Function>
+void editor::run_inside(const running_command& command, Function function) {
+    running_.push_back(command);
+    const std::wstring name = command.name;
+    tell_editor([&](AcEditorReactor& reactor) { reactor.commandWillStart(name.c_str()); });
     // Nothing that a command throws may end the program: the drawing is still there.
     try {
-        command->functionAddr()();
+        function();
     } catch (const std::exception& error) {
         command_line::instance().fresh_line();
-        fail_command(L"Command " + std::wstring(command->globalName()) + L" was ended: " +
-                     base::widen(error.what()));
+        fail_command(L"Command " + command.shown + L" was ended: " + base::widen(error.what()));
     } catch (...) {
         command_line::instance().fresh_line();
-        fail_command(L"Command " + std::wstring(command->globalName()) +
-                     L" was ended by an unknown exception");
+        fail_command(L"Command " + command.shown + L" was ended by an unknown exception");
     }
-    command_ = nullptr;
+    if (running_.size() == 1)
+        close_left_open(command.shown);
+    last_outcome_ = running_.back().failed      ? outcome::failed
+                    : running_.back().cancelled ? outcome::cancelled
+                                                : outcome::ended;
+    const outcome became = last_outcome_;
+    tell_editor([&](AcEditorReactor& reactor) {
+        if (became == outcome::failed)
+            reactor.commandFailed(name.c_str());
+        else if (became == outcome::cancelled)
+            reactor.commandCancelled(name.c_str());
+        else
+            reactor.commandEnded(name.c_str());
+    });
+    running_.pop_back();
+    last_outcome_ = became;
+}
+
+// What a command leaves open is its fault; the next one shall not stumble over it.
+void editor::close_left_open(const std::wstring& name) {
+    const auto tell = [&](std::size_t left, const wchar_t* what) {
+        if (left == 0)
+            return;
+        command_line::instance().fresh_line();
+        command_line::instance().error(L"zefhost: command " + name + L" left " + std::to_wstring(left) +
+                                       what);
+    };
+    tell(db::transactions::instance().abort_all(), L" transactions open; they were aborted");
     for (AcDbDatabase* const database : ap::documents::instance().databases())
-        if (const std::size_t left = database->imp().close_all(); left != 0) {
+        tell(database->imp().close_all(), L" objects open; they were closed");
+}
+
+std::wstring editor::command_names() const {
+    std::wstring names;
+    for (const running_command& one : running_)
+        names += (names.empty() ? L"" : L"'") + one.shown;
+    return names;
+}
+
+int editor::run_given(std::deque<answer> answers) {
+    if (running_.empty() || ap::documents::instance().context() == ap::document::owner::application ||
+        !may_ask())
+        return RTERROR;
+    given_answers given{std::move(answers)};
+    given_.push_back(&given);
+    int became = RTNORM;
+    while (became == RTNORM && !given.left.empty() && !stopped_) {
+        const answer name = given.left.front();
+        given.left.pop_front();
+        if (name.kind != answer_kind::text)
+            continue; // Escape and Enter between commands do nothing
+        if (!run_command(name.text)) {
             command_line::instance().fresh_line();
-            command_line::instance().error(L"zefhost: command " + name + L" left " + std::to_wstring(left) +
-                                           L" objects open; they were closed");
+            command_line::instance().echo(L"Unknown command \"" + name.text + L"\".");
+            became = RTERROR;
+        } else if (given.refused || given.ended || last_outcome_ == outcome::failed) {
+            became = RTERROR;
+        } else if (last_outcome_ == outcome::cancelled) {
+            became = RTCAN;
         }
-    return true;
+    }
+    given_.pop_back();
+    return became;
 }
 
 void editor::fail(run_status status, std::wstring_view message) {
@@ -116,6 +261,9 @@ void editor::fail(run_status status, std::wstring_view message) {
     command_line::instance().error(L"zefhost: " + as_one_line(message));
     if (status_ == run_status::well)
         status_ = status;
+    // After a refused answer a command may go on to a good end.
+    if (!running_.empty() && status != run_status::refused && status != run_status::ended_inside)
+        running_.back().failed = true;
     if (!keep_going && !input.at_terminal()) {
         stopped_ = true;
         broke_off_ = true;
@@ -123,22 +271,76 @@ void editor::fail(run_status status, std::wstring_view message) {
 }
 
 void editor::fail_command(std::wstring_view message) {
+    if (!running_.empty())
+        running_.back().failed = true;
+    if (!given_.empty()) { // whoever runs it is told by a code
+        command_line::instance().fresh_line();
+        command_line::instance().echo(message);
+        return;
+    }
     if (input.at_terminal()) { // who typed it has just read why
         if (status_ == run_status::well)
             status_ = run_status::refused;
         return;
     }
     std::wstring text = input.place() + L": ";
-    if (command_ != nullptr)
-        text += L"command " + std::wstring(command_->globalName()) + L" failed: ";
+    if (!running_.empty())
+        text += L"command " + running_.back().shown + L" failed: ";
     fail(run_status::refused, text + as_one_line(message));
 }
 
+bool editor::may_ask() {
+    return rx::reactors_running() == 0;
+}
+
 answer editor::ask(std::wstring_view prompt, answer_rule rule) {
-    if (stopped_)
-        return {};
+    for (;;) {
+        answer given = next_answer(prompt, rule);
+        if (running_.empty())
+            return given;
+        running_.back().cancelled = given.kind == answer_kind::escape || given.kind == answer_kind::end;
+        if (rule != answer_rule::word || given.kind != answer_kind::text || given.quoted ||
+            given.text.front() != L'\'')
+            return given;
+        const AcEdCommand* const command = find_command(std::wstring(without_prefixes(given.text)));
+        if (command == nullptr)
+            return given;
+        if ((command->commandFlags() & ACRX_CMD_TRANSPARENT) == 0) {
+            if (!refuse(prompt, given, L"** That command may not be invoked transparently **"))
+                return {};
+            continue;
+        }
+        const std::wstring resumed = running_.back().name;
+        run_command(given.text);
+        command_line::instance().print(L"\nResuming " + resumed + L" command.");
+        running_.back().cancelled = false;
+    }
+}
+
+// What a program gave is shown as if it had been typed.
+answer editor::next_given(std::wstring_view prompt) {
+    given_answers& given = *given_.back();
     command_line& line = command_line::instance();
-    const bool terminal = input.at_terminal();
+    if (given.left.empty()) {
+        given.ended = true;
+        return {};
+    }
+    answer next = std::move(given.left.front());
+    given.left.pop_front();
+    line.print(prompt);
+    if (next.kind == answer_kind::escape)
+        line.print(L"*Cancel*");
+    line.echo(next.text);
+    return next;
+}
+
+answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
+    if (stopped_ || !may_ask())
+        return {};
+    if (!given_.empty())
+        return next_given(prompt);
+    command_line& line = command_line::instance();
+    const bool terminal = input.at_terminal() && !input.typed_ahead();
     const std::size_t feed = prompt.rfind(L'\n');
     const std::wstring_view last = feed == prompt.npos ? prompt : prompt.substr(feed + 1);
     // A terminal shows the last line of the prompt itself, so that it can redraw it.
@@ -147,9 +349,9 @@ answer editor::ask(std::wstring_view prompt, answer_rule rule) {
     switch (given.kind) {
     case answer_kind::end:
         line.fresh_line();
-        if (command_ != nullptr) {
+        if (!running_.empty()) {
             fail(run_status::ended_inside, L"the input ended (" + input.place() + L") inside command " +
-                                               command_->globalName() + L", at the prompt '" +
+                                               running_.back().shown + L", at the prompt '" +
                                                as_one_line(prompt) + L"'");
             stopped_ = true;
         }
@@ -173,8 +375,14 @@ bool editor::refuse(std::wstring_view prompt, const answer& answer, std::wstring
     command_line& line = command_line::instance();
     line.fresh_line();
     line.echo(reason);
-    if (input.at_terminal())
+    if (!given_.empty()) {
+        given_.back()->refused = true;
+        return !given_.back()->left.empty();
+    }
+    if (input.at_terminal()) {
+        input.drop_typed_ahead(); // it was meant for questions that do not come now
         return true;
+    }
     std::wstring said = answer.kind == answer_kind::enter ? L"Enter" : L"'" + answer.text + L"'";
     fail(run_status::refused, input.place() + L": at the prompt '" + as_one_line(prompt) + L"' the answer " +
                                   said + L" was refused: " + std::wstring(reason));

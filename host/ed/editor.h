@@ -5,8 +5,10 @@
 #include "host/ed/input.h"
 #include "host/ed/output.h"
 
+#include <deque>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ed {
 
@@ -37,8 +39,11 @@ public:
 
     // Runs commands until the input ends or QUIT.
     void run();
-    // Runs one command by its name as typed. False when there is none.
+    // Runs one command by its name as typed, inside the one under way when there is one. False when there is
+    // none of that name.
     bool run_command(std::wstring_view typed);
+    // Runs commands inside the one under way with the answers that a program gives; the codes of acedCmdS.
+    int run_given(std::deque<answer> answers);
 
     run_status status() const { return status_; }
     // Notes a failure; the first one is the run's status. Without a person, and unless it is to go on, it
@@ -48,33 +53,62 @@ public:
     void fail_command(std::wstring_view message);
     // Whether the run is over: no answer comes any more.
     bool stopped() const { return stopped_; }
-    void quit() { stopped_ = true; }
+    void quit();
     // Whether the run stopped before its input was read to the end.
     bool broke_off() const { return broke_off_; }
 
-    // The command under way, by its global name; null at the command prompt.
-    const AcEdCommand* command() const { return command_; }
+    // The innermost command under way; null at the command prompt.
+    const AcEdCommand* command() const { return running_.empty() ? nullptr : running_.back().command; }
+    // The names of all that are under way, the outermost first, with ' between them.
+    std::wstring command_names() const;
 
     // ---- prompts
 
-    // Shows a prompt and reads the answer to it, and echoes it where no terminal did.
+    // Whether somebody may be asked at all: not by whoever is being told of something.
+    static bool may_ask();
+    // Shows a prompt and reads the answer to it, and echoes it where no terminal did. An answer that is a
+    // transparent command, with ' in front, runs it and asks again.
     answer ask(std::wstring_view prompt, answer_rule rule);
     // An answer is refused: the reason is shown. True when the prompt is to ask again, false when the run
     // stops.
     bool refuse(std::wstring_view prompt, const answer& answer, std::wstring_view reason);
 
-    // A text that runs when the command under way has ended.
-    void send_when_ended(std::wstring_view text) { waiting_ += text; }
-
 private:
     editor();
+
+    // What runs as a command, and what became of it.
+    struct running_command {
+        const AcEdCommand* command = nullptr; // null for a function that was to run as one
+        std::wstring name;                    // as reactors are told
+        std::wstring shown;
+        Adesk::Int32 flags = 0;
+        bool cancelled = false; // the last answer was Escape, or none
+        bool failed = false;
+    };
+    // What a program gives for the commands that it runs.
+    struct given_answers {
+        std::deque<answer> left;
+        bool refused = false;
+        bool ended = false; // they did not suffice
+    };
+    enum class outcome { ended, cancelled, failed };
+
+    template<class Function>
+    void run_outermost(const running_command& command, Function function);
+    template<class Function>
+    void run_inside(const running_command& command, Function function);
+    void run_calls();
+    void close_left_open(const std::wstring& name);
+    answer next_answer(std::wstring_view prompt, answer_rule rule);
+    answer next_given(std::wstring_view prompt);
 
     run_status status_ = run_status::well;
     bool stopped_ = false;
     bool broke_off_ = false;
-    const AcEdCommand* command_ = nullptr;
+    std::vector<running_command> running_; // the outermost first
+    std::vector<given_answers*> given_;    // the innermost last
+    outcome last_outcome_ = outcome::ended;
     std::wstring last_command_; // as typed, for Enter
-    std::wstring waiting_;      // sent while a command runs
 };
 
 } // namespace ed

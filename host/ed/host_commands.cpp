@@ -3,28 +3,65 @@
 #include "base/case_fold.h"
 #include "rxregsvc.h"
 
+#include <algorithm>
+
 namespace ed {
 
 namespace {
 
-constexpr const wchar_t* group = L"ACAD";
+// What a command needs no drawing for runs without one.
+constexpr Adesk::Int32 without_drawing = ACRX_CMD_SESSION;
+constexpr Adesk::Int32 no_step = ACRX_CMD_NO_UNDO_MARKER;
 
 constexpr host_command commands[] = {
     {L"-LAYER", layer_command, ACRX_CMD_TRANSPARENT, L"makes layers and sets their properties"},
-    {L"ARX", arx_command, ACRX_CMD_NO_UNDO_MARKER, L"loads, unloads and lists applications"},
-    {L"HELP", help_command, ACRX_CMD_TRANSPARENT | ACRX_CMD_NO_UNDO_MARKER, L"lists the commands"},
-    {L"?", help_command, ACRX_CMD_TRANSPARENT | ACRX_CMD_NO_UNDO_MARKER, L""},
+    {L"LAYER", layer_command, ACRX_CMD_TRANSPARENT, L""},
+    {L"LA", layer_command, ACRX_CMD_TRANSPARENT, L""},
+    {L"ARX", arx_command, no_step | without_drawing, L"loads, unloads and lists applications"},
+    {L"CIRCLE", circle_command, 0, L"draws a circle"},
+    {L"C", circle_command, 0, L""},
+    {L"CLOSE", close_command, no_step | without_drawing, L"closes the drawing"},
+    {L"ERASE", erase_command, ACRX_CMD_USEPICKSET, L"erases objects"},
+    {L"E", erase_command, ACRX_CMD_USEPICKSET, L""},
+    {L"EXPLODE", explode_command, ACRX_CMD_USEPICKSET, L"takes blocks, polylines and the like apart"},
+    {L"X", explode_command, ACRX_CMD_USEPICKSET, L""},
+    {L"HELP", help_command, ACRX_CMD_TRANSPARENT | no_step | without_drawing,
+     L"lists the commands; HELP NAME tells of one"},
+    {L"?", help_command, ACRX_CMD_TRANSPARENT | no_step | without_drawing, L""},
+    {L"INSERT", insert_command, 0, L"inserts a block, or a drawing file as one"},
+    {L"-INSERT", insert_command, 0, L""},
+    {L"I", insert_command, 0, L""},
+    {L"LAYOUT", layout_command, 0, L"makes, copies, renames, deletes and shows layouts"},
+    {L"-LAYOUT", layout_command, 0, L""},
+    {L"LO", layout_command, 0, L""},
+    {L"LINE", line_command, 0, L"draws lines from point to point"},
+    {L"L", line_command, 0, L""},
     {L"LIST", list_command, ACRX_CMD_USEPICKSET, L"shows what is known of picked objects"},
-    {L"OPEN", open_command, ACRX_CMD_NO_UNDO_MARKER, L"opens a drawing file"},
-    {L"QSAVE", qsave_command, ACRX_CMD_NO_UNDO_MARKER, L"saves the drawing to its file"},
-    {L"QUIT", quit_command, ACRX_CMD_NO_UNDO_MARKER, L"ends the program"},
-    {L"EXIT", quit_command, ACRX_CMD_NO_UNDO_MARKER, L""},
-    {L"REDO", redo_command, ACRX_CMD_NO_UNDO_MARKER, L"gives again what the last U took back"},
+    {L"LI", list_command, ACRX_CMD_USEPICKSET, L""},
+    {L"MSPACE", mspace_command, 0, L"goes through a viewport of a layout into model space"},
+    {L"MS", mspace_command, 0, L""},
+    {L"NEW", new_command, no_step | without_drawing, L"begins a new drawing"},
+    {L"OPEN", open_command, no_step | without_drawing, L"opens a drawing file"},
+    {L"PSPACE", pspace_command, 0, L"goes back to the layout's sheet"},
+    {L"PS", pspace_command, 0, L""},
+    {L"QSAVE", qsave_command, no_step, L"saves the drawing to its file"},
+    {L"QUIT", quit_command, no_step | without_drawing, L"ends the program"},
+    {L"EXIT", quit_command, no_step | without_drawing, L""},
+    {L"REDO", redo_command, no_step, L"gives again what the last U or UNDO took back"},
+    {L"REDRAW", redraw_command, ACRX_CMD_TRANSPARENT, L"shows the display anew"},
+    {L"R", redraw_command, ACRX_CMD_TRANSPARENT, L""},
     {L"REGEN", regen_command, ACRX_CMD_TRANSPARENT, L"brings the display up to date"},
     {L"RE", regen_command, ACRX_CMD_TRANSPARENT, L""},
-    {L"SAVEAS", saveas_command, ACRX_CMD_NO_UNDO_MARKER, L"saves the drawing under a name"},
+    {L"SAVEAS", saveas_command, no_step, L"saves the drawing under a name"},
+    {L"SELECT", select_command, ACRX_CMD_USEPICKSET, L"makes the set that P means in the next selection"},
     {L"SETVAR", setvar_command, ACRX_CMD_TRANSPARENT, L"shows and sets system variables"},
-    {L"U", u_command, ACRX_CMD_NO_UNDO_MARKER, L"takes back the last command"},
+    {L"SET", setvar_command, ACRX_CMD_TRANSPARENT, L""},
+    {L"TEXT", text_command, 0, L"writes lines of text"},
+    {L"DT", text_command, 0, L""},
+    {L"U", u_command, no_step, L"takes back the last command"},
+    {L"UNDO", undo_command, no_step, L"takes back several commands, to a mark, or as groups"},
+    {L"XATTACH", xattach_command, 0, L"attaches a drawing file as an external reference"},
+    {L"XA", xattach_command, 0, L""},
 };
 
 } // namespace
@@ -32,14 +69,25 @@ constexpr host_command commands[] = {
 void register_host_commands() {
     AcEdCommandStack* const stack = acedRegCmds;
     for (const host_command& command : commands)
-        stack->addCommand(group, command.name, command.name, command.flags, command.function);
+        stack->addCommand(host_group, command.name, command.name, command.flags, command.function);
 }
 
 std::wstring_view help_of(std::wstring_view command) {
-    for (const host_command& known : commands)
+    // Of other names the row of the command itself stands in front.
+    std::wstring_view help;
+    for (const host_command& known : commands) {
+        if (*known.help != 0)
+            help = known.help;
         if (base::equal_no_case(known.name, command))
-            return known.help;
+            return help;
+    }
     return {};
+}
+
+bool is_other_name(std::wstring_view command) {
+    return std::any_of(std::begin(commands), std::end(commands), [&](const host_command& known) {
+        return *known.help == 0 && base::equal_no_case(known.name, command);
+    });
 }
 
 } // namespace ed

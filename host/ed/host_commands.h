@@ -14,22 +14,41 @@ struct host_command {
     const wchar_t* help; // empty: another name of the command above
 };
 
-// Registers them in the group "ACAD".
-void register_host_commands();
-// The line on a command; empty when it is none of the host's.
-std::wstring_view help_of(std::wstring_view command);
+// Their group.
+inline constexpr const wchar_t* host_group = L"ACAD";
 
-void open_command();
-void qsave_command();
-void saveas_command();
-void quit_command();
-void u_command();
-void redo_command();
-void setvar_command();
-void regen_command();
-void layer_command();
-void list_command();
+// Registers them.
+void register_host_commands();
+// The line on a command, or on the one that it is another name of; empty when it is none of the host's.
+std::wstring_view help_of(std::wstring_view command);
+bool is_other_name(std::wstring_view command);
+
 void arx_command();
+void circle_command();
+void close_command();
+void erase_command();
+void explode_command();
 void help_command();
+void insert_command();
+void layer_command();
+void layout_command();
+void line_command();
+void list_command();
+void mspace_command();
+void new_command();
+void open_command();
+void pspace_command();
+void qsave_command();
+void quit_command();
+void redo_command();
+void redraw_command();
+void regen_command();
+void saveas_command();
+void select_command();
+void setvar_command();
+void text_command();
+void u_command();
+void undo_command();
+void xattach_command();
 
 } // namespace ed

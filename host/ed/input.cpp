@@ -46,6 +46,8 @@ void input::add_text(std::wstring name, std::wstring_view text) {
 
 // Texts that programs send hold no comments: a semicolon is one.
 void input::send(std::wstring_view text) {
+    if (!text.empty() && is_blank(text.back())) // it ends its answer, as the end of the text would
+        text.remove_suffix(1);
     source added;
     added.name = L"sent text";
     added.lines = lines_of(text);
@@ -160,6 +162,11 @@ bool input::at_terminal() {
     while (!sent_.empty() && !fetch(sent_.front(), {}))
         sent_.pop_front();
     return sent_.empty() && !sources_.empty() && sources_.front().terminal;
+}
+
+void input::drop_typed_ahead() {
+    if (!sources_.empty())
+        sources_.front().open = false;
 }
 
 std::wstring input::place() const {

@@ -47,6 +47,10 @@ public:
 
     // Whether a person answers the next question.
     bool at_terminal();
+    // Whether that answer was typed already, on the line of an answer before; and leaves out what is left of
+    // such a line.
+    bool typed_ahead() const { return !sources_.empty() && sources_.front().open; }
+    void drop_typed_ahead();
     // Where the answer read last stood: "script.scr, line 12".
     std::wstring place() const;
 

@@ -67,6 +67,13 @@ keyword_list::keyword_list(std::wstring_view list) {
     }
 }
 
+std::vector<std::wstring> keyword_list::words() const {
+    std::vector<std::wstring> found;
+    for (const word& known : words_)
+        found.push_back(known.local);
+    return found;
+}
+
 std::optional<std::wstring> keyword_list::match(std::wstring_view typed) const {
     if (typed.empty())
         return std::nullopt;

@@ -18,6 +18,8 @@ public:
     explicit keyword_list(std::wstring_view list);
 
     bool empty() const { return words_.empty(); }
+    // The words that a user types, as they are spelled.
+    std::vector<std::wstring> words() const;
     // The keyword that a text stands for, as the program gets it; nothing when it is none. Case is ignored,
     // "_" in front asks for the global word. The capitals of a word are the least that has to be typed.
     std::optional<std::wstring> match(std::wstring_view typed) const;

@@ -16,8 +16,11 @@ namespace {
 // the other the last drawn is on top, and so is remembered.
 class testing final : public gi::canvas {
 public:
-    testing(const gi::region& region, layer_states& states)
-        : region_(region), states_(states), all_(region) {}
+    // What the answer depends on: the topmost hit, or whether anything is touched, or everything inside.
+    enum class wanted { topmost, any, all };
+
+    testing(const gi::region& region, layer_states& states, wanted wanted)
+        : region_(region), states_(states), wanted_(wanted), all_(region) {}
 
     bool touched() const { return touched_; }
     bool all_inside() const { return all_.all_inside(); }
@@ -36,6 +39,9 @@ public:
         return true;
     }
     void leave() override { frames_.pop_back(); }
+    bool is_done() const override {
+        return wanted_ == wanted::any ? touched_ : wanted_ == wanted::all && all_.any_outside();
+    }
     bool enter_block(const AcDbExtents& block, const AcGeMatrix3d& to_world) override {
         if (gi::is_empty(block))
             return true; // of what has no extents, lines without end may yet be hit
@@ -104,6 +110,7 @@ private:
 
     const gi::region& region_;
     layer_states& states_;
+    wanted wanted_;
     gi::region_test all_;
     bool touched_ = false;
     std::vector<gi::visit> path_;
@@ -129,7 +136,7 @@ std::optional<hit> pick(AcDbImpDatabase& database, const AcGePoint3d& point) {
         gi::region::box({point.x - half, point.y - half}, {point.x + half, point.y + half});
     layer_states states(database);
     for (const dxf::record_id entity : database.entities_near(current_space(database), box_around(box))) {
-        testing test(box, states);
+        testing test(box, states, testing::wanted::topmost);
         gi::tracer(test).draw(database, entity);
         if (!test.touched())
             continue;
@@ -148,7 +155,7 @@ std::vector<dxf::record_id> entities_in(AcDbImpDatabase& database, const gi::reg
     std::vector<dxf::record_id> found;
     layer_states states(database);
     for (const dxf::record_id entity : database.entities_near(current_space(database), box_around(region))) {
-        testing test(region, states);
+        testing test(region, states, reach == reach::inside ? testing::wanted::all : testing::wanted::any);
         gi::tracer(test).draw(database, entity);
         if (reach == reach::inside ? test.all_inside() : test.touched())
             found.push_back(entity);

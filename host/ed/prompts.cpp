@@ -1,13 +1,10 @@
 #include "host/ed/prompts.h"
 
 #include "acedads.h"
-#include "base/number_text.h"
-#include "base/utf.h"
-#include "host/ed/expression.h"
-#include "host/ed/system_variables.h"
+#include "host/ed/expected.h"
 
 #include <algorithm>
-#include <limits>
+#include <atomic>
 #include <optional>
 #include <utility>
 
@@ -17,7 +14,7 @@ namespace {
 
 input_rules next_rules;
 std::optional<std::wstring> last_keyword;
-bool break_pending = false;
+std::atomic<bool> break_pending = false;
 
 constexpr std::wstring_view keyword_wanted = L"Invalid option keyword.";
 
@@ -25,6 +22,10 @@ constexpr std::wstring_view keyword_wanted = L"Invalid option keyword.";
 
 input_rules take_input_rules() {
     return std::exchange(next_rules, {});
+}
+
+void press_break() {
+    break_pending = true;
 }
 
 void keep_keyword(std::wstring word) {
@@ -39,24 +40,29 @@ void copy_out(std::wstring_view text, ACHAR* buffer, std::size_t size) {
     buffer[length] = 0;
 }
 
-int ask_value(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
-              const std::function<std::wstring(const answer&)>& take) {
+int ask_judged(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
+               const std::function<verdict(const answer&)>& judge) {
     editor& editor = editor::instance();
     last_keyword.reset();
+    if (!editor::may_ask())
+        return RTERROR;
+    if (break_pending.exchange(false)) // nobody asked for it: it ends this question
+        return RTCAN;
+    const expecting hint({rules.keywords.words(), expected().file, expected().others});
     const std::wstring_view shown = prompt != nullptr ? prompt : L"";
     for (;;) {
         const answer given = editor.ask(shown, rule);
-        std::wstring reason;
+        verdict found;
         switch (given.kind) {
         case answer_kind::end:
             return RTCAN;
         case answer_kind::escape:
-            break_pending = true;
+            press_break();
             return RTCAN;
         case answer_kind::enter:
             if ((rules.bits & RSG_NONULL) == 0)
                 return RTNONE;
-            reason = L"An answer is required.";
+            found = verdict::refused(L"An answer is required.");
             break;
         case answer_kind::text:
             if (!given.quoted && !given.expression)
@@ -64,20 +70,26 @@ int ask_value(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
                     keep_keyword(std::move(*word));
                     return RTKWORD;
                 }
-            reason = take(given);
-            if (reason.empty())
+            found = judge(given);
+            if (found.what == verdict::how::taken)
                 return RTNORM;
-            // A value that one of the bits forbids is refused all the same.
-            if ((rules.bits & RSG_OTHER) != 0 && !given.expression &&
-                !base::parse_real(base::narrow(given.text))) {
+            if (found.what == verdict::how::unknown && (rules.bits & RSG_OTHER) != 0 && !given.expression) {
                 keep_keyword(given.text);
                 return RTKWORD;
             }
             break;
         }
-        if (!editor.refuse(shown, given, reason))
+        if (!editor.refuse(shown, given, found.reason))
             return RTCAN;
     }
+}
+
+int ask_value(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
+              const std::function<std::wstring(const answer&)>& take) {
+    return ask_judged(prompt, rules, rule, [&](const answer& given) {
+        std::wstring reason = take(given);
+        return reason.empty() ? verdict() : verdict::unknown(std::move(reason));
+    });
 }
 
 } // namespace ed
@@ -88,82 +100,62 @@ int acedInitGet(int bits, const ACHAR* keywords) {
     return RTNORM;
 }
 
-int acedGetKword(const ACHAR* prompt, ACHAR* result, size_t size) {
+int acedGetKword(const ACHAR* prompt, AcString& result) {
     const ed::input_rules rules = ed::take_input_rules();
     const int answered = ed::ask_value(prompt, rules, ed::answer_rule::word,
                                        [](const ed::answer&) { return std::wstring(ed::keyword_wanted); });
     if (answered != RTKWORD)
         return answered;
-    ed::copy_out(*ed::last_keyword, result, size);
+    result = ed::last_keyword->c_str();
     ed::last_keyword.reset();
     return RTNORM;
 }
 
-int acedGetInt(const ACHAR* prompt, int* result) {
-    const ed::input_rules rules = ed::take_input_rules();
-    return ed::ask_value(prompt, rules, ed::answer_rule::word, [&](const ed::answer& given) -> std::wstring {
-        const auto value = base::parse_integer(base::narrow(given.text));
-        if (!value || *value < std::numeric_limits<int>::min() || *value > std::numeric_limits<int>::max())
-            return L"Requires an integer value or option keyword.";
-        if ((rules.bits & RSG_NOZERO) != 0 && *value == 0)
-            return L"Value must be nonzero.";
-        if ((rules.bits & RSG_NONEG) != 0 && *value < 0)
-            return L"Value must be positive.";
-        if (result != nullptr)
-            *result = static_cast<int>(*value);
-        return {};
-    });
+int acedGetKword(const ACHAR* prompt, ACHAR* result, size_t size) {
+    AcString word;
+    const int answered = acedGetKword(prompt, word);
+    if (answered == RTNORM)
+        ed::copy_out(word.constPtr(), result, size);
+    return answered;
 }
 
-int acedGetReal(const ACHAR* prompt, ads_real* result) {
-    const ed::input_rules rules = ed::take_input_rules();
-    return ed::ask_value(prompt, rules, ed::answer_rule::word, [&](const ed::answer& given) -> std::wstring {
-        const auto value = base::parse_real(base::narrow(given.text));
-        if (!value)
-            return L"Requires numeric value or option keyword.";
-        if ((rules.bits & RSG_NOZERO) != 0 && *value == 0.0)
-            return L"Value must be nonzero.";
-        if ((rules.bits & RSG_NONEG) != 0 && *value < 0.0)
-            return L"Value must be positive.";
-        if (result != nullptr)
-            *result = *value;
-        return {};
-    });
-}
-
-int acedGetPoint(const ads_point /*base*/, const ACHAR* prompt, ads_point result) {
-    const ed::input_rules rules = ed::take_input_rules();
-    return ed::ask_value(prompt, rules, ed::answer_rule::word, [&](const ed::answer& given) -> std::wstring {
-        const auto point = ed::parse_point(given.text);
-        if (!point)
-            return L"Invalid point.";
-        if (result != nullptr)
-            ads_point_set(point->data(), result);
-        return {};
-    });
-}
-
-int acedGetString(int cronly, const ACHAR* prompt, ACHAR* result, size_t size) {
+int acedGetString(int cronly, const ACHAR* prompt, AcString& result) {
     ed::take_input_rules();
     const auto rule = cronly != 0 ? ed::answer_rule::line : ed::answer_rule::word;
     const int answered = ed::ask_value(prompt, {}, rule, [&](const ed::answer& given) -> std::wstring {
-        ed::copy_out(given.text, result, size);
+        result = given.text.c_str();
         return {};
     });
     if (answered != RTNONE)
         return answered;
-    ed::copy_out({}, result, size);
+    result.setEmpty();
     return RTNORM;
 }
 
-int acedGetInput(ACHAR* result, size_t size) {
+int acedGetString(int cronly, const ACHAR* prompt, ACHAR* result, size_t size) {
+    AcString text;
+    const int answered = acedGetString(cronly, prompt, text);
+    if (answered == RTNORM)
+        ed::copy_out(text.constPtr(), result, size);
+    return answered;
+}
+
+int acedGetInput(AcString& result) {
     if (!ed::last_keyword)
         return RTERROR;
-    ed::copy_out(*ed::last_keyword, result, size);
+    result = ed::last_keyword->c_str();
     ed::last_keyword.reset();
     return RTNORM;
 }
 
+int acedGetInput(ACHAR* result, size_t size) {
+    AcString word;
+    const int answered = acedGetInput(word);
+    if (answered == RTNORM)
+        ed::copy_out(word.constPtr(), result, size);
+    return answered;
+}
+
 int acedUsrBrk() {
-    return std::exchange(ed::break_pending, false) ? 1 : 0;
+    return ed::break_pending.exchange(false) ? 1 : 0;
 }

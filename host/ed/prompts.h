@@ -19,11 +19,27 @@ struct input_rules {
 // Takes what was said for the next call, and forgets it.
 input_rules take_input_rules();
 
-// Asks until an answer is taken, the user ends it, or the run stops. Gives RTNORM when `take` took the
-// answer, RTNONE for Enter, RTKWORD for a keyword (acedGetInput has it), RTCAN for Escape and the end of the
-// input. `take` answers with an empty text, or with the reason why the answer is refused.
+// What became of an answer: taken, refused with a reason, or not understood at all. What is not understood is
+// still an answer where RSG_OTHER takes any text; what is refused never is.
+struct verdict {
+    enum class how { taken, refused, unknown } what = how::taken;
+    std::wstring reason;
+
+    static verdict refused(std::wstring why) { return {how::refused, std::move(why)}; }
+    static verdict unknown(std::wstring why) { return {how::unknown, std::move(why)}; }
+};
+
+// Asks until an answer is taken, the user ends it, or the run stops. Gives RTNORM when `judge` took the
+// answer, RTNONE for Enter, RTKWORD for a keyword (acedGetInput has it), RTCAN for Escape, also for one that
+// nobody has looked at since (acedUsrBrk), and for the end of the input.
+int ask_judged(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
+               const std::function<verdict(const answer&)>& judge);
+// The same where `take` answers with an empty text, or with the reason why the answer is refused.
 int ask_value(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
               const std::function<std::wstring(const answer&)>& take);
+
+// The user pressed Escape, or Ctrl-C while something runs; may be called by a signal.
+ACCORE_PORT void press_break();
 
 // Keeps a keyword for acedGetInput.
 void keep_keyword(std::wstring word);

@@ -11,9 +11,16 @@
 
 namespace ed {
 
-// A filter made ready for one drawing. Names and texts are patterns without regard to case; what an entity
-// leaves out counts with its default. Types and layers are judged by their numbers in the index, so that a
-// filter by these reads no entity.
+// A filter made ready for one drawing.
+//
+// All values of the chain must be met. Texts are patterns, without regard to case; numbers and points are
+// equal, or stand in the relation that a -4 in front of them names; for points there is one for each
+// coordinate. Brackets of -4 group ("<OR" "OR>" and the like); behind -3 stand the names of applications.
+// Where an entity has a group more than once, one that fits will do. What an entity leaves out counts with
+// its default. Space, layout and owner (67, 410, 330) are judged by where an entity stands; handles and what
+// no entity has are passed over.
+//
+// Types and layers are judged by their numbers in the index, so that a filter by these reads no entity.
 class ACCORE_PORT selection_filter {
 public:
     // Nothing for a chain whose groups do not balance or that holds what a filter can not.
@@ -28,10 +35,15 @@ public:
 
 private:
     struct node;
+    class reader;
+    struct candidate;
     explicit selection_filter(AcDbImpDatabase& database) : database_(&database) {}
-    static std::shared_ptr<node> parse(const resbuf*& at, const wchar_t* until,
-                                       const AcDbImpDatabase& database);
-    bool fits(const node& tested, dxf::record_id entity, std::optional<dxf::group_list>& groups) const;
+    bool fits(const node& tested, candidate& entity) const;
+    bool fits_space(const node& tested, candidate& entity) const;
+    bool fits_text(const node& tested, candidate& entity) const;
+    bool fits_number(const node& tested, candidate& entity) const;
+    bool fits_point(const node& tested, candidate& entity) const;
+    bool fits_application(const node& tested, candidate& entity) const;
 
     AcDbImpDatabase* database_;
     std::shared_ptr<const node> root_;

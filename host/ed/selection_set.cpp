@@ -41,10 +41,21 @@ bool selection_set::add(AcDbObjectId id) {
     return true;
 }
 
+void selection_set::add_again(AcDbObjectId id) {
+    doubles_ = doubles_ || contains(id);
+    places().try_emplace(id.asOldId(), ids_.size());
+    ids_.push_back(id);
+}
+
 bool selection_set::remove(AcDbObjectId id) {
     const auto at = places().find(id.asOldId());
     if (at == places().end())
         return false;
+    if (doubles_) {
+        std::erase(ids_, id);
+        indexed_ = false;
+        return true;
+    }
     ids_[at->second].setNull();
     places().erase(at);
     ++holes_;

@@ -1,4 +1,4 @@
-// Selection sets: ordered, without doubles, known by a name that programs hold.
+// Selection sets: ordered, as a rule without doubles, known by a name that programs hold.
 #pragma once
 
 #include "adsdef.h"
@@ -18,6 +18,9 @@ public:
 
     // False when it was in the set already.
     bool add(AcDbObjectId id);
+    // Once more, whether it is in it or not.
+    void add_again(AcDbObjectId id);
+    // Takes it out, however often it is there.
     bool remove(AcDbObjectId id);
     bool contains(AcDbObjectId id) const { return places().contains(id.asOldId()); }
     const std::vector<AcDbObjectId>& ids() const;
@@ -32,6 +35,7 @@ private:
     mutable std::size_t holes_ = 0;
     mutable index places_;
     mutable bool indexed_ = false;
+    bool doubles_ = false;
 };
 
 // Gives a set a name. False, ERRNO 3, when 128 sets are in use.

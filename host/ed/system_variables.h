@@ -1,7 +1,8 @@
-// System variables: values by name, of the session or of the drawing.
+// System variables: values by name, of the session, of the user's profile or of the drawing.
 #pragma once
 
 #include "adesk.h"
+#include "gepnt3d.h"
 
 #include <string>
 #include <string_view>
@@ -10,17 +11,41 @@
 
 namespace ed {
 
-using variable_value = std::variant<int, double, std::wstring>;
+// Points of the plane have 0 for z.
+using variable_value = std::variant<int, double, std::wstring, AcGePoint3d>;
 
 enum class variable_status { well, unknown, read_only, wrong_type, out_of_range };
 
 // `value` gets it; its kind is that of the variable.
-variable_status get_variable(std::wstring_view name, variable_value& value);
-variable_status set_variable(std::wstring_view name, const variable_value& value);
+ACCORE_PORT variable_status get_variable(std::wstring_view name, variable_value& value);
+// Whole numbers are taken where a variable is a real one. Reactors of the editor hear of it, also of the same
+// value.
+ACCORE_PORT variable_status set_variable(std::wstring_view name, const variable_value& value);
 // Whether a known variable can not be set.
-bool is_read_only(std::wstring_view name);
+ACCORE_PORT bool is_read_only(std::wstring_view name);
+// Whether a known variable is kept in the drawing.
+ACCORE_PORT bool is_of_drawing(std::wstring_view name);
+// Whether a known variable is a point of the plane.
+bool is_flat_point(std::wstring_view name);
 // In the order of their names.
-std::vector<std::wstring> variable_names();
+ACCORE_PORT std::vector<std::wstring> variable_names();
+
+// A value as the command line shows it: 1, 2.5, "text", 1.0,2.0,0.0.
+ACCORE_PORT std::wstring shown_value(const variable_value& value);
+// Reads a value of the same kind as `old` from what was typed; false when it is none.
+ACCORE_PORT bool read_value(std::wstring_view typed, const variable_value& old, variable_value& value);
+
+// For the host itself, whose values nothing forbids: a value of the session, such as LASTPOINT. No one is
+// told.
+void put_variable(std::wstring_view name, variable_value value);
+// The value of a variable that is known to be of a kind.
+template<class Value>
+Value variable(std::wstring_view name) {
+    variable_value value = Value{};
+    get_variable(name, value);
+    const Value* const held = std::get_if<Value>(&value);
+    return held != nullptr ? *held : Value{};
+}
 
 // Sets ERRNO.
 void set_error_number(int number);

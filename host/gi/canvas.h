@@ -59,11 +59,13 @@ public:
     // was not left out ends with leave().
     virtual bool enter(const visit& /*entity*/) { return true; }
     virtual void leave() {}
-    // What stands in a block begins, all of it within these corners (of the block's coordinates): false when
-    // it need not be drawn.
+    // What stands in a block, or in several rows and columns of it, begins, all of it within these corners
+    // (of the block's coordinates): false when it need not be drawn.
     virtual bool enter_block(const AcDbExtents& /*extents*/, const AcGeMatrix3d& /*to_world*/) {
         return true;
     }
+    // Whether it has seen enough: what is left need not be drawn.
+    virtual bool is_done() const { return false; }
 
     virtual void lines(std::span<const AcGePoint3d> points) = 0;
     // A closed figure, filled; its rim belongs to it.

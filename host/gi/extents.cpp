@@ -36,19 +36,27 @@ bool extents_canvas::enter_block(const AcDbExtents& block, const AcGeMatrix3d& t
     if (!is_empty(block)) {
         AcDbExtents moved = block;
         moved.transformBy(to_world);
-        extents_.addExt(moved);
+        add(moved.minPoint());
+        add(moved.maxPoint());
     }
     return false;
 }
 
-void extents_canvas::lines(std::span<const AcGePoint3d> points) {
-    for (const AcGePoint3d& point : points)
+// What lies further out than extents begin, or nowhere, is damage.
+void extents_canvas::add(const AcGePoint3d& point) {
+    constexpr double furthest = 1e20;
+    if (std::fabs(point.x) < furthest && std::fabs(point.y) < furthest && std::fabs(point.z) < furthest)
         extents_.addPoint(point);
 }
 
+void extents_canvas::lines(std::span<const AcGePoint3d> points) {
+    for (const AcGePoint3d& point : points)
+        add(point);
+}
+
 void extents_canvas::curve(const arc& arc) {
-    extents_.addPoint(arc.at(arc.start));
-    extents_.addPoint(arc.at(arc.start + arc.sweep));
+    add(arc.at(arc.start));
+    add(arc.at(arc.start + arc.sweep));
     // Each coordinate is c + a cos t + b sin t: extreme where tan t = b / a, and half a turn on.
     for (unsigned axis = 0; axis < 3; ++axis) {
         const double t = std::atan2(arc.v[axis], arc.u[axis]);
@@ -57,7 +65,7 @@ void extents_canvas::curve(const arc& arc) {
             const double at = t + half * turn;
             const double along = (at - arc.start) / (arc.sweep == 0.0 ? 1.0 : arc.sweep);
             if (arc.is_whole() || (along >= 0.0 && along <= 1.0))
-                extents_.addPoint(arc.at(at));
+                add(arc.at(at));
         }
     }
 }

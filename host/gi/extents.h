@@ -28,6 +28,8 @@ public:
     void curve(const arc& arc) override;
 
 private:
+    void add(const AcGePoint3d& point);
+
     AcDbExtents extents_;
     std::size_t own_entered_ = 0;
     std::size_t* entered_; // how many entities

@@ -2,11 +2,11 @@
 
 #include "dbmain.h"
 #include "host/db/imp_database.h"
+#include "host/dxf/group_list.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/extents.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <numbers>
 
@@ -36,8 +36,6 @@ public:
                 in_braces_ = group_.value.find('{') != std::string_view::npos;
             if (in_braces_ || code == 102)
                 continue;
-            if (code == 100)
-                ++markers_;
             if ((code == 210 || code == 220) && value() != 0.0)
                 tilted_ = true;
             if (code == 230 && value() < 0.0)
@@ -48,13 +46,7 @@ public:
     }
     int code() const { return group_.code; }
     std::string_view text() const { return group_.value; }
-    double value() const {
-        const std::string_view digits = dxf::trimmed(group_.value);
-        double number = 0.0;
-        std::from_chars(digits.data() + (digits.starts_with('+') ? 1 : 0), digits.data() + digits.size(),
-                        number);
-        return number;
-    }
+    double value() const { return dxf::leading_real(group_.value).value_or(0.0); }
     bool tilted() const { return tilted_; }
 
 private:
@@ -62,7 +54,6 @@ private:
     dxf::raw_group group_;
     bool in_braces_ = false;
     bool tilted_ = false;
-    int markers_ = 0;
 };
 
 using maybe_box = std::optional<flat_box>;
@@ -203,6 +194,8 @@ maybe_box box_of_text(std::string_view record) {
             break;
         }
     }
+    if (height == 0.0) // then it is the one that is meant without a value
+        return {};
     // No letter is wider than one and a half of its height; a slant and what hangs below are two more.
     const double around = height * (2.0 + 1.5 * factor * static_cast<double>(letters));
     flat_box box;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace gi {
 
@@ -55,7 +56,13 @@ region::region(std::vector<AcGePoint2d> points, bool closed) : points_(std::move
 }
 
 region region::box(const AcGePoint2d& first, const AcGePoint2d& second) {
-    return polygon({first, {second.x, first.y}, second, {first.x, second.y}});
+    region made = polygon({first, {second.x, first.y}, second, {first.x, second.y}});
+    made.is_box_ = true;
+    return made;
+}
+
+bool region::holds_box(const AcGePoint2d& least, const AcGePoint2d& most) const {
+    return is_box_ && least_.x < least.x && most.x < most_.x && least_.y < least.y && most.y < most_.y;
 }
 
 bool region::holds(const AcGePoint2d& point) const {
@@ -126,13 +133,28 @@ void region_test::curve(const arc& arc) {
     // A chord may miss by a tenth of a pick box, which is finer than anyone points.
     fine_ = width > 0.0 ? std::min(width / 10.0, size / 1000.0) : size / 1000.0;
     constexpr double absurd = 1e15; // beyond it no two points of a drawing can be told apart
-    if (!(size < absurd)) {
+    if (!(size < absurd) || !std::isfinite(arc.center.x + arc.center.y + arc.start + arc.sweep)) {
+        any_ = outside_ = true;
+        return;
+    }
+    // Most curves lie wholly in a window, or wholly out of reach.
+    const double reach = arc.u.length() + arc.v.length();
+    const AcGePoint2d least(arc.center.x - reach, arc.center.y - reach);
+    const AcGePoint2d most(arc.center.x + reach, arc.center.y + reach);
+    if (region_.holds_box(least, most)) {
+        any_ = touched_ = true;
+        return;
+    }
+    if (most.x < region_.least().x || least.x > region_.most().x || most.y < region_.least().y ||
+        least.y > region_.most().y) {
         any_ = outside_ = true;
         return;
     }
     constexpr int pieces = 8;
+    constexpr double full = 2.0 * std::numbers::pi;
+    const double sweep = std::clamp(arc.sweep, -full, full);
     for (int i = 0; i < pieces; ++i)
-        piece(arc, size, arc.start + arc.sweep * i / pieces, arc.sweep / pieces);
+        piece(arc, size, arc.start + sweep * i / pieces, sweep / pieces);
 }
 
 // Halves a piece of an arc until it is straight enough; what is away from the region is not looked at closer.

@@ -22,6 +22,8 @@ public:
     const AcGePoint2d& most() const { return most_; }
 
     bool holds(const AcGePoint2d& point) const;
+    // Whether an upright box lies in it, away from the rim; it may say no where one does.
+    bool holds_box(const AcGePoint2d& least, const AcGePoint2d& most) const;
     // Whether a straight line meets the inside or the rim.
     bool touches(const AcGePoint2d& a, const AcGePoint2d& b) const;
     // Whether it meets the rim.
@@ -33,6 +35,7 @@ private:
 
     std::vector<AcGePoint2d> points_;
     bool closed_;
+    bool is_box_ = false;
     AcGePoint2d least_;
     AcGePoint2d most_;
 };
@@ -52,6 +55,8 @@ public:
     void unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, bool both);
 
     bool touched() const { return touched_; }
+    // Whether some figure, or a part of one, does not.
+    bool any_outside() const { return outside_; }
     // Of figures that were met, at least one.
     bool all_inside() const { return any_ && !outside_; }
 

@@ -128,6 +128,7 @@ public:
         return const_cast<AcDbPolyline&>(polyline).worldDraw(&owner_);
     }
     Adesk::Boolean draw(AcGiDrawable* drawable) const override;
+    bool wants(const AcDbExtents& extents) const { return out().enter_block(extents, stack_.back()); }
     void setExtents(AcGePoint3d* extents) const override {
         if (owner_.purpose_ == kAcGiForExtents && extents != nullptr)
             polyline(2, extents, nullptr, -1);
@@ -137,8 +138,9 @@ private:
     static constexpr double full_turn = 2.0 * std::numbers::pi;
     // Deeper than any drawing that people make; what nests deeper is damaged or meant to harm.
     static constexpr std::size_t deepest = 64;
-    // Within one entity; blocks that hold each other many times over would not end in anybody's lifetime.
-    static constexpr std::size_t most_drawn = 10'000'000;
+    // Drawn once more than the drawings hold, within one entity: blocks that hold each other many times over
+    // would not end in anybody's lifetime.
+    static constexpr std::size_t most_repeated = 1'000'000;
 
     struct place {
         const AcDbImpDatabase* database;
@@ -162,6 +164,14 @@ private:
     Adesk::Boolean through(const AcGePoint3d& first, const AcGePoint3d& second, const AcGePoint3d& third,
                            bool whole, AcGiArcType type) const;
 
+    // What the drawings that an entity leads into hold may be drawn, each of them for its first time.
+    void allow(const AcDbImpDatabase& database) const {
+        if (std::find(entered_.begin(), entered_.end(), &database) != entered_.end())
+            return;
+        entered_.push_back(&database);
+        most_drawn_ += database.records().size();
+    }
+
     canvas& out() const { return clips_.empty() ? owner_.canvas_ : static_cast<canvas&>(*clips_.back()); }
 
     tracer& owner_;
@@ -170,6 +180,8 @@ private:
     mutable std::vector<place> blocks_;                          // that are being drawn
     mutable std::size_t depth_ = 0;
     mutable std::size_t drawn_ = 0; // within the outermost drawable
+    mutable std::size_t most_drawn_ = 0;
+    mutable std::vector<const AcDbImpDatabase*> entered_; // by it
 };
 
 Adesk::Boolean tracer::sink::circularArc(const AcGePoint3d& center, const double radius,
@@ -352,9 +364,14 @@ Adesk::Boolean tracer::sink::draw(AcGiDrawable* drawable) const {
     if (drawable == nullptr || depth_ >= deepest)
         return false;
     AcDbImpDatabase* const database = object != nullptr ? object->imp().database : nullptr;
-    if (depth_ == 0)
+    if (depth_ == 0) {
         drawn_ = 0;
-    if (++drawn_ > most_drawn)
+        most_drawn_ = most_repeated;
+        entered_.clear();
+    }
+    if (database != nullptr)
+        allow(*database);
+    if (++drawn_ > most_drawn_ || owner_.regenAbort())
         return true;
     if (database != nullptr && AcDbBlockTableRecord::cast(object) != nullptr) {
         const place here{database, object->imp().record};
@@ -415,6 +432,10 @@ AcGiGeometry* tracer::rawGeometry() const {
 
 AcGiWorldGeometry& tracer::geometry() const {
     return *sink_;
+}
+
+bool tracer::wants(const AcDbExtents& extents) const {
+    return sink_->wants(extents);
 }
 
 bool tracer::reads(const AcGiDrawableTraits* attributes) {

@@ -23,12 +23,15 @@ public:
     // Draws a drawable as it is now.
     void draw(const AcGiDrawable& drawable);
 
+    // Whether anything is wanted of what lies within these corners, in the coordinates that hold now.
+    bool wants(const AcDbExtents& extents) const;
+
     // Whether anybody will look at these attributes: looking up layers and linetypes costs more than drawing
     // a line.
     static bool reads(const AcGiDrawableTraits* attributes);
 
     AcGiRegenType regenType() const override { return purpose_; }
-    bool regenAbort() const override { return false; }
+    bool regenAbort() const override { return canvas_.is_done(); }
     AcGiSubEntityTraits& subEntityTraits() const override;
     AcGiGeometry* rawGeometry() const override;
     AcGiWorldGeometry& geometry() const override;

@@ -25,6 +25,7 @@
 #include <memory>
 
 class AcDbBlockTable;
+class AcDbDatabaseReactor;
 class AcDbDictionary;
 class AcDbDwgFiler;
 class AcDbDxfFiler;
@@ -34,9 +35,11 @@ class AcDbImpDatabase;
 class AcDbImpObject;
 class AcDbLayerTable;
 class AcDbLinetypeTable;
+class AcDbObjectReactor;
 class AcDbRegAppTable;
 class AcDbSymbolTable;
 class AcDbTextStyleTable;
+class AcDbTransactionManager;
 class AcDbUCSTable;
 class AcDbViewTable;
 class AcDbViewportTable;
@@ -83,15 +86,21 @@ public:
     // Null for a new object.
     AcDbDatabase* database() const;
 
-    // Ends one opening. What was changed is put into the drawing with the last one. eNoDatabase for a new
-    // object.
+    // Ends one opening. What was changed is put into the drawing with the last one, and who wants to hear of
+    // it hears then. An object that a transaction opened stays open for it. eNoDatabase for a new object,
+    // eCloseWasNotifying while it is told of.
     Acad::ErrorStatus close();
     // Ends an opening for writing and takes back what was changed since. eNotOpenForWrite otherwise.
     Acad::ErrorStatus cancel();
-    // From read to write: eHadMultipleReaders when others read, eWasOpenForWrite, eOnLockedLayer.
+    // From read to write: eHadMultipleReaders when others read, eWasOpenForWrite, eOnLockedLayer,
+    // eLockViolation, eWasNotifying while it is told of (but for objectAppended).
     Acad::ErrorStatus upgradeOpen();
-    // From write to read; what was changed is put into the drawing.
+    // From write to read; what was changed is put into the drawing, and who wants to hear of it hears.
     Acad::ErrorStatus downgradeOpen();
+    // Of an object that was opened to be told of another one: from that to write, and back. wasWritable says
+    // whether it was open for write besides.
+    Acad::ErrorStatus upgradeFromNotify(Adesk::Boolean& wasWritable);
+    Acad::ErrorStatus downgradeToNotify(Adesk::Boolean wasWritable);
 
     // Marks as erased, or revives. eNotOpenForWrite, eWasErased, eWasNotErased, and what subErase answers.
     Acad::ErrorStatus erase(bool erasing = true);
@@ -102,7 +111,14 @@ public:
     // Whether it was changed since it was opened.
     bool isModified() const;
     bool isNewObject() const;
+    bool isNotifyEnabled() const { return isReadEnabled(); }
+    // Whether others are told of it at this moment; and whether that is since something is taken back or
+    // given again.
+    bool isNotifying() const;
+    bool isUndoing() const;
+    bool isTransactionResident() const;
     void assertReadEnabled() const;
+    void assertNotifyEnabled() const { assertReadEnabled(); }
     void assertWriteEnabled(bool autoUndo = true, bool recordModified = true);
 
     // The extended data of an application, or of all (null), as a chain that the caller frees; null for none.
@@ -119,11 +135,30 @@ public:
     // Takes it away. eContainerNotEmpty unless it is empty, eKeyNotFound when there is none.
     Acad::ErrorStatus releaseExtensionDictionary();
 
-    // Objects that want to hear of it, which the drawing keeps. Adding one twice adds nothing; eKeyNotFound
+    // Those who want to hear of it, as long as the drawing is open. The caller keeps them, and takes them
+    // away before they go. eNullObjectPointer, eDuplicateKey, eKeyNotFound.
+    Acad::ErrorStatus addReactor(AcDbObjectReactor* reactor) const;
+    Acad::ErrorStatus removeReactor(AcDbObjectReactor* reactor) const;
+    // Objects that want to hear of it, which the drawing keeps. They are opened for that and told by the
+    // members below; only classes of applications are asked. Adding one twice adds nothing; eKeyNotFound
     // for one that is to go and is not there.
     Acad::ErrorStatus addPersistentReactor(AcDbObjectId id);
     Acad::ErrorStatus removePersistentReactor(AcDbObjectId id);
     bool hasPersistentReactor(AcDbObjectId id) const;
+
+    // What an object is told of another one that it is a persistent reactor of; see AcDbObjectReactor.
+    virtual void cancelled(const AcDbObject* object);
+    virtual void copied(const AcDbObject* object, const AcDbObject* newObject);
+    virtual void erased(const AcDbObject* object, Adesk::Boolean erasing = true);
+    virtual void goodbye(const AcDbObject* object);
+    virtual void openedForModify(const AcDbObject* object);
+    virtual void modified(const AcDbObject* object);
+    virtual void modifyUndone(const AcDbObject* object);
+    virtual void modifiedXData(const AcDbObject* object);
+    virtual void unappended(const AcDbObject* object);
+    virtual void reappended(const AcDbObject* object);
+    virtual void objectClosed(const AcDbObjectId objectId);
+    virtual void modifiedGraphics(const AcDbEntity* entity);
 
     // The container of an object that addAcDbObject has put into the drawing. eNotOpenForWrite, eNoDatabase,
     // eWrongDatabase.
@@ -169,6 +204,76 @@ protected:
 private:
     friend class AcDbImpDatabase;
     std::unique_ptr<AcDbImpObject> m_imp;
+};
+
+// Hears of an object that it was added to. Told at once: cancelled, copied, openedForModify, goodbye. Told
+// when the object is closed, or its outermost transaction ends, after which nobody but readers gets at it
+// until objectClosed, which comes last: the others. While U, REDO or an aborted transaction work, the object
+// answers true to isUndoing().
+//
+// A reactor may be added and taken away by one that is being told.
+class ACDB_PORT AcDbObjectReactor : public AcRxObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbObjectReactor);
+    ~AcDbObjectReactor() override;
+
+    virtual void cancelled(const AcDbObject* object);
+    virtual void copied(const AcDbObject* object, const AcDbObject* newObject);
+    // Erased, or revived.
+    virtual void erased(const AcDbObject* object, Adesk::Boolean erasing = true);
+    // The object goes: its drawing is closed, or it was deleted before it joined one.
+    virtual void goodbye(const AcDbObject* object);
+    // It is about to change for the first time since it was opened.
+    virtual void openedForModify(const AcDbObject* object);
+    // It was changed.
+    virtual void modified(const AcDbObject* object);
+    // A change was taken back.
+    virtual void modifyUndone(const AcDbObject* object);
+    // Its extended data were changed, after modified.
+    virtual void modifiedXData(const AcDbObject* object);
+    // That it joined the drawing was taken back, or given again.
+    virtual void unappended(const AcDbObject* object);
+    virtual void reappended(const AcDbObject* object);
+    // It was changed, or made, and is closed now: it can be opened again.
+    virtual void objectClosed(const AcDbObjectId objectId);
+
+protected:
+    AcDbObjectReactor() = default;
+};
+
+// Hears what of an entity is to be seen, too.
+class ACDB_PORT AcDbEntityReactor : public AcDbObjectReactor {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbEntityReactor);
+    ~AcDbEntityReactor() override;
+
+    // More than its extended data was changed, after modified.
+    virtual void modifiedGraphics(const AcDbEntity* entity);
+};
+
+// Hears of the objects of a drawing. Told when and how AcDbObjectReactor is, after those of the object.
+class ACDB_PORT AcDbDatabaseReactor : public AcRxObject {
+public:
+    ACRX_DECLARE_MEMBERS(AcDbDatabaseReactor);
+    ~AcDbDatabaseReactor() override;
+
+    // An object joined the drawing. Its maker has it open still: upgradeOpen gives it to the reactor for the
+    // time of the call.
+    virtual void objectAppended(const AcDbDatabase* database, const AcDbObject* object);
+    virtual void objectUnAppended(const AcDbDatabase* database, const AcDbObject* object);
+    virtual void objectReAppended(const AcDbDatabase* database, const AcDbObject* object);
+    virtual void objectOpenedForModify(const AcDbDatabase* database, const AcDbObject* object);
+    virtual void objectModified(const AcDbDatabase* database, const AcDbObject* object);
+    virtual void objectErased(const AcDbDatabase* database, const AcDbObject* object,
+                              Adesk::Boolean erased = true);
+    // A variable that the drawing keeps is set, by its name; also when it has the value already.
+    virtual void headerSysVarWillChange(const AcDbDatabase* database, const ACHAR* name);
+    virtual void headerSysVarChanged(const AcDbDatabase* database, const ACHAR* name, Adesk::Boolean success);
+    // The drawing is closed; nothing is told after it.
+    virtual void goodbye(const AcDbDatabase* database);
+
+protected:
+    AcDbDatabaseReactor() = default;
 };
 
 // What can be drawn: properties that all entities have, and what can be done to all. Entities whose kind
@@ -366,6 +471,14 @@ public:
     // The block that the user edits: model space, also through a viewport of a sheet, or the sheet.
     AcDbObjectId currentSpaceId() const;
 
+    // Those who want to hear of its objects. The caller keeps them, and takes them away before they go.
+    // eNullObjectPointer, eDuplicateKey, eKeyNotFound.
+    Acad::ErrorStatus addReactor(AcDbDatabaseReactor* reactor) const;
+    Acad::ErrorStatus removeReactor(AcDbDatabaseReactor* reactor) const;
+
+    // The one that all drawings share.
+    AcDbTransactionManager* transactionManager() const;
+
     // The host's side of the database; no concern of programs.
     AcDbImpDatabase& imp() const { return *m_imp; }
 
@@ -374,7 +487,8 @@ private:
 };
 
 // Opens an object of any class. On failure the pointer becomes null. eNullObjectId, eWasErased (unless
-// openErased), eWasOpenForRead, eWasOpenForWrite, eAtMaxReaders, eOnLockedLayer (an entity, for write).
+// openErased), eWasOpenForRead, eWasOpenForWrite, eAtMaxReaders; for write eOnLockedLayer (an entity),
+// eLockViolation (its document is not locked), eWasNotifying (it is told of).
 ACDB_PORT Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id,
                                            AcDb::OpenMode mode = AcDb::kForRead,
                                            bool openErasedObject = false);

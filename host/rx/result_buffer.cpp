@@ -188,11 +188,9 @@ bool take_value(value_kind kind, ads_u_val& value, va_list& arguments) {
 
 } // namespace
 
-resbuf* acutBuildList(int type, ...) {
+resbuf* rx::build_list(int type, va_list& arguments) {
     resbuf* chain = nullptr;
     resbuf** end = &chain;
-    va_list arguments;
-    va_start(arguments, type);
     for (; type != 0 && type != RTNONE; type = va_arg(arguments, int)) {
         *end = acutNewRb(type == RTDXF0 ? 0 : type);
         if (!take_value(rx::kind_of(type), (*end)->resval, arguments)) {
@@ -202,6 +200,13 @@ resbuf* acutBuildList(int type, ...) {
         }
         end = &(*end)->rbnext;
     }
+    return chain;
+}
+
+resbuf* acutBuildList(int type, ...) {
+    va_list arguments;
+    va_start(arguments, type);
+    resbuf* const chain = rx::build_list(type, arguments);
     va_end(arguments);
     return chain;
 }

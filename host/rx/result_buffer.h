@@ -1,6 +1,10 @@
 // What the values of result buffers hold.
 #pragma once
 
+#include "adsdef.h"
+
+#include <cstdarg>
+
 namespace rx {
 
 // Which member of the union holds the value.
@@ -20,5 +24,8 @@ enum class value_kind {
 
 // The kind of a result type (RTSTR...) or group code.
 value_kind kind_of(int type);
+
+// acutBuildList with what follows its first argument.
+resbuf* build_list(int type, va_list& arguments);
 
 } // namespace rx

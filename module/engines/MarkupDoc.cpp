@@ -82,16 +82,24 @@ struct MarkupDoc::State {
         return current != 0 ? tree.GetElement(current).next : tree.GetElement(parent).firstChild;
     }
 
-    AttributeScan GetAttributes() const { return {tree.GetTag(current), tree.GetName(current).size()}; }
-
     void Forget();
     void MoveTo(ElementIndex element);
     void Reset();
     bool FindNode();
-    std::wstring_view Resolve(std::wstring_view raw);
-    std::wstring_view GetElementData();
+    ElementIndex FindNamed(ElementIndex first, std::wstring_view name) const;
+    std::wstring_view Resolve(std::wstring_view raw) {
+        return IsOnElement() && tree.GetElement(current).hasPlainTag ? raw : ResolveEntities(raw);
+    }
+    std::wstring_view ResolveEntities(std::wstring_view raw);
+    std::wstring_view GetElementData() {
+        const MarkupElement& record = tree.GetElement(current);
+        return record.firstChild == 0 && record.hasPlainContent ? tree.GetView(tree.GetContent(current))
+                                                                : GatherElementData();
+    }
+    std::wstring_view GatherElementData();
     void AppendData(std::wstring_view text);
-    bool FindAttribute(int place);
+    bool FindAttribute(int place) { return (place == attributePlace && place >= 0) || SeekAttribute(place); }
+    bool SeekAttribute(int place);
     std::uint32_t FindPlaceBehind() const;
     void AddElement(std::wstring_view name, std::wstring_view data);
     void SetAttribute(std::wstring_view name, std::wstring_view value);
@@ -139,8 +147,15 @@ bool MarkupDoc::State::FindNode() {
     return true;
 }
 
-std::wstring_view MarkupDoc::State::Resolve(std::wstring_view raw) {
-    if ((IsOnElement() && tree.GetElement(current).hasPlainTag) || raw.find(L'&') == raw.npos)
+// The first element from that one on, on its level, that has this name; 0 when there is none.
+ElementIndex MarkupDoc::State::FindNamed(ElementIndex first, std::wstring_view name) const {
+    while (first != 0 && tree.GetName(first) != name)
+        first = tree.GetElement(first).next;
+    return first;
+}
+
+std::wstring_view MarkupDoc::State::ResolveEntities(std::wstring_view raw) {
+    if (raw.find(L'&') == raw.npos)
         return raw;
     const auto [found, isNew] = resolved.try_emplace(raw.data());
     if (isNew)
@@ -148,18 +163,22 @@ std::wstring_view MarkupDoc::State::Resolve(std::wstring_view raw) {
     return found->second;
 }
 
-std::wstring_view MarkupDoc::State::GetElementData() {
-    const MarkupElement& record = tree.GetElement(current);
-    if (record.firstChild == 0 && record.hasPlainContent)
-        return tree.GetView(tree.GetContent(current));
+std::wstring_view MarkupDoc::State::GatherElementData() {
     if (hasData)
         return elementData;
+    const bool isPlain = tree.GetElement(current).hasPlainContent;
     elementData.clear();
-    tree.ForOwnText(current, [this, isPlain = bool(record.hasPlainContent)](std::wstring_view text) {
-        if (isPlain)
-            elementData += text;
-        else
+    constexpr std::size_t fewUnits =
+        8; // a line end and an indent: most of what stands between child elements
+    tree.ForOwnText(current, [this, isPlain](std::wstring_view text) {
+        if (!isPlain) {
             AppendData(text);
+        } else if (text.size() > fewUnits) {
+            elementData += text;
+        } else {
+            for (const wchar_t unit : text)
+                elementData += unit;
+        }
     });
     hasData = true;
     return elementData;
@@ -179,11 +198,11 @@ void MarkupDoc::State::AppendData(std::wstring_view text) {
 }
 
 // Goes to the attribute at that place of the current element; false when there is none.
-bool MarkupDoc::State::FindAttribute(int place) {
+bool MarkupDoc::State::SeekAttribute(int place) {
     if (!IsOnElement() || place < 0)
         return false;
     if (place < attributePlace || attributePlace == nowhere) {
-        attributes = GetAttributes();
+        attributes = tree.GetAttributes(current);
         attributePlace = -1;
     }
     while (attributePlace < place) {
@@ -236,7 +255,7 @@ void MarkupDoc::State::SetAttribute(std::wstring_view name, std::wstring_view va
     AppendEscaped(written, value);
     written += L'"';
 
-    AttributeScan scan = GetAttributes();
+    AttributeScan scan = tree.GetAttributes(current);
     while (scan.Next()) {
         if (scan.GetName() == name) {
             std::wstring tag(old);
@@ -247,6 +266,8 @@ void MarkupDoc::State::SetAttribute(std::wstring_view name, std::wstring_view va
     std::wstring tag(old.substr(0, old.size() - (old.ends_with(L"/>") ? 2 : 1)));
     while (IsBlank(tag.back()))
         tag.pop_back();
+    if (tag.back() == L'=') // an attribute that would take the new one for its value
+        tag += L"\"\"";
     tree.SetTag(current, tag.append(L" ").append(written).append(old.ends_with(L"/>") ? L"/>" : L">"));
 }
 
@@ -346,10 +367,9 @@ void MarkupDoc::ResetPosition() {
 
 bool MarkupDoc::FindElement(const wchar_t* name) {
     State& state = *m_state;
-    const std::wstring_view wanted = ViewOf(name);
     ElementIndex element = state.GetNextElement();
-    while (element != 0 && !wanted.empty() && state.tree.GetName(element) != wanted)
-        element = state.tree.GetElement(element).next;
+    if (name != nullptr && *name != L'\0')
+        element = state.FindNamed(element, name);
     if (element != 0)
         state.MoveTo(element);
     return element != 0;
@@ -430,7 +450,7 @@ std::wstring_view MarkupDoc::GetAttribute(const wchar_t* name) const {
     if (!state.IsOnElement())
         return {};
     const std::wstring_view wanted = ViewOf(name);
-    for (AttributeScan scan = state.GetAttributes(); scan.Next();)
+    for (AttributeScan scan = state.tree.GetAttributes(state.current); scan.Next();)
         if (scan.GetName() == wanted)
             return Try(std::wstring_view(), [&] { return state.Resolve(scan.GetValue()); });
     return {};

@@ -15,7 +15,7 @@
 using ElementIndex = std::uint32_t;
 
 struct MarkupElement {
-    static constexpr std::uint32_t highestLevel = (1u << 23) - 1;
+    static constexpr std::uint32_t highestLevel = (1u << 22) - 1;
     static constexpr std::uint32_t longName = (1u << 5) - 1;
 
     std::uint32_t start;     // of the start tag in the text; of a changed element, its number among them
@@ -25,10 +25,11 @@ struct MarkupElement {
     ElementIndex next;
     ElementIndex previous; // of the first child, the last one
     ElementIndex firstChild;
-    std::uint32_t level : 23;          // 0 at the top; what is higher stays the highest
+    std::uint32_t level : 22;          // 0 at the top; what is higher stays the highest
     std::uint32_t nameLength : 5;      // longName when it is that long or longer
     std::uint32_t hasPlainTag : 1;     // known to have no entity in it
     std::uint32_t hasPlainContent : 1; // known to have neither an entity nor markup but child elements in it
+    std::uint32_t hasPlainEnd : 1;     // known to have an end tag of nothing but a name that is not long
     std::uint32_t isUnended : 1;       // there is no end tag
     std::uint32_t isChanged : 1;       // where it stands is told elsewhere
 };

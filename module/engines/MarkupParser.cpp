@@ -35,7 +35,12 @@ public:
     std::uint32_t GetDeepest() const { return m_deepest; }
 
 private:
-    const wchar_t* Next(Scan& scan);
+    // The next sign; at or behind the limit only when the text ends there.
+    const wchar_t* Next(Scan& scan) {
+        const wchar_t* const at = scan.Next();
+        return at < m_limit ? at : NextBehindLimit(scan, at);
+    }
+    const wchar_t* NextBehindLimit(Scan& scan, const wchar_t* at);
     bool ReadMore();
     std::uint32_t GetOffset(const wchar_t* at) const { return static_cast<std::uint32_t>(at - m_begin); }
     std::wstring_view GetName(ElementIndex element) const;
@@ -45,7 +50,7 @@ private:
     const wchar_t* FindTagEnd(Scan& scan, bool& isPlain);
     const wchar_t* TakePiece(const wchar_t* open);
 
-    void Close(const wchar_t* end, std::size_t nameLength);
+    void Close(const wchar_t* end, std::size_t nameLength, std::size_t endTagLength);
     void CloseUnended(const wchar_t* expected);
     void CloseOther(const wchar_t* open, const wchar_t* close);
     bool IsOpen(std::wstring_view name);
@@ -98,9 +103,8 @@ void Parser::Run() {
         m_index[document.firstChild].previous = m_previous;
 }
 
-// The next sign; at or behind the limit only when the text ends there.
-inline const wchar_t* Parser::Next(Scan& scan) {
-    const wchar_t* at = scan.Next();
+// Kept apart from the loops that hardly ever need it.
+[[gnu::noinline]] const wchar_t* Parser::NextBehindLimit(Scan& scan, const wchar_t* at) {
     while (at >= m_limit && ReadMore()) {
         scan.MoveTo(at);
         at = scan.Next();
@@ -155,6 +159,7 @@ inline void Parser::TakeStartTag(Scan& scan, const wchar_t* open) {
     record.nameLength = MarkupElement::longName;
     record.hasPlainTag = isPlain;
     record.hasPlainContent = 1;
+    record.hasPlainEnd = 0;
     record.isUnended = 0;
     record.isChanged = 0;
     m_previous = element;
@@ -199,7 +204,7 @@ inline void Parser::TakeEndTag(Scan& scan, const wchar_t* open) {
     const auto length = static_cast<std::size_t>(FindLowUnit(name, close, EndsName) - name);
     const wchar_t* const mine = m_begin + m_index[m_parent].start + 1;
     if (m_parent != 0 && AreEqual(name, mine, length) && EndsName(mine[length]))
-        Close(close + 1, length);
+        Close(close + 1, length, static_cast<std::size_t>(close + 1 - open));
     else
         CloseOther(open, close);
 }
@@ -214,7 +219,7 @@ void Parser::CloseOther(const wchar_t* open, const wchar_t* close) {
     }
     while (GetName(m_parent) != name)
         CloseUnended(open);
-    Close(close + 1, name.size());
+    Close(close + 1, name.size(), static_cast<std::size_t>(close + 1 - open));
 }
 
 // Takes what begins with `<!` or `<?` and tells where it ends.
@@ -247,13 +252,14 @@ const wchar_t* Parser::TakePiece(const wchar_t* open) {
     return m_begin + found.end;
 }
 
-// Closes the element that is open; its text ends at `end`.
-inline void Parser::Close(const wchar_t* end, std::size_t nameLength) {
+// Closes the element that is open; its text ends at `end`, with an end tag of that length.
+inline void Parser::Close(const wchar_t* end, std::size_t nameLength, std::size_t endTagLength) {
     if (m_keepsOpenNames)
         --m_openNames[GetName(m_parent)];
     MarkupElement& record = m_index[m_parent];
     record.length = GetOffset(end) - record.start;
     SetNameLength(record, nameLength);
+    record.hasPlainEnd = nameLength < MarkupElement::longName && endTagLength == nameLength + 3;
     if (record.firstChild != 0)
         m_index[record.firstChild].previous = m_previous;
     m_previous = m_parent;
@@ -265,7 +271,7 @@ void Parser::CloseUnended(const wchar_t* expected) {
     const std::wstring_view name = GetName(m_parent);
     m_result.Add(MarkupEvent::UnendedStartTag, name, m_index[m_parent].start, GetOffset(expected));
     m_index[m_parent].isUnended = 1;
-    Close(expected, name.size());
+    Close(expected, name.size(), 0);
 }
 
 bool Parser::IsOpen(std::wstring_view name) {

@@ -107,7 +107,9 @@ bool MarkupReader::Read(WideText& text) {
     }
     m_first += taken.bytes;
     m_lost += taken.lost;
-    if (std::wmemchr(to, L'\0', taken.units) != nullptr) {
+    // No encoding has noughts in its text where there are none in its bytes.
+    if (std::memchr(block.data(), '\0', taken.bytes) != nullptr &&
+        std::wmemchr(to, L'\0', taken.units) != nullptr) {
         const auto kept = static_cast<std::size_t>(std::remove(to, to + taken.units, L'\0') - to);
         m_nulls += taken.units - kept;
         taken.units = kept;

@@ -184,10 +184,6 @@ void AppendResolved(std::wstring& out, std::wstring_view text) {
     out += text;
 }
 
-bool AttributeScan::Next() {
-    return TakeCommon() || TakeAny();
-}
-
 // Takes an attribute as nearly all are written: a blank, a short name of letters, `="`, and a value.
 bool AttributeScan::TakeCommon() {
     constexpr int shortest = 5; // a blank, a letter, `=""`
@@ -223,7 +219,7 @@ bool AttributeScan::TakeAny() {
             return false;
         if (!IsQuote(*m_at))
             break;
-        TakeQuoted(); // a value without a name
+        SkipQuoted(); // a value without a name
     }
     const wchar_t* const begin = m_at;
     const wchar_t* const nameEnd = FindLowUnit(begin, m_end, EndsAttributeName);
@@ -238,7 +234,7 @@ bool AttributeScan::TakeAny() {
     ++m_at;
     SkipBlanks();
     if (m_at < m_end && IsQuote(*m_at)) {
-        TakeQuoted();
+        m_value = SkipQuoted();
         return true;
     }
     const wchar_t* const value = m_at;
@@ -255,12 +251,12 @@ void AttributeScan::SkipBlanks() {
         ++m_at;
 }
 
-// What stands between the quote that is here and the next one of its kind becomes the value.
-void AttributeScan::TakeQuoted() {
+// Gives what stands between the quote that is here and the next one of its kind.
+std::wstring_view AttributeScan::SkipQuoted() {
     const wchar_t* const begin = m_at + 1;
     const wchar_t* const end = FindUnit(begin, m_end, *m_at);
-    m_value = {begin, end};
     m_at = std::min(end + 1, m_end);
+    return {begin, end};
 }
 
 FoundPiece FindMarkedPiece(std::wstring_view text, std::size_t at) {

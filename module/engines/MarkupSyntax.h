@@ -27,9 +27,10 @@ constexpr bool IsIn(std::uint64_t set, wchar_t c) {
     return unit < 64 && (set >> unit & 1) != 0;
 }
 
-// What ends a name in a tag: a blank, nought, `/` or `>`.
+// What ends a name in a tag: a blank, nought, `/`, `>`, or a quote, which begins a text in quotes wherever in
+// a tag it stands.
 constexpr bool EndsName(wchar_t c) {
-    return IsIn(MakeCharacterSet("/>"), c);
+    return IsIn(MakeCharacterSet("/>\"'"), c);
 }
 
 // What a tag's name may begin with: a letter, `_`, `:`, or anything beyond ASCII.
@@ -72,7 +73,10 @@ public:
         : m_begin(tag.data()), m_at(m_begin + 1 + nameLength), m_end(m_begin + tag.size()) {}
 
     // Goes to the next attribute, first to the first one; false when there is none.
-    bool Next();
+    bool Next() {
+        const bool isAtEnd = m_end - m_at == 1 && *m_at == L'>';
+        return !isAtEnd && (TakeCommon() || TakeAny());
+    }
 
     std::wstring_view GetName() const { return m_name; }
     // What stands between the quotes; empty when there is no value.
@@ -85,7 +89,7 @@ private:
     bool TakeCommon();
     bool TakeAny();
     void SkipBlanks();
-    void TakeQuoted();
+    std::wstring_view SkipQuoted();
 
     const wchar_t* m_begin = nullptr;
     const wchar_t* m_at = nullptr;

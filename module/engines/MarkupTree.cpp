@@ -126,6 +126,8 @@ void MarkupTree::Open(ElementIndex element, std::wstring_view content) {
     const bool isEmptyTag = tag.ends_with(L"/>");
     if (isEmptyTag)
         tag.erase(tag.size() - 2, 1);
+    if (tag.ends_with(L"/>")) // of two slashes the other one
+        tag.insert(tag.size() - 1, L" ");
     std::wstring rest(content);
     rest.append(L"</").append(name).append(L">");
 
@@ -139,11 +141,9 @@ void MarkupTree::Open(ElementIndex element, std::wstring_view content) {
 }
 
 // No end tag has a `<` in it but its own.
-std::uint32_t MarkupTree::FindEndTagLength(const wchar_t* end) {
-    const wchar_t* at = end - 1;
-    while (*at != L'<')
-        --at;
-    return Narrow(static_cast<std::size_t>(end - at));
+std::uint32_t MarkupTree::FindEndTagLength(const MarkupElement& record) const {
+    const std::wstring_view text = GetView({record.start, record.length});
+    return Narrow(text.size() - text.rfind(L'<'));
 }
 
 // Puts a text that is no part of the store at its end and tells where it begins.

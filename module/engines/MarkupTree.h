@@ -48,8 +48,12 @@ public:
 
     std::wstring_view GetName(ElementIndex element) const {
         const std::wstring_view tag = GetTag(element);
-        const std::size_t length = m_index[element].nameLength;
-        return length < MarkupElement::longName ? tag.substr(1, length) : GetFrontName(tag.substr(1));
+        return {tag.data() + 1, GetNameLength(element, tag)};
+    }
+
+    AttributeScan GetAttributes(ElementIndex element) const {
+        const std::wstring_view tag = GetTag(element);
+        return {tag, GetNameLength(element, tag)};
     }
 
     // What stands between the tags, as it was before child elements were changed or added; of the document,
@@ -100,6 +104,10 @@ private:
         bool isAtFront = false;     // ... and stands before it
     };
 
+    std::size_t GetNameLength(ElementIndex element, std::wstring_view tag) const {
+        const std::size_t length = m_index[element].nameLength;
+        return length < MarkupElement::longName ? length : GetFrontName(tag.substr(1)).size();
+    }
     Parts GetParts(ElementIndex element) const;
     // The parts of an element that is changed from now on. Throws std::bad_alloc.
     Parts& Change(ElementIndex element);
@@ -107,13 +115,10 @@ private:
     std::uint32_t GetEndTagLength(const MarkupElement& record) const {
         if (record.length == record.tagLength || record.isUnended)
             return 0;
-        // "</name>" for the most part.
-        const wchar_t* const end = m_text.GetData() + record.start + record.length;
-        const std::uint32_t length = record.nameLength + 3;
-        return record.nameLength < MarkupElement::longName && *(end - length) == L'<' ? length
-                                                                                      : FindEndTagLength(end);
+        // Mostly "</name>"; then the text, which is far away from the record, is not looked at.
+        return record.hasPlainEnd ? record.nameLength + 3 : FindEndTagLength(record);
     }
-    static std::uint32_t FindEndTagLength(const wchar_t* end);
+    std::uint32_t FindEndTagLength(const MarkupElement& record) const;
     std::uint32_t Store(std::wstring_view text);
     void Settle();
     void Rewrite();
@@ -128,17 +133,19 @@ template<class Take>
 void MarkupTree::ForOwnText(ElementIndex element, Take take) const {
     const Span content = GetContent(element);
     std::uint32_t at = content.begin;
-    for (ElementIndex child = m_index[element].firstChild; child != 0; child = m_index[child].next) {
+    for (ElementIndex child = m_index[element].firstChild; child != 0;) {
+        const MarkupElement& record = m_index[child];
         const Span place = GetPlace(child);
         take(GetView({at, place.begin - at}));
         at = place.GetEnd();
-        if (m_index[child].isChanged) {
-            const Parts& parts = m_changes[m_index[child].start];
+        if (record.isChanged) {
+            const Parts& parts = m_changes[record.start];
             if (parts.isAtFront)
                 take(lineEnd);
             if (parts.isNew)
                 take(lineEnd);
         }
+        child = record.next;
     }
     take(GetView({at, content.GetEnd() - at}));
 }

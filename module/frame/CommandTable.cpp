@@ -4,6 +4,7 @@
 #include "acutads.h"
 #include "afx.h"
 #include "module/layertools/LayerToolBar.h"
+#include "module/standard/StandardCommand.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -44,7 +45,7 @@ constexpr CommandRow LayerTool(Adesk::Int32 flags) {
 }
 
 constexpr CommandRow commands[] = {
-    Unfinished<L"gxsz">(ACRX_CMD_USEPICKSET),
+    {L"gxsz", ShowStandard, ACRX_CMD_USEPICKSET},
     Unfinished<L"dcsz">(ACRX_CMD_REDRAW),
     Unfinished<L"drsz">(ACRX_CMD_REDRAW),
     LayerTool<L"SetAllPipeLayOpen", &CLayerToolBar::SetAllPipeLayOpen>(ACRX_CMD_TRANSPARENT),

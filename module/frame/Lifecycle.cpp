@@ -4,13 +4,13 @@
 #include "module/frame/DrawingDefaults.h"
 #include "module/frame/Options.h"
 #include "module/layertools/LayerToolBar.h"
+#include "module/standard/StandardManager.h"
 
 void InitialiseModule() {
     RemoveForeignCommands();
     RegisterCommands();
-    // Here the standard manager will choose the file of the current standard (standard/).
+    CStandardManager::Create().ChooseAndLoad();
     // Here the holder of per-document data and its document reactor will be made (frame/).
-    // Here the standard manager will load the current standard.
     OptionTool::ReadAlignType();
     LoadDrawingDefaults();
     // Here the fitting tables will be loaded and their flange function put in place.
@@ -20,7 +20,7 @@ void InitialiseModule() {
 void ShutDownModule() {
     RemoveCommands();
     // Here the object that tbds keeps will be deleted, then the layer control bar taken down (layertools/).
-    // Here the standard manager will release the standard and be deleted.
+    CStandardManager::Release();
     // Here the holder of per-document data and its document reactor will be deleted.
     OptionTool::WriteAlignType();
     // Here the fitting tables will be deleted and the flange function that they replaced restored.

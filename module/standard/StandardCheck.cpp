@@ -1,0 +1,225 @@
+#include "module/standard/StandardCheck.h"
+
+#include "module/engines/MarkupDoc.h"
+#include "module/standard/LineWeightText.h"
+#include "module/standard/StandardFileNames.h"
+
+#include <algorithm>
+#include <cwchar>
+#include <set>
+#include <string>
+
+namespace Name = StandardFileName;
+
+namespace {
+
+class Checker {
+public:
+    Checker(MarkupDoc& document, const StandardKnowledge& known, std::vector<StandardFault>& faults)
+        : m_document(document), m_text(document.GetDocumentText()), m_known(known), m_faults(faults) {}
+
+    void Check() {
+        m_document.ResetPosition();
+        if (!m_document.FindElement())
+            return;
+        ForEachChild([this](std::wstring_view section) {
+            if (section == Name::pipeSystem.name)
+                ForEachChild([this](std::wstring_view) { CheckGroup(); });
+            else if (section == Name::otherLayer.name)
+                ForEachChild([this](std::wstring_view) { CheckOtherLayers(); });
+        });
+    }
+
+private:
+    // What a name was used for first.
+    using Uses = std::map<CString, CString, NoCaseOrder>;
+
+    // Hands the tag of each child to a function, at whose call the document stands on the child.
+    template<class Take>
+    void ForEachChild(Take take) {
+        if (!m_document.IntoElement())
+            return;
+        while (m_document.FindElement())
+            take(m_document.GetTagName());
+        m_document.OutOfElement();
+    }
+
+    CString Data() const { return std::wstring(m_document.GetElementData()).c_str(); }
+    CString Attribute(const wchar_t* name) const {
+        return std::wstring(m_document.GetAttribute(name)).c_str();
+    }
+
+    // The line of the element that the document stands on.
+    int Line() {
+        const std::wstring_view tag = m_document.GetTagName();
+        const auto at = static_cast<std::size_t>(tag.data() - m_text.data());
+        if (at < m_counted) {
+            m_line = 1;
+            m_counted = 0;
+        }
+        m_line += static_cast<int>(std::count(m_text.begin() + static_cast<std::ptrdiff_t>(m_counted),
+                                              m_text.begin() + static_cast<std::ptrdiff_t>(at), L'\n'));
+        m_counted = at;
+        return m_line;
+    }
+
+    void Tell(CString what) {
+        m_faults.push_back({Line(), std::wstring(m_document.GetTagName()).c_str(), std::move(what)});
+    }
+
+    static CString Quoted(const CString& text) { return L"\"" + text + L"\""; }
+
+    void CheckGroup() {
+        if (Attribute(Name::nameAttrib).IsEmpty())
+            Tell(L"系统组没有名称");
+        ForEachChild([this](std::wstring_view) { CheckSystem(); });
+    }
+
+    void CheckSystem() {
+        CString name;
+        std::set<CString, KeyOrder> types;
+        std::vector<std::pair<CString, StandardFault>> wanted; // destinations of the map
+        ForEachChild([&](std::wstring_view tag) {
+            if (tag == Name::baseInfo.name) {
+                name = CheckBaseInfo();
+            } else if (tag == Name::sysMap.name) {
+                TakeMap(wanted);
+            } else if (const CString type = Attribute(Name::layerTypeAttrib); !type.IsEmpty()) {
+                if (!types.insert(type).second)
+                    Tell(L"系统 " + Quoted(name) + L" 有两个图层类型 " + Quoted(type));
+                CheckLayer(m_layerUses, name);
+            }
+        });
+        TellMissing(wanted, types);
+    }
+
+    CString CheckBaseInfo() {
+        CString name;
+        bool told = false;
+        ForEachChild([&](std::wstring_view tag) {
+            const CString value = Data();
+            if (tag == Name::pipeName.name) {
+                name = value;
+                told = true;
+                if (name.IsEmpty())
+                    Tell(L"系统没有名称");
+                else if (!m_systems.insert(name).second)
+                    Tell(L"系统名称 " + Quoted(name) + L" 已经使用");
+            } else if ((tag == Name::material.name || tag == Name::outdoorMaterial.name) &&
+                       !value.IsEmpty() && std::ranges::count(m_known.materials, value) == 0) {
+                Tell(L"管材 " + Quoted(value) + L" 没有管径表");
+            }
+        });
+        if (!told)
+            Tell(L"系统没有名称");
+        return name;
+    }
+
+    void CheckLayer(Uses& uses, const CString& owner) {
+        bool named = false;
+        ForEachChild([&](std::wstring_view tag) {
+            const CString value = Data();
+            if (tag == Name::layerName.name) {
+                named = !value.IsEmpty();
+                if (!named) {
+                    Tell(L"图层没有名称");
+                } else if (const auto& [use, isNew] = uses.try_emplace(value, owner);
+                           !isNew && use->second != owner) {
+                    Tell(L"图层 " + Quoted(value) + L" 已经用于 " + Quoted(use->second));
+                }
+            } else if (tag == Name::layerColor.name && !IsColor(value)) {
+                Tell(L"颜色 " + Quoted(value) + L" 无效");
+            } else if (tag == Name::lineWeight.name && !value.IsEmpty() &&
+                       GetLineWeightText(ParseLineWeight(value)) != value) {
+                Tell(L"线宽 " + Quoted(value) + L" 无效");
+            } else if (tag == Name::lineStyle.name && !value.IsEmpty() &&
+                       std::ranges::none_of(m_known.linetypes,
+                                            [&](const CString& one) { return IsSameName(one, value); })) {
+                Tell(L"线型 " + Quoted(value) + L" 未知");
+            }
+        });
+    }
+
+    // An empty colour is the default.
+    static bool IsColor(const CString& text) {
+        if (text.IsEmpty() || text == L"ByLayer" || text == L"ByBlock")
+            return true;
+        long parts[3] = {};
+        const wchar_t* at = text;
+        const int count = 1 + static_cast<int>(std::ranges::count(ViewOf(text), L','));
+        if (count != 1 && count != 3)
+            return false;
+        for (int i = 0; i < count; ++i) {
+            wchar_t* end = nullptr;
+            parts[i] = std::wcstol(at, &end, 10);
+            if (end == at || (*end != 0 && *end != L','))
+                return false;
+            at = end + 1;
+        }
+        return std::ranges::all_of(parts,
+                                   [&](long part) { return part >= 0 && part <= (count == 1 ? 256 : 255); });
+    }
+
+    void TakeMap(std::vector<std::pair<CString, StandardFault>>& wanted) {
+        ForEachChild([&](std::wstring_view) {
+            ForEachChild([&](std::wstring_view tag) {
+                if (tag == Name::desItem.name)
+                    wanted.push_back({Data(), {Line(), Name::desItem.name, {}}});
+            });
+        });
+    }
+
+    void TellMissing(std::vector<std::pair<CString, StandardFault>>& wanted,
+                     const std::set<CString, KeyOrder>& there) {
+        for (auto& [key, fault] : wanted)
+            if (!there.contains(key)) {
+                fault.what = L"映射目标 " + Quoted(key) + L" 不存在";
+                m_faults.push_back(std::move(fault));
+            }
+    }
+
+    void CheckOtherLayers() {
+        const CString group = Attribute(Name::layerTypeAttrib);
+        if (group.IsEmpty())
+            Tell(L"图层组没有名称");
+        std::set<CString, KeyOrder> keys;
+        std::vector<std::pair<CString, StandardFault>> wanted;
+        ForEachChild([&](std::wstring_view tag) {
+            if (tag == Name::otherMap.name) {
+                TakeMap(wanted);
+                return;
+            }
+            CheckLayer(m_otherUses, group);
+            ForEachChild([&](std::wstring_view part) {
+                if (part == Name::layerKey.name)
+                    keys.insert(Data());
+            });
+        });
+        TellMissing(wanted, keys);
+    }
+
+    MarkupDoc& m_document;
+    std::wstring_view m_text;
+    const StandardKnowledge& m_known;
+    std::vector<StandardFault>& m_faults;
+    std::set<CString, KeyOrder> m_systems;
+    Uses m_layerUses;
+    Uses m_otherUses;
+    int m_line = 1;
+    std::size_t m_counted = 0;
+};
+
+} // namespace
+
+bool CheckStandardFile(LPCTSTR path, const StandardKnowledge& known, std::vector<StandardFault>& faults) {
+    MarkupDoc document;
+    if (!document.LoadFile(path)) {
+        faults.push_back({1, L"", document.GetErrorText().c_str()});
+        return false;
+    }
+    std::vector<StandardFault> found;
+    Checker(document, known, found).Check();
+    std::ranges::stable_sort(found, {}, &StandardFault::line);
+    faults.insert(faults.end(), found.begin(), found.end());
+    return true;
+}

@@ -1,0 +1,54 @@
+// The current standard: one for the loaded module, not per drawing.
+#pragma once
+
+#include "module/standard/StandardIndex.h"
+
+#include <optional>
+
+class ZEF_PIPESYSTEM_PORT CStandardManager {
+public:
+    // The one manager, made when it is first asked for; null after Release until Create.
+    static CStandardManager* Current();
+    static CStandardManager& Create();
+    static void Release();
+
+    CStandardManager(const CStandardManager&) = delete;
+    CStandardManager& operator=(const CStandardManager&) = delete;
+    ~CStandardManager();
+
+    // Chooses the standard file and loads it: that of the registry ("PipeSystemSetting", "StandardFile"; a
+    // name without a backslash lies in the system folder) when there is such a file, else "kol.vrsl" of the
+    // system folder; its full name goes to the registry. When that can not be read the built-in standard
+    // counts. Then writes the layer definition file and brings old system names up to date. Does nothing when
+    // a standard is loaded already.
+    void ChooseAndLoad();
+
+    // Loads a standard file. False when it can not be read: then the standard stays as it was, and with
+    // messages on the user is told.
+    bool Load(LPCTSTR path, bool withMessages);
+    // Loads the same file again, with messages.
+    bool Reload();
+    // Writes the standard to a file, which is then the one that is loaded. False when that fails.
+    bool Save(LPCTSTR path);
+
+    bool IsLoaded() const { return m_isLoaded; }
+    // The full name of the file that was loaded last; empty for the built-in standard.
+    const CString& FileName() const { return m_fileName; }
+    // Whether the layer definition file is brought up to date instead of written anew.
+    void SetKeepLayerDefinitions(bool keep) { m_keepLayerDefinitions = keep; }
+
+    const PipeStandard& Standard() const { return m_standard; }
+    // To change it; what was looked up before may be gone.
+    PipeStandard& Edit();
+    // Look-ups in the standard as it is now. Changing a record that is found there wants Edit() first.
+    const StandardIndex& Index() const;
+
+private:
+    CStandardManager();
+
+    PipeStandard m_standard;
+    mutable std::optional<StandardIndex> m_index; // none: stale
+    CString m_fileName;
+    bool m_isLoaded = false;
+    bool m_keepLayerDefinitions = false;
+};

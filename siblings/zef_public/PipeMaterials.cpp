@@ -1,0 +1,106 @@
+#include "siblings/zef_public/PipeMaterials.h"
+
+#include "sys/dbase_file.h"
+#include "sys/folders.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace {
+
+constexpr int gbk = 936;
+
+struct Fields {
+    std::size_t material, prefix, use, dn, outer, inner, source;
+};
+
+std::optional<Fields> FieldsOf(const base::dbase_table& table) {
+    const auto material = table.find_field(L"MATERIAL");
+    const auto prefix = table.find_field(L"PREFIX");
+    const auto use = table.find_field(L"USE");
+    const auto dn = table.find_field(L"DN");
+    const auto outer = table.find_field(L"OUTER");
+    const auto inner = table.find_field(L"INNER");
+    const auto source = table.find_field(L"SOURCE");
+    if (!material || !prefix || !use || !dn || !outer || !inner || !source)
+        return std::nullopt;
+    return Fields{*material, *prefix, *use, *dn, *outer, *inner, *source};
+}
+
+// Rows without a name or a diameter are passed over, and those that are deleted.
+std::vector<PipeMaterial> Read() {
+    std::vector<PipeMaterial> materials;
+    const auto table = sys::read_dbase(sys::system_folder() / "pipe.dbf", gbk);
+    const auto fields = table ? FieldsOf(*table) : std::nullopt;
+    if (!fields)
+        return materials;
+    for (std::size_t row = 0; row < table->row_count(); ++row) {
+        const CString name = table->text(row, fields->material).c_str();
+        const auto dn = table->number(row, fields->dn);
+        const auto outer = table->number(row, fields->outer);
+        const auto inner = table->number(row, fields->inner);
+        if (table->is_deleted(row) || name.IsEmpty() || !dn || !outer || !inner)
+            continue;
+        auto material = std::ranges::find(materials, name, &PipeMaterial::m_name);
+        if (material == materials.end()) {
+            const std::wstring use = table->text(row, fields->use);
+            materials.push_back({name,
+                                 table->text(row, fields->prefix).c_str(),
+                                 use == L"I" || use == L"B",
+                                 use == L"O" || use == L"B",
+                                 table->text(row, fields->source).c_str(),
+                                 {}});
+            material = materials.end() - 1;
+        }
+        material->m_diameters.push_back({*dn, *outer, *inner});
+    }
+    return materials;
+}
+
+std::vector<PipeMaterial>& Materials() {
+    static std::vector<PipeMaterial> materials = Read();
+    return materials;
+}
+
+const PipeDiameter* FindDiameter(LPCTSTR material, double dn) {
+    constexpr double slack = 0.001;
+    for (const PipeMaterial& one : Materials())
+        if (one.m_name == material)
+            for (const PipeDiameter& diameter : one.m_diameters)
+                if (std::abs(diameter.m_dn - dn) < slack)
+                    return &diameter;
+    return nullptr;
+}
+
+} // namespace
+
+const std::vector<PipeMaterial>& GetPipeMaterials() {
+    return Materials();
+}
+
+void ReloadPipeMaterials() {
+    Materials() = Read();
+}
+
+void GetPipeMaterialList(std::vector<CString>& names) {
+    for (const PipeMaterial& material : Materials())
+        names.push_back(material.m_name);
+}
+
+CString GetPipeMaterialByIdx(int index) {
+    const std::vector<PipeMaterial>& all = Materials();
+    return index >= 0 && static_cast<std::size_t>(index) < all.size()
+               ? all[static_cast<std::size_t>(index)].m_name
+               : CString();
+}
+
+double GetPipeOutDByDn(LPCTSTR material, double dn) {
+    const PipeDiameter* const found = FindDiameter(material, dn);
+    return found != nullptr ? found->m_outer : dn;
+}
+
+double GetPipeDjByDn(LPCTSTR material, double dn) {
+    const PipeDiameter* const found = FindDiameter(material, dn);
+    return found != nullptr ? found->m_inner : dn;
+}
