@@ -211,6 +211,7 @@ line_editor::line_editor(std::FILE* shown, std::function<completions(std::wstrin
     el_wset(editor, EL_ADDFN, L"zef-end", L"Deletes, or ends the input", end_or_delete);
     el_wset(editor, EL_BIND, L"^I", L"zef-complete", nullptr);
     el_wset(editor, EL_BIND, std::wstring(1, cancel_key).c_str(), L"zef-cancel", nullptr);
+    el_wset(editor, EL_BIND, L"^C", L"zef-cancel", nullptr); // where the terminal sends no signal for it
     el_wset(editor, EL_BIND, L"^D", L"zef-end", nullptr);
     // The system's own flush at Ctrl-C would take what is being shown, too.
     el_set(editor, EL_SETTY, "-d", "+noflsh", nullptr);

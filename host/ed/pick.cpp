@@ -19,8 +19,8 @@ public:
     // What the answer depends on: the topmost hit, or whether anything is touched, or everything inside.
     enum class wanted { topmost, any, all };
 
-    testing(const gi::region& region, layer_states& states, wanted wanted)
-        : region_(region), states_(states), wanted_(wanted), all_(region) {}
+    testing(const gi::region& region, layer_states& states, wanted what)
+        : region_(region), states_(states), wanted_(what), all_(region) {}
 
     bool touched() const { return touched_; }
     bool all_inside() const { return all_.all_inside(); }
