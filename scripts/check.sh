@@ -45,5 +45,6 @@ check 'self-test of the floors' scripts/check_arrows.sh --self-test
 check 'floors' scripts/check_arrows.sh
 check 'words and blanks' check_words
 check 'form' check_form
+check 'list of the interface' scripts/api_list.py --check
 check 'clang-tidy' scripts/check_tidy.sh
 exit $status

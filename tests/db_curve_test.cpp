@@ -452,8 +452,8 @@ TEST(DbSpline, MendsWhatIsBroken) {
         const test::seen<> spline(*database, 0x100);
         EXPECT_EQ(test::box_of(*spline), (test::box{0, 0, 2, 1})) << groups;
     }
-    for (const char* const groups : {"", "|71 0|10 0|20 0|10 1|20 2", "|71 26|10 0|20 0|10 1|20 2",
-                                     "|10 1|20 1", "|11 1|21 1"}) {
+    for (const char* const groups :
+         {"", "|71 0|10 0|20 0|10 1|20 2", "|71 26|10 0|20 0|10 1|20 2", "|10 1|20 1", "|11 1|21 1"}) {
         const auto database =
             test::database_of(test::with_entities(std::string("0 SPLINE|5 100|8 0") + groups));
         EXPECT_EQ(test::box_of(*test::seen<>(*database, 0x100)), test::nothing) << groups;

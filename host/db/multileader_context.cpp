@@ -2,7 +2,6 @@
 
 #include "host/dxf/record_header.h"
 
-
 namespace db {
 
 namespace {

@@ -57,6 +57,7 @@ protected:
     AcApDocumentIterator() = default;
 };
 
+// All documents, which of them is current, and who may change them. There is one: acDocManager.
 class ACCORE_PORT AcApDocManager : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcApDocManager);

@@ -74,6 +74,7 @@ public:
     virtual double thickness() const = 0;
 };
 
+// The traits that a drawable gives to all that it draws.
 class ACGI_PORT AcGiDrawableTraits : public AcGiSubEntityTraits {
 public:
     ACRX_DECLARE_MEMBERS(AcGiDrawableTraits);
@@ -225,6 +226,7 @@ public:
     virtual Adesk::Boolean draw(AcGiDrawable* drawable) const = 0;
 };
 
+// The geometry that drawables draw by, in coordinates of the model.
 class ACGI_PORT AcGiWorldGeometry : public AcGiGeometry {
 public:
     ACRX_DECLARE_MEMBERS(AcGiWorldGeometry);
@@ -232,6 +234,7 @@ public:
     virtual void setExtents(AcGePoint3d* extents) const = 0;
 };
 
+// What a drawable is handed to draw with: what the drawing is for, and its fineness.
 class ACGI_PORT AcGiCommonDraw : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcGiCommonDraw);
@@ -244,6 +247,7 @@ public:
     virtual double deviation(const AcGiDeviationType type, const AcGePoint3d& point) const = 0;
 };
 
+// The same with its traits and its geometry.
 class ACGI_PORT AcGiWorldDraw : public AcGiCommonDraw {
 public:
     ACRX_DECLARE_MEMBERS(AcGiWorldDraw);

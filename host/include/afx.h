@@ -169,6 +169,7 @@ struct ACBASE_PORT CRuntimeClass {
     BOOL IsDerivedFrom(const CRuntimeClass* base) const;
 };
 
+// The root of classes that tell their name at run time.
 class ACBASE_PORT CObject {
 public:
     virtual ~CObject();

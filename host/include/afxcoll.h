@@ -5,4 +5,5 @@
 #include "afxtempl.h"
 
 class CStringArray : public CArray<CString> {};
+// An array of unsigned numbers.
 class CUIntArray : public CArray<UINT, UINT> {};

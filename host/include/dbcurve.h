@@ -45,7 +45,7 @@ public:
     // Of the figure between the curve and the line that joins its ends; of a curve that lies in no plane the
     // largest that any view of it shows.
     virtual Acad::ErrorStatus getArea(double& area) const;
-    // The same curve from its end to its start.
+    // The same curve from its end to its start. eNotImplementedYet from kinds that do not say how.
     virtual Acad::ErrorStatus reverseCurve();
 
 protected:

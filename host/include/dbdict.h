@@ -50,6 +50,7 @@ private:
     mutable std::unique_ptr<Index> m_index;
 };
 
+// Goes through the entries of a dictionary. The caller deletes it.
 class ACDB_PORT AcDbDictionaryIterator {
 public:
     AcDbDictionaryIterator(const AcDbDictionaryIterator&) = delete;

@@ -129,6 +129,7 @@ public:
     Acad::ErrorStatus setXLine2End(const AcGePoint3d& point);
 };
 
+// The radius of a circle or an arc.
 class ACDB_PORT AcDbRadialDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDbRadialDimension);
@@ -143,6 +144,7 @@ public:
     double leaderLength() const;
 };
 
+// The diameter of a circle or an arc.
 class ACDB_PORT AcDbDiametricDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDbDiametricDimension);

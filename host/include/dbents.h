@@ -36,6 +36,7 @@ protected:
     Acad::ErrorStatus subTransformBy(const AcGeMatrix3d& matrix) override;
 };
 
+// A point.
 class ACDB_PORT AcDbPoint : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbPoint);
@@ -55,6 +56,7 @@ protected:
     Acad::ErrorStatus subTransformBy(const AcGeMatrix3d& matrix) override;
 };
 
+// A circle in a plane.
 class ACDB_PORT AcDbCircle : public AcDbCurve {
 public:
     ACRX_DECLARE_MEMBERS(AcDbCircle);
@@ -421,6 +423,7 @@ public:
     ~AcDbBlockBegin() override;
 };
 
+// What ends a block: it has a layer and draws nothing.
 class ACDB_PORT AcDbBlockEnd : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbBlockEnd);
@@ -428,6 +431,7 @@ public:
     ~AcDbBlockEnd() override;
 };
 
+// What ends the vertices of a polyline and the attributes of a reference.
 class ACDB_PORT AcDbSequenceEnd : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbSequenceEnd);
@@ -517,6 +521,7 @@ protected:
 // ids. Of a fitted curve, a spline or a smooth mesh the vertices that were made are drawn, not those of its
 // frame.
 
+// A vertex of one of the older polylines.
 class ACDB_PORT AcDbVertex : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbVertex);
@@ -555,6 +560,7 @@ public:
     Acad::ErrorStatus setTangent(double angle);
 };
 
+// A vertex of a polyline in space.
 class ACDB_PORT AcDb3dPolylineVertex : public AcDbVertex {
 public:
     ACRX_DECLARE_MEMBERS(AcDb3dPolylineVertex);
@@ -567,6 +573,7 @@ public:
     Acad::ErrorStatus setPosition(const AcGePoint3d& position);
 };
 
+// A vertex of a mesh of rows and columns.
 class ACDB_PORT AcDbPolygonMeshVertex : public AcDbVertex {
 public:
     ACRX_DECLARE_MEMBERS(AcDbPolygonMeshVertex);
@@ -579,6 +586,7 @@ public:
     Acad::ErrorStatus setPosition(const AcGePoint3d& position);
 };
 
+// A vertex of a mesh of faces.
 class ACDB_PORT AcDbPolyFaceMeshVertex : public AcDbVertex {
 public:
     ACRX_DECLARE_MEMBERS(AcDbPolyFaceMeshVertex);

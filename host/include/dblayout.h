@@ -14,6 +14,7 @@ public:
     bool modelType() const;
 };
 
+// A sheet, or the model as it is plotted: plot settings with a name, a place among the tabs and a block.
 class ACDB_PORT AcDbLayout : public AcDbPlotSettings {
 public:
     ACRX_DECLARE_MEMBERS(AcDbLayout);

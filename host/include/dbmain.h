@@ -181,6 +181,7 @@ public:
                              Adesk::uchar* regAppTable = nullptr) const;
     virtual Acad::ErrorStatus dwgInFields(AcDbDwgFiler* filer);
     virtual Acad::ErrorStatus dwgOutFields(AcDbDwgFiler* filer) const;
+    // eNotImplementedYet from a filer that is not the host's own.
     virtual Acad::ErrorStatus dxfInFields(AcDbDxfFiler* filer);
     virtual Acad::ErrorStatus dxfOutFields(AcDbDxfFiler* filer) const;
 
@@ -326,6 +327,7 @@ public:
     // eNotImplementedYet for kinds that the host does not know. Then nothing is changed.
     Acad::ErrorStatus transformBy(const AcGeMatrix3d& matrix);
     // A transformed copy, which the caller owns, for instance where the entity itself can not be transformed.
+    // The same answers, and eNotImplementedYet for classes that can not be copied.
     Acad::ErrorStatus getTransformedCopy(const AcGeMatrix3d& matrix, AcDbEntity*& copy) const {
         return subGetTransformedCopy(matrix, copy);
     }
@@ -441,7 +443,8 @@ public:
     Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary,
                                                 AcDb::OpenMode mode = AcDb::kForRead);
 
-    // The object with a handle. eUnknownHandle when there is none; erased ones are found.
+    // The object with a handle. eUnknownHandle when there is none; erased ones are found. eNotImplementedYet
+    // when it is to be made.
     Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound, const AcDbHandle& handle,
                                       Adesk::UInt32 xRefId = 0);
 

@@ -37,6 +37,7 @@ private:
     mutable AcString m_names[3];
 };
 
+// The same for entities; it draws the picture that was kept with it.
 class ACDB_PORT AcDbProxyEntity : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbProxyEntity);

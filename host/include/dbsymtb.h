@@ -40,6 +40,7 @@ private:
     mutable AcString m_nameSeen;
 };
 
+// A table of named records: names are compared without case.
 class ACDB_PORT AcDbSymbolTable : public AcDbObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbSymbolTable);
@@ -63,6 +64,7 @@ protected:
                                bool openErased) const;
 };
 
+// Goes through the records of a table in the order of the file. The caller deletes it.
 class ACDB_PORT AcDbSymbolTableIterator {
 public:
     AcDbSymbolTableIterator(const AcDbSymbolTableIterator&) = delete;
@@ -110,6 +112,7 @@ private:
         ~RECORD() override;                                                                                  \
     }
 
+// A layer.
 class ACDB_PORT AcDbLayerTableRecord : public AcDbSymbolTableRecord {
 public:
     typedef AcDbLayerTable TableType;
@@ -152,6 +155,7 @@ public:
 
 class AcDbBlockTableRecordIterator;
 
+// A block: the model, a sheet, or what references show.
 class ACDB_PORT AcDbBlockTableRecord : public AcDbSymbolTableRecord {
 public:
     typedef AcDbBlockTable TableType;
@@ -208,6 +212,7 @@ protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;
 };
 
+// Goes through the entities of a block in their order. The caller deletes it.
 class ACDB_PORT AcDbBlockTableRecordIterator {
 public:
     AcDbBlockTableRecordIterator(const AcDbBlockTableRecordIterator&) = delete;
@@ -229,6 +234,7 @@ private:
     int m_at = 0;
 };
 
+// A linetype: its dashes, with shapes and texts in them.
 class ACDB_PORT AcDbLinetypeTableRecord : public AcDbSymbolTableRecord {
 public:
     typedef AcDbLinetypeTable TableType;

@@ -35,6 +35,7 @@ private:
     mutable AcGePoint2dArray m_boundary; // what clipBoundary gave
 };
 
+// A page of a PDF file that is shown below the drawing.
 class ACDB_PORT AcDbPdfReference : public AcDbUnderlayReference {
 public:
     ACRX_DECLARE_MEMBERS(AcDbPdfReference);
@@ -42,6 +43,7 @@ public:
     ~AcDbPdfReference() override;
 };
 
+// The same of a DWF file.
 class ACDB_PORT AcDbDwfReference : public AcDbUnderlayReference {
 public:
     ACRX_DECLARE_MEMBERS(AcDbDwfReference);
@@ -49,6 +51,7 @@ public:
     ~AcDbDwfReference() override;
 };
 
+// The same of a DGN file.
 class ACDB_PORT AcDbDgnReference : public AcDbUnderlayReference {
 public:
     ACRX_DECLARE_MEMBERS(AcDbDgnReference);

@@ -85,6 +85,7 @@ typedef struct HKEY__* HKEY;
 struct POINT {
     LONG x, y;
 };
+// A message of the window system.
 struct MSG {
     HWND hwnd;
     UINT message;
