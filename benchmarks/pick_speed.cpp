@@ -80,4 +80,5 @@ int main(int count, char** arguments) {
     Adesk::Int32 found = 0;
     acedSSLength(set, &found);
     std::printf("of_layer %d\n", found);
+    ap::documents::instance().close_all();
 }

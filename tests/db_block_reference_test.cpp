@@ -472,7 +472,7 @@ TEST(DbBlockReference, WhatCanNotBeTakenApartStaysWhole) {
         "0|70 2|"
         "0 INSERT|5 103|8 0|2 U|10 0|20 0|0 INSERT|5 104|8 0|2 B|10 0|20 0"));
     AcDbVoidPtrArray parts;
-    for (const std::uint64_t handle : {0x100, 0x101, 0x102, 0x103}) {
+    for (const std::uint64_t handle : {0x100U, 0x101U, 0x102U, 0x103U}) {
         EXPECT_EQ(test::seen<AcDbBlockReference>(*database, handle)->explode(parts),
                   Acad::eCannotExplodeEntity)
             << std::hex << handle;
