@@ -314,8 +314,8 @@ TEST(DxfRepair, Handles) {
 TEST(DxfRepair, BlocksTheirRecordsAndLayouts) {
     const std::string record =
         "0 BLOCK_RECORD|5 22|330 1|100 AcDbSymbolTableRecord|100 AcDbBlockTableRecord|2 DOOR";
-    const auto with_layout = [](const std::string& layout) {
-        return with(objects, groups(objects.substr(0, objects.size() - 9) + "|" + layout + "|0 ENDSEC"));
+    const auto with_layout = [](const std::string& extra) {
+        return with(objects, groups(objects.substr(0, objects.size() - 9) + "|" + extra + "|0 ENDSEC"));
     };
     for (const damaged& row : std::vector<damaged>{
              {without(record),
