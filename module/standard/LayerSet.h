@@ -23,7 +23,6 @@ public:
     void DelLayerNode(const LayerNode* layer);
 
     int GetLayerNum() const { return static_cast<int>(m_layers.size()); }
-    bool HasKey(LPCTSTR key) const { return m_index.contains(ViewOf(CString(key))); }
 
     // By position; null when there is none.
     LayerNode* FindLayerNode(int index) const;

@@ -92,10 +92,8 @@ void StandardIndex::AddGroup(PipeGroupNode& group) {
 }
 
 void StandardIndex::AddOtherLayers(const OtherLayerNode& group) {
-    for (const auto& [key, layer] : group.LayerIndex()) {
-        m_otherLayers.try_emplace({ViewOf(key), ViewOf(group.m_layerType), this}, layer);
-        m_otherLayers.try_emplace({ViewOf(key), {}}, layer);
-    }
+    for (const auto& [key, layer] : group.LayerIndex())
+        m_otherLayers.try_emplace({ViewOf(key), ViewOf(group.m_layerType)}, layer);
     for (const auto& layer : group.Layers()) {
         m_otherLayersByName.try_emplace({ViewOf(layer->m_layerName), {}}, layer.get());
         for (const CString& set : layer->m_attachments)
@@ -143,11 +141,7 @@ PipeGroupNode* StandardIndex::FindGroupNoCase(LPCTSTR name) const {
 }
 
 LayerNode* StandardIndex::FindOtherLayer(LPCTSTR layerType, LPCTSTR layerKey) const {
-    return ValueAt(m_otherLayers, Key{TextOf(layerKey), TextOf(layerType), this});
-}
-
-LayerNode* StandardIndex::FindOtherLayer(LPCTSTR layerKey) const {
-    return ValueAt(m_otherLayers, Key{TextOf(layerKey), {}});
+    return ValueAt(m_otherLayers, Key{TextOf(layerKey), TextOf(layerType)});
 }
 
 LayerNode* StandardIndex::FindOtherLayerByName(LPCTSTR layerName) const {

@@ -38,10 +38,8 @@ public:
     PipeGroupNode* FindGroup(LPCTSTR name) const;
     PipeGroupNode* FindGroupNoCase(LPCTSTR name) const;
 
-    // Of other layers: the layer of a key, without case, in a group of that type; in any group; the first of
-    // a name.
+    // Of other layers: the layer of a key, without case, in a group of that type; the first of a name.
     LayerNode* FindOtherLayer(LPCTSTR layerType, LPCTSTR layerKey) const;
-    LayerNode* FindOtherLayer(LPCTSTR layerKey) const;
     LayerNode* FindOtherLayerByName(LPCTSTR layerName) const;
 
     // The layers that belong to an attachment set of exactly that name.
@@ -89,7 +87,7 @@ private:
     NoCaseTable<PipeNode*> m_systemsByLayerName;
     ExactTable<PipeGroupNode*> m_groups;
     NoCaseTable<PipeGroupNode*> m_groupsNoCase;
-    NoCaseTable<LayerNode*> m_otherLayers; // with no scope by key alone
+    NoCaseTable<LayerNode*> m_otherLayers;
     NoCaseTable<LayerNode*> m_otherLayersByName;
     ExactTable<Attached> m_attached;
     ExactTable<const TextStyleNode*> m_stylesByKey;
