@@ -241,7 +241,9 @@ TEST(EdSelect, WhatIsPickedFirstIsForCommandsThatUseIt) {
     editor.run_command(L"TAKES");
     EXPECT_EQ(found, "22/22") << "what a command picks is for the next one";
     resbuf *grips = nullptr, *picked = nullptr;
-    ASSERT_EQ(acedSSSetFirst(called_with, nullptr), RTERROR) << "an entity is no set";
+    ads_name entity;
+    ASSERT_EQ(acdbGetAdsName(entity, session.id(0x22)), Acad::eOk);
+    ASSERT_EQ(acedSSSetFirst(entity, nullptr), RTERROR) << "an entity is no set";
     EXPECT_EQ(test::error_number(), 2);
     acedSSSetFirst(nullptr, nullptr);
     EXPECT_EQ(acedSSGetFirst(&grips, &picked), RTNORM);
