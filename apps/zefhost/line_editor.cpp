@@ -31,6 +31,7 @@ using ending = line_editor::ending;
 // The key that Escape and Ctrl-C become: a control character that keyboards have no other use for.
 constexpr wchar_t cancel_key = 0x1F;
 constexpr wchar_t escape_key = 0x1B;
+constexpr wchar_t end_key = 0x04;
 // An arrow key sends its characters at once; who presses Escape sends nothing behind it.
 constexpr int escape_wait_ms = 60;
 
@@ -117,6 +118,8 @@ int next_character(EditLine* editor, wchar_t* character) {
             state.decoding = {};
             decoded = static_cast<wchar_t>(base::replacement_character);
         }
+        if (decoded == 0) // Ctrl-D that was pressed while the terminal still gathered lines
+            decoded = end_key;
         *character = decoded == escape_key && !more_follows() ? cancel_key : decoded;
         return 1;
     }
