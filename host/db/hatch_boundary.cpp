@@ -4,11 +4,11 @@
 #include "gemat3d.h"
 #include "host/db/flat_path.h"
 #include "host/db/geometry_groups.h"
+#include "host/db/record_text.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <numbers>
 
 namespace db {
@@ -255,12 +255,6 @@ void transform_edge(hatch_edge& edge, const AcGeMatrix3d& matrix, double scale, 
     turn -= full * std::floor((edge.start_angle + turn) / full);
     edge.start_angle += turn;
     edge.end_angle += turn;
-}
-
-std::string handle_text(std::uint64_t handle) {
-    char digits[20];
-    std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(handle));
-    return digits;
 }
 
 class group_writer {
