@@ -67,9 +67,12 @@ TEST(Ed, SentTextRunsBeforeTheRestOfTheScript) {
     EXPECT_EQ(input.place(), L"script, line 1");
     input.send(L"\x1b-layer\n");
     input.send(L";x\n");
+    input.send(L"\x1bgpsbs ");
     EXPECT_EQ(input.next(ed::answer_rule::word, L"").kind, ed::answer_kind::escape);
     EXPECT_EQ(input.next(ed::answer_rule::word, L"").text, L"-layer");
     EXPECT_EQ(input.next(ed::answer_rule::word, L"").text, L";x") << "sent text holds no comments";
+    EXPECT_EQ(input.next(ed::answer_rule::word, L"").kind, ed::answer_kind::escape);
+    EXPECT_EQ(input.next(ed::answer_rule::word, L"").text, L"gpsbs") << "the blank ends it and is no Enter";
     EXPECT_EQ(input.next(ed::answer_rule::word, L"").text, L"B");
     EXPECT_EQ(input.next(ed::answer_rule::word, L"").kind, ed::answer_kind::end);
 }
