@@ -1,9 +1,12 @@
 #include "tests/support.h"
 
+#include "dbmain.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <sstream>
 #include <sys/wait.h>
@@ -36,6 +39,12 @@ std::vector<std::string> lines_of(std::string_view text) {
     }
     return lines;
 }
+
+// An application is loaded when the host's classes are there: so they are for every test, in whatever order.
+class host_classes : public testing::Environment {
+    void SetUp() override { const AcDbDatabase first(false, true); }
+};
+[[maybe_unused]] const auto* const environment = testing::AddGlobalTestEnvironment(new host_classes);
 
 } // namespace
 
