@@ -91,9 +91,7 @@ constexpr fold_range fold_ranges[] = {
 
 } // namespace
 
-char32_t fold_code_point(char32_t c) {
-    if (c < 0x80)
-        return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c;
+char32_t fold_by_table(char32_t c) {
     const auto range = std::lower_bound(std::begin(fold_ranges), std::end(fold_ranges), c,
                                         [](const fold_range& r, char32_t wanted) { return r.last < wanted; });
     if (range == std::end(fold_ranges) || c < range->first || (c - range->first) % range->step != 0)
@@ -101,13 +99,14 @@ char32_t fold_code_point(char32_t c) {
     return static_cast<char32_t>(static_cast<int>(c) + range->offset);
 }
 
-wchar_t fold_case(wchar_t c) {
-    return static_cast<wchar_t>(fold_code_point(static_cast<char32_t>(c)));
-}
-
 int compare_no_case(std::wstring_view a, std::wstring_view b) {
+    // Most texts that are compared begin alike, or are.
     std::size_t i = 0;
-    std::size_t k = 0;
+    while (i < a.size() && i < b.size() && a[i] == b[i])
+        ++i;
+    if constexpr (sizeof(wchar_t) == 2) // not between the halves of a pair
+        i -= i > 0 && (a[i - 1] & 0xFC00) == 0xD800 ? 1 : 0;
+    std::size_t k = i;
     while (i < a.size() && k < b.size()) {
         const char32_t left = fold_code_point(take_code_point(a, i));
         const char32_t right = fold_code_point(take_code_point(b, k));

@@ -107,7 +107,11 @@ std::string entry_text(AcDbImpDatabase& database, table_kind kind, const AcDbImp
     for (const dxf::group& group : entry.groups().groups()) {
         const bool weight = group.code == 370 || group.code == 290 || group.code == 390;
         const bool true_color = group.code == 420 && kind == table_kind::layer;
-        if (group.code == 0 || (group.code == 100 && version < first_with_markers) ||
+        // Of a dash the first versions know the length alone.
+        const bool in_line = kind == table_kind::linetype &&
+                             (group.code == 9 || group.code == 340 || (group.code > 40 && group.code < 49) ||
+                              (group.code > 73 && group.code < 76) || group.code == 50);
+        if (group.code == 0 || (version < first_with_markers && (group.code == 100 || in_line)) ||
             (weight && version < first_with_weights) || (true_color && version < first_with_true_colors))
             continue;
         text.transcoded(entry, group);

@@ -270,26 +270,6 @@ DEFINE_RECORD(AcDbDimStyleTableRecord)
 DEFINE_RECORD(AcDbViewTableRecord)
 DEFINE_RECORD(AcDbViewportTableRecord)
 DEFINE_RECORD(AcDbUCSTableRecord)
-DEFINE_RECORD(AcDbLinetypeTableRecord)
-
-ACHAR* AcDbLinetypeTableRecord::comments() const {
-    assertReadEnabled();
-    ACHAR* text = nullptr;
-    acutNewString(imp().decode(imp().groups().text({"AcDbLinetypeTableRecord"}, 3).value_or("")).c_str(),
-                  text);
-    return text;
-}
-
-double AcDbLinetypeTableRecord::patternLength() const {
-    assertReadEnabled();
-    return imp().groups().real({"AcDbLinetypeTableRecord"}, 40).value_or(0.0);
-}
-
-int AcDbLinetypeTableRecord::numDashes() const {
-    assertReadEnabled();
-    return static_cast<int>(imp().groups().integer({"AcDbLinetypeTableRecord"}, 73).value_or(0));
-}
-
 int acdbSNValid(const ACHAR* name, int pipeTest) {
     if (name == nullptr)
         return RTERROR;

@@ -98,3 +98,5 @@ typedef AcDbSymbolTableRecordPointer<AcDbTextStyleTableRecord> AcDbTextStyleTabl
 typedef AcDbSymbolTableRecordPointer<AcDbBlockTableRecord> AcDbBlockTableRecordPointer;
 typedef AcDbObjectPointer<AcDbLayerTable> AcDbLayerTablePointer;
 typedef AcDbObjectPointer<AcDbBlockTable> AcDbBlockTablePointer;
+typedef AcDbObjectPointer<AcDbLinetypeTable> AcDbLinetypeTablePointer;
+typedef AcDbObjectPointer<AcDbTextStyleTable> AcDbTextStyleTablePointer;

@@ -7,6 +7,7 @@
 #include "PAL/api/FontPitch.h"
 #include "PAL/api/charset.h"
 #include "dbmain.h"
+#include "gevec2d.h"
 
 class AcDbSymbolTableIterator;
 
@@ -244,8 +245,36 @@ public:
 
     // The description, as a text that the caller frees.
     ACHAR* comments() const;
+    Acad::ErrorStatus setComments(const ACHAR* text);
+    // How long the pattern is before it repeats: the sum of its dashes and gaps.
     double patternLength() const;
+    void setPatternLength(double length);
+    // New dashes are dots without text or shape.
     int numDashes() const;
+    void setNumDashes(int count);
+
+    // Of each dash, from 0 on; one that is not there has the values of a new one and is not changed. Above
+    // nought it is drawn, below nought it is a gap, nought is a dot.
+    double dashLengthAt(int dash) const;
+    void setDashLengthAt(int dash, double length);
+    // What stands in the line there: a text in a text style, or a shape of a shape file by its number.
+    // eInvalidIndex for a dash that is not there, eKeyNotFound without a text; the text is the caller's.
+    Acad::ErrorStatus textAt(int dash, ACHAR*& text) const;
+    Acad::ErrorStatus setTextAt(int dash, const ACHAR* text);
+    AcDbObjectId shapeStyleAt(int dash) const;
+    Acad::ErrorStatus setShapeStyleAt(int dash, AcDbObjectId style);
+    int shapeNumberAt(int dash) const;
+    Acad::ErrorStatus setShapeNumberAt(int dash, int number);
+    // Its place from the end of the dash, its size, and its rotation against the line, or against the
+    // drawing.
+    AcGeVector2d shapeOffsetAt(int dash) const;
+    void setShapeOffsetAt(int dash, const AcGeVector2d& offset);
+    double shapeScaleAt(int dash) const;
+    Acad::ErrorStatus setShapeScaleAt(int dash, double scale);
+    double shapeRotationAt(int dash) const;
+    void setShapeRotationAt(int dash, double radians);
+    Adesk::Boolean shapeIsUcsOrientedAt(int dash) const;
+    void setShapeIsUcsOrientedAt(int dash, bool oriented);
 };
 
 // How texts are written: with which fonts, how high, wide and slanted.
