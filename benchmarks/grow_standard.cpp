@@ -1,5 +1,6 @@
 // grow_standard TARGET KILOBYTES: writes a pipe-system standard of about that size, UTF-8 with a declaration,
 // by going on with system groups until it is reached. Every text differs a little, as in a real file.
+// grow_standard TARGET SYSTEMS LAYERS: the same with that many systems and layers in each.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -25,8 +26,8 @@ std::string comment(const char* words) {
     return std::string(" Comment=\"") + words + "\"";
 }
 
-void add_layer(writer& out, const char* type, const std::string& name, int number) {
-    out.begin("Layer", std::string(" LayerType=\"") + type + "\"");
+void add_layer(writer& out, const std::string& type, const std::string& name, int number) {
+    out.begin("Layer", " LayerType=\"" + type + "\"");
     out.value("OldKey", "旧版关键字", "PIPE-" + std::to_string(number));
     out.value("LayerName", "图层名", name);
     out.value("LayerColor", "图层颜色", number % 7 == 0 ? "255,0,128" : std::to_string(number % 256));
@@ -43,7 +44,7 @@ void add_layer(writer& out, const char* type, const std::string& name, int numbe
     out.end("Layer");
 }
 
-void add_system(writer& out, int number) {
+void add_system(writer& out, int number, int layers) {
     static const char* const kinds[] = {"给水", "热水", "污水", "废水", "雨水", "消火栓", "喷淋", "中水"};
     const std::string name = kinds[number % 8] + std::to_string(number);
     out.begin("Pipe", comment("系统"));
@@ -70,27 +71,34 @@ void add_system(writer& out, int number) {
     out.value("DesItem", "映射目标", "管线");
     out.end("MapItem");
     out.end("SysMap");
-    for (const char* const type : {"管线", "立管", "管径文字", "管线流向", "扣弯"})
+    static const char* const types[] = {"管线", "立管", "管径文字", "管线流向", "扣弯"};
+    for (int i = 0; i < layers; ++i) {
+        const std::string type = i < 5 ? types[i] : "类型" + std::to_string(i);
         add_layer(out, type, "PIPE-" + name + "-" + type, number);
+    }
     out.end("Pipe");
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::size_t wanted = argc == 3 ? static_cast<std::size_t>(std::atol(argv[2])) * 1000 : 0;
-    if (wanted == 0) {
-        std::fprintf(stderr, "usage: grow_standard TARGET KILOBYTES\n");
+    const long first = argc >= 3 ? std::atol(argv[2]) : 0;
+    const int layers = argc == 4 ? std::atoi(argv[3]) : 5;
+    const std::size_t size = argc == 3 ? static_cast<std::size_t>(first) * 1000 : 0;
+    const long systems = argc == 4 ? first : 0;
+    if (first <= 0 || layers <= 0 || argc > 4) {
+        std::fprintf(stderr, "usage: grow_standard TARGET KILOBYTES | TARGET SYSTEMS LAYERS\n");
         return 2;
     }
     writer out;
     out.begin("Vantrel", comment("维朗管线系统配置文件"));
     out.begin("PipeSystem", comment("管线系统"));
-    for (int system = 0; out.text.size() < wanted;) {
+    const auto goes_on = [&](int system) { return out.text.size() < size || system < systems; };
+    for (int system = 0; goes_on(system);) {
         out.begin("PipeGroup",
                   comment("系统组") + " Name=\"系统组" + std::to_string(system / 10) + "\" CanName=\"1\"");
-        for (int i = 0; i < 10 && out.text.size() < wanted; ++i)
-            add_system(out, system++);
+        for (int i = 0; i < 10 && goes_on(system); ++i)
+            add_system(out, system++, layers);
         out.end("PipeGroup");
     }
     out.end("PipeSystem");

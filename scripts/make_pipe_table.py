@@ -6,7 +6,8 @@ standard and its edition that they come from. The nominal diameters of plastic p
 place of steel pipes: DN 15 is dn 20 for pressure pipes, DN 100 is dn 110 for drain pipes.
 """
 import pathlib
-import struct
+
+import dbase
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
@@ -69,32 +70,8 @@ MATERIALS = [
 FIELDS = [("MATERIAL", "C", 24, 0), ("GRADE", "C", 8, 0), ("PREFIX", "C", 4, 0), ("USE", "C", 1, 0),
           ("DN", "N", 6, 1), ("OUTER", "N", 8, 2), ("WALL", "N", 6, 2), ("INNER", "N", 8, 2), ("SOURCE", "C", 24, 0)]
 
-GBK_DRIVER = 0x4D
-LAST_CHANGE = (126, 11, 21)  # years since 1900, month, day
-
-
-def cell(kind, length, decimals, value):
-    if kind == "N":
-        return f"{value:{length}.{decimals}f}".encode("ascii")
-    text = value.encode("gbk")
-    if len(text) > length:
-        raise ValueError(f"{value} does not fit")
-    return text.ljust(length)
-
-
-def table():
-    rows = [(name, grade, prefix, use, dn, outer, wall, round(outer - 2 * wall, 2), source)
-            for name, grade, prefix, use, source, sizes in MATERIALS for dn, outer, wall in sizes]
-    header = 32 + 32 * len(FIELDS) + 1
-    width = 1 + sum(field[2] for field in FIELDS)
-    out = struct.pack("<4BIHH17xB2x", 3, *LAST_CHANGE, len(rows), header, width, GBK_DRIVER)
-    for name, kind, length, decimals in FIELDS:
-        out += struct.pack("<11sc4xBB14x", name.encode("ascii"), kind.encode("ascii"), length, decimals)
-    out += b"\r"
-    for row in rows:
-        out += b" " + b"".join(cell(*field[1:], value) for field, value in zip(FIELDS, row))
-    return out + b"\x1a"
-
 
 if __name__ == "__main__":
-    (ROOT / "share" / "pipe.dbf").write_bytes(table())
+    rows = [(name, grade, prefix, use, dn, outer, wall, round(outer - 2 * wall, 2), source)
+            for name, grade, prefix, use, source, sizes in MATERIALS for dn, outer, wall in sizes]
+    (ROOT / "share" / "pipe.dbf").write_bytes(dbase.table(FIELDS, rows))

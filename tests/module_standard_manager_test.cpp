@@ -1,6 +1,7 @@
 // Which standard counts when the module comes, what is left of it in files and registry, and what is wrong in
 // a file that somebody wrote by hand.
 #include "base/utf.h"
+#include "host/ed/editor.h"
 #include "module/standard/StandardCheck.h"
 #include "module/standard/StandardFile.h"
 #include "module/standard/StandardManager.h"
@@ -87,6 +88,73 @@ TEST_F(StandardManager, WithoutAFileTheBuiltInStandardCounts) {
         EXPECT_EQ(manager.Standard().m_groups.size(), 6U);
         EXPECT_EQ(Remembered(), L"") << "what could not be read is not remembered";
     }
+}
+
+TEST_F(StandardManager, AHalfWrittenFileLeavesEverythingAsItWas) {
+    CStandardManager& manager = CStandardManager::Create();
+    manager.ChooseAndLoad();
+    const std::string whole = test::read(sys::system_folder() / "kol.vrsl");
+    const std::size_t groups = manager.Standard().m_groups.size();
+    std::string told;
+    ed::command_line::instance().set_error_sink([&](std::string_view text) { told += text; });
+    ed::command_line::instance().set_sink([&](std::string_view text) { told += text; });
+    for (std::size_t length = 0; length < whole.size() - 2; length += 4999) {
+        const auto path = m_folder.write("half.vrsl", std::string_view(whole).substr(0, length));
+        told.clear();
+        EXPECT_FALSE(manager.Load(path.wstring().c_str(), length % 2 == 0)) << length;
+        EXPECT_EQ(told.find("加载标准文件失败！") != told.npos, length % 2 == 0) << length;
+        EXPECT_EQ(manager.FileName(), InSystemFolder("kol.vrsl"));
+        EXPECT_EQ(manager.Standard().m_groups.size(), groups);
+    }
+    ed::command_line::instance().set_error_sink({});
+    ed::command_line::instance().set_sink({});
+    EXPECT_EQ(Remembered(), InSystemFolder("kol.vrsl"));
+    // Saving where nothing can be written.
+    EXPECT_FALSE(manager.Save((m_folder.path() / "none" / "x.vrsl").wstring().c_str()));
+    EXPECT_FALSE(manager.Save(m_folder.path().wstring().c_str()));
+    EXPECT_EQ(manager.FileName(), InSystemFolder("kol.vrsl"));
+}
+
+TEST_F(StandardManager, ValuesOfTheRegistryThatAreNoTextAreNone) {
+    for (const char* value :
+         {"dword:00000007", "hex:6d,00,79,00", "hex(2):6d,00", "hex(7):6d,00,00,00", "-", "x"}) {
+        m_folder.write("registry.reg", "Windows Registry Editor Version 5.00\r\n\r\n"
+                                       "[HKEY_CURRENT_USER\\Software\\ZEF\\KOL\\PipeSystemSetting]\r\n"
+                                       "\"StandardFile\"=" +
+                                           std::string(value) + "\r\n");
+        EXPECT_EQ(Started().FileName(), InSystemFolder("kol.vrsl")) << value;
+        EXPECT_EQ(Remembered(), InSystemFolder("kol.vrsl")) << value;
+    }
+}
+
+TEST(StandardCommand, ShowsOpensSavesAndChecks) {
+    const test::folder profile;
+    const auto run = [&](const std::string& script) {
+        return test::zefhost({"--profile", profile.path().string(), "-c", script});
+    };
+    const auto shown = run("gxsz\\n\\n");
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    // Of each kind of table one line.
+    for (const char* part : {"管道系统标准: ", "kol.vrsl", "给水系统", "PIPE-给水", "Continuous", "PP-R",
+                             "[打开(O)/保存(S)/检查(C)] <退出>:"})
+        EXPECT_NE(shown.out.find(part), std::string::npos) << part << "\n" << shown.out.substr(0, 2000);
+
+    const std::string copy = (profile.path() / "copy.vrsl").string();
+    const auto saved = run("gxsz\\nS\\n" + copy + "\\nC\\n" + copy + "\\nO\\n" + copy + "\\n\\n");
+    EXPECT_EQ(saved.status, 0) << saved.err;
+    EXPECT_NE(saved.out.find("已保存标准文件 " + copy), std::string::npos) << saved.out;
+    EXPECT_NE(saved.out.find("0 个问题"), std::string::npos);
+    EXPECT_NE(saved.out.find("已打开标准文件 " + copy), std::string::npos);
+    EXPECT_EQ(test::read(copy), test::read(std::filesystem::path(ZEF_SOURCE_FOLDER) / "share/kol.vrsl"));
+
+    // A file that is none: the message, and the standard stays.
+    const auto broken = run("gxsz\\nO\\nnothing\\n\\ngxsz\\n\\n");
+    EXPECT_NE((broken.out + broken.err).find("加载标准文件失败！"), std::string::npos) << broken.err;
+    EXPECT_NE(broken.out.find("PIPE-给水"), std::string::npos);
+    // Faults by line and element.
+    profile.write("bad.vrsl", "<Vantrel><PipeSystem>\n<PipeGroup Name=\"\"/></PipeSystem></Vantrel>");
+    const auto checked = run("gxsz\\nC\\n" + (profile.path() / "bad.vrsl").string() + "\\n\\n");
+    EXPECT_NE(checked.out.find("第 2 行 PipeGroup: 系统组没有名称"), std::string::npos) << checked.out;
 }
 
 TEST_F(StandardManager, LayerDefinitionsAreWrittenForOlderPrograms) {

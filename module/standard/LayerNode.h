@@ -5,6 +5,7 @@
 
 #include "afx.h"
 #include "dbcolor.h"
+#include "dbid.h"
 
 #include <map>
 #include <set>
@@ -25,6 +26,11 @@ struct LayerNode {
 
     // Whether an attachment set of exactly that name is among them.
     ZEF_PIPESYSTEM_PORT bool IsContainLayerAttach(LPCTSTR name) const;
+
+    // The working drawing's layer of that name, which is made when it is missing; one that is there stays as
+    // it is. A linetype that nobody knows gives a continuous one. `created` becomes true when a layer was
+    // made, and else stays. Null when the drawing does not take the layer.
+    ZEF_PIPESYSTEM_PORT AcDbObjectId CreateLayer(bool* created = nullptr) const;
 
     friend bool operator==(const LayerNode&, const LayerNode&) = default;
 };

@@ -8,14 +8,10 @@
 #include "dbsymtb.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <system_error>
 
 namespace {
-
-// The layer types of pipes, by the number that IsPipeLayer tells.
-constexpr std::array<const wchar_t*, 3> pipeTypes = {L"管线", L"立管", L"扣弯"};
 
 const CStandardManager* LoadedManager() {
     const CStandardManager* const manager = CStandardManager::Current();
@@ -47,27 +43,10 @@ const LayerNode* FindDefinition(LPCTSTR systemName, LPCTSTR layerType) {
     return layer != nullptr ? layer : index->FindOtherLayer(layerType, systemName);
 }
 
-// The first of the pipe types that a layer of that name has, and its number.
-const LayerNode* FindPipeLayer(const StandardIndex& index, const PipeGroupNode* group, LPCTSTR layerName,
-                               int& type) {
-    for (std::size_t i = 0; i < pipeTypes.size(); ++i)
-        if (const LayerNode* const layer = index.FindLayerByType(group, pipeTypes[i], layerName)) {
-            type = static_cast<int>(i);
-            return layer;
-        }
-    return nullptr;
-}
-
-// The same over all groups: an earlier group wins over an earlier type.
+// And its type by number.
 const LayerNode* FindPipeLayer(LPCTSTR layerName, int& type) {
-    const CStandardManager* const manager = LoadedManager();
-    if (manager == nullptr)
-        return nullptr;
-    const StandardIndex& index = manager->Index();
-    for (const auto& group : manager->Standard().m_groups)
-        if (const LayerNode* const layer = FindPipeLayer(index, group.get(), layerName, type))
-            return layer;
-    return nullptr;
+    const StandardIndex* const index = Index();
+    return index != nullptr ? index->FindPipeLayer(layerName, type) : nullptr;
 }
 
 // Empty when the record can not be opened.
@@ -83,7 +62,7 @@ const PipeGroupNode* FindGroup(LPCTSTR name) {
 }
 
 void AddPipeLayers(const PipeNode& system, std::vector<CString>& names) {
-    for (const wchar_t* type : pipeTypes)
+    for (const wchar_t* type : StandardIndex::pipeTypes)
         system.GetAllLayerName(type, names);
 }
 
@@ -233,8 +212,10 @@ bool GetPipeSystemStandardFiles(std::vector<CString>& names) {
 
 // ---- layers
 
-CString GetLayerName(LPCTSTR systemName, LPCTSTR layerType) {
+CString GetLayerName(LPCTSTR systemName, LPCTSTR layerType, bool create) {
     const LayerNode* const layer = FindDefinition(systemName, layerType);
+    if (layer != nullptr && create)
+        layer->CreateLayer();
     return layer != nullptr ? layer->m_layerName : CString();
 }
 
@@ -342,29 +323,29 @@ void GetSystemGroupPipeLayers(const CString* groupNames, int count, std::vector<
 
 namespace {
 
-CString LayerBesides(const wchar_t* ownType, LPCTSTR layerName, LPCTSTR layerType, bool includeMapped) {
-    const CStandardManager* const manager = LoadedManager();
-    if (manager == nullptr)
+CString LayerBesides(int ownType, LPCTSTR layerName, LPCTSTR layerType, bool includeMapped) {
+    const StandardIndex* const index = Index();
+    if (index == nullptr)
         return {};
-    CString result;
-    bool found = false;
-    for (const auto& group : manager->Standard().m_groups) {
-        const LayerNode* const own = manager->Index().FindLayerByType(group.get(), ownType, layerName);
-        if (own != nullptr && group->GetLayerNameByLayerTypeLayerName(own->m_layerKey, layerType, layerName,
-                                                                      result, includeMapped, found))
-            break;
+    for (const auto& own : index->FindPipeLayers(ownType, layerName)) {
+        const PipeNode* const system = index->FindSystem(own.group, own.record->m_layerKey);
+        const LayerNode* const layer =
+            system != nullptr ? system->FindLayerNode(layerType, includeMapped) : nullptr;
+        if (layer != nullptr &&
+            (layerName == nullptr || *layerName == 0 || system->CountLayer(layerName) != 0))
+            return layer->m_layerName;
     }
-    return result;
+    return {};
 }
 
 } // namespace
 
 CString GetLayerByPipeLayer(LPCTSTR layerName, LPCTSTR layerType, bool includeMapped) {
-    return LayerBesides(pipeTypes[0], layerName, layerType, includeMapped);
+    return LayerBesides(0, layerName, layerType, includeMapped);
 }
 
 CString GetLayerByVPipeLayer(LPCTSTR layerName, LPCTSTR layerType, bool includeMapped) {
-    return LayerBesides(pipeTypes[1], layerName, layerType, includeMapped);
+    return LayerBesides(1, layerName, layerType, includeMapped);
 }
 
 void GetLayerAttachInfo(LPCTSTR attachName, LayerAttachNode& set) {

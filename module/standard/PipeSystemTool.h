@@ -55,8 +55,9 @@ ZEF_PIPESYSTEM_PORT bool GetPipeSystemStandardFiles(std::vector<CString>& names)
 // ---- layers; layer names and types are compared without case
 
 // The name of the layer of a type in a system, else, in a group of other layers of that type, of the layer
-// whose key is the system's name. "" when there is none.
-ZEF_PIPESYSTEM_PORT CString GetLayerName(LPCTSTR systemName, LPCTSTR layerType);
+// whose key is the system's name. "" when there is none. With `create` the drawing gets the layer, unless it
+// has one of that name.
+ZEF_PIPESYSTEM_PORT CString GetLayerName(LPCTSTR systemName, LPCTSTR layerType, bool create = false);
 // The colour of the drawing's layer of that name, else of the standard's, else a new colour.
 ZEF_PIPESYSTEM_PORT AcCmColor GetLayerColor(LPCTSTR layerName);
 // Of the layer that GetLayerName names.

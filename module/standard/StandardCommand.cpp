@@ -1,6 +1,7 @@
 #include "module/standard/StandardCommand.h"
 
 #include "module/standard/LineWeightText.h"
+#include "module/standard/LinetypeLibrary.h"
 #include "module/standard/PipeSystemTool.h"
 #include "module/standard/StandardCheck.h"
 #include "module/standard/StandardManager.h"
@@ -9,6 +10,7 @@
 
 #include "aced.h"
 #include "acutads.h"
+#include "dbobjptr.h"
 #include "dbsymtb.h"
 
 #include <cstddef>
@@ -117,26 +119,18 @@ bool AskFile(const wchar_t* prompt, CString& name) {
 // What linetypes and materials there are: those of the drawing and of the tables.
 StandardKnowledge Knowledge() {
     StandardKnowledge known;
-    known.linetypes = {L"ByLayer", L"ByBlock", L"Continuous", L"DASHED", L"CENTER"};
-    if (AcDbDatabase* const database = acdbHostApplicationServices()->workingDatabase()) {
-        AcDbLinetypeTable* table = nullptr;
-        AcDbSymbolTableIterator* made = nullptr;
-        if (database->getLinetypeTable(table, AcDb::kForRead) == Acad::eOk) {
-            if (table->newIterator(made) == Acad::eOk) {
-                const std::unique_ptr<AcDbSymbolTableIterator> at(made);
-                for (; !at->done(); at->step()) {
-                    AcDbSymbolTableRecord* record = nullptr;
-                    if (at->getRecord(record, AcDb::kForRead) != Acad::eOk)
-                        continue;
-                    const ACHAR* name = nullptr;
-                    if (record->getName(name) == Acad::eOk)
-                        known.linetypes.emplace_back(name);
-                    record->close();
-                }
-            }
-            table->close();
+    GetLinetypeNames(known.linetypes);
+    const AcDbLinetypeTablePointer table(acdbHostApplicationServices()->workingDatabase()->linetypeTableId());
+    AcDbSymbolTableIterator* made = nullptr;
+    if (table.openStatus() == Acad::eOk && table->newIterator(made) == Acad::eOk)
+        for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
+            AcDbObjectId id;
+            each->getRecordId(id);
+            const AcDbObjectPointer<AcDbLinetypeTableRecord> linetype(id, AcDb::kForRead);
+            AcString name;
+            if (linetype.openStatus() == Acad::eOk && linetype->getName(name) == Acad::eOk)
+                known.linetypes.emplace_back(name.kACharPtr());
         }
-    }
     GetPipeMaterialList(known.materials);
     return known;
 }

@@ -1,5 +1,7 @@
 #include "module/standard/StandardIndex.h"
 
+#include <array>
+
 namespace {
 
 std::wstring_view TextOf(LPCTSTR text) {
@@ -61,14 +63,14 @@ StandardIndex::StandardIndex(const PipeStandard& standard) {
 void StandardIndex::AddGroup(PipeGroupNode& group) {
     m_groups.try_emplace({ViewOf(group.GroupName()), {}}, &group);
     m_groupsNoCase.try_emplace({ViewOf(group.GroupName()), {}}, &group);
-    // Of the systems of one name in a group only the first is asked for its layers.
-    NoCaseTable<bool> known;
+    std::array<std::vector<LayerNode*>, std::size(pipeTypes)> pipeLayers;
     for (const auto& owner : group.Systems()) {
         PipeNode* const system = owner.get();
         const std::wstring_view name = ViewOf(system->m_name);
         m_systems.try_emplace({name, {}}, Found<PipeNode>{system, &group});
         m_systemsByInitialName.try_emplace({ViewOf(system->m_initialName), {}}, system);
-        const bool isFirst = known.try_emplace({name, {}}, true).second;
+        // Of the systems of one name in a group only the first is asked for its layers.
+        const bool isFirst = m_systemsOfGroups.try_emplace({name, {}, &group}, system).second;
         for (const auto& [type, layer] : system->LayerIndex()) {
             if (isFirst)
                 m_layers.try_emplace({name, ViewOf(type)}, layer);
@@ -77,7 +79,10 @@ void StandardIndex::AddGroup(PipeGroupNode& group) {
         const auto addType = [&](const CString& type, LayerNode* layer) {
             const Key key{ViewOf(type), ViewOf(layer->m_layerName)};
             m_layersByType.try_emplace(key, layer);
-            m_layersByType.try_emplace({key.first, key.second, &group}, layer);
+            const bool isNew = m_layersByType.try_emplace({key.first, key.second, &group}, layer).second;
+            for (std::size_t i = 0; isNew && i < pipeLayers.size(); ++i)
+                if (IsSameName(key.first, pipeTypes[i]))
+                    pipeLayers[i].push_back(layer);
         };
         for (const auto& layer : system->Layers()) {
             m_systemsByLayerName.try_emplace({ViewOf(layer->m_layerName), {}}, system);
@@ -89,6 +94,12 @@ void StandardIndex::AddGroup(PipeGroupNode& group) {
             if (system->IsMapped(type))
                 addType(type, layer);
     }
+    for (std::size_t i = 0; i < pipeLayers.size(); ++i)
+        for (LayerNode* const layer : pipeLayers[i]) {
+            const std::wstring_view name = ViewOf(layer->m_layerName);
+            m_pipeLayers.try_emplace({name, {}}, PipeLayer{layer, static_cast<int>(i)});
+            m_pipeLayersByType[{pipeTypes[i], name}].push_back({layer, &group});
+        }
 }
 
 void StandardIndex::AddOtherLayers(const OtherLayerNode& group) {
@@ -118,6 +129,25 @@ LayerNode* StandardIndex::FindLayerByType(LPCTSTR layerType, LPCTSTR layerName) 
 LayerNode* StandardIndex::FindLayerByType(const PipeGroupNode* group, LPCTSTR layerType,
                                           LPCTSTR layerName) const {
     return ValueAt(m_layersByType, Key{TextOf(layerType), TextOf(layerName), group});
+}
+
+LayerNode* StandardIndex::FindPipeLayer(LPCTSTR layerName, int& type) const {
+    const PipeLayer found = ValueAt(m_pipeLayers, Key{TextOf(layerName), {}});
+    if (found.layer != nullptr)
+        type = found.type;
+    return found.layer;
+}
+
+std::span<const StandardIndex::Found<LayerNode>> StandardIndex::FindPipeLayers(int type,
+                                                                               LPCTSTR layerName) const {
+    const auto found = m_pipeLayersByType.find(Key{pipeTypes[type], TextOf(layerName)});
+    if (found == m_pipeLayersByType.end())
+        return {};
+    return found->second;
+}
+
+PipeNode* StandardIndex::FindSystem(const PipeGroupNode* group, LPCTSTR name) const {
+    return ValueAt(m_systemsOfGroups, Key{TextOf(name), {}, group});
 }
 
 StandardIndex::Found<PipeNode> StandardIndex::FindSystem(LPCTSTR name) const {

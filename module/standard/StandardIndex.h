@@ -7,6 +7,7 @@
 #include "module/standard/PipeStandard.h"
 
 #include <cstdint>
+#include <span>
 #include <unordered_map>
 
 class StandardIndex {
@@ -29,8 +30,16 @@ public:
     LayerNode* FindLayerByType(LPCTSTR layerType, LPCTSTR layerName) const;
     LayerNode* FindLayerByType(const PipeGroupNode* group, LPCTSTR layerType, LPCTSTR layerName) const;
 
+    // The first pipe, riser or bend layer of a name, an earlier group before an earlier type; `type` becomes
+    // the place of its type among pipeTypes. All of one of those types, the first of each group.
+    static constexpr const wchar_t* pipeTypes[] = {L"管线", L"立管", L"扣弯"};
+    LayerNode* FindPipeLayer(LPCTSTR layerName, int& type) const;
+    std::span<const Found<LayerNode>> FindPipeLayers(int type, LPCTSTR layerName) const;
+
     // By exact name; by the initial name; by the name of one of its layers.
     Found<PipeNode> FindSystem(LPCTSTR name) const;
+    // The first one of a group, without case.
+    PipeNode* FindSystem(const PipeGroupNode* group, LPCTSTR name) const;
     PipeNode* FindSystemByInitialName(LPCTSTR name) const;
     PipeNode* FindSystemByLayerName(LPCTSTR layerName) const;
 
@@ -71,6 +80,10 @@ private:
     using ExactTable = std::unordered_map<Key, Value, ExactHash, Exact>;
     template<class Value>
     using NoCaseTable = std::unordered_map<Key, Value, NoCaseHash, NoCase>;
+    struct PipeLayer {
+        LayerNode* layer = nullptr;
+        int type = 0;
+    };
     struct Attached {
         std::vector<const LayerNode*> pipeLayers;
         std::vector<const LayerNode*> otherLayers;
@@ -82,7 +95,10 @@ private:
     NoCaseTable<LayerNode*> m_layers;
     NoCaseTable<Found<LayerNode>> m_layersByName;
     NoCaseTable<LayerNode*> m_layersByType; // of one group, and of all with no scope
+    NoCaseTable<PipeLayer> m_pipeLayers;
+    NoCaseTable<std::vector<Found<LayerNode>>> m_pipeLayersByType;
     ExactTable<Found<PipeNode>> m_systems;
+    NoCaseTable<PipeNode*> m_systemsOfGroups;
     ExactTable<PipeNode*> m_systemsByInitialName;
     NoCaseTable<PipeNode*> m_systemsByLayerName;
     ExactTable<PipeGroupNode*> m_groups;

@@ -1,0 +1,128 @@
+// Layers and linetypes that the drawing gets from the standard.
+#include "dbobjptr.h"
+#include "dbsymtb.h"
+#include "module/standard/LinetypeLibrary.h"
+#include "module/standard/PipeSystemTool.h"
+#include "module/standard/StandardManager.h"
+#include "siblings/zef_kernal/ZefExport.h"
+#include "sys/folders.h"
+#include "tests/ed_session.h"
+#include "tests/support.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// A profile as at the first start, the shipped standard, and a drawing with the layer "0" alone.
+class LayerCreation : public testing::Test {
+protected:
+    LayerCreation() {
+        sys::set_profile_folder(m_folder.path());
+        EXPECT_TRUE(sys::prepare_profile(std::filesystem::path(ZEF_SOURCE_FOLDER) / "share"));
+        CStandardManager::Release();
+        CStandardManager::Create().ChooseAndLoad();
+        ReloadLinetypes();
+    }
+    ~LayerCreation() override { CStandardManager::Release(); }
+    static PipeStandard& Standard() { return CStandardManager::Create().Edit(); }
+    static LayerNode& Layer(LPCTSTR system, LPCTSTR type) {
+        for (const auto& group : Standard().m_groups)
+            if (LayerNode* const layer = group->FindLayerNode(system, type))
+                return *layer;
+        throw std::out_of_range("no such layer");
+    }
+
+    test::session m_session{test::drawing("viewports_r2018.dxf")};
+    test::folder m_folder;
+};
+
+CString LinetypeName(AcDbObjectId id) {
+    const AcDbObjectPointer<AcDbLinetypeTableRecord> linetype(id, AcDb::kForRead);
+    AcString name;
+    if (linetype.openStatus() == Acad::eOk)
+        linetype->getName(name);
+    return name.kACharPtr();
+}
+
+} // namespace
+
+TEST_F(LayerCreation, ALayerIsMadeOnceAndNeverChanged) {
+    using namespace PipeSystemTool;
+    EXPECT_EQ(GetLayerName(L"给水", L"管线", false), L"PIPE-给水");
+    EXPECT_TRUE(ZefExport::GetLayerIdFromString(L"PIPE-给水").isNull());
+
+    LayerNode& definition = Layer(L"给水", L"管线");
+    definition.m_linetype = L"vr-j"; // in the table it is VR-J
+    definition.m_color.setRGB(1, 2, 3);
+    definition.m_lineWeight = 50;
+    definition.m_canPlot = false;
+    EXPECT_EQ(GetLayerName(L"给水", L"管线", true), L"PIPE-给水");
+    const AcDbObjectId id = ZefExport::GetLayerIdFromString(L"pipe-给水");
+    {
+        const AcDbLayerTableRecordPointer layer(id, AcDb::kForRead);
+        ASSERT_EQ(layer.openStatus(), Acad::eOk);
+        EXPECT_EQ(layer->color(), definition.m_color);
+        EXPECT_EQ(layer->lineWeight(), AcDb::kLnWt050);
+        EXPECT_FALSE(layer->isPlottable());
+        EXPECT_EQ(LinetypeName(layer->linetypeObjectId()), L"VR-J");
+        const AcDbObjectPointer<AcDbLinetypeTableRecord> linetype(layer->linetypeObjectId(), AcDb::kForRead);
+        EXPECT_EQ(linetype->numDashes(), 3);
+        EXPECT_EQ(linetype->patternLength(), 24.5);
+        EXPECT_FALSE(linetype->shapeStyleAt(1).isNull());
+    }
+    // Now it is there: another definition of it changes nothing and makes nothing.
+    definition.m_color.setColorIndex(5);
+    definition.m_linetype = L"CENTER";
+    bool created = false;
+    EXPECT_EQ(definition.CreateLayer(&created), id);
+    EXPECT_FALSE(created);
+    const AcDbLayerTableRecordPointer layer(id, AcDb::kForRead);
+    EXPECT_EQ(LinetypeName(layer->linetypeObjectId()), L"VR-J");
+
+    bool other = false;
+    EXPECT_FALSE(Layer(L"热给水", L"管线").CreateLayer(&other).isNull());
+    EXPECT_TRUE(other);
+    EXPECT_EQ(GetLayerName(L"没有", L"管线", true), L"");
+}
+
+TEST_F(LayerCreation, WhatTheDrawingDoesNotTakeIsLeft) {
+    LayerNode& definition = Layer(L"给水", L"管线");
+    definition.m_linetype = L"no such line";
+    const AcDbObjectId id = definition.CreateLayer();
+    const AcDbLayerTableRecordPointer layer(id, AcDb::kForRead);
+    ASSERT_EQ(layer.openStatus(), Acad::eOk);
+    EXPECT_EQ(LinetypeName(layer->linetypeObjectId()).CompareNoCase(L"Continuous"), 0);
+
+    definition.m_layerName = L"a*b";
+    bool created = false;
+    EXPECT_TRUE(definition.CreateLayer(&created).isNull());
+    EXPECT_FALSE(created);
+}
+
+TEST_F(LayerCreation, EveryLinetypeOfTheTableLoadsOnce) {
+    std::vector<CString> names;
+    GetLinetypeNames(names);
+    ASSERT_GT(names.size(), 20U);
+    for (const CString& name : names) {
+        const AcDbObjectId id = KolTool::LoadVrLineType(name);
+        EXPECT_EQ(LinetypeName(id), name);
+        EXPECT_EQ(KolTool::LoadVrLineType(CString(name).MakeLower()), id);
+    }
+    EXPECT_TRUE(KolTool::LoadVrLineType(L"WAVY").isNull());
+}
+
+TEST(Linetypes, PatternsAreReadAsFilesOfLinetypesHaveThem) {
+    const auto dashes = ParseLinetypePattern(L"A, .5,-.2 ,[\"A, B]\",STANDARD,S=.1,A=45,x=-0.1,Y=-.05],-.25");
+    ASSERT_TRUE(dashes.has_value());
+    ASSERT_EQ(dashes->size(), 3U);
+    EXPECT_EQ((*dashes)[0].m_length, 0.5);
+    EXPECT_EQ((*dashes)[1].m_text, L"A, B]");
+    EXPECT_EQ((*dashes)[1].m_style, L"STANDARD");
+    EXPECT_EQ((*dashes)[1].m_size, 0.1);
+    EXPECT_TRUE((*dashes)[1].m_isAbsolute);
+    EXPECT_EQ((*dashes)[1].m_x, -0.1);
+    for (const wchar_t* bad : {L"", L"A", L"A,", L"B,1", L"A,1,x", L"A,nan", L"A,[\"J\",STANDARD]", L"A,1,[",
+                               L"A,1,[]", L"A,1,[\"J\"]", L"A,1,[\"J\",STANDARD,S=]", L"A,1,[J,STANDARD]",
+                               L"A,1,[\"J\",S,Q=1]", L"A,1,[\"J\",S", L"A,1,\"", L"A,1]"})
+        EXPECT_FALSE(ParseLinetypePattern(bad).has_value()) << base::narrow(bad);
+}
