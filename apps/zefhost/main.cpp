@@ -21,7 +21,7 @@ constexpr int wrong_usage = 2;
 
 // What is loaded at the start, siblings before who calls them.
 constexpr std::wstring_view own_applications[] = {L"zef_kernal", L"zef_pipewire", L"zef_public",
-                                                  L"zef_pipeSystem"};
+                                                  L"zef_pipeSystem", L"zef_client"};
 
 void complain(std::wstring_view message) {
     ed::command_line::instance().error(L"zefhost: " + std::wstring(message));

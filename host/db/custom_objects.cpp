@@ -117,6 +117,24 @@ std::optional<std::vector<dxf::group_list::fresh_group>> own_groups(const AcDbOb
     return output.groups();
 }
 
+// Lets an object read; false when it does not want to.
+bool read_from(group_input& input, AcDbObject& object) {
+    AcDbImpObject& imp = object.imp();
+    const bool was_writing = std::exchange(imp.writing, true);
+    const bool was_told = std::exchange(imp.news.opened_for_modify, true); // what is read is no change
+    bool read = false;
+    try {
+        const Acad::ErrorStatus status = object.dxfInFields(&input);
+        read = status == Acad::eOk || status == Acad::eEndOfFile;
+    } catch (...) {
+        // Whatever it was: there is no object then.
+    }
+    imp.writing = was_writing;
+    imp.news.opened_for_modify = was_told;
+    imp.touched = false;
+    return read;
+}
+
 void ensure_class_entry(AcDbImpDatabase& database, const AcRxClass& type) {
     const dxf::record_id section = database.drawing().ensure_section("CLASSES");
     const dxf::record_id last =
@@ -189,23 +207,11 @@ std::pair<std::size_t, std::size_t> host_sections(const AcDbImpObject& object) {
 }
 
 bool read_own_sections(AcDbObject& object) {
-    AcDbImpObject& imp = object.imp();
+    const AcDbImpObject& imp = object.imp();
     const auto [first, last] = own_sections(imp);
     group_input input(imp, std::span(imp.groups().groups()).first(last));
     input.go_to(first);
-    const bool was_writing = std::exchange(imp.writing, true);
-    const bool was_told = std::exchange(imp.news.opened_for_modify, true); // what is read is no change
-    bool read = false;
-    try {
-        const Acad::ErrorStatus status = object.dxfInFields(&input);
-        read = status == Acad::eOk || status == Acad::eEndOfFile;
-    } catch (...) {
-        // Whatever it was: there is no object then.
-    }
-    imp.writing = was_writing;
-    imp.news.opened_for_modify = was_told;
-    imp.touched = false;
-    return read;
+    return read_from(input, object);
 }
 
 bool write_own_sections(AcDbObject& object) {
@@ -275,14 +281,13 @@ std::string text_for_copy(const AcDbImpObject& object) {
 }
 
 void copy_own_fields(const AcDbObject& from, AcDbObject& to) {
-    auto groups = own_groups(from);
-    if (groups && !groups->empty()) {
-        for (auto& group : *groups)
-            if (dxf::kind_of_code(group.code) == dxf::value_kind::text)
-                group.value = to.imp().encode(from.imp().decode(group.value));
-        const auto [first, last] = own_sections(to.imp());
-        put_groups(to.imp(), first, last, *groups);
-        read_own_sections(to);
+    if (const auto groups = own_groups(from); groups && !groups->empty()) {
+        // Texts are in the encoding of the original's drawing, and handles name objects there.
+        std::vector<dxf::group> filed;
+        for (const auto& group : *groups)
+            filed.push_back({group.code, group.value, {}});
+        group_input input(from.imp(), filed);
+        read_from(input, to);
         return;
     }
     memory_filer values;

@@ -20,13 +20,23 @@ public:
         wide_ = database == nullptr || database->drawing().version() >= release_2007;
     }
 
+    // What is drawn from then on has the colour that the traits say; that of the entity needs no saying.
+    void follow(const AcGiSubEntityTraits& traits, const AcDbEntity* entity) {
+        traits_ = &traits;
+        color_ = entity != nullptr ? entity->color() : traits.trueColor();
+    }
+
+    // Nothing for what draws nothing.
     std::string data() {
+        if (count_ == 0)
+            return {};
         std::string data(8, '\0');
         base::put_little_endian(data, 0, 4, static_cast<std::uint32_t>(chunks_.size() + data.size()));
         base::put_little_endian(data, 4, 4, count_);
         return data + chunks_;
     }
 
+    bool reads_traits() const override { return true; }
     void lines(std::span<const AcGePoint3d> points) override {
         begin(proxy_chunk::polyline);
         put_points(points);
@@ -115,6 +125,24 @@ public:
 
 private:
     void begin(proxy_chunk type) {
+        if (const AcCmEntityColor color = traits_->trueColor(); color != color_) {
+            color_ = color;
+            put_color();
+        }
+        begin_chunk(type);
+    }
+    void put_color() {
+        if (color_.isByColor()) {
+            begin_chunk(proxy_chunk::true_color);
+            put_whole(std::uint32_t{AcCmEntityColor::kByColor} << 24 | std::uint32_t{color_.red()} << 16 |
+                      std::uint32_t{color_.green()} << 8 | color_.blue());
+        } else {
+            begin_chunk(proxy_chunk::color);
+            put_whole(color_.colorIndex());
+        }
+        end();
+    }
+    void begin_chunk(proxy_chunk type) {
         begin_ = chunks_.size();
         put_whole(0); // its size, when that is known
         put_whole(static_cast<std::uint32_t>(type));
@@ -170,6 +198,8 @@ private:
     }
 
     const AcDbImpDatabase* database_;
+    const AcGiSubEntityTraits* traits_ = nullptr;
+    AcCmEntityColor color_; // of what was drawn last
     bool wide_;
     std::string chunks_;
     std::size_t begin_ = 0; // of the chunk that is being written
@@ -180,7 +210,9 @@ private:
 
 std::string make_proxy_graphics(const AcGiDrawable& drawable, const AcDbImpDatabase* database) {
     writer target(database);
-    gi::tracer(target, kAcGiSaveWorldDrawForProxy).draw(drawable);
+    gi::tracer tracer(target, kAcGiSaveWorldDrawForProxy);
+    target.follow(tracer.subEntityTraits(), AcDbEntity::cast(&drawable));
+    tracer.draw(drawable);
     return target.data();
 }
 

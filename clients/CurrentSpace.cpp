@@ -1,0 +1,68 @@
+#include "clients/CurrentSpace.h"
+
+#include "acdbads.h"
+#include "acedads.h"
+#include "dbapserv.h"
+#include "dbobjptr.h"
+#include "geassign.h"
+
+namespace {
+
+// As acedTrans numbers them.
+constexpr short worldSystem = 0;
+constexpr short userSystem = 1;
+
+AcGePoint3d Transformed(const AcGePoint3d& point, short from, short to) {
+    resbuf source{};
+    source.restype = RTSHORT;
+    source.resval.rint = from;
+    resbuf target = source;
+    target.resval.rint = to;
+    AcGePoint3d result = point;
+    acedTrans(asDblArray(point), &source, &target, 0, asDblArray(result));
+    return result;
+}
+
+} // namespace
+
+std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR type) {
+    std::vector<AcDbObjectId> found;
+    const AcDbObjectId space = acdbHostApplicationServices()->workingDatabase()->currentSpaceId();
+    resbuf* const filter = acutBuildList(RTDXF0, type, RTNONE);
+    ads_name set;
+    if (acedSSGet(L"_X", nullptr, nullptr, filter, set) == RTNORM) {
+        Adesk::Int32 length = 0;
+        acedSSLength(set, &length);
+        for (Adesk::Int32 i = 0; i < length; ++i) {
+            ads_name name;
+            AcDbObjectId id;
+            if (acedSSName(set, i, name) != RTNORM || acdbGetObjectId(id, name) != Acad::eOk)
+                continue;
+            const AcDbEntityPointer entity(id, AcDb::kForRead);
+            if (entity.openStatus() == Acad::eOk && entity->blockId() == space)
+                found.push_back(id);
+        }
+        acedSSFree(set);
+    }
+    acutRelRb(filter);
+    return found;
+}
+
+AcDbObjectId AppendToCurrentSpace(std::unique_ptr<AcDbEntity> entity, LPCTSTR layerName) {
+    AcDbDatabase* const database = acdbHostApplicationServices()->workingDatabase();
+    if (*layerName != 0)
+        entity->setLayer(layerName);
+    const AcDbObjectPointer<AcDbBlockTableRecord> space(database->currentSpaceId(), AcDb::kForWrite);
+    AcDbObjectId id;
+    if (space.openStatus() == Acad::eOk && space->appendAcDbEntity(id, entity.get()) == Acad::eOk)
+        entity.release()->close();
+    return id;
+}
+
+AcGePoint3d ToWorld(const AcGePoint3d& user) {
+    return Transformed(user, userSystem, worldSystem);
+}
+
+AcGePoint3d ToUser(const AcGePoint3d& world) {
+    return Transformed(world, worldSystem, userSystem);
+}

@@ -1,0 +1,18 @@
+// The space of the current drawing that the user edits.
+#pragma once
+
+#include "afx.h"
+#include "dbmain.h"
+
+#include <memory>
+#include <vector>
+
+// The entities of a type in it, by the type's name in drawing files.
+std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR type);
+
+// Puts an entity into it, on a layer that the drawing has; with "" on the current one. Null when that fails.
+AcDbObjectId AppendToCurrentSpace(std::unique_ptr<AcDbEntity> entity, LPCTSTR layerName);
+
+// Points between the user's coordinates and the world's.
+AcGePoint3d ToWorld(const AcGePoint3d& user);
+AcGePoint3d ToUser(const AcGePoint3d& world);

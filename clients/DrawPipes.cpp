@@ -1,0 +1,161 @@
+#include "clients/DrawPipes.h"
+
+#include "clients/CurrentSpace.h"
+#include "clients/Joints.h"
+
+#include "acedads.h"
+#include "geassign.h"
+#include "module/standard/PipeSystemTool.h"
+#include "siblings/zef_kernal/ZefExport.h"
+#include "siblings/zef_pipewire/PipeSystems.h"
+#include "siblings/zef_pipewire/TDbPipe.h"
+#include "siblings/zef_pipewire/TDbPsConfig.h"
+#include "siblings/zef_public/SharedOptions.h"
+
+#include <optional>
+
+namespace {
+
+constexpr double metre = 1000.0;
+
+// What was answered last, and so is offered next.
+struct Answers {
+    CString m_system;
+    int m_dn = 0;
+    double m_bottom = 0.0; // of risers, m
+    double m_top = 3.0;
+};
+Answers g_last;
+
+// The first system of the standard; "" without one.
+CString FirstSystem() {
+    std::vector<PipeClassificationNode> groups;
+    PipeSystemTool::GetPipeSystems(groups);
+    for (const PipeClassificationNode& group : groups) {
+        if (!group.m_systems.empty())
+            return group.m_systems.front().m_basic.m_name;
+    }
+    return {};
+}
+
+// Asks for system and diameter. False when that was ended, or there is no such system, which the user is
+// told.
+bool AskForPipe() {
+    if (!PipeSystemTool::IsPipeSystemOfCurrentStandard(g_last.m_system))
+        g_last.m_system = FirstSystem();
+    CString prompt;
+    prompt.Format(L"\n请输入管线系统<%s>:", g_last.m_system);
+    AcString answer;
+    if (acedGetString(0, prompt, answer) != RTNORM)
+        return false;
+    const CString system = answer.isEmpty() ? g_last.m_system : CString(answer.kwszPtr());
+    if (!PipeSystemTool::IsPipeSystemOfCurrentStandard(system)) {
+        CString message;
+        message.Format(L"\n当前标准中没有管线系统\"%s\"！", system);
+        acdbFail(message);
+        return false;
+    }
+    int dn = g_last.m_dn > 0 ? g_last.m_dn : g_iDefaultPipeDn;
+    prompt.Format(L"\n请输入公称直径<%d>:", dn);
+    acedInitGet(RSG_NOZERO | RSG_NONEG, nullptr);
+    if (const int given = acedGetInt(prompt, &dn); given != RTNORM && given != RTNONE)
+        return false;
+    g_last.m_system = system;
+    g_last.m_dn = dn;
+    return true;
+}
+
+// An elevation in metres, the one that it has when nothing is given. False when that was ended.
+bool AskForElevation(LPCTSTR what, double& elevation) {
+    CString prompt;
+    prompt.Format(L"\n请输入%s(m)<%.3f>:", what, elevation);
+    acedInitGet(0, nullptr);
+    const int given = acedGetReal(prompt, &elevation);
+    return given == RTNORM || given == RTNONE;
+}
+
+// A point of the world; nothing when the asking was ended.
+std::optional<AcGePoint3d> AskForPoint(LPCTSTR prompt, const std::optional<AcGePoint3d>& base) {
+    const AcGePoint3d from = base ? ToUser(*base) : AcGePoint3d();
+    AcGePoint3d given;
+    acedInitGet(0, nullptr);
+    if (acedGetPoint(base ? asDblArray(from) : nullptr, prompt, asDblArray(given)) != RTNORM)
+        return std::nullopt;
+    return ToWorld(given);
+}
+
+// Null when the system has no layer of that type.
+AcDbObjectId LayerOf(LPCTSTR layerType) {
+    return ZefExport::GetLayerIdFromString(PipeSystemTool::GetLayerName(g_last.m_system, layerType, true));
+}
+
+// What the standard says about pipes of the system.
+void ApplyStandard(TDbPipe& pipe) {
+    const CString& system = g_last.m_system;
+    pipe.SetPipeSystemName(system);
+    pipe.SetSystemType(GetSysType(system));
+    TPipeValues& values = pipe.ChangeValues();
+    values.m_dn = g_last.m_dn;
+    values.m_lineWidth = PipeSystemTool::GetPipeLineWidth(system);
+    values.m_material = PipeSystemTool::GetPipeMaterialIndex(system, kIndoorMaterial);
+    values.m_labelPrefix = PipeSystemTool::GetPrefixOfPipeMaterial(values.m_material);
+    values.m_vPipeRadius = PipeSystemTool::GetVPipeRadius(system);
+    values.m_labelLayer = LayerOf(L"管径文字");
+    pipe.SetArrowLayerId(LayerOf(L"管线流向"));
+    const CString material = PipeSystemTool::GetPipeMaterialByIndex(values.m_material);
+    pipe.SetOuterDn(PipeSystemTool::GetPipeOuterDn(material, values.m_dn));
+    pipe.SetField(L"PIPE_THICK", PipeSystemTool::GetPipeThick(material, values.m_dn) / 2);
+    TDbPsConfig* config = nullptr;
+    if (GetDwgPsGlobal(config, AcDb::kForRead) == Acad::eOk) {
+        pipe.SetPlotScale(config->GetPlotScale());
+        config->close();
+    }
+}
+
+// False when the drawing does not take it, which the user is told.
+bool DrawPipe(CJoints& joints, const AcGePoint3d& start, const AcGePoint3d& end) {
+    auto pipe = std::make_unique<TDbPipe>();
+    pipe->SetEnds(start, end);
+    ApplyStandard(*pipe);
+    const CString layer =
+        PipeSystemTool::GetLayerName(g_last.m_system, pipe->IsVertical() ? L"立管" : L"管线", true);
+    const AcDbObjectId ends[] = {joints.FindOrAdd(start, layer), joints.FindOrAdd(end, layer)};
+    pipe->SetNodes(ends[0], ends[1]);
+    const AcDbObjectId id = AppendToCurrentSpace(std::move(pipe), layer);
+    if (id.isNull()) {
+        acdbFail(L"\n管线不能加入当前图形！");
+        return false;
+    }
+    for (const AcDbObjectId joint : ends)
+        CJoints::AddPipe(joint, id);
+    return true;
+}
+
+} // namespace
+
+void DrawPipes() {
+    if (!AskForPipe())
+        return;
+    std::optional<AcGePoint3d> from = AskForPoint(L"\n请指定管线起点<退出>:", std::nullopt);
+    CJoints joints;
+    while (from) {
+        const auto to = AskForPoint(L"\n请指定管线下一点<结束>:", from);
+        if (to && to->isEqualTo(*from)) {
+            acutPrintf(L"\n两点重合，请重新指定！");
+            continue;
+        }
+        if (to && !DrawPipe(joints, *from, *to))
+            return;
+        from = to;
+    }
+}
+
+void DrawRisers() {
+    if (!AskForPipe() || !AskForElevation(L"底标高", g_last.m_bottom) ||
+        !AskForElevation(L"顶标高", g_last.m_top))
+        return;
+    CJoints joints;
+    while (const auto at = AskForPoint(L"\n请指定立管位置<退出>:", std::nullopt))
+        if (!DrawPipe(joints, {at->x, at->y, g_last.m_bottom * metre}, {at->x, at->y, g_last.m_top * metre}))
+            return;
+}

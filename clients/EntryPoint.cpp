@@ -1,0 +1,25 @@
+// What the host tells zef_client: it brings its commands, and takes them with it.
+#include "accmd.h"
+#include "clients/DrawPipes.h"
+#include "clients/PlaceValves.h"
+#include "rxregsvc.h"
+
+namespace {
+
+constexpr wchar_t commandGroup[] = L"ZEF_CLIENT";
+
+} // namespace
+
+extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) {
+    AcEdCommandStack* const stack = acedRegCmds;
+    if (message == AcRx::kInitAppMsg && stack != nullptr) {
+        acrxUnlockApplication(packet);
+        acrxRegisterAppMDIAware(packet);
+        stack->addCommand(commandGroup, L"hzgx", L"hzgx", ACRX_CMD_MODAL, DrawPipes);
+        stack->addCommand(commandGroup, L"hzlg", L"hzlg", ACRX_CMD_MODAL, DrawRisers);
+        stack->addCommand(commandGroup, L"hzfj", L"hzfj", ACRX_CMD_MODAL, PlaceValves);
+    } else if (message == AcRx::kUnloadAppMsg && stack != nullptr) {
+        stack->removeGroup(commandGroup);
+    }
+    return AcRx::kRetOK;
+}

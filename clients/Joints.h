@@ -1,0 +1,28 @@
+// The joints of the current space: pipes that begin or end at the same place share one.
+#pragma once
+
+#include "afx.h"
+#include "dbid.h"
+#include "gepnt3d.h"
+
+#include <vector>
+
+class CJoints {
+public:
+    // Those that there are.
+    CJoints();
+
+    // The joint at a place, within 0.1 mm; a new one on that layer when there is none. Null when it can not
+    // be made.
+    AcDbObjectId FindOrAdd(const AcGePoint3d& position, LPCTSTR layerName);
+
+    // Tells a joint of a pipe that meets there.
+    static void AddPipe(AcDbObjectId joint, AcDbObjectId pipe);
+
+private:
+    struct Joint {
+        AcGePoint3d m_position;
+        AcDbObjectId m_id;
+    };
+    std::vector<Joint> m_joints;
+};

@@ -1,0 +1,77 @@
+#include "clients/PlaceValves.h"
+
+#include "acedads.h"
+#include "clients/CurrentSpace.h"
+#include "dbobjptr.h"
+#include "module/standard/PipeSystemTool.h"
+#include "siblings/zef_kernal/TPickEntSet.h"
+#include "siblings/zef_pipewire/TDbPipe.h"
+#include "siblings/zef_pipewire/TDbPipeAttachment.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cwchar>
+
+namespace {
+
+constexpr double symbolSize = 4.0; // mm on paper
+
+struct KindRow {
+    const wchar_t* m_keyword;
+    int m_kind;
+};
+constexpr KindRow kinds[] = {{L"Z", kGateValve}, {L"H", kCheckValve}, {L"S", kWaterMeter}, {L"Y", kReducer}};
+
+// False when the asking was ended.
+bool AskForKind(int& kind) {
+    ACHAR keyword[2] = L"Z";
+    acedInitGet(0, L"Z H S Y");
+    const int given = acedGetKword(L"\n请选择附件类型[闸阀(Z)/止回阀(H)/水表(S)/异径管(Y)]<闸阀>:", keyword);
+    if (given != RTNORM && given != RTNONE)
+        return false;
+    for (const KindRow& row : kinds) {
+        if (std::wcscmp(row.m_keyword, keyword) == 0)
+            kind = row.m_kind;
+    }
+    return true;
+}
+
+// On the centre line, nearest in the plan to where the pipe was picked.
+AcGePoint3d PlaceOn(const TDbPipe& pipe, const AcGePoint3d& picked) {
+    const AcGePoint3d start = pipe.GetStartPoint();
+    const AcGeVector3d along = pipe.GetEndPoint() - start;
+    const double level = along.x * along.x + along.y * along.y;
+    const AcGeVector3d away = picked - start;
+    const double part = level > 0.0 ? (away.x * along.x + away.y * along.y) / level : 0.0;
+    return start + along * std::clamp(part, 0.0, 1.0);
+}
+
+void PlaceValve(AcDbObjectId pipeId, const AcGePoint3d& picked, int kind) {
+    const AcDbObjectPointer<TDbPipe> pipe(pipeId, AcDb::kForWrite);
+    if (pipe.openStatus() != Acad::eOk || pipe->IsVertical()) {
+        acutPrintf(L"\n请选择可以修改的水平管线！");
+        return;
+    }
+    const AcGeVector3d along = pipe->GetEndPoint() - pipe->GetStartPoint();
+    auto symbol = std::make_unique<TDbPipeAttachment>();
+    symbol->SetKind(kind);
+    symbol->SetPosition(PlaceOn(*pipe, picked));
+    symbol->SetRotation(std::atan2(along.y, along.x));
+    symbol->SetSize(symbolSize * pipe->GetPlotScale());
+    symbol->SetPipeSystemName(pipe->GetPipeSystemName());
+    symbol->SetPipe(pipeId);
+    const CString layer = PipeSystemTool::GetLayerName(pipe->GetPipeSystemName(), L"阀门", true);
+    if (const AcDbObjectId id = AppendToCurrentSpace(std::move(symbol), layer); !id.isNull())
+        pipe->AddAttachment(id);
+}
+
+} // namespace
+
+void PlaceValves() {
+    int kind = kGateValve;
+    if (!AskForKind(kind))
+        return;
+    TPickEntSet picked;
+    while (picked.SelectEntity(L"\n请选择布置附件的管线<退出>:") == RTNORM)
+        PlaceValve(picked.GetAt(0), ToWorld(picked.GetPickPoint()), kind);
+}

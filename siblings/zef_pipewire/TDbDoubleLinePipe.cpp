@@ -1,0 +1,74 @@
+#include "siblings/zef_pipewire/TDbDoubleLinePipe.h"
+
+#include "dbproxy.h"
+#include "siblings/zef_pipewire/TDxfFields.h"
+
+ACRX_DXF_DEFINE_MEMBERS(TDbDoubleLinePipe, TDbPipe, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
+                        AcDbProxyEntity::kAllAllowedBits, ZEF_DOUBLELINEPIPE, "ZEF_PIPEWIRE|pipe entities")
+
+double TDbDoubleLinePipe::GetStartDn() const {
+    assertReadEnabled();
+    return m_startDn;
+}
+
+double TDbDoubleLinePipe::GetEndDn() const {
+    assertReadEnabled();
+    return m_endDn;
+}
+
+void TDbDoubleLinePipe::SetDns(double start, double end) {
+    assertWriteEnabled();
+    m_startDn = start;
+    m_endDn = end;
+}
+
+double TDbDoubleLinePipe::GetFlangeDiameter() const {
+    assertReadEnabled();
+    return m_flangeDiameter;
+}
+
+double TDbDoubleLinePipe::GetFlangeThickness() const {
+    assertReadEnabled();
+    return m_flangeThickness;
+}
+
+void TDbDoubleLinePipe::SetFlange(double diameter, double thickness) {
+    assertWriteEnabled();
+    m_flangeDiameter = diameter;
+    m_flangeThickness = thickness;
+}
+
+std::vector<std::vector<AcGePoint3d>> TDbDoubleLinePipe::GetBody() const {
+    const AcGeVector3d along = GetDirection();
+    const AcGeVector3d side(-along.y, along.x, 0.0);
+    const AcGePoint3d start = GetStartPoint();
+    const AcGePoint3d end = GetEndPoint();
+    std::vector<std::vector<AcGePoint3d>> body = {
+        {start + side * (m_startDn / 2), end + side * (m_endDn / 2)},
+        {start - side * (m_startDn / 2), end - side * (m_endDn / 2)},
+    };
+    if (m_flangeDiameter <= 0.0)
+        return body;
+    const AcGeVector3d half = side * (m_flangeDiameter / 2);
+    const AcGeVector3d thick = along * m_flangeThickness;
+    for (const auto& [at, inward] : {std::pair(start, thick), std::pair(end, -thick)})
+        body.push_back({at + half, at - half, at - half + inward, at + half + inward, at + half});
+    return body;
+}
+
+TDxfFields TDbDoubleLinePipe::Fields() {
+    constexpr Adesk::Int16 version = 1;
+    return {L"TDbDoubleLinePipe",
+            version,
+            {{40, &m_startDn}, {41, &m_endDn}, {42, &m_flangeDiameter}, {43, &m_flangeThickness}}};
+}
+
+Acad::ErrorStatus TDbDoubleLinePipe::dxfInFields(AcDbDxfFiler* filer) {
+    const Acad::ErrorStatus status = TDbPipe::dxfInFields(filer);
+    return status == Acad::eOk ? Fields().Read(filer) : status;
+}
+
+Acad::ErrorStatus TDbDoubleLinePipe::dxfOutFields(AcDbDxfFiler* filer) const {
+    const Acad::ErrorStatus status = TDbPipe::dxfOutFields(filer);
+    return status == Acad::eOk ? const_cast<TDbDoubleLinePipe*>(this)->Fields().Write(filer) : status;
+}

@@ -1,0 +1,33 @@
+// A pipe that shows both its walls: two lines as far apart as it is wide at each end, and the flanges there.
+#pragma once
+
+#include "siblings/zef_pipewire/TDbPipe.h"
+
+class ZEF_PIPEWIRE_PORT TDbDoubleLinePipe : public TDbPipe {
+public:
+    ACRX_DECLARE_MEMBERS(TDbDoubleLinePipe);
+
+    // Diameters at start and end, mm.
+    double GetStartDn() const;
+    double GetEndDn() const;
+    void SetDns(double start, double end);
+
+    // Diameter and thickness of the flanges, mm; without a diameter there are none.
+    double GetFlangeDiameter() const;
+    double GetFlangeThickness() const;
+    void SetFlange(double diameter, double thickness);
+
+    Acad::ErrorStatus dxfInFields(AcDbDxfFiler* filer) override;
+    Acad::ErrorStatus dxfOutFields(AcDbDxfFiler* filer) const override;
+
+protected:
+    std::vector<std::vector<AcGePoint3d>> GetBody() const override;
+
+private:
+    TDxfFields Fields();
+
+    double m_startDn = 0.0;
+    double m_endDn = 0.0;
+    double m_flangeDiameter = 0.0;
+    double m_flangeThickness = 0.0;
+};

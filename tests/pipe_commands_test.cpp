@@ -1,0 +1,108 @@
+// The client's commands that draw pipes, in the program: what they ask, what they leave in the drawing.
+#include "tests/pipe_support.h"
+
+namespace {
+
+std::size_t count(std::string_view text, std::string_view part) {
+    std::size_t found = 0;
+    for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
+        ++found;
+    return found;
+}
+
+const std::string plan = test::drawing("r2018.dxf").string();
+
+using PipeCommands = test::pipe_drawing;
+
+} // namespace
+
+TEST_F(PipeCommands, DrawPipesThatMeetInJoints) {
+    const test::folder folder;
+    const std::string out = (folder / "out.dxf").string();
+    // Two pipes, a third one from where they end, and a riser on their beginning.
+    const std::string script = "hzgx 给水2 50 0,0 3000,0 3000,2000 \\n"
+                               "hzgx\\n\\n\\n3000,2000 3000,2000 6000,2000 \\n"
+                               "hzlg\\n\\n65\\n0\\n\\n0,0 \\n"
+                               "LIST 1500,0 4500,2000 \\n";
+    auto run = test::zefhost({plan, "-c", script, "-o", out});
+    ASSERT_EQ(run.status, 0) << run.err << run.out;
+    for (const char* part :
+         {"\n请输入管线系统<给水>:", "\n请输入管线系统<给水2>:", "\n请输入公称直径<50>:",
+          "\n请指定管线起点<退出>:", "\n请指定管线下一点<结束>:", "\n两点重合，请重新指定！",
+          "\n请输入底标高(m)<0.000>:", "\n请输入顶标高(m)<3.000>:", "\n请指定立管位置<退出>:",
+          "Upper bound X=3000.0000  Y=0.0000  Z=0.0000", "Lower bound X=3000.0000  Y=2000.0000  Z=0.0000",
+          "Layer: \"PIPE-给水2\""})
+        EXPECT_EQ(count(run.out, part) > 0, true) << part << run.out;
+    const std::string drawn = test::read(out);
+    EXPECT_EQ(count(drawn, "\r\nZEF_PIPE\r\n") - 1, 4U) << "and the class";
+    EXPECT_EQ(count(drawn, "\r\nZEF_PIPENODE\r\n") - 1, 5U);
+    EXPECT_EQ(count(drawn, "\r\nVPIPE-给水2\r\n") > 0, true);
+    const auto there = holding(drawn);
+    AcDbImpDatabase& imp = there->imp();
+    int ends = 0;
+    for (const dxf::record_id record : imp.entities(imp.block(ACDB_MODEL_SPACE))) {
+        const AcDbObjectPointer<TDbPipe> pipe(imp.id(record), AcDb::kForRead);
+        if (pipe.openStatus() != Acad::eOk)
+            continue;
+        EXPECT_EQ(pipe->GetPipeSystemName(), L"给水2");
+        EXPECT_EQ(pipe->GetValues().m_dn, pipe->IsVertical() ? 65.0 : 50.0);
+        EXPECT_GT(pipe->GetOuterDn(), 0.0);
+        for (const auto& [id, at] : {std::pair(pipe->GetStartNode(), pipe->GetStartPoint()),
+                                     std::pair(pipe->GetEndNode(), pipe->GetEndPoint())}) {
+            const AcDbObjectPointer<TDbPipeNode> node(id, AcDb::kForRead);
+            ASSERT_EQ(node.openStatus(), Acad::eOk);
+            EXPECT_TRUE(node->GetPipes().contains(pipe->objectId()));
+            EXPECT_EQ(node->GetPosition(), at);
+            ++ends;
+        }
+    }
+    EXPECT_EQ(ends, 8);
+
+    // Another program keeps them; what it sees of them can be picked.
+    const std::string kept = (folder / "kept.dxf").string();
+    run = test::zefhost({out, "--no-module", "-c", "ERASE 1500,0 \nU\nLIST 3000,1000 \n", "-o", kept});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(count(run.out, "ZEF_PIPE    Layer: \"PIPE-给水2\""), 1U) << run.out;
+    EXPECT_TRUE(test::read(kept) == drawn);
+
+    // One step each, and none when nothing is drawn.
+    run = test::zefhost(
+        {plan, "-c", "hzgx 污水 100 0,0 50,0 80,0 \nhzlg  \n\n\n0,0 1,1 \nhzgx\n\n\n\nU\nU", "-o", kept});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_TRUE(test::read(kept) == test::read(plan));
+}
+
+TEST_F(PipeCommands, PutSymbolsOnPipes) {
+    const test::folder folder;
+    const std::string out = (folder / "out.dxf").string();
+    // The pick lies a little beside the pipe, whose middle the symbol stands on; a riser takes none.
+    const std::string script = "hzgx 给水 50 0,0 3000,3000 \\nhzlg  \\n\\n\\n9000,0 \\n"
+                               "hzfj H 1501,1500 9050,0 \\nhzfj\\n\\n2500,2500 \\nU\\n"
+                               "LIST 1400,1400 \\n";
+    const auto run = test::zefhost({plan, "-c", script, "-o", out});
+    ASSERT_EQ(run.status, 0) << run.err << run.out;
+    EXPECT_EQ(count(run.out, "\n请选择可以修改的水平管线！"), 1U) << run.out;
+    EXPECT_EQ(count(run.out, "ZEF_PIPEATTACHMENT    Layer: \"VALVE-给水\""), 1U) << run.out;
+    const std::string drawn = test::read(out);
+    EXPECT_EQ(count(drawn, "\r\nTDbPipeAttachment\r\n 70\r\n     1\r\n 10\r\n1500.5\r\n 20\r\n1500.5\r\n"),
+              1U);
+    EXPECT_EQ(count(drawn, "\r\nZEF_PIPEATTACHMENT\r\n") - 1, 1U) << "and the class";
+    EXPECT_EQ(count(drawn, "\r\nTDbPipe\r\n"), 3U) << "two and the class";
+}
+
+TEST_F(PipeCommands, RefuseWhatTheyCanNotDraw) {
+    struct row {
+        const char* drawing;
+        const char* script;
+        const char* word;
+    };
+    for (const row& row :
+         {row{"r2018.dxf", "hzgx\\n空调", "当前标准中没有管线系统\"空调\"！"},
+          row{"r2018.dxf", "hzgx 给水 0", "给水"}, row{"r2018.dxf", "hzlg 给水 50 a", "底标高"},
+          row{"r12.dxf", "hzgx\\n\\n\\n0,0 1,0 ", "管线不能加入当前图形！"},
+          row{"r12.dxf", "hzlg\\n\\n\\n\\n\\n0,0 ", "管线不能加入当前图形！"}}) {
+        const auto run = test::zefhost({test::drawing(row.drawing).string(), "-c", row.script});
+        EXPECT_EQ(run.status, 4) << row.script;
+        EXPECT_EQ(count(run.out + run.err, row.word) > 0, true) << row.script << "\n" << run.out << run.err;
+    }
+}
