@@ -129,7 +129,7 @@ variable_value header_value(const variable_row& row, AcDbImpDatabase& database) 
     if (const int* const missing = std::get_if<int>(&row.value))
         return static_cast<int>(base::parse_integer(*text).value_or(*missing));
     if (const double* const missing = std::get_if<double>(&row.value))
-        return base::parse_real(*text).value_or(*missing);
+        return dxf::leading_real(*text).value_or(*missing);
     return database.drawing().codec().decode(*text);
 }
 

@@ -25,7 +25,7 @@ view saved_model_view(AcDbImpDatabase& database) {
         return view_of(dxf::group_list(database.records().text(active)), place, 40);
     }
     const auto height = database.drawing().header_value("$VIEWSIZE"); // before R12
-    return {{}, height ? base::parse_real(dxf::trimmed(*height)).value_or(0.0) : 0.0};
+    return {{}, height ? dxf::leading_real(*height).value_or(0.0) : 0.0};
 }
 
 // Of a sheet: its first viewport is the sheet itself.

@@ -9,6 +9,11 @@
 
 #include "dbid.h"
 
+class TDbPipe;
+class TDbVerticalSection;
+class TDbVerticalSectionFeed;
+class TEntitySet;
+
 // What the material of a system is for.
 enum PipeMaterialEnum {
     kIndoorMaterial = 0,
@@ -18,6 +23,11 @@ enum PipeMaterialEnum {
 namespace PipeSystemTool {
 
 // ---- names of systems; "" when nothing is found
+
+// The system of a pipe: its name, else what its code stands for; of several the first that has one.
+ZEF_PIPESYSTEM_PORT CString GetPipeSystemName(AcDbObjectId pipe);
+ZEF_PIPESYSTEM_PORT CString GetPipeSystemName(const TDbPipe* pipe);
+ZEF_PIPESYSTEM_PORT CString GetPipeSystemName(const TEntitySet& pipes);
 
 // The system of the layer of that type and name, both without case; of the second form of the first layer of
 // that name, of the others by the record of the drawing's layer.
@@ -121,6 +131,12 @@ ZEF_PIPESYSTEM_PORT int GetVPipeType(LPCTSTR systemName);
 ZEF_PIPESYSTEM_PORT unsigned int GetPipeStatus(LPCTSTR systemName);
 ZEF_PIPESYSTEM_PORT CString GetPipeWaterFlowStatus(LPCTSTR systemName);
 ZEF_PIPESYSTEM_PORT CString GetPipeRemark(LPCTSTR systemName);
+
+// Whether a longitudinal section shows crossing pipes of a system: what was set for its name, else for its
+// code. False for what is no section.
+ZEF_PIPESYSTEM_PORT bool IsShowCrossPipe(AcDbObjectId section, LPCTSTR systemName);
+ZEF_PIPESYSTEM_PORT bool IsShowCrossPipe(const TDbVerticalSection* section, LPCTSTR systemName);
+ZEF_PIPESYSTEM_PORT bool IsShowCrossPipe(const TDbVerticalSectionFeed* section, LPCTSTR systemName);
 
 // ---- materials and diameters, from the tables of zef_public; millimetres
 
