@@ -185,9 +185,33 @@ TEST(Dxf, NewGroupsFollowTheMannerOfTheFile) {
         text.append(64, '\0');
         dxf::group_list list(std::string_view(text).substr(0, size));
         list.set_integer({"AcDbEntity", order}, 62, 3);
-        EXPECT_EQ(list.write({"\r\n", true, true}), row.expected);
+        EXPECT_EQ(list.write({"\r\n", true}), row.expected);
         list.remove({"AcDbEntity", order}, 62);
-        EXPECT_EQ(list.write({"\r\n", true, true}), row.record);
+        EXPECT_EQ(list.write({"\r\n", true}), row.record);
+    }
+}
+
+TEST(Dxf, WholeNumbersStandInTheColumnsOfTheFile) {
+    struct row {
+        const char* shorts; // as the file writes them
+        const char* longs;
+        std::size_t short_columns;
+        std::size_t long_columns;
+    };
+    for (const row& row : {row{"     1", "        1", 6, 9}, row{"    1", "    1", 5, 5},
+                           row{"    1", "32896", 5, 5}, row{"     1", "", 6, 9}, row{"     1", "1", 6, 0},
+                           row{"1", "        1", 0, 9}, row{"1", "1", 0, 0}, row{"  1", "", 3, 3}}) {
+        std::string longs = row.longs;
+        if (!longs.empty())
+            longs = " 90\n" + longs + "\n";
+        const auto drawing =
+            opened("  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1015\n  9\n$ATTMODE\n 70\n" +
+                   std::string(row.shorts) +
+                   "\n  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n"
+                   "  0\nX\n  5\n10\n" +
+                   longs + "  0\nENDSEC\n  0\nEOF\n");
+        EXPECT_EQ(drawing->style().short_columns, row.short_columns) << row.shorts << "|" << row.longs;
+        EXPECT_EQ(drawing->style().long_columns, row.long_columns) << row.shorts << "|" << row.longs;
     }
 }
 

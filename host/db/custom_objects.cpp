@@ -262,7 +262,7 @@ Acad::ErrorStatus prepare_new(AcDbImpDatabase& database, AcDbObject& object) {
 }
 
 std::string text_for_copy(const AcDbImpObject& object) {
-    const dxf::group_style style{"\n", false, false};
+    const dxf::group_style style{"\n", false, 0, 0};
     std::string text;
     bool in_front = true; // of the first marker, where what belongs to the original alone stands
     bool in_braces = false;

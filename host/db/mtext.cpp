@@ -318,7 +318,7 @@ std::unique_ptr<AcDbMText> embedded_mtext(const AcDbImpObject& object) {
     const section where = embedded_section(object.groups());
     if (where.first == where.last)
         return nullptr;
-    const dxf::group_style style{"\n", false, false};
+    const dxf::group_style style{"\n", false, 0, 0};
     std::string text = "0\nMTEXT\n100\nAcDbEntity\n8\n0\n100\nAcDbMText\n";
     bool has_contents = false;
     for (std::size_t i = where.first; i < where.last; ++i) {

@@ -90,7 +90,7 @@ std::string new_entry_text(std::string_view class_name) {
     std::string text;
     if (row == rows().end()) // a class whose records only files bring
         return text;
-    const dxf::group_style style{"\n", false, false};
+    const dxf::group_style style{"\n", false, 0, 0};
     dxf::append_group(text, style, 0, row->type);
     dxf::append_group(text, style, 100, "AcDbSymbolTableRecord");
     dxf::append_group(text, style, 100, class_name);

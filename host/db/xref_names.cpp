@@ -134,7 +134,7 @@ private:
     // A linetype or text style as it stands in the reference, without handles of objects there. The styles
     // that a linetype's texts are in are named by handle: those are the drawing's.
     std::string copied_text(table_kind kind, dxf::record_id entry) {
-        const dxf::group_style plain{"\n", false, false};
+        const dxf::group_style plain{"\n", false, 0, 0};
         const char* const name =
             kind == table_kind::linetype ? "AcDbLinetypeTableRecord" : "AcDbTextStyleTableRecord";
         std::string text;

@@ -54,17 +54,30 @@ group_style style_of(std::string_view bytes, const record_table& records) {
     const std::size_t feed = bytes.find('\n');
     style.line_end = feed != bytes.npos && feed > 0 && bytes[feed - 1] == '\r' ? "\r\n" : "\n";
     constexpr record_id first = 1; // behind what stands in front of the first record
-    style.padded_codes = style.padded_numbers = records.has(first) && records.text(first).starts_with(' ');
+    style.padded_codes = records.has(first) && records.text(first).starts_with(' ');
+    // A long number says nothing of blanks in front of short ones.
+    const auto columns = [](std::string_view value) -> std::optional<std::size_t> {
+        constexpr std::size_t short_enough = 2;
+        if (value.starts_with(' '))
+            return value.size();
+        return value.size() <= short_enough ? std::optional<std::size_t>(0) : std::nullopt;
+    };
+    std::optional<std::size_t> shorts;
+    std::optional<std::size_t> longs;
     constexpr record_id enough = 100; // the header and the heads of the first tables hold whole numbers
-    for (record_id id = first; id < records.size() && id < enough; ++id) {
+    for (record_id id = first; id < records.size() && id < enough && !(shorts && longs); ++id) {
         group_reader groups(records.text(id));
         raw_group group;
         while (groups.next(group))
-            if (group.code == 70) {
-                style.padded_numbers = group.value.starts_with(' ');
-                return style;
-            }
+            if (group.code == 70 && !shorts)
+                shorts = columns(group.value);
+            else if (!longs && kind_of_code(group.code) == value_kind::integer)
+                longs = columns(group.value);
     }
+    const group_style editors;
+    style.short_columns = shorts.value_or(style.padded_codes ? editors.short_columns : 0);
+    style.long_columns = longs.value_or(style.short_columns == editors.short_columns ? editors.long_columns
+                                                                                     : style.short_columns);
     return style;
 }
 

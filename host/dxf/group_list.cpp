@@ -99,14 +99,13 @@ void append_group(std::string& out, const group_style& style, int code, std::str
         out.append(3 - digits.size(), ' ');
     out += digits;
     out += style.line_end;
-    if (style.padded_numbers) {
-        const value_kind kind = kind_of_code(code);
-        const std::size_t width = kind == value_kind::small_integer || kind == value_kind::flag ? 6
-                                  : kind == value_kind::integer                                 ? 9
-                                                                                                : 0;
-        if (value.size() < width)
-            out.append(width - value.size(), ' ');
-    }
+    const value_kind kind = kind_of_code(code);
+    const std::size_t columns = kind == value_kind::small_integer || kind == value_kind::flag
+                                    ? style.short_columns
+                                : kind == value_kind::integer ? style.long_columns
+                                                              : 0;
+    if (value.size() < columns)
+        out.append(columns - value.size(), ' ');
     out += value;
     out += style.line_end;
 }

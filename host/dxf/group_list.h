@@ -27,8 +27,9 @@ struct group {
 // How a file writes its groups.
 struct group_style {
     std::string_view line_end = "\r\n";
-    bool padded_codes = true;   // in three columns
-    bool padded_numbers = true; // short integers in six columns, longer ones in nine
+    bool padded_codes = true;      // in three columns
+    std::size_t short_columns = 6; // of short integers, which stand at their end; 0: as long as they are
+    std::size_t long_columns = 9;  // of longer ones
 };
 
 // Where in a record a property is looked for.
