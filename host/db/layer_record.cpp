@@ -80,7 +80,10 @@ void AcDbLayerTableRecord::setIsLocked(bool locked) {
 
 AcCmColor AcDbLayerTableRecord::color() const {
     assertReadEnabled();
-    return db::read_color(imp(), layer_place, AcCmColor::kACIWhite);
+    AcCmColor color = db::read_color(imp(), layer_place, AcCmColor::kACIWhite);
+    if (!color.isByColor() && !color.isByACI()) // which files may say, but no layer can be
+        color.setColorIndex(AcCmColor::kACIWhite);
+    return color;
 }
 
 void AcDbLayerTableRecord::setColor(const AcCmColor& color) {

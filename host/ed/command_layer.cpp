@@ -12,13 +12,13 @@
 #include "host/db/imp_object.h"
 #include "host/db/properties.h"
 #include "host/db/record_text.h"
+#include "host/ed/color_text.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/prompts.h"
 #include "host/ed/questions.h"
 #include "host/ed/saved_layer_states.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <functional>
@@ -130,17 +130,12 @@ bool list_layers() {
             state += L" Locked";
         if (!layer->isPlottable())
             state += L" No-plot";
-        const AcCmColor color = layer->color();
-        const std::wstring color_text = color.isByColor() ? std::to_wstring(color.red()) + L"," +
-                                                                std::to_wstring(color.green()) + L"," +
-                                                                std::to_wstring(color.blue())
-                                                          : std::to_wstring(color.colorIndex());
         const dxf::record_id linetype = database()->imp().record(layer->linetypeObjectId());
         const int weight = layer->lineWeight();
         const std::wstring weight_text =
             weight < 0 ? L"Default" : base::widen(base::real_text(weight / 100.0)) + L" mm";
-        row(name, state, color_text, linetype != dxf::no_record ? database()->imp().name_of(linetype) : L"",
-            weight_text);
+        row(name, state, color_text(layer->color()),
+            linetype != dxf::no_record ? database()->imp().name_of(linetype) : L"", weight_text);
     }
     acutPrintf(L"\nCurrent layer: \"%ls\"\n", current_name().c_str());
     return true;
@@ -284,34 +279,6 @@ bool lock() {
 bool unlock() {
     return for_layers(L"\nEnter name list of layer(s) to unlock: ", false,
                       [](AcDbLayerTableRecord& layer) { layer.setIsLocked(false); });
-}
-
-// A colour by index, by one of the seven names, or as "red,green,blue".
-std::optional<AcCmColor> parse_color(const std::wstring& text) {
-    static constexpr std::array<std::wstring_view, 7> names = {L"red",  L"yellow",  L"green", L"cyan",
-                                                               L"blue", L"magenta", L"white"};
-    AcCmColor color;
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (base::equal_no_case(text, names[i])) {
-            color.setColorIndex(static_cast<Adesk::UInt16>(i + 1));
-            return color;
-        }
-    std::vector<std::int64_t> numbers;
-    for (const std::wstring& part : split(text)) {
-        const auto number = base::parse_integer(base::narrow(part));
-        if (!number || std::abs(*number) > 255)
-            return std::nullopt;
-        numbers.push_back(*number);
-    }
-    if (numbers.size() == 3 && std::all_of(numbers.begin(), numbers.end(), [](auto n) { return n >= 0; })) {
-        color.setRGB(static_cast<Adesk::UInt8>(numbers[0]), static_cast<Adesk::UInt8>(numbers[1]),
-                     static_cast<Adesk::UInt8>(numbers[2]));
-        return color;
-    }
-    if (numbers.size() != 1 || numbers[0] == 0)
-        return std::nullopt;
-    color.setColorIndex(static_cast<Adesk::UInt16>(std::abs(numbers[0])));
-    return color;
 }
 
 bool color() {

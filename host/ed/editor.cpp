@@ -7,6 +7,7 @@
 #include "host/db/imp_database.h"
 #include "host/db/transactions.h"
 #include "host/ed/command_stack.h"
+#include "host/ed/console_dialogs.h"
 #include "host/ed/editor_reactors.h"
 #include "host/ed/host_commands.h"
 #include "host/rx/letter_case.h"
@@ -61,6 +62,8 @@ editor::editor() {
     register_command_stack();
     register_editor();
     register_host_commands();
+    static console_dialogs console;
+    ui::set_presenter(&console);
     rx::on_reactor_failure() = [this](std::string_view what) {
         fail_command(L"a reactor threw: " + base::widen(what));
     };

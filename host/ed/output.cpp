@@ -4,6 +4,7 @@
 #include "base/utf.h"
 #include "base/wide_format.h"
 #include "host/ed/editor.h"
+#include "ui/presenter.h"
 
 #include <cstdarg>
 
@@ -76,12 +77,11 @@ int acedPrompt(const ACHAR* text) {
     return RTNORM;
 }
 
-// A box on a screen; on a command line a message of its own line that waits for nothing.
 int acedAlert(const ACHAR* text) {
     if (text == nullptr)
         return RTERROR;
-    ed::command_line::instance().fresh_line();
-    ed::command_line::instance().print(std::wstring(text) + L"\n");
+    ed::editor::instance(); // who shows it comes with the editor
+    ui::tell(text);
     return RTNORM;
 }
 

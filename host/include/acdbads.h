@@ -23,6 +23,11 @@ ACCORE_PORT int acdbHandEnt(const ACHAR* handle, ads_name result);
 // are allowed). Null, ERRNO 2 for a name that is none, 17 for what is erased.
 ACCORE_PORT resbuf* acdbEntGet(const ads_name entity);
 ACCORE_PORT resbuf* acdbEntGetX(const ads_name entity, const resbuf* applications);
+// Changes the colour of a layer of the current drawing: a chain of its name (-1), the index (62, negative for
+// a layer that is off) and, for a true colour, 420 and the names of a colour book (430, "BOOK$COLOUR"). They
+// become the layer's groups as they are given. Other objects and other groups are not supported: RTERROR, and
+// nothing is changed.
+ACCORE_PORT int acdbEntMod(const resbuf* chain);
 // Erases an entity, or brings it back when it is erased. RTERROR, ERRNO 2 for a name that is none, 35 for one
 // on a locked layer.
 ACCORE_PORT int acdbEntDel(const ads_name entity);

@@ -7,6 +7,7 @@
 #include "acedads.h"
 #include "acutads.h"
 #include "dbapserv.h"
+#include "dbcolor.h"
 #include "dbptrar.h"
 #include "rxevent.h"
 
@@ -27,6 +28,17 @@ ACCORE_PORT Acad::ErrorStatus acedVPLayer(const AcDbObjectId& viewport, const Ac
 
 // Brings the display up to date with the drawing. Nothing to do where there is no screen.
 ACCORE_PORT void acedUpdateDisplay();
+
+// Lets the user choose a colour, beginning with the given one, by an index, a name or red,green,blue, as far
+// as the tabs allow; of colour books none are offered. With bAllowMetaColor also ByLayer, whose looks
+// nCurLayerColor tells, and ByBlock. False when it was cancelled, and `color` is as it was.
+ACCORE_PORT bool acedSetColorDialogTrueColor(AcCmColor& color, Adesk::Boolean bAllowMetaColor,
+                                             const AcCmColor& nCurLayerColor,
+                                             AcCm::DialogTabs tabs = static_cast<AcCm::DialogTabs>(
+                                                 AcCm::kACITab | AcCm::kTrueColorTab | AcCm::kColorBookTab));
+// The same for an index: 1 to 255, or 0 ByBlock and 256 ByLayer where these are allowed.
+ACCORE_PORT Adesk::Boolean acedSetColorDialog(int& nColor, Adesk::Boolean bAllowMetaColor,
+                                              int nCurLayerColor);
 
 #define ACED_EDITOR_OBJ ACRX_T("AcEditor")
 

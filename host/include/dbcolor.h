@@ -7,6 +7,17 @@
 
 #include <string>
 
+namespace AcCm {
+
+// Ways of choosing a colour that a dialog offers.
+enum DialogTabs {
+    kACITab = 1,
+    kTrueColorTab = 2,
+    kColorBookTab = 4,
+};
+
+} // namespace AcCm
+
 class ACDB_PORT AcCmEntityColor {
 public:
     enum ColorMethod {

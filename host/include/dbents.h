@@ -171,6 +171,9 @@ public:
     // Appends them to what the array holds.
     Acad::ErrorStatus getFrozenLayerList(AcDbObjectIdArray& layers) const;
 
+    // That of the sheet itself stays: eCannotBeErasedByCaller.
+    Acad::ErrorStatus subErase(bool erasing) override;
+
 protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;
     Acad::ErrorStatus subTransformBy(const AcGeMatrix3d& matrix) override;
