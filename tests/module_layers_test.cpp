@@ -1,85 +1,18 @@
 // The layer commands as a drafter runs them: a drawing, a script, what is said and what has changed.
-#include "base/utf.h"
 #include "siblings/zef_kernal/KernalOptions.h"
 #include "siblings/zef_kernal/TRegProperty.h"
 #include "sys/folders.h"
-#include "tests/support.h"
+#include "tests/layer_support.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <map>
-#include <sstream>
-#include <string>
-#include <vector>
-
 namespace {
 
-using texts = std::vector<std::string>;
+using test::picks;
+using test::texts;
 
-// What each object of a drawing holds, "CODE VALUE" in its order, by its name: a layer's own, else the
-// handle.
-std::map<std::string, texts> objects(const std::string& drawing) {
-    std::map<std::string, texts> found;
-    std::istringstream in(drawing);
-    std::string type, name;
-    texts groups;
-    for (std::string code, value; std::getline(in, code) && std::getline(in, value);) {
-        code.erase(0, code.find_first_not_of(' '));
-        value.erase(0, std::min(value.find_first_not_of(' '), value.size()));
-        if (code == "0") {
-            found[name] = std::move(groups);
-            groups.clear();
-            name = type = value;
-        } else if (code == "5" || (code == "2" && type == "LAYER"))
-            name = value;
-        groups.push_back(code + " " + value);
-    }
-    found[name] = std::move(groups);
-    return found;
-}
-
-// "NAME: VALUE" for each value that came, "NAME: -VALUE" for each that went.
-texts changes(const std::string& before, const std::string& after) {
-    const auto old_objects = objects(before);
-    const auto new_objects = objects(after);
-    texts found;
-    const auto compare = [&](const auto& of, const auto& with, const char* sign) {
-        for (const auto& [name, groups] : of)
-            for (const std::string& group : groups) {
-                const auto other = with.find(name);
-                if (other == with.end() ||
-                    std::find(other->second.begin(), other->second.end(), group) == other->second.end())
-                    found.push_back(name + ": " + sign + group);
-            }
-    };
-    compare(new_objects, old_objects, "");
-    compare(old_objects, new_objects, "-");
-    return found;
-}
-
-// Picks of entities by their handles.
-std::string picks(const texts& handles) {
-    std::string script;
-    for (const std::string& handle : handles)
-        script += "(handent \"" + handle + "\")\n";
-    return script;
-}
-
-struct outcome {
-    test::run_result ran;
-    texts changed;
-};
-
-outcome run(const std::string& script, texts arguments = {}) {
-    const test::folder folder;
-    const std::filesystem::path drawing = test::drawing("layer_states.dxf");
-    const std::string out = (folder / "out.dxf").string();
-    arguments.insert(arguments.end(), {drawing.string(), "-o", out});
-    outcome found{test::zefhost(arguments, script), {}};
-    EXPECT_EQ(found.ran.status, 0) << found.ran.err;
-    found.changed = changes(test::read(drawing), test::read(out));
-    return found;
+test::layer_outcome run(const std::string& script, texts arguments = {}) {
+    return test::run_on_layers(test::drawing("layer_states.dxf"), script, std::move(arguments));
 }
 
 constexpr std::string_view refreshed = "Command: -layer\n";
@@ -135,7 +68,7 @@ TEST(ModuleLayers, CommandsChangeWhatTheyNameAndNothingElse) {
         {"ConvertLayer\n(handent \"31\")\n\n", {}, {}, false},
     };
     for (const auto& row : rows) {
-        const outcome found = run(row.script);
+        const test::layer_outcome found = run(row.script);
         EXPECT_EQ(found.changed, row.changed) << row.script << found.ran.out;
         for (const std::string& text : row.said)
             EXPECT_NE(found.ran.out.find(text), std::string::npos) << text << " in:\n" << found.ran.out;

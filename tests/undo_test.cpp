@@ -47,8 +47,9 @@ public:
 
     // One command, with what it asks for. What it does not ask for after all is cancelled.
     std::string next() {
-        static constexpr const char* module_commands[] = {"LockSelLayer", "UnLockSelLayer", "OpenSelLayer",
-                                                          "ConvertLayer"};
+        static constexpr const char* module_commands[] = {
+            "LockSelLayer",  "UnLockSelLayer", "OpenSelLayer",  "ConvertLayer",
+            "CloseSelLayer", "FrozenLayer",    "EraseSelLayer", "sfxc"};
         switch (number(20)) {
         case 0:
         case 1:

@@ -50,8 +50,31 @@ void for_parts(const AcDbImpObject& imp, Change change) {
 
 std::wstring layer_of(const AcDbEntity& entity, const AcDbImpObject& imp) {
     entity.assertReadEnabled();
+    if (imp.database != nullptr && !imp.is_read() &&
+        dxf::stands_on_layer(imp.database->records().kind(imp.record)))
+        return imp.database->layer_name(imp.record);
     const auto name = imp.groups().text(entity_place, 8);
     return name && !dxf::trimmed(*name).empty() ? imp.decode(dxf::trimmed(*name)) : L"0";
+}
+
+// Whether a group may stand in the part of a record that all entities have. That part comes first, so that
+// most of the record need not be read to know that it does not.
+bool may_hold(std::string_view record, int code) {
+    dxf::group_reader reader(record);
+    dxf::raw_group group;
+    bool inside = false;
+    while (reader.next(group)) {
+        if (group.code == code)
+            return true;
+        if (group.code != 100)
+            continue;
+        if (inside)
+            return false;
+        if (dxf::trimmed(group.value) != entity_place.marker)
+            return true;
+        inside = true;
+    }
+    return false;
 }
 
 // The drawing in which an entity's names are looked up: a new one's is the one that the user works with. Null
@@ -276,6 +299,9 @@ Acad::ErrorStatus AcDbEntity::setLineWeight(AcDb::LineWeight weight, bool doSube
 
 AcDb::Visibility AcDbEntity::visibility() const {
     assertReadEnabled();
+    if (imp().database != nullptr && !imp().is_read() &&
+        !may_hold(imp().database->records().text(imp().record), 60))
+        return AcDb::kVisible;
     return imp().groups().integer(entity_place, 60).value_or(0) == 1 ? AcDb::kInvisible : AcDb::kVisible;
 }
 

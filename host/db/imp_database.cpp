@@ -480,10 +480,10 @@ void AcDbImpDatabase::adopt(AcDbObject& object, dxf::record_id record) {
     application_types_.reset(); // a new object's class may have come with it
     imp.readers = 0;
     open_.emplace(record, std::unique_ptr<AcDbObject>(&object));
-    locked_.clear();
     const bool entry = records().kind(record) == dxf::record_kind::entry;
     if (!entry && records().kind(record) != dxf::record_kind::block)
         return;
+    locked_.clear();
     const db::table_kind kind =
         entry ? kind_of_table(records().find(records().owner_handle(record))) : db::table_kind::block;
     names& known = names_[static_cast<std::size_t>(kind)];
@@ -608,11 +608,11 @@ void AcDbImpDatabase::begin_step(std::string name) {
 
 // A record came, went or was renamed: what is known of names is asked anew.
 void AcDbImpDatabase::touched(dxf::record_id record) {
-    locked_.clear();
     switch (records().kind(record)) {
     case dxf::record_kind::entry:
     case dxf::record_kind::block:
     case dxf::record_kind::table:
+        locked_.clear();
         for (names& known : names_)
             known.known = false;
         blocks_by_bytes_.clear();

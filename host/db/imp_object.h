@@ -76,6 +76,8 @@ public:
         loaded_ = false;
     }
     bool changed() const { return loaded_ && groups_.changed(); }
+    // Whether its groups are in memory. Until they are it is what the drawing's index and its record say.
+    bool is_read() const { return loaded_; }
     // Another number after everything that may have changed the groups, for who keeps something made of them.
     std::size_t revision() const { return revision_; }
 

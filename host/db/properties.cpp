@@ -3,6 +3,7 @@
 #include "base/number_text.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
+#include "host/db/xref_names.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -66,13 +67,19 @@ void write_color(AcDbImpObject& object, const dxf::group_place& place, const AcC
 void copy_properties(const AcDbImpObject& from, AcDbImpObject& to) {
     constexpr int copied[] = {8, 6, 62, 370, 48, 60, 420, 430, 440};
     constexpr int handles[] = {347, 390, 284}; // which mean something in one drawing
+    const bool leaves_reference =
+        from.database != to.database && from.database != nullptr && from.database->host() != nullptr;
     const auto copy = [&](int code) {
         const auto value = from.groups().text(entity_place, code);
-        if (!value)
+        if (!value) {
             to.edit().remove(entity_place, code);
-        else if (dxf::kind_of_code(code) == dxf::value_kind::text)
-            to.edit().set_text(entity_place, code, to.encode(from.decode(dxf::trimmed(*value))));
-        else
+        } else if (dxf::kind_of_code(code) == dxf::value_kind::text) {
+            std::wstring text = from.decode(dxf::trimmed(*value));
+            if (leaves_reference && (code == 8 || code == 6))
+                text = dependent_name(code == 8 ? table_kind::layer : table_kind::linetype,
+                                      from.database->reference_name(), text);
+            to.edit().set_text(entity_place, code, to.encode(text));
+        } else
             to.edit().set_text(entity_place, code, dxf::trimmed(*value));
     };
     for (const int code : copied)

@@ -22,7 +22,8 @@ AcCmColor read_color(const AcDbImpObject& object, const dxf::group_place& place,
 void write_color(AcDbImpObject& object, const dxf::group_place& place, const AcCmColor& color, int sign = 1);
 
 // Gives an entity the layer, colour, linetype, its scale, lineweight and visibility of another one, and its
-// plot style and transparency, as they stand in its groups.
+// plot style and transparency, as they stand in its groups. What comes out of a reference gets the names by
+// which the user knows that one's layers and linetypes.
 void copy_properties(const AcDbImpObject& from, AcDbImpObject& to);
 
 bool is_line_weight(int weight);

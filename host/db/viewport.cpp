@@ -212,6 +212,13 @@ Acad::ErrorStatus AcDbViewport::setOff() {
     return turn(*this, false);
 }
 
+// Without it the first one that is left would be the sheet.
+Acad::ErrorStatus AcDbViewport::subErase(bool erasing) {
+    const bool is_sheet = imp().groups().integer(db::viewport_place, 69) == 1 &&
+                          db::is_sheet_itself(*imp().database, imp().record);
+    return erasing && is_sheet ? Acad::eCannotBeErasedByCaller : AcDbEntity::subErase(erasing);
+}
+
 bool AcDbViewport::isLocked() const {
     assertReadEnabled();
     return (flags(imp()) & locked_bit) != 0;

@@ -19,7 +19,7 @@ void InitialiseModule() {
 
 void ShutDownModule() {
     RemoveCommands();
-    // Here the object that tbds keeps will be deleted, then the layer control bar taken down (layertools/).
+    // Here the layer control bar will be taken down (layertools/).
     CStandardManager::Release();
     // Here the holder of per-document data and its document reactor will be deleted.
     OptionTool::WriteAlignType();

@@ -3,23 +3,27 @@
 #include "dbobjptr.h"
 #include "module/layertools/DocumentLock.h"
 #include "module/layertools/LayerToolBar.h"
-#include "module/layertools/PickLayers.h"
+#include "siblings/zef_kernal/TPickEntSet.h"
 
 void CLayerToolBar::ConvertLayer() {
     const CDocumentLock lock;
-    CString source;
-    CString target;
-    if (!PickLayer(L"\n请选择要转换图层(源)上的任意图元:<退出>", source) ||
-        !PickLayer(L"\n请选择要转换图层(目标)上的任意图元:<退出>", target))
+    TPickEntSet source;
+    TPickEntSet target;
+    if (source.SelectEntity(L"\n请选择要转换图层(源)上的任意图元:<退出>") != RTNORM ||
+        target.SelectEntity(L"\n请选择要转换图层(目标)上的任意图元:<退出>") != RTNORM)
         return;
-    if (source.CompareNoCase(target) == 0) {
+    const CString from = source.GetLayerName(0);
+    const CString to = target.GetLayerName(0);
+    if (from.CompareNoCase(to) == 0) {
         acutPrintf(L"\n图层相同，不需要转换！\n");
         return;
     }
-    for (const AcDbObjectId id : GetEntitiesOfLayer(source)) {
+    TPickEntSet converted;
+    converted.SelectLayer(from);
+    for (const AcDbObjectId id : converted) {
         const AcDbEntityPointer entity(id, AcDb::kForWrite);
         if (entity.openStatus() == Acad::eOk)
-            entity->setLayer(target, true);
+            entity->setLayer(to, true);
     }
-    acutPrintf(L"\n%s层 已经成功转换到 %s层了！", source.GetString(), target.GetString());
+    acutPrintf(L"\n%s层 已经成功转换到 %s层了！", from.GetString(), to.GetString());
 }

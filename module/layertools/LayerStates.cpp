@@ -2,6 +2,7 @@
 
 #include "dbapserv.h"
 #include "dbobjptr.h"
+#include "siblings/zef_kernal/ZefExport.h"
 
 #include <memory>
 
@@ -45,11 +46,11 @@ CString GetLayerName(AcDbObjectId layer) {
 LayerChange SetLayerState(AcDbObjectId layer, LayerState state, bool wanted) {
     AcDbObjectPointer<AcDbLayerTableRecord> record(layer, AcDb::kForRead);
     if (record.openStatus() != Acad::eOk)
-        return LayerChange::Refused;
+        return LayerChange::NotOpened;
     if (HasState(*record.object(), state) == wanted)
         return LayerChange::WasSo;
     if (record->upgradeOpen() != Acad::eOk)
-        return LayerChange::Refused;
+        return LayerChange::NotOpened;
     Acad::ErrorStatus status = Acad::eOk;
     switch (state) {
     case LayerState::Off:
@@ -66,9 +67,5 @@ LayerChange SetLayerState(AcDbObjectId layer, LayerState state, bool wanted) {
 }
 
 LayerChange SetLayerState(const wchar_t* layerName, LayerState state, bool wanted) {
-    AcDbObjectId layer;
-    const AcDbLayerTablePointer table(acdbHostApplicationServices()->workingDatabase()->layerTableId());
-    if (table.openStatus() != Acad::eOk || table->getAt(layerName, layer) != Acad::eOk)
-        return LayerChange::Refused;
-    return SetLayerState(layer, state, wanted);
+    return SetLayerState(ZefExport::GetLayerIdFromString(layerName), state, wanted);
 }

@@ -9,9 +9,10 @@
 enum class LayerState { Off, Locked, Frozen };
 
 enum class LayerChange {
-    Done,    // the layer has the state now
-    WasSo,   // it had it already
-    Refused, // there is no such layer, it cannot be opened, or does not take the state
+    Done,      // the layer has the state now
+    WasSo,     // it had it already
+    NotOpened, // there is no such layer, or it cannot be opened
+    Refused,   // it does not take the state
 };
 
 // All layers, those of external references too, in the order of the layer table.

@@ -10,6 +10,9 @@ public:
     static CLayerToolBar& Instance();
     static void Release();
 
+    // Pick by pick the layer of an entity is turned off: of a pipe its system's diameter texts, too, of an
+    // external reference that of the entity in it that is picked then.
+    void CloseSelLayer();
     // The layers of what is picked are turned on, all others off, the current one too.
     void OpenSelLayer();
     // All layers are turned on, and what is hidden in model space is shown.
@@ -19,12 +22,34 @@ public:
     void LockSelLayer();
     // The layers of what is picked are unlocked; with Enter all layers.
     void UnLockSelLayer();
+    // The layers of what is picked, of pipes also those of their attachments and end nodes, are unlocked, all
+    // others locked.
+    void sfxc();
 
+    // Pick by pick the layer of an entity is frozen.
+    void FrozenLayer();
     // All layers are thawed.
     void UnFrozenAllLayer();
 
+    // All that is on the layers of what is picked is erased; the layers stay.
+    void EraseSelLayer();
+
     // Of two entities picked, all that is on the layer of the first one goes to that of the second one.
     void ConvertLayer();
+
+    // Of the layers that are off those that the user chooses are turned on, and their hidden entities shown.
+    void OpenLayer();
+
+    // On a sheet: pick by pick the layer of an entity is frozen in the current viewport; in a viewport that
+    // is picked, the layers that the user chooses.
+    void FrozenViewLayer();
+    // On a sheet: layers that the user chooses are thawed in a viewport.
+    void UnFrozenViewAllLayer();
+
+    // Layers that the user chooses are painted in one colour; the drawing remembers what they had.
+    void tbds();
+    // Layers get back what the drawing remembers.
+    void yshf();
 
 private:
     CLayerToolBar() = default;

@@ -1,10 +1,14 @@
 // The commands that lock and unlock layers.
 #include "acutads.h"
+#include "dbobjptr.h"
 #include "module/layertools/DocumentLock.h"
 #include "module/layertools/LayerDisplay.h"
+#include "module/layertools/LayerNames.h"
 #include "module/layertools/LayerStates.h"
 #include "module/layertools/LayerToolBar.h"
-#include "module/layertools/PickLayers.h"
+#include "siblings/zef_pipewire/TDbPipe.h"
+#include "siblings/zef_pipewire/TDbPipeAttachment.h"
+#include "siblings/zef_pipewire/TDbPipeNode.h"
 
 namespace {
 
@@ -19,30 +23,64 @@ void SetLocked(const CLayerNames& layers, bool locked, const wchar_t* isSoAlread
         acutPrintf(L"\n%s%s", layer.GetString(), isSoAlready);
 }
 
+template<class Kind>
+void AddLayerOf(AcDbObjectId id, CLayerNames& layers) {
+    const AcDbObjectPointer<Kind> entity(id, AcDb::kForRead);
+    AcString name;
+    if (entity.openStatus() == Acad::eOk && entity->layer(name) == Acad::eOk)
+        layers.Add(name.kACharPtr());
+}
+
+// Adds the layers of a pipe's attachments and of the joints at its ends.
+void AddLayersAtPipe(AcDbObjectId id, CLayerNames& layers) {
+    const AcDbObjectPointer<TDbPipe> pipe(id, AcDb::kForRead);
+    if (pipe.openStatus() != Acad::eOk)
+        return;
+    for (const AcDbObjectId attachment : pipe->GetAttachments())
+        AddLayerOf<TDbPipeAttachment>(attachment, layers);
+    AddLayerOf<TDbPipeNode>(pipe->GetStartNode(), layers);
+    AddLayerOf<TDbPipeNode>(pipe->GetEndNode(), layers);
+}
+
 } // namespace
 
 void CLayerToolBar::LockSelLayer() {
     const CDocumentLock lock;
-    CLayerNames picked;
-    if (PickLayers(L"\n请选择要锁定层上的图元 <退出>:", picked) != PickEnd::Picked)
+    TPickEntSet picked;
+    if (picked.SelectEntities(L"\n请选择要锁定层上的图元 <退出>:") != RTNORM)
         return;
-    SetLocked(picked, true, L"层本身就是锁定的！");
+    SetLocked(CLayerNames(picked), true, L"层本身就是锁定的！");
     RefreshLayerDisplay();
 }
 
 void CLayerToolBar::UnLockSelLayer() {
     const CDocumentLock lock;
-    CLayerNames picked;
-    switch (PickLayers(L"\n请选择要解锁层上的图元(ESC退出,空格解开全部层) <全部>:", picked)) {
-    case PickEnd::Picked:
-        SetLocked(picked, false, L"层本身就没有锁定！");
-        break;
-    case PickEnd::Enter:
+    TPickEntSet picked;
+    const int answer = picked.SelectEntities(L"\n请选择要解锁层上的图元(ESC退出,空格解开全部层) <全部>:");
+    if (answer == RTCAN)
+        return;
+    if (answer == RTNORM) {
+        SetLocked(CLayerNames(picked), false, L"层本身就没有锁定！");
+    } else {
         for (const AcDbObjectId layer : GetAllLayerIds())
             SetLayerState(layer, LayerState::Locked, false);
-        break;
-    case PickEnd::Cancelled:
-        return;
     }
+    RefreshLayerDisplay();
+}
+
+void CLayerToolBar::sfxc() {
+    const CDocumentLock lock;
+    TPickEntSet picked;
+    if (picked.SelectEntities(L"\n请选择要保留不被锁定层上的图元<退出>:") != RTNORM)
+        return;
+    CLayerNames kept(picked);
+    for (int i = 0; i < picked.GetCount(); ++i) {
+        if (picked.GetTypeName(i) == L"ZEF_PIPE")
+            AddLayersAtPipe(picked.GetAt(i), kept);
+    }
+    for (const AcDbObjectId layer : GetAllLayerIds())
+        SetLayerState(layer, LayerState::Locked, !kept.Holds(GetLayerName(layer)));
+    for (const CString& layer : kept)
+        acutPrintf(L"%s 层打开\n", layer.GetString());
     RefreshLayerDisplay();
 }

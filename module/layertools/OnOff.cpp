@@ -3,41 +3,76 @@
 #include "dbobjptr.h"
 #include "module/layertools/DocumentLock.h"
 #include "module/layertools/LayerDisplay.h"
+#include "module/layertools/LayerNames.h"
 #include "module/layertools/LayerStates.h"
 #include "module/layertools/LayerToolBar.h"
-#include "module/layertools/PickLayers.h"
+#include "module/standard/PipeSystemTool.h"
+#include "siblings/zef_pipewire/PipeSystems.h"
+#include "siblings/zef_pipewire/TDbPipeNode.h"
+#include "siblings/zef_pipewire/TDbPsConfig.h"
 
 #include <memory>
 
 namespace {
 
-// Makes what is hidden in model space visible; what cannot be opened stays.
+void ShowPipeSystem(TDbPsConfig& config, LPCTSTR name) {
+    const int type = GetSysType(name);
+    if (type != kCustomSystemType)
+        config.ShowSystem(type, true);
+    else
+        config.ShowCustomPipeSystem(name, true);
+}
+
+// Shows all systems of the standard where the drawing's configuration hides them, a renamed one by either
+// name.
+void ShowPipeSystems() {
+    std::vector<PipeClassificationNode> groups;
+    PipeSystemTool::GetPipeSystems(groups);
+    TDbPsConfig* config = nullptr;
+    if (GetDwgPsGlobal(config, AcDb::kForWrite) != Acad::eOk)
+        return;
+    for (const PipeClassificationNode& group : groups) {
+        for (const PipeInfoNode& system : group.m_systems) {
+            ShowPipeSystem(*config, system.m_basic.m_name);
+            ShowPipeSystem(*config, system.m_basic.m_initialName);
+        }
+    }
+    config->close();
+}
+
+// Makes what is hidden in model space visible; what cannot be opened stays. Helper objects are drawn anew.
 void ShowModelSpace() {
     AcDbDatabase* const database = acdbHostApplicationServices()->workingDatabase();
     const AcDbBlockTableRecordPointer space(ACDB_MODEL_SPACE, database, AcDb::kForRead);
     AcDbBlockTableRecordIterator* made = nullptr;
     if (space.openStatus() != Acad::eOk || space->newIterator(made) != Acad::eOk)
         return;
+    TEntitySet redrawn;
     for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
         AcDbObjectId id;
         if (each->getEntityId(id) != Acad::eOk)
             continue;
         const AcDbEntityPointer entity(id, AcDb::kForRead);
-        if (entity.openStatus() == Acad::eOk && entity->visibility() == AcDb::kInvisible &&
-            entity->upgradeOpen() == Acad::eOk)
-            entity->setVisibility(AcDb::kVisible);
+        if (entity.openStatus() != Acad::eOk)
+            continue;
+        const bool shows = entity->visibility() == AcDb::kInvisible && entity->upgradeOpen() == Acad::eOk &&
+                           entity->setVisibility(AcDb::kVisible) == Acad::eOk;
+        if (shows || IsNoDrawingObject(entity.object()))
+            redrawn.Add(id);
     }
+    redrawn.UpdateGraphic();
 }
 
 } // namespace
 
 void CLayerToolBar::OpenSelLayer() {
     const CDocumentLock lock;
-    CLayerNames picked;
-    if (PickLayers(L"\n请选择打开层上的图元 <退出>:", picked) != PickEnd::Picked)
+    TPickEntSet picked;
+    if (picked.SelectEntities(L"\n请选择打开层上的图元 <退出>:") != RTNORM)
         return;
+    const CLayerNames opened(picked);
     for (const AcDbObjectId layer : GetAllLayerIds())
-        SetLayerState(layer, LayerState::Off, !picked.Holds(GetLayerName(layer)));
+        SetLayerState(layer, LayerState::Off, !opened.Holds(GetLayerName(layer)));
     RegenerateDisplay();
 }
 
@@ -45,7 +80,7 @@ void CLayerToolBar::SetAllPipeLayOpen() {
     const CDocumentLock lock;
     for (const AcDbObjectId layer : GetAllLayerIds())
         SetLayerState(layer, LayerState::Off, false);
-    // Here every system of the standard will be made visible in the drawing's pipe-system configuration.
+    ShowPipeSystems();
     ShowModelSpace();
     // Here the layer control bar will be refreshed when it is there.
     RegenerateDisplay();

@@ -1,0 +1,237 @@
+#include "module/layertools/ColorMemory.h"
+
+#include "acdbads.h"
+#include "acutmem.h"
+#include "dbapserv.h"
+#include "dbdict.h"
+#include "dbobjptr.h"
+#include "dbsymtb.h"
+#include "dbxrecrd.h"
+#include "module/layertools/LayerStates.h"
+#include "siblings/zef_kernal/ZefExport.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+constexpr wchar_t pairsKey[] = L"TuCengDanSe-YanSeHuiFu";
+constexpr wchar_t exactKey[] = L"TuCengDanSe-ZhenCaiSe";
+
+constexpr int nameCode = 1;
+constexpr int numberCode = 90;
+constexpr int indexCode = 62;
+constexpr int rgbCode = 420;
+constexpr int bookCode = 430;
+
+struct FreeChain {
+    void operator()(resbuf* chain) const { acutRelRb(chain); }
+};
+using Chain = std::unique_ptr<resbuf, FreeChain>;
+
+// A chain that is being made.
+class CChainMaker {
+public:
+    void Add(int code, int value) { Append(acutBuildList(code, value, 0)); }
+    void Add(int code, const CString& value) { Append(acutBuildList(code, value.GetString(), 0)); }
+    const resbuf* Get() const { return m_chain.get(); }
+
+private:
+    void Append(resbuf* node) {
+        if (m_last == nullptr)
+            m_chain.reset(node);
+        else
+            m_last->rbnext = node;
+        m_last = node;
+    }
+
+    Chain m_chain;
+    resbuf* m_last = nullptr;
+};
+
+AcDbObjectId GetDictionaryId() {
+    return acdbHostApplicationServices()->workingDatabase()->namedObjectsDictionaryId();
+}
+
+Chain ReadRecord(const wchar_t* key) {
+    const AcDbDictionaryPointer dictionary(GetDictionaryId(), AcDb::kForRead);
+    AcDbObjectId id;
+    if (dictionary.openStatus() != Acad::eOk || dictionary->getAt(key, id) != Acad::eOk)
+        return nullptr;
+    const AcDbXrecordPointer record(id, AcDb::kForRead);
+    resbuf* chain = nullptr;
+    if (record.openStatus() == Acad::eOk)
+        record->rbChain(&chain);
+    return Chain(chain);
+}
+
+void RemoveRecord(const wchar_t* key) {
+    const AcDbDictionaryPointer dictionary(GetDictionaryId(), AcDb::kForWrite);
+    AcDbObjectId id;
+    if (dictionary.openStatus() != Acad::eOk || dictionary->remove(key, id) != Acad::eOk)
+        return;
+    const AcDbObjectPointer<AcDbObject> record(id, AcDb::kForWrite);
+    if (record.openStatus() == Acad::eOk)
+        record->erase();
+}
+
+bool WriteRecord(const wchar_t* key, const resbuf& chain) {
+    RemoveRecord(key);
+    const AcDbDictionaryPointer dictionary(GetDictionaryId(), AcDb::kForWrite);
+    AcDbXrecordPointer record;
+    AcDbObjectId id;
+    record.create();
+    return dictionary.openStatus() == Acad::eOk && dictionary->setAt(key, record, id) == Acad::eOk &&
+           record->setFromRbChain(chain) == Acad::eOk;
+}
+
+} // namespace
+
+// The groups are asked for, because an AcCmColor does not tell the index that stands beside a true colour.
+std::optional<CColorMemory::ExactColor> CColorMemory::GetExactColor(AcDbObjectId layer) {
+    ads_name name;
+    if (acdbGetAdsName(name, layer) != Acad::eOk)
+        return std::nullopt;
+    const Chain chain(acdbEntGet(name));
+    ExactColor color;
+    bool hasRgb = false;
+    for (const resbuf* node = chain.get(); node != nullptr; node = node->rbnext) {
+        if (node->restype == indexCode)
+            color.index = std::abs(node->resval.rint);
+        else if (node->restype == rgbCode) {
+            color.rgb = node->resval.rlong;
+            hasRgb = true;
+        } else if (node->restype == bookCode)
+            color.names = node->resval.rstring;
+    }
+    return hasRgb ? std::optional(color) : std::nullopt;
+}
+
+void CColorMemory::Remember(AcDbObjectId layer) {
+    const AcDbObjectPointer<AcDbLayerTableRecord> record(layer, AcDb::kForRead);
+    if (record.openStatus() != Acad::eOk)
+        return;
+    Color color{record->color().colorIndex(), GetExactColor(layer)};
+    if (color.exact && (color.exact->index < 1 || color.exact->index > AcCmColor::kACImaximum))
+        color.exact->index = color.index; // no layer can have the one that stands there
+    m_colors.try_emplace(GetLayerName(layer), color);
+}
+
+bool CColorMemory::HasSameLayers(const CColorMemory& other) const {
+    return std::equal(
+        m_colors.begin(), m_colors.end(), other.m_colors.begin(), other.m_colors.end(),
+        [](const auto& one, const auto& another) { return one.first.CompareNoCase(another.first) == 0; });
+}
+
+void CColorMemory::ReadPairs(const resbuf* chain) {
+    CString name;
+    for (const resbuf* node = chain; node != nullptr; node = node->rbnext) {
+        if (node->restype == nameCode)
+            name = node->resval.rstring;
+        else if (node->restype == numberCode && !name.IsEmpty())
+            m_colors[name].index = node->resval.rlong;
+    }
+}
+
+void CColorMemory::ReadExactColors(const resbuf* chain) {
+    while (chain != nullptr) {
+        const CString name = chain->restype == nameCode ? chain->resval.rstring : L"";
+        ExactColor color;
+        int numbers = 0;
+        for (chain = chain->rbnext; chain != nullptr && chain->restype != nameCode; chain = chain->rbnext) {
+            switch (chain->restype) {
+            case numberCode:
+                (numbers++ == 0 ? color.pairIndex : color.painted) = chain->resval.rlong;
+                break;
+            case indexCode:
+                color.index = chain->resval.rint;
+                break;
+            case rgbCode:
+                color.rgb = chain->resval.rlong;
+                break;
+            case bookCode:
+                color.names = chain->resval.rstring;
+                break;
+            default:
+                break;
+            }
+        }
+        // An older program may have remembered other colours since.
+        if (const auto pair = m_colors.find(name);
+            pair != m_colors.end() && pair->second.index == color.pairIndex)
+            pair->second.exact = color;
+    }
+}
+
+CColorMemory CColorMemory::Load() {
+    CColorMemory memory;
+    memory.ReadPairs(ReadRecord(pairsKey).get());
+    memory.ReadExactColors(ReadRecord(exactKey).get());
+    return memory;
+}
+
+bool CColorMemory::Save(int painted) const {
+    CChainMaker pairs;
+    CChainMaker exact;
+    for (const auto& [name, color] : m_colors) {
+        pairs.Add(nameCode, name);
+        pairs.Add(numberCode, color.index);
+        if (!color.exact)
+            continue;
+        exact.Add(nameCode, name);
+        exact.Add(numberCode, color.index);
+        exact.Add(numberCode, painted);
+        exact.Add(indexCode, color.exact->index);
+        exact.Add(rgbCode, color.exact->rgb);
+        if (!color.exact->names.IsEmpty())
+            exact.Add(bookCode, color.exact->names);
+    }
+    RemoveRecord(exactKey);
+    return (exact.Get() == nullptr || WriteRecord(exactKey, *exact.Get())) &&
+           WriteRecord(pairsKey, *pairs.Get());
+}
+
+void CColorMemory::Remove() {
+    RemoveRecord(exactKey);
+    RemoveRecord(pairsKey);
+}
+
+void CColorMemory::Paint(int index) const {
+    AcCmColor color;
+    color.setColorIndex(static_cast<Adesk::UInt16>(index));
+    for (const auto& [name, before] : m_colors) {
+        const AcDbObjectPointer<AcDbLayerTableRecord> layer(ZefExport::GetLayerIdFromString(name),
+                                                            AcDb::kForWrite);
+        if (layer.openStatus() == Acad::eOk)
+            layer->setColor(color);
+    }
+}
+
+void CColorMemory::RestoreExactColor(AcDbObjectId layer, const ExactColor& color, int sign) {
+    ads_name name;
+    if (acdbGetAdsName(name, layer) != Acad::eOk)
+        return;
+    const Chain chain(acutBuildList(-1, name, indexCode, sign * color.index, rgbCode, color.rgb, 0));
+    if (!color.names.IsEmpty())
+        chain->rbnext->rbnext->rbnext = acutBuildList(bookCode, color.names.GetString(), 0);
+    acdbEntMod(chain.get());
+}
+
+void CColorMemory::Restore() const {
+    for (const auto& [name, color] : m_colors) {
+        const AcDbObjectId id = ZefExport::GetLayerIdFromString(name);
+        AcDbObjectPointer<AcDbLayerTableRecord> layer(id, AcDb::kForWrite);
+        if (layer.openStatus() != Acad::eOk)
+            continue;
+        const AcCmColor now = layer->color();
+        const bool asPainted = color.exact && now.isByACI() && now.colorIndex() == color.exact->painted;
+        const int sign = layer->isOff() ? -1 : 1;
+        AcCmColor before;
+        if (before.setColorIndex(static_cast<Adesk::UInt16>(color.index)) == Acad::eOk)
+            layer->setColor(before);
+        layer.close();
+        if (asPainted)
+            RestoreExactColor(id, *color.exact, sign);
+    }
+}

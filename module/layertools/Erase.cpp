@@ -1,0 +1,18 @@
+// The command that erases what is on layers.
+#include "module/layertools/DocumentLock.h"
+#include "module/layertools/LayerDisplay.h"
+#include "module/layertools/LayerNames.h"
+#include "module/layertools/LayerToolBar.h"
+
+void CLayerToolBar::EraseSelLayer() {
+    const CDocumentLock lock;
+    TPickEntSet picked;
+    if (picked.SelectEntities(L"\n请选择删除层上的图元 <退出>:") != RTNORM)
+        return;
+    for (const CString& layer : CLayerNames(picked)) {
+        TPickEntSet erased;
+        if (erased.SelectLayer(layer))
+            erased.Erase();
+    }
+    RegenerateDisplay();
+}

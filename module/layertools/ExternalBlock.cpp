@@ -1,0 +1,89 @@
+#include "module/layertools/ExternalBlock.h"
+
+#include "acdbads.h"
+#include "acedads.h"
+#include "acutmem.h"
+#include "dbents.h"
+#include "dbobjptr.h"
+#include "dbsymtb.h"
+#include "geassign.h"
+
+#include <memory>
+
+namespace {
+
+typedef AcDbObjectPointer<AcDbBlockReference> BlockReferencePointer;
+typedef AcDbObjectPointer<AcDbBlockTableRecord> BlockPointer;
+
+// From the coordinates of the referenced drawing to the world. Its base point lies at the position of the
+// reference; the block transform does not say so everywhere.
+AcGeMatrix3d GetPlacing(const AcDbBlockReference& reference, const AcDbBlockTableRecord& definition) {
+    const AcGeMatrix3d transform = reference.blockTransform();
+    return AcGeMatrix3d::translation(reference.position() - transform * definition.origin()) * transform;
+}
+
+// Seen from above, the box enlarged.
+bool IsAround(const AcDbExtents& box, const AcGePoint3d& point) {
+    constexpr double margin = 50.0;
+    const auto isWithin = [](double least, double value, double most) {
+        return least - margin < value && value < most + margin;
+    };
+    return isWithin(box.minPoint().x, point.x, box.maxPoint().x) &&
+           isWithin(box.minPoint().y, point.y, box.maxPoint().y);
+}
+
+} // namespace
+
+bool KolTool::IsExternalBlock(AcDbObjectId entity) {
+    const BlockReferencePointer reference(entity, AcDb::kForRead);
+    if (reference.openStatus() != Acad::eOk)
+        return false;
+    const BlockPointer definition(reference->blockTableRecord(), AcDb::kForRead);
+    return definition.openStatus() == Acad::eOk && definition->isFromExternalReference();
+}
+
+int KolTool::SelectEntityFromExternalBlock(LPCTSTR prompt, AcDbObjectId& entity, AcGePoint3d& pickPoint) {
+    ads_name name;
+    AcGePoint3d point;
+    const int answer = acedNEntSelP(prompt, name, asDblArray(point), 0, nullptr, nullptr);
+    if (answer != RTNORM)
+        return answer;
+    acdbGetObjectId(entity, name);
+    resbuf user{};
+    user.restype = RTSHORT;
+    user.resval.rint = 1;
+    resbuf world = user;
+    world.resval.rint = 0;
+    acedTrans(asDblArray(point), &user, &world, 0, asDblArray(pickPoint));
+    return answer;
+}
+
+CString KolTool::GetLayerOfInsertion(AcDbObjectId externalReference, AcDbObjectId inserted,
+                                     const AcGePoint3d& point) {
+    CString layer;
+    const BlockReferencePointer external(externalReference, AcDb::kForRead);
+    if (external.openStatus() != Acad::eOk)
+        return layer;
+    const BlockPointer definition(external->blockTableRecord(), AcDb::kForRead);
+    AcDbBlockTableRecordIterator* made = nullptr;
+    if (definition.openStatus() != Acad::eOk || definition->newIterator(made) != Acad::eOk)
+        return layer;
+    const AcGeMatrix3d toWorld = GetPlacing(*external.object(), *definition.object());
+    for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
+        AcDbObjectId id;
+        each->getEntityId(id);
+        const BlockReferencePointer reference(id, AcDb::kForRead);
+        if (reference.openStatus() != Acad::eOk || reference->blockTableRecord() != inserted)
+            continue;
+        AcString name;
+        reference->layer(name);
+        layer = name.kACharPtr();
+        AcDbExtents box;
+        if (reference->getGeomExtents(box) != Acad::eOk)
+            continue;
+        box.transformBy(toWorld);
+        if (IsAround(box, point))
+            break;
+    }
+    return layer;
+}

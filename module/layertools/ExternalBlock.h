@@ -1,0 +1,22 @@
+// References to external drawings, and picks inside of them.
+#pragma once
+
+#include "afx.h"
+#include "dbid.h"
+#include "gepnt3d.h"
+
+namespace KolTool {
+
+// Whether an entity is a reference to an external drawing.
+bool IsExternalBlock(AcDbObjectId entity);
+
+// Asks for an entity inside of a reference: the innermost one, and where it was picked, in the world. RTNORM;
+// else as acedNEntSelP, and nothing is given.
+int SelectEntityFromExternalBlock(LPCTSTR prompt, AcDbObjectId& entity, AcGePoint3d& pickPoint);
+
+// The layer of the block reference inside of an external one that inserts the block `inserted` around a point
+// of the world, the first one if there are several. Each counts as 50 units larger all round. Where none does
+// it is that of the last one; "" when nothing inserts the block there.
+CString GetLayerOfInsertion(AcDbObjectId externalReference, AcDbObjectId inserted, const AcGePoint3d& point);
+
+} // namespace KolTool
