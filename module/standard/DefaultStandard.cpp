@@ -21,6 +21,7 @@ struct System {
     const wchar_t* material;
     const wchar_t* outdoorMaterial;
     const wchar_t* flow;
+    const wchar_t* layers = nullptr; // what its layers are called where it is not its name
 };
 
 struct Group {
@@ -79,14 +80,14 @@ const std::vector<Group>& Groups() {
              {L"污水", L"W", 2, gravity, true, pvc, pvc, drained},
              {L"废水", L"F", 42, gravity, true, pvc, pvc, drained},
              {L"通气", L"T", 9, light, true, pvc, pvc, L""},
-             {L"压力污水", L"YW", 40, pressure, false, steel, pe, supplied},
-             {L"压力废水", L"YF", 52, pressure, false, steel, pe, supplied},
-             {L"凝结水", L"KN", 140, light, true, pvc, pvc, drained},
+             {L"压力污水", L"YW", 40, pressure, false, steel, pe, supplied, L"压力污"},
+             {L"压力废水", L"YF", 52, pressure, false, steel, pe, supplied, L"压力废"},
+             {L"凝结水", L"KN", 140, light, true, pvc, pvc, drained, L"凝结"},
          }},
         {L"雨水系统",
          {
              {L"雨水", L"Y", 4, gravity, true, pvc, pvc, drained},
-             {L"压力雨水", L"YY", 5, pressure, false, steel, pe, supplied},
+             {L"压力雨水", L"YY", 5, pressure, false, steel, pe, supplied, L"压力雨"},
              {L"虹吸雨水", L"HY", 170, pressure, false, pe, pe, supplied},
          }},
         {L"其它系统", {{L"其它", L"QT", 7, light, false, steel, pe, L""}}},
@@ -94,7 +95,7 @@ const std::vector<Group>& Groups() {
     return groups;
 }
 
-// The layer types of a system, and how their layers are named.
+// The layer types of a system, and how their layers are named: as the drawings of many offices have them.
 struct Type {
     const wchar_t* name;
     const wchar_t* prefix;
@@ -105,9 +106,9 @@ struct Type {
 
 constexpr Type types[] = {
     {L"管线", L"PIPE-", true, 0, L"管线"},         {L"立管", L"VPIPE-", true, 0, L"管线"},
-    {L"扣弯", L"BEND-", true, 0, L"管线"},         {L"管径文字", L"DIM-", false, thin, L"标注"},
-    {L"管线流向", L"FLOW-", false, thin, L"标注"}, {L"立管标注", L"VDIM-", false, thin, L"标注"},
-    {L"阀门", L"VALVE-", false, light, L"附件"},   {L"设备", L"EQUIP-", false, light, L"附件"},
+    {L"扣弯", L"BEND-", true, 0, L"管线"},         {L"管径文字", L"DIM_", false, thin, L"标注"},
+    {L"管线流向", L"FLOW_", false, thin, L"标注"}, {L"立管标注", L"VDIM_", false, thin, L"标注"},
+    {L"阀门", L"VALVE_", false, light, L"附件"},   {L"设备", L"EQUIP_", false, light, L"附件"},
 };
 
 // Types without layers of their own.
@@ -138,7 +139,7 @@ std::unique_ptr<PipeNode> MakeSystem(const System& row) {
         layer->m_oldKey = type.name;
         layer->m_layerType = type.name;
         layer->m_layerKey = row.name;
-        layer->m_layerName = CString(type.prefix) + row.name;
+        layer->m_layerName = CString(type.prefix) + (row.layers != nullptr ? row.layers : row.name);
         layer->m_color = ColorOf(type.isPipe ? row.color : labelColor);
         layer->m_linetype = type.isPipe && row.isDashed ? L"DASHED" : L"Continuous";
         layer->m_lineWeight = type.isPipe ? row.lineWeight : type.lineWeight;
