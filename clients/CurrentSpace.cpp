@@ -4,6 +4,7 @@
 #include "acedads.h"
 #include "dbapserv.h"
 #include "dbobjptr.h"
+#include "dbsymtb.h"
 #include "geassign.h"
 
 namespace {
@@ -57,6 +58,20 @@ AcDbObjectId AppendToCurrentSpace(std::unique_ptr<AcDbEntity> entity, LPCTSTR la
     if (space.openStatus() == Acad::eOk && space->appendAcDbEntity(id, entity.get()) == Acad::eOk)
         entity.release()->close();
     return id;
+}
+
+CString WhyNotOnLayer(LPCTSTR layerName) {
+    if (*layerName == 0)
+        return {};
+    AcDbDatabase* const database = acdbHostApplicationServices()->workingDatabase();
+    const AcDbLayerTableRecordPointer layer(layerName, database, AcDb::kForRead);
+    if (layer.openStatus() != Acad::eOk)
+        return L"不能创建";
+    if (layer->isFrozen())
+        return L"已冻结";
+    if (layer->isOff())
+        return L"已关闭";
+    return layer->isLocked() ? L"已锁定" : L"";
 }
 
 AcGePoint3d ToWorld(const AcGePoint3d& user) {

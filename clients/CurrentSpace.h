@@ -13,6 +13,10 @@ std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR type);
 // Puts an entity into it, on a layer that the drawing has; with "" on the current one. Null when that fails.
 AcDbObjectId AppendToCurrentSpace(std::unique_ptr<AcDbEntity> entity, LPCTSTR layerName);
 
+// Why nothing is to be drawn on a layer, as the end of a sentence that begins with it: the drawing could not
+// make it, or it is frozen, off or locked. "" when nothing is against it, and for "", the current layer.
+CString WhyNotOnLayer(LPCTSTR layerName);
+
 // Points between the user's coordinates and the world's.
 AcGePoint3d ToWorld(const AcGePoint3d& user);
 AcGePoint3d ToUser(const AcGePoint3d& world);

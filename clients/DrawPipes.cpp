@@ -12,6 +12,7 @@
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 #include "siblings/zef_public/SharedOptions.h"
 
+#include <cmath>
 #include <optional>
 
 namespace {
@@ -27,22 +28,27 @@ struct Answers {
 };
 Answers g_last;
 
-// The first system of the standard; "" without one.
-CString FirstSystem() {
+// The systems of the standard, in its order.
+std::vector<CString> SystemNames() {
     std::vector<PipeClassificationNode> groups;
     PipeSystemTool::GetPipeSystems(groups);
-    for (const PipeClassificationNode& group : groups) {
-        if (!group.m_systems.empty())
-            return group.m_systems.front().m_basic.m_name;
-    }
-    return {};
+    std::vector<CString> names;
+    for (const PipeClassificationNode& group : groups)
+        for (const PipeInfoNode& system : group.m_systems)
+            names.push_back(system.m_basic.m_name);
+    return names;
 }
 
 // Asks for system and diameter. False when that was ended, or there is no such system, which the user is
 // told.
 bool AskForPipe() {
+    const std::vector<CString> systems = SystemNames();
+    if (systems.empty()) {
+        acdbFail(L"\n当前标准中没有管线系统！");
+        return false;
+    }
     if (!PipeSystemTool::IsPipeSystemOfCurrentStandard(g_last.m_system))
-        g_last.m_system = FirstSystem();
+        g_last.m_system = systems.front();
     CString prompt;
     prompt.Format(L"\n请输入管线系统<%s>:", g_last.m_system);
     AcString answer;
@@ -53,6 +59,10 @@ bool AskForPipe() {
         CString message;
         message.Format(L"\n当前标准中没有管线系统\"%s\"！", system);
         acdbFail(message);
+        CString all;
+        for (const CString& one : systems)
+            all += L" " + one;
+        acutPrintf(L"\n当前标准中的管线系统:%s", all.GetString());
         return false;
     }
     int dn = g_last.m_dn > 0 ? g_last.m_dn : g_iDefaultPipeDn;
@@ -116,9 +126,13 @@ void ApplyStandard(TDbPipe& pipe) {
 bool DrawPipe(CJoints& joints, const AcGePoint3d& start, const AcGePoint3d& end) {
     auto pipe = std::make_unique<TDbPipe>();
     pipe->SetEnds(start, end);
-    ApplyStandard(*pipe);
     const CString layer =
         PipeSystemTool::GetLayerName(g_last.m_system, pipe->IsVertical() ? L"立管" : L"管线", true);
+    if (const CString why = WhyNotOnLayer(layer); !why.IsEmpty()) {
+        acdbFail(L"\n图层\"" + layer + L"\"" + why + L"，不能绘制！");
+        return false;
+    }
+    ApplyStandard(*pipe);
     const AcDbObjectId ends[] = {joints.FindOrAdd(start, layer), joints.FindOrAdd(end, layer)};
     pipe->SetNodes(ends[0], ends[1]);
     const AcDbObjectId id = AppendToCurrentSpace(std::move(pipe), layer);
@@ -127,7 +141,8 @@ bool DrawPipe(CJoints& joints, const AcGePoint3d& start, const AcGePoint3d& end)
         return false;
     }
     for (const AcDbObjectId joint : ends)
-        CJoints::AddPipe(joint, id);
+        if (!CJoints::AddPipe(joint, id))
+            acutPrintf(L"\n节点所在的图层已锁定，管线没有与它相连！");
     return true;
 }
 
@@ -140,7 +155,7 @@ void DrawPipes() {
     CJoints joints;
     while (from) {
         const auto to = AskForPoint(L"\n请指定管线下一点<结束>:", from);
-        if (to && to->isEqualTo(*from)) {
+        if (to && to->distanceTo(*from) < CJoints::nearBy) {
             acutPrintf(L"\n两点重合，请重新指定！");
             continue;
         }
@@ -151,9 +166,15 @@ void DrawPipes() {
 }
 
 void DrawRisers() {
-    if (!AskForPipe() || !AskForElevation(L"底标高", g_last.m_bottom) ||
-        !AskForElevation(L"顶标高", g_last.m_top))
+    if (!AskForPipe() || !AskForElevation(L"底标高", g_last.m_bottom))
         return;
+    const auto isLevel = [] { return std::fabs(g_last.m_top - g_last.m_bottom) * metre < CJoints::nearBy; };
+    do {
+        if (!AskForElevation(L"顶标高", g_last.m_top))
+            return;
+        if (isLevel())
+            acutPrintf(L"\n顶标高与底标高相同，请重新指定！");
+    } while (isLevel());
     CJoints joints;
     while (const auto at = AskForPoint(L"\n请指定立管位置<退出>:", std::nullopt))
         if (!DrawPipe(joints, {at->x, at->y, g_last.m_bottom * metre}, {at->x, at->y, g_last.m_top * metre}))

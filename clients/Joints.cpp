@@ -15,7 +15,6 @@ CJoints::CJoints() {
 }
 
 AcDbObjectId CJoints::FindOrAdd(const AcGePoint3d& position, LPCTSTR layerName) {
-    constexpr double nearBy = 0.1;
     const auto found = std::ranges::find_if(
         m_joints, [&](const Joint& joint) { return joint.m_position.distanceTo(position) < nearBy; });
     if (found != m_joints.end())
@@ -28,8 +27,9 @@ AcDbObjectId CJoints::FindOrAdd(const AcGePoint3d& position, LPCTSTR layerName) 
     return id;
 }
 
-void CJoints::AddPipe(AcDbObjectId joint, AcDbObjectId pipe) {
+bool CJoints::AddPipe(AcDbObjectId joint, AcDbObjectId pipe) {
     const AcDbObjectPointer<TDbPipeNode> node(joint, AcDb::kForWrite);
     if (node.openStatus() == Acad::eOk)
         node->AddPipe(pipe);
+    return node.openStatus() == Acad::eOk;
 }

@@ -9,15 +9,18 @@
 
 class CJoints {
 public:
+    // What lies nearer than this is one place, mm.
+    static constexpr double nearBy = 0.1;
+
     // Those that there are.
     CJoints();
 
-    // The joint at a place, within 0.1 mm; a new one on that layer when there is none. Null when it can not
+    // The joint at a place; a new one on that layer when there is none. Null when it can not
     // be made.
     AcDbObjectId FindOrAdd(const AcGePoint3d& position, LPCTSTR layerName);
 
-    // Tells a joint of a pipe that meets there.
-    static void AddPipe(AcDbObjectId joint, AcDbObjectId pipe);
+    // Tells a joint of a pipe that meets there. False when it can not be changed: its layer is locked.
+    static bool AddPipe(AcDbObjectId joint, AcDbObjectId pipe);
 
 private:
     struct Joint {

@@ -53,6 +53,11 @@ void PlaceValve(AcDbObjectId pipeId, const AcGePoint3d& picked, int kind) {
         return;
     }
     const AcGeVector3d along = pipe->GetEndPoint() - pipe->GetStartPoint();
+    const CString layer = PipeSystemTool::GetLayerName(pipe->GetPipeSystemName(), L"阀门", true);
+    if (const CString why = WhyNotOnLayer(layer); !why.IsEmpty()) {
+        acutPrintf(L"\n图层\"%s\"%s，不能绘制！", layer.GetString(), why.GetString());
+        return;
+    }
     auto symbol = std::make_unique<TDbPipeAttachment>();
     symbol->SetKind(kind);
     symbol->SetPosition(PlaceOn(*pipe, picked));
@@ -60,9 +65,15 @@ void PlaceValve(AcDbObjectId pipeId, const AcGePoint3d& picked, int kind) {
     symbol->SetSize(symbolSize * pipe->GetPlotScale());
     symbol->SetPipeSystemName(pipe->GetPipeSystemName());
     symbol->SetPipe(pipeId);
-    const CString layer = PipeSystemTool::GetLayerName(pipe->GetPipeSystemName(), L"阀门", true);
     if (const AcDbObjectId id = AppendToCurrentSpace(std::move(symbol), layer); !id.isNull())
         pipe->AddAttachment(id);
+}
+
+// Of the last pick: whether there was nothing where it was.
+bool HitNothing() {
+    constexpr short hitNothing = 7;
+    resbuf code{};
+    return acedGetVar(L"ERRNO", &code) == RTNORM && code.resval.rint == hitNothing;
 }
 
 } // namespace
@@ -72,6 +83,13 @@ void PlaceValves() {
     if (!AskForKind(kind))
         return;
     TPickEntSet picked;
-    while (picked.SelectEntity(L"\n请选择布置附件的管线<退出>:") == RTNORM)
-        PlaceValve(picked.GetAt(0), ToWorld(picked.GetPickPoint()), kind);
+    for (;;) {
+        const int given = picked.SelectEntity(L"\n请选择布置附件的管线<退出>:");
+        if (given == RTNORM)
+            PlaceValve(picked.GetAt(0), ToWorld(picked.GetPickPoint()), kind);
+        else if (given == RTERROR && HitNothing())
+            acutPrintf(L"\n没有选中管线！");
+        else
+            return;
+    }
 }

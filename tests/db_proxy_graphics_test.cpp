@@ -41,6 +41,16 @@ private:
     std::vector<int> colors_;
 };
 
+// Draws a character that takes two units of UTF-16.
+class written final : public AcDbEntity {
+protected:
+    Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override {
+        draw->geometry().text(AcGePoint3d::kOrigin, AcGeVector3d::kZAxis, AcGeVector3d::kXAxis, L"\U00020000",
+                              -1, true, AcGiTextStyle());
+        return true;
+    }
+};
+
 // The colours of what is drawn.
 class colors_seen final : public gi::canvas {
 public:
@@ -56,6 +66,13 @@ private:
 };
 
 } // namespace
+
+TEST(DbProxyGraphics, CountTextInUnits) {
+    const std::string data = db::make_proxy_graphics(written(), nullptr);
+    // The units, a nought, filled up; how many they are.
+    const std::string words("\x40\xD8\x00\xDC\0\0\0\0\x02\0\0\0", 12);
+    EXPECT_NE(data.find(words), data.npos);
+}
 
 TEST(DbProxyGraphics, KeepTheColoursOfParts) {
     struct row {

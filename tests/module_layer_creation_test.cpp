@@ -99,6 +99,38 @@ TEST_F(LayerCreation, WhatTheDrawingDoesNotTakeIsLeft) {
     EXPECT_FALSE(created);
 }
 
+// A system, a group and an attachment set make what the drawing lacks of theirs.
+TEST_F(LayerCreation, RecordsMakeTheirLayers) {
+    const auto has = [](LPCTSTR name) { return !ZefExport::GetLayerIdFromString(name).isNull(); };
+    const PipeGroupNode& group = *Standard().m_groups.at(0);
+    const PipeNode& system = *group.Systems().at(0); // 给水
+    bool created = false;
+    const AcDbObjectId valve = system.CreateLayer(L"附件", created); // an alias
+    EXPECT_TRUE(created && valve == ZefExport::GetLayerIdFromString(L"VALVE_给水"));
+    created = false;
+    EXPECT_EQ(system.CreateLayer(L"阀门", created), valve);
+    EXPECT_TRUE(system.CreateLayer(L"没有", created).isNull());
+    EXPECT_FALSE(created);
+
+    EXPECT_FALSE(group.CreateLayer(L"pipe-给水2").isNull());
+    EXPECT_TRUE(has(L"PIPE-给水2") && !has(L"PIPE-给水"));
+    EXPECT_TRUE(group.CreateLayer(L"没有").isNull());
+    PipeNode::LayerIds ids;
+    group.InitLayers(ids);
+    EXPECT_EQ(ids.at(L"valve_给水"), valve);
+    std::vector<CString> names;
+    group.GetAllLayerName(names);
+    EXPECT_EQ(ids.size(), names.size());
+
+    LayerAttachNode set;
+    PipeSystemTool::GetLayerAttachInfo(L"管线", set);
+    EXPECT_FALSE(set.InitLayer(L"污水", L"立管").isNull());
+    EXPECT_TRUE(has(L"VPIPE-污水") && !has(L"PIPE-污水") && !has(L"DIM_污水"));
+    EXPECT_TRUE(set.InitLayer(L"污水").isNull()) << "no key of another layer";
+    set.InitLayer(LayerAttachNode::kPipeSystemLayer);
+    EXPECT_TRUE(has(L"PIPE-污水") && !has(L"DIM_污水"));
+}
+
 TEST_F(LayerCreation, EveryLinetypeOfTheTableLoadsOnce) {
     std::vector<CString> names;
     GetLinetypeNames(names);

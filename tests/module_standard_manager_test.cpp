@@ -147,10 +147,28 @@ TEST(StandardCommand, ShowsOpensSavesAndChecks) {
     EXPECT_NE(saved.out.find("已打开标准文件 " + copy), std::string::npos);
     EXPECT_EQ(test::read(copy), test::read(std::filesystem::path(ZEF_SOURCE_FOLDER) / "share/kol.vrsl"));
 
-    // A file that is none: the message, and the standard stays.
+    // What was opened is the choice from then on; what is there is replaced only when that is wanted.
+    const auto again = run("gxsz\\nS\\n" + copy + "\\nN\\nS\\n" + copy + "\\nY\\n\\n");
+    EXPECT_NE(again.out.find("管道系统标准: " + copy), std::string::npos) << again.out.substr(0, 200);
+    EXPECT_NE(again.out.find("\n文件已存在，是否替换[是(Y)/否(N)] <否>:"), std::string::npos);
+    const std::size_t first = again.out.find("已保存标准文件");
+    EXPECT_NE(first, std::string::npos) << again.err;
+    EXPECT_EQ(again.out.find("已保存标准文件", first + 1), std::string::npos);
+
+    // A file that is none: the message, why, and the standard stays.
     const auto broken = run("gxsz\\nO\\nnothing\\n\\ngxsz\\n\\n");
+    EXPECT_EQ(broken.status, 4);
     EXPECT_NE((broken.out + broken.err).find("加载标准文件失败！"), std::string::npos) << broken.err;
+    EXPECT_NE((broken.out + broken.err).find("sys/nothing.vrsl: 文件无法读取"), std::string::npos)
+        << broken.err;
     EXPECT_NE(broken.out.find("PIPE-给水"), std::string::npos);
+    // Nor is a file without systems remembered.
+    const auto page = profile.write("page.vrsl", "<html/>").string();
+    EXPECT_NE(run("gxsz\\nO\\n" + page + "\\n\\n").out.find("其中没有管线系统！"), std::string::npos);
+    EXPECT_NE(run("gxsz\\n\\n").out.find("管道系统标准: " + copy), std::string::npos);
+    // Escape ends the command wherever it is pressed.
+    for (const char* script : {"gxsz ^C", "gxsz O ^C", "gxsz S ^C", "gxsz C ^C"})
+        EXPECT_EQ(run(script).out.find("个问题"), std::string::npos) << script;
     // Faults by line and element.
     profile.write("bad.vrsl", "<Vantrel><PipeSystem>\n<PipeGroup Name=\"\"/></PipeSystem></Vantrel>");
     const auto checked = run("gxsz\\nC\\n" + (profile.path() / "bad.vrsl").string() + "\\n\\n");
@@ -190,9 +208,11 @@ TEST(StandardCheck, TellsWhatIsWrongAndWhere) {
 <Layer LayerType="P"><LayerName>L</LayerName><LayerColor>300</LayerColor><LineStyle>WAVY</LineStyle></Layer>
 <Layer LayerType="P"><LayerName/><LineWeight>0.3</LineWeight><LayerColor>1,2</LayerColor></Layer></Pipe>
 <Pipe><BaseInfo><PipeName>a</PipeName></BaseInfo></Pipe>
-<Pipe><BaseInfo><PipeName>b</PipeName></BaseInfo>
+<Pipe><BaseInfo><PipeName>b</PipeName><LineWidth>1e999</LineWidth><VPipeRaidus>0.5 </VPipeRaidus></BaseInfo>
 <Layer LayerType="P"><LayerName>l</LayerName><LayerColor>256</LayerColor><LineStyle>continuous</LineStyle></Layer></Pipe>
-</PipeGroup></PipeSystem></Vantrel>)");
+</PipeGroup></PipeSystem><OtherLayer><LayerGroup LayerType="g"><Layer><LayerName>a*b</LayerName></Layer></LayerGroup>
+</OtherLayer><ObjectColorSetting><ObjectColor>
+<Color>1,2,256</Color></ObjectColor></ObjectColorSetting></Vantrel>)");
     std::vector<StandardFault> faults;
     EXPECT_TRUE(CheckStandardFile(path.wstring().c_str(), {{L"Continuous"}, {L"PP-R"}}, faults));
     std::string told;
@@ -209,7 +229,17 @@ TEST(StandardCheck, TellsWhatIsWrongAndWhere) {
                     "7 LineWeight 线宽 \"0.3\" 无效\n"
                     "7 LayerColor 颜色 \"1,2\" 无效\n"
                     "8 PipeName 系统名称 \"a\" 已经使用\n"
-                    "10 LayerName 图层 \"l\" 已经用于 \"a\"\n");
+                    "9 LineWidth 数值 \"1e999\" 无效\n"
+                    "10 LayerName 图层 \"l\" 已经用于 \"a\"\n"
+                    "11 LayerName 图层名 \"a*b\" 含有不允许的字符\n"
+                    "13 Color 颜色 \"1,2,256\" 无效\n");
+
+    // Well-formed, and something else.
+    faults.clear();
+    EXPECT_TRUE(CheckStandardFile(folder.write("page.vrsl", "<html/>").wstring().c_str(), {}, faults));
+    ASSERT_EQ(faults.size(), 2U);
+    EXPECT_EQ(faults[0].what, L"根元素不是 \"Vantrel\"");
+    EXPECT_EQ(faults[1].what, L"没有管线系统");
 
     // The one that is shipped has nothing wrong; what is no document is told as that.
     faults.clear();
@@ -218,6 +248,12 @@ TEST(StandardCheck, TellsWhatIsWrongAndWhere) {
                                      {L"PP-R", L"PE100", L"PVC-U", L"镀锌钢管", L"球墨铸铁管"}};
     EXPECT_TRUE(CheckStandardFile(shipped.wstring().c_str(), known, faults));
     EXPECT_TRUE(faults.empty());
-    EXPECT_FALSE(CheckStandardFile(folder.write("no.vrsl", "<a>").wstring().c_str(), known, faults));
-    EXPECT_EQ(faults.size(), 1U);
+    EXPECT_FALSE(
+        CheckStandardFile(folder.write("no.vrsl", "<a>\n<b>\n</a>").wstring().c_str(), known, faults));
+    EXPECT_FALSE(CheckStandardFile((folder / "none.vrsl").wstring().c_str(), known, faults));
+    ASSERT_EQ(faults.size(), 2U);
+    EXPECT_EQ(faults[0].line, 2);
+    EXPECT_EQ(faults[0].what, L"不是合式的 XML: start tag 'b' at offset 4 expecting end tag at offset 8");
+    EXPECT_EQ(faults[1].line, 0);
+    EXPECT_EQ(faults[1].what, L"文件无法读取: file error");
 }

@@ -382,11 +382,14 @@ TEST(Standard, FilesGiveBackWhatWasWritten) {
 TEST(Standard, WhatAFileLacksHasItsDefault) {
     const test::folder folder;
     const auto path = folder.write("bare.vrsl", R"(<Vantrel>
-<PipeSystem><PipeGroup Name="G"><Pipe><BaseInfo><PipeName>甲</PipeName><LineWidth>x</LineWidth><Status/></BaseInfo>
+<PipeSystem><PipeGroup Name="G"><Pipe><BaseInfo><PipeName>甲</PipeName><LineWidth>x</LineWidth><Status/>
+<VPipeRaidus2>1e999</VPipeRaidus2></BaseInfo>
 <Layer LayerType="管线"><LayerName>A</LayerName><LayerColor>255,0,0</LayerColor><LineWeight>0.10</LineWeight></Layer>
 <Layer LayerType="立管"><LayerName>B</LayerName><LayerColor>ByBlock</LayerColor><CanPlot>0</CanPlot></Layer>
+<Layer LayerType="ARROW"/>
 <SysMap><MapItem><SrcItem>扣弯</SrcItem><DesItem>立管</DesItem></MapItem></SysMap></Pipe></PipeGroup></PipeSystem>
-<LayerNameRule><NameRule><LayerType>管线</LayerType><LayerPrefix>P-</LayerPrefix></NameRule></LayerNameRule>
+<LayerNameRule><NameRule><LayerType>管线</LayerType><LayerPrefix>P-</LayerPrefix></NameRule>
+<NameRule><LayerType>Arrow</LayerType></NameRule></LayerNameRule>
 <TextStyleSetting><TextStyleSet><TextStyle><Key>圆中文字</Key></TextStyle></TextStyleSet></TextStyleSetting>
 </Vantrel>)");
     PipeStandard standard;
@@ -407,7 +410,8 @@ TEST(Standard, WhatAFileLacksHasItsDefault) {
     EXPECT_EQ(system.FindLayerNode(L"扣弯", false), nullptr);
     EXPECT_EQ(system.FindLayerNode(L"扣弯", true), system.Layers().at(1).get());
     // A rule for every layer type in use.
-    const std::vector<LayerNameRule> rules = {{L"管线", L"P-", L""}, {L"立管", L"", L""}};
+    const std::vector<LayerNameRule> rules = {
+        {L"管线", L"P-", L""}, {L"Arrow", L"", L""}, {L"立管", L"", L""}};
     EXPECT_EQ(standard.m_nameRules, rules);
     EXPECT_EQ(standard.m_textStyles.at(0).m_scale, 1.1);
     EXPECT_EQ(standard.m_textStyles.at(0).m_encoding, L"CHINESE_GB2312");
@@ -455,6 +459,13 @@ TEST(Standard, SystemsMoveAndChangeTheirNames) {
     EXPECT_EQ(now, L"z");
     EXPECT_EQ(group.FindPipeSystem(L"z")->Layers()[0]->m_layerKey, L"z");
     EXPECT_EQ(group.FindPipeSystem(L"a"), nullptr);
+
+    // A layer that still has the old name follows; one whose system has it now stays with that.
+    EXPECT_TRUE(group.RenamePipeSystem(L"c", L"a"));
+    group.FindPipeSystem(L"z")->Layers()[0]->m_layerKey = L"a";
+    group.ConvertOldSysNameToCurrentName();
+    EXPECT_EQ(group.FindPipeSystem(L"z")->Layers()[0]->m_layerKey, L"z");
+    EXPECT_EQ(group.FindPipeSystem(L"a")->Layers()[0]->m_layerKey, L"a");
 
     EXPECT_FALSE(group.CanRenameLayerName(L"z", L"B"));
     EXPECT_TRUE(group.CanRenameLayerName(L"B", L"b"));
@@ -523,7 +534,7 @@ TEST(Standard, LabelsAndFallbacks) {
     EXPECT_EQ(GetTextStyleScale(L"_KOL_CIRCLE", 1.0), 1.1);
     EXPECT_EQ(GetLayerByPipeLayer(L"pipe-热给水", L"立管", true), L"VPIPE-热给水");
     EXPECT_EQ(GetLayerByVPipeLayer(L"vpipe-热给水", L"管线文字", false), L""); // an alias
-    EXPECT_EQ(GetLayerByVPipeLayer(L"vpipe-热给水", L"管线文字", true), L"DIM-热给水");
+    EXPECT_EQ(GetLayerByVPipeLayer(L"vpipe-热给水", L"管线文字", true), L"DIM_热给水");
     int type = -1;
     EXPECT_FALSE(IsPipeLayer(L"VPIPE-给水", &type));
     EXPECT_EQ(type, 1);

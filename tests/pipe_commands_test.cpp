@@ -82,12 +82,31 @@ TEST_F(PipeCommands, PutSymbolsOnPipes) {
     const auto run = test::zefhost({plan, "-c", script, "-o", out});
     ASSERT_EQ(run.status, 0) << run.err << run.out;
     EXPECT_EQ(count(run.out, "\n请选择可以修改的水平管线！"), 1U) << run.out;
-    EXPECT_EQ(count(run.out, "ZEF_PIPEATTACHMENT    Layer: \"VALVE-给水\""), 1U) << run.out;
+    EXPECT_EQ(count(run.out, "ZEF_PIPEATTACHMENT    Layer: \"VALVE_给水\""), 1U) << run.out;
     const std::string drawn = test::read(out);
     EXPECT_EQ(count(drawn, "\r\nTDbPipeAttachment\r\n 70\r\n     1\r\n 10\r\n1500.5\r\n 20\r\n1500.5\r\n"),
               1U);
     EXPECT_EQ(count(drawn, "\r\nZEF_PIPEATTACHMENT\r\n") - 1, 1U) << "and the class";
     EXPECT_EQ(count(drawn, "\r\nTDbPipe\r\n"), 3U) << "two and the class";
+}
+
+// What is answered amiss is told, and asked again.
+TEST_F(PipeCommands, GoOnWhereAnAnswerFitsNothing) {
+    const test::folder folder;
+    const std::string out = (folder / "out.dxf").string();
+    // The last riser stands on a joint that can not be changed.
+    const std::string script = "hzgx 给水 50 0,0 0.05,0.05 3000,0 \\nhzlg  \\n3\\n\\n3.00001\\n6\\n9000,0 \\n"
+                               "hzfj Z 8000,8000 1500,0 \\n-LAYER LO PIPE-给水 \\nhzlg  \\n0\\n\\n0,0 \\n";
+    const auto run = test::zefhost({plan, "-c", script, "-o", out});
+    ASSERT_EQ(run.status, 0) << run.err << run.out;
+    for (const char* message :
+         {"\n两点重合，请重新指定！", "\n没有选中管线！", "\n节点所在的图层已锁定，管线没有与它相连！"})
+        EXPECT_EQ(count(run.out, message), 1U) << message << run.out;
+    EXPECT_EQ(count(run.out, "\n顶标高与底标高相同，请重新指定！"), 2U) << run.out;
+    const std::string drawn = test::read(out);
+    EXPECT_EQ(count(drawn, "\r\nZEF_PIPE\r\n") - 1, 3U);
+    EXPECT_EQ(count(drawn, "\r\nZEF_PIPENODE\r\n") - 1, 5U);
+    EXPECT_EQ(count(drawn, "\r\nZEF_PIPEATTACHMENT\r\n") - 1, 1U);
 }
 
 TEST_F(PipeCommands, RefuseWhatTheyCanNotDraw) {
@@ -100,7 +119,11 @@ TEST_F(PipeCommands, RefuseWhatTheyCanNotDraw) {
          {row{"r2018.dxf", "hzgx\\n空调", "当前标准中没有管线系统\"空调\"！"},
           row{"r2018.dxf", "hzgx 给水 0", "给水"}, row{"r2018.dxf", "hzlg 给水 50 a", "底标高"},
           row{"r12.dxf", "hzgx\\n\\n\\n0,0 1,0 ", "管线不能加入当前图形！"},
-          row{"r12.dxf", "hzlg\\n\\n\\n\\n\\n0,0 ", "管线不能加入当前图形！"}}) {
+          row{"r12.dxf", "hzlg\\n\\n\\n\\n\\n0,0 ", "管线不能加入当前图形！"},
+          row{"r2018.dxf", "hzgx 给水 50 0,0 1,0 \\n-LAYER LO PIPE-给水 \\nhzgx\\n\\n\\n5,0 9,0 ",
+              "图层\"PIPE-给水\"已锁定，不能绘制！"},
+          row{"r2018.dxf", "hzlg 给水 50 0 1 0,0 \\n-LAYER OFF VPIPE-给水 \\nhzlg\\n\\n\\n\\n\\n5,5 ",
+              "图层\"VPIPE-给水\"已关闭，不能绘制！"}}) {
         const auto run = test::zefhost({test::drawing(row.drawing).string(), "-c", row.script});
         EXPECT_EQ(run.status, 4) << row.script;
         EXPECT_EQ(count(run.out + run.err, row.word) > 0, true) << row.script << "\n" << run.out << run.err;

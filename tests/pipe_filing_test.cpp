@@ -115,6 +115,7 @@ TEST_F(PipeFiling, DamagedOrNewerOnesAreMet) {
         {"no section of its own", "40 50.0", true},
         {"lists of other lengths", "100 TDbPipe|70 1|300 A|300 B|140 1.0|91 3|91 4|301 x", true},
         {"unknown groups", "100 TDbPipe|70 1|49 5.0|10 1.0|20 2.0|30 3.0", true},
+        {"a scale of nought, and one that is below", "40 0.0|40 -1.0|100 TDbPipe|70 1|10 1.0", true},
         {"a newer version", "100 TDbPipe|70 2|10 1.0|20 2.0|30 3.0", false},
     };
     for (const row& row : rows) {
@@ -129,6 +130,7 @@ TEST_F(PipeFiling, DamagedOrNewerOnesAreMet) {
         double value = 0.0;
         if (pipe != nullptr) {
             EXPECT_EQ(pipe->GetPipeSystemName(), L"污水") << row.what;
+            EXPECT_GT(pipe->GetPlotScale(), 0.0) << row.what;
             EXPECT_FALSE(pipe->GetField(L"B", value)) << row.what;
             EXPECT_EQ(pipe->GetMultiLineDimTextByDimElements().size(), 1U) << row.what;
         }

@@ -6,7 +6,9 @@
 #include "host/db/record_text.h"
 #include "host/db/symbol_entry.h"
 
-#include <cmath>
+#include <algorithm>
+#include <cstdint>
+#include <limits>
 
 ACRX_CONS_DEFINE_MEMBERS(AcDbLinetypeTableRecord, AcDbSymbolTableRecord, 0)
 
@@ -49,6 +51,12 @@ std::vector<extent> dashes_of(const dxf::group_list& groups) {
     return dashes;
 }
 
+// A file may say anything.
+int small_whole(double real) {
+    using limits = std::numeric_limits<std::int16_t>;
+    return static_cast<int>(std::clamp<double>(real, limits::min(), limits::max()));
+}
+
 dash read(const dxf::group_list& groups, extent at) {
     dash read;
     for (std::size_t i = at.first; i < at.last; ++i) {
@@ -59,10 +67,10 @@ dash read(const dxf::group_list& groups, extent at) {
             read.length = real;
             break;
         case 74:
-            read.flags = static_cast<int>(real);
+            read.flags = small_whole(real);
             break;
         case 75:
-            read.number = static_cast<int>(real);
+            read.number = small_whole(real);
             break;
         case 340:
             read.style = dxf::trimmed(group.value);

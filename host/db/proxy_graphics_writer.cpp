@@ -13,6 +13,8 @@ namespace db {
 
 namespace {
 
+constexpr char32_t first_of_pairs = 0x10000; // what takes two units of UTF-16
+
 class writer final : public gi::canvas {
 public:
     explicit writer(const AcDbImpDatabase* database) : database_(database) {
@@ -100,9 +102,8 @@ public:
         put(line.x.crossProduct(line.y).normal());
         put(line.x.normal());
         put_words(line.text);
-        put_whole(wide_ ? static_cast<std::uint32_t>(line.text.size())
-                        : ~0u); // its length; -1: up to its nought
-        put_whole(1);           // no codes in it
+        put_whole(wide_ ? units_of(line.text) : ~0u); // its length; -1: up to its nought
+        put_whole(1);                                 // no codes in it
         const double height = line.y.length();
         put(height);
         put(height > 0.0 ? line.x.length() / height : 1.0);
@@ -171,6 +172,13 @@ private:
         for (const AcGePoint3d& point : points)
             put(point);
     }
+    // How many units of UTF-16 the words take.
+    static std::uint32_t units_of(std::wstring_view words) {
+        std::uint32_t count = 0;
+        for (std::size_t at = 0; at < words.size();)
+            count += base::take_code_point(words, at) >= first_of_pairs ? 2 : 1;
+        return count;
+    }
     // With a nought behind, and filled up.
     void put_words(std::wstring_view words) {
         std::string bytes;
@@ -183,7 +191,6 @@ private:
             };
             for (std::size_t at = 0; at < words.size();) {
                 const char32_t c = base::take_code_point(words, at);
-                constexpr char32_t first_of_pairs = 0x10000;
                 if (c >= first_of_pairs) {
                     unit(0xD800 + ((c - first_of_pairs) >> 10));
                     unit(0xDC00 + ((c - first_of_pairs) & 0x3FF));

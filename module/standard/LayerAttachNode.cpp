@@ -1,5 +1,7 @@
 #include "module/standard/LayerAttachNode.h"
 
+#include <algorithm>
+
 void LayerAttachNode::AddPipeSystemLayerNode(const LayerNode& layer) {
     m_pipeSystemLayers.push_back(layer);
 }
@@ -13,11 +15,14 @@ void LayerAttachNode::NonPipeSystemLayerKeys(std::vector<CString>& keys) const {
         keys.push_back(layer.m_layerKey);
 }
 
+const LayerNode* LayerAttachNode::FindNonPipeSystemLayer(LPCTSTR layerKey) const {
+    const auto found = std::ranges::find(m_nonPipeSystemLayers, CString(layerKey), &LayerNode::m_layerKey);
+    return found != m_nonPipeSystemLayers.end() ? &*found : nullptr;
+}
+
 CString LayerAttachNode::NonPipeSystemLayerName(LPCTSTR layerKey) const {
-    for (const LayerNode& layer : m_nonPipeSystemLayers)
-        if (layer.m_layerKey == layerKey)
-            return layer.m_layerName;
-    return {};
+    const LayerNode* const layer = FindNonPipeSystemLayer(layerKey);
+    return layer != nullptr ? layer->m_layerName : CString();
 }
 
 void LayerAttachNode::PipeSystemLayerKeys(SystemLayers& types) const {
@@ -25,11 +30,16 @@ void LayerAttachNode::PipeSystemLayerKeys(SystemLayers& types) const {
         types[layer.m_layerKey].push_back(layer.m_layerType);
 }
 
+const LayerNode* LayerAttachNode::FindPipeSystemLayer(LPCTSTR systemName, LPCTSTR layerType) const {
+    const auto found = std::ranges::find_if(m_pipeSystemLayers, [&](const LayerNode& layer) {
+        return layer.m_layerKey == systemName && layer.m_layerType == layerType;
+    });
+    return found != m_pipeSystemLayers.end() ? &*found : nullptr;
+}
+
 CString LayerAttachNode::PipeSystemLayerName(LPCTSTR systemName, LPCTSTR layerType) const {
-    for (const LayerNode& layer : m_pipeSystemLayers)
-        if (layer.m_layerKey == systemName && layer.m_layerType == layerType)
-            return layer.m_layerName;
-    return {};
+    const LayerNode* const layer = FindPipeSystemLayer(systemName, layerType);
+    return layer != nullptr ? layer->m_layerName : CString();
 }
 
 void LayerAttachNode::LayerNames(LayerTypeEnum kind, std::vector<CString>& names) const {

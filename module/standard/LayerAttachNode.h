@@ -33,4 +33,14 @@ struct LayerAttachNode {
     // The names of the layers of one kind, in their order: appended, or joined with the separator between.
     ZEF_PIPESYSTEM_PORT void LayerNames(LayerTypeEnum kind, std::vector<CString>& names) const;
     ZEF_PIPESYSTEM_PORT void LayerNames(LayerTypeEnum kind, CString& names, LPCTSTR separator) const;
+
+    // Make the set's layers that the working drawing lacks: all of one kind, that of exactly a system and a
+    // type, or that of exactly a key; of one layer the layer, null when there is none.
+    ZEF_PIPESYSTEM_PORT void InitLayer(LayerTypeEnum kind) const;
+    ZEF_PIPESYSTEM_PORT AcDbObjectId InitLayer(LPCTSTR systemName, LPCTSTR layerType) const;
+    ZEF_PIPESYSTEM_PORT AcDbObjectId InitLayer(LPCTSTR layerKey) const;
+
+private:
+    const LayerNode* FindPipeSystemLayer(LPCTSTR systemName, LPCTSTR layerType) const;
+    const LayerNode* FindNonPipeSystemLayer(LPCTSTR layerKey) const;
 };

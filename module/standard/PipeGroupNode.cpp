@@ -113,7 +113,9 @@ bool PipeGroupNode::OldSystemNameToCurrentName(LPCTSTR oldName, CString& current
 void PipeGroupNode::ConvertOldSysNameToCurrentName() {
     for (const auto& system : m_systems)
         for (const auto& layer : system->Layers())
-            OldSystemNameToCurrentName(layer->m_layerKey, layer->m_layerKey);
+            // A current name may be what another system was called at first.
+            if (layer->m_layerKey != system->m_name)
+                OldSystemNameToCurrentName(layer->m_layerKey, layer->m_layerKey);
 }
 
 void PipeGroupNode::GetPipeGroupInfo(PipeClassificationNode& info, bool includeMapped) const {

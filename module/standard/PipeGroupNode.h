@@ -58,7 +58,8 @@ public:
     // The current name of the first system whose initial name is exactly the old one. False when there is
     // none.
     bool OldSystemNameToCurrentName(LPCTSTR oldName, CString& currentName) const;
-    // Brings the layer keys that still have a system's initial name to its current one.
+    // Brings the layer keys that still have a system's initial name to its current one; those that have their
+    // own system's name stay.
     void ConvertOldSysNameToCurrentName();
 
     void GetPipeGroupInfo(PipeClassificationNode& info, bool includeMapped = true) const;
@@ -94,6 +95,11 @@ public:
     bool UpdateLayer(LPCTSTR systemName, const LayerNode& value);
     // Puts the layers of this group's systems in the place of those of the systems of the same names.
     void UpdateLayerTo(PipeGroupNode* target) const;
+
+    // The working drawing's layers: that of the first definition of a name (null when there is none), or all
+    // of the group's, added by name. One that is missing is made, one that is there stays as it is.
+    AcDbObjectId CreateLayer(LPCTSTR layerName) const;
+    void InitLayers(PipeNode::LayerIds& ids) const;
 
     void CopyFrom(const PipeGroupNode* other);
 

@@ -40,6 +40,12 @@ struct ZEF_PIPESYSTEM_PORT PipeNode : PipeBasicNode, LayerSet {
     // Adds copies of the layers that belong to the set of that name.
     void GetLayerAttachInfo(LPCTSTR attachName, LayerAttachNode& set) const;
 
+    // The working drawing's layers: that of a type without case, aliases too (null when there is none), or
+    // all of them, added by name. One that is missing is made, one that is there stays as it is.
+    using LayerIds = std::map<CString, AcDbObjectId, NoCaseOrder>;
+    AcDbObjectId CreateLayer(LPCTSTR layerType, bool& created) const;
+    void InitLayers(LayerIds& ids) const;
+
     // Renames it: the initial name stays, and layers of the old one follow.
     void Rename(LPCTSTR newName, bool layersWithoutCase);
 

@@ -4,7 +4,11 @@
 #include "module/standard/LineWeightText.h"
 #include "module/standard/StandardFileNames.h"
 
+#include "adscodes.h"
+#include "dbsymtb.h"
+
 #include <algorithm>
+#include <cmath>
 #include <cwchar>
 #include <set>
 #include <string>
@@ -22,12 +26,18 @@ public:
         m_document.ResetPosition();
         if (!m_document.FindElement())
             return;
+        if (m_document.GetTagName() != Name::root.name)
+            Tell(L"根元素不是 " + Quoted(Name::root.name));
         ForEachChild([this](std::wstring_view section) {
             if (section == Name::pipeSystem.name)
                 ForEachChild([this](std::wstring_view) { CheckGroup(); });
             else if (section == Name::otherLayer.name)
                 ForEachChild([this](std::wstring_view) { CheckOtherLayers(); });
+            else if (section == Name::objectColorSetting.name)
+                ForEachChild([this](std::wstring_view) { CheckObjectColor(); });
         });
+        if (m_systems.empty())
+            Tell(L"没有管线系统");
     }
 
 private:
@@ -108,6 +118,10 @@ private:
             } else if ((tag == Name::material.name || tag == Name::outdoorMaterial.name) &&
                        !value.IsEmpty() && std::ranges::count(m_known.materials, value) == 0) {
                 Tell(L"管材 " + Quoted(value) + L" 没有管径表");
+            } else if ((tag == Name::lineWidth.name || tag == Name::vPipeRadius.name ||
+                        tag == Name::vPipeRadius1.name || tag == Name::vPipeRadius2.name) &&
+                       !IsSize(value)) {
+                Tell(L"数值 " + Quoted(value) + L" 无效");
             }
         });
         if (!told)
@@ -123,6 +137,8 @@ private:
                 named = !value.IsEmpty();
                 if (!named) {
                     Tell(L"图层没有名称");
+                } else if (acdbSNValid(value, 0) != RTNORM) {
+                    Tell(L"图层名 " + Quoted(value) + L" 含有不允许的字符");
                 } else if (const auto& [use, isNew] = uses.try_emplace(value, owner);
                            !isNew && use->second != owner) {
                     Tell(L"图层 " + Quoted(value) + L" 已经用于 " + Quoted(use->second));
@@ -138,6 +154,21 @@ private:
                 Tell(L"线型 " + Quoted(value) + L" 未知");
             }
         });
+    }
+
+    void CheckObjectColor() {
+        ForEachChild([this](std::wstring_view tag) {
+            if (const CString value = Data(); tag == Name::color.name && !IsColor(value))
+                Tell(L"颜色 " + Quoted(value) + L" 无效");
+        });
+    }
+
+    // An empty one is the default.
+    static bool IsSize(CString text) {
+        text.TrimRight();
+        wchar_t* end = nullptr;
+        const double size = std::wcstod(text, &end);
+        return *end == 0 && std::isfinite(size) && size >= 0.0;
     }
 
     // An empty colour is the default.
@@ -209,12 +240,28 @@ private:
     std::size_t m_counted = 0;
 };
 
+// Why a file is no document: what its error text says of the first place that it names, else what it says
+// last.
+StandardFault FaultOf(MarkupDoc& document) {
+    const std::wstring text = document.GetErrorText();
+    constexpr std::wstring_view mark = L" at offset ";
+    const std::size_t place = text.find(mark);
+    const std::size_t begin = text.rfind(L'\n', place) + 1; // 0 when there is no line before
+    if (place == text.npos)
+        return {0, L"", (L"文件无法读取: " + text.substr(begin)).c_str()};
+    const std::wstring_view whole = document.GetDocumentText();
+    const std::size_t offset = std::wcstoul(text.c_str() + place + mark.size(), nullptr, 10);
+    const auto lines = std::ranges::count(whole.substr(0, offset), L'\n');
+    return {static_cast<int>(lines) + 1, L"",
+            (L"不是合式的 XML: " + text.substr(begin, text.find(L'\n', place) - begin)).c_str()};
+}
+
 } // namespace
 
 bool CheckStandardFile(LPCTSTR path, const StandardKnowledge& known, std::vector<StandardFault>& faults) {
     MarkupDoc document;
     if (!document.LoadFile(path)) {
-        faults.push_back({1, L"", document.GetErrorText().c_str()});
+        faults.push_back(FaultOf(document));
         return false;
     }
     std::vector<StandardFault> found;

@@ -4,8 +4,8 @@
 #include "module/standard/PipeStandard.h"
 
 struct StandardFault {
-    int line = 0;    // counted from 1
-    CString element; // where, by its tag
+    int line = 0;    // counted from 1; 0 for the whole file
+    CString element; // where, by its tag; "" for no element
     CString what;    // in words
 };
 
@@ -16,7 +16,8 @@ struct StandardKnowledge {
 };
 
 // Appends the faults of a file in the order of its lines: names that are empty or taken, mappings to a type
-// that is not there, linetypes and materials that nobody knows, colours and lineweights that are none. False
-// when the file can not be read or is not well-formed; then why is the only fault.
+// that is not there, linetypes and materials that nobody knows, colours, lineweights and sizes that are none,
+// layer names that no drawing takes, and a file without systems. False when the file can not be read or is
+// not well-formed; then why is the only fault.
 ZEF_PIPESYSTEM_PORT bool CheckStandardFile(LPCTSTR path, const StandardKnowledge& known,
                                            std::vector<StandardFault>& faults);

@@ -13,7 +13,7 @@
 #include "dbobjptr.h"
 #include "dbsymtb.h"
 
-#include <cstddef>
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -97,22 +97,26 @@ void PrintStandard(const PipeStandard& standard) {
     }
 }
 
-// A path as typed: a name without a folder lies in the system folder.
+// A path as typed, whole: a name without a folder lies in the system folder.
 CString FullName(const CString& typed) {
     CString name = typed;
     if (name.Right(5).CompareNoCase(L".vrsl") != 0)
         name += L".vrsl";
-    if (name.FindOneOf(L"\\/") >= 0)
-        return name;
-    return sys::from_path(sys::system_folder() / sys::to_path(ViewOf(name))).c_str();
+    const std::filesystem::path path = sys::to_path(ViewOf(name));
+    if (name.FindOneOf(L"\\/") < 0)
+        return sys::from_path(sys::system_folder() / path).c_str();
+    std::error_code fault;
+    const std::filesystem::path whole = std::filesystem::absolute(path, fault);
+    return fault ? name : CString(sys::from_path(whole).c_str());
 }
 
+// Enter leaves the name as it was. False when that was ended.
 bool AskFile(const wchar_t* prompt, CString& name) {
-    constexpr std::size_t size = 512;
-    ACHAR typed[size] = {};
-    if (acedGetString(1, prompt, typed, size) != RTNORM || typed[0] == 0)
+    AcString typed;
+    if (acedGetString(1, prompt, typed) != RTNORM)
         return false;
-    name = FullName(typed);
+    if (!typed.isEmpty())
+        name = FullName(typed.kwszPtr());
     return true;
 }
 
@@ -135,35 +139,76 @@ StandardKnowledge Knowledge() {
     return known;
 }
 
-void OpenStandard(CStandardManager& manager) {
-    CString name;
-    if (AskFile(L"\n标准文件名 <退出>:", name) && manager.Load(name, true))
-        Print(L"已打开标准文件 " + name);
+CString TextOf(const StandardFault& fault) {
+    if (fault.line == 0)
+        return fault.what;
+    CString place;
+    place.Format(L"第 %d 行 %s", fault.line, fault.element.GetString());
+    return place.TrimRight() + L": " + fault.what;
 }
 
-void SaveStandard(CStandardManager& manager) {
+// ---- the choices: false when one was ended, and the command with it
+
+bool OpenStandard(CStandardManager& manager) {
+    CString name;
+    if (!AskFile(L"\n标准文件名 <退出>:", name))
+        return false;
+    if (name.IsEmpty())
+        return true;
+    if (manager.Load(name, true)) {
+        Print(L"已打开标准文件 " + name);
+        const auto& groups = manager.Standard().m_groups;
+        if (std::ranges::all_of(groups, [](const auto& group) { return group->IsEmpty(); }))
+            Print(L"其中没有管线系统！"); // most likely another kind of file: no choice for the next start
+        else
+            manager.Remember();
+        return true;
+    }
+    std::vector<StandardFault> why;
+    if (!CheckStandardFile(name, {}, why))
+        acdbFail(L"\n标准文件 " + name + L": " + TextOf(why.front()));
+    return true;
+}
+
+bool SaveStandard(CStandardManager& manager) {
     CString name;
     if (!AskFile(L"\n另存为标准文件 <退出>:", name))
-        return;
+        return false;
+    std::error_code fault;
+    if (!name.IsEmpty() && std::filesystem::exists(sys::to_path(ViewOf(name)), fault)) {
+        acedInitGet(0, L"Y N");
+        ACHAR answer[8] = L"N";
+        const int given = acedGetKword(L"\n文件已存在，是否替换[是(Y)/否(N)] <否>:", answer);
+        if (given != RTNORM && given != RTNONE)
+            return false;
+        if (answer[0] != L'Y')
+            return true;
+    }
+    if (name.IsEmpty())
+        return true;
     if (manager.Save(name))
         Print(L"已保存标准文件 " + name);
     else
         acdbFail(L"\n标准文件 " + name + L" 无法保存！");
+    return true;
 }
 
-void CheckStandard(const CStandardManager& manager) {
+bool CheckStandard(const CStandardManager& manager) {
     CString name = manager.FileName();
-    AskFile(L"\n要检查的标准文件 <当前>:", name);
+    if (!AskFile(L"\n要检查的标准文件 <当前>:", name))
+        return false;
+    if (name.IsEmpty()) {
+        Print(L"内置标准没有文件");
+        return true;
+    }
     std::vector<StandardFault> faults;
     CheckStandardFile(name, Knowledge(), faults);
-    for (const StandardFault& fault : faults) {
-        CString line;
-        line.Format(L"第 %d 行 %s: %s", fault.line, fault.element.GetString(), fault.what.GetString());
-        Print(line);
-    }
+    for (const StandardFault& fault : faults)
+        Print(TextOf(fault));
     CString sum;
     sum.Format(L"%s: %d 个问题", name.GetString(), static_cast<int>(faults.size()));
     Print(sum);
+    return true;
 }
 
 } // namespace
@@ -172,20 +217,20 @@ void ShowStandard() {
     CStandardManager& manager = CStandardManager::Create();
     Print(L"管道系统标准: " + (manager.FileName().IsEmpty() ? CString(L"内置") : manager.FileName()));
     PrintStandard(manager.Standard());
-    for (;;) {
+    for (bool goesOn = true; goesOn;) {
         acedInitGet(0, L"O S C");
         ACHAR answer[8] = {};
         if (acedGetKword(L"\n[打开(O)/保存(S)/检查(C)] <退出>:", answer) != RTNORM)
             return;
         switch (answer[0]) {
         case L'O':
-            OpenStandard(manager);
+            goesOn = OpenStandard(manager);
             break;
         case L'S':
-            SaveStandard(manager);
+            goesOn = SaveStandard(manager);
             break;
         default:
-            CheckStandard(manager);
+            goesOn = CheckStandard(manager);
         }
     }
 }

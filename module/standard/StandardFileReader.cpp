@@ -6,6 +6,7 @@
 #include "module/standard/StandardFileNames.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace Name = StandardFileName;
 
@@ -35,7 +36,10 @@ void Read(const CVRbTreeItem& parent, const Name::Element& element, int& target)
 }
 
 void Read(const CVRbTreeItem& parent, const Name::Element& element, double& target) {
-    ReadNumber(parent, element, target);
+    double number = target;
+    ReadNumber(parent, element, number);
+    if (std::isfinite(number)) // nothing can be drawn with others
+        target = number;
 }
 
 void Read(const CVRbTreeItem& parent, const Name::Element& element, bool& target) {
@@ -68,6 +72,7 @@ public:
             m_standard.m_nameRules.push_back({TextOf(item, Name::ruleLayerType),
                                               TextOf(item, Name::layerPrefix),
                                               TextOf(item, Name::layerSuffix)});
+            m_ruled.insert(m_standard.m_nameRules.back().m_layerType);
         });
         ForEach(root, Name::pipeSystem, [this](const CVRbTreeItem& item) { ReadGroup(item); });
         ForEach(root, Name::otherLayer, [this](const CVRbTreeItem& item) { ReadOtherLayers(item); });
@@ -147,9 +152,7 @@ private:
 
     // Every layer type in use has a rule.
     void AddMissingRule(const CString& type) {
-        if (std::ranges::none_of(m_standard.m_nameRules, [&](const LayerNameRule& rule) {
-                return IsSameName(rule.m_layerType, type);
-            }))
+        if (m_ruled.insert(type).second)
             m_standard.m_nameRules.push_back({type, {}, {}});
     }
 
@@ -204,6 +207,7 @@ private:
     }
 
     PipeStandard& m_standard;
+    std::set<CString, NoCaseOrder> m_ruled; // the layer types that have a rule
 };
 
 } // namespace

@@ -66,7 +66,7 @@ void CStandardManager::ChooseAndLoad() {
     if (m_isLoaded)
         return;
     if (Load(ChosenFile(), false)) {
-        OpenSetting().SetValue(standardFileValue, m_fileName);
+        Remember();
     } else {
         Edit() = MakeDefaultStandard();
         m_isLoaded = true;
@@ -94,12 +94,12 @@ bool CStandardManager::Reload() {
     return Load(m_fileName, true);
 }
 
-bool CStandardManager::Save(LPCTSTR path) {
-    const CString name(path);
-    if (!WriteStandardFile(name, m_standard))
-        return false;
-    m_fileName = name;
-    return true;
+bool CStandardManager::Save(LPCTSTR path) const {
+    return WriteStandardFile(path, m_standard);
+}
+
+void CStandardManager::Remember() const {
+    OpenSetting().SetValue(standardFileValue, m_fileName);
 }
 
 PipeStandard& CStandardManager::Edit() {

@@ -28,8 +28,11 @@ public:
     bool Load(LPCTSTR path, bool withMessages);
     // Loads the same file again, with messages.
     bool Reload();
-    // Writes the standard to a file, which is then the one that is loaded. False when that fails.
-    bool Save(LPCTSTR path);
+    // Writes the standard to a file; the one that was loaded stays the one that is loaded again. False when
+    // that fails.
+    bool Save(LPCTSTR path) const;
+    // Makes the file that was loaded last the user's choice from the next start on.
+    void Remember() const;
 
     bool IsLoaded() const { return m_isLoaded; }
     // The full name of the file that was loaded last; empty for the built-in standard.

@@ -17,8 +17,9 @@ constexpr const wchar_t* names[] = {
 } // namespace
 
 int GetSysType(LPCTSTR systemName) {
-    const auto found = std::ranges::find(names, std::wstring_view(systemName),
-                                         [](const wchar_t* name) { return std::wstring_view(name); });
+    const std::wstring_view wanted = systemName != nullptr ? systemName : L"";
+    const auto found =
+        std::ranges::find(names, wanted, [](const wchar_t* name) { return std::wstring_view(name); });
     return found != std::end(names) ? static_cast<int>(found - std::begin(names)) : kCustomSystemType;
 }
 

@@ -128,8 +128,11 @@ TDxfFields TDbPipeAttachment::Fields() {
 
 Acad::ErrorStatus TDbPipeAttachment::dxfInFields(AcDbDxfFiler* filer) {
     assertWriteEnabled();
-    const Acad::ErrorStatus status = AcDbEntity::dxfInFields(filer);
-    return status == Acad::eOk ? Fields().Read(filer) : status;
+    Acad::ErrorStatus status = AcDbEntity::dxfInFields(filer);
+    if (status == Acad::eOk)
+        status = Fields().Read(filer);
+    KeepPositive(m_size, usualSize);
+    return status;
 }
 
 Acad::ErrorStatus TDbPipeAttachment::dxfOutFields(AcDbDxfFiler* filer) const {

@@ -50,7 +50,8 @@ private:
 
     AcGePoint3d m_position;
     double m_rotation = 0.0;
-    double m_size = 400.0;
+    static constexpr double usualSize = 400.0;
+    double m_size = usualSize;
     int m_kind = kGateValve;
     CString m_systemName;
     AcDbObjectId m_pipe;

@@ -97,8 +97,11 @@ TDxfFields TDbPipePrototype::Fields() {
 
 Acad::ErrorStatus TDbPipePrototype::dxfInFields(AcDbDxfFiler* filer) {
     assertWriteEnabled();
-    const Acad::ErrorStatus status = AcDbEntity::dxfInFields(filer);
-    return status == Acad::eOk ? Fields().Read(filer) : status;
+    Acad::ErrorStatus status = AcDbEntity::dxfInFields(filer);
+    if (status == Acad::eOk)
+        status = Fields().Read(filer);
+    KeepPositive(m_plotScale, usualPlotScale);
+    return status;
 }
 
 Acad::ErrorStatus TDbPipePrototype::dxfOutFields(AcDbDxfFiler* filer) const {

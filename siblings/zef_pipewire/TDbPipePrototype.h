@@ -52,7 +52,8 @@ private:
     CString m_systemName;
     int m_systemType = -1;
     AcDbObjectIdArray m_attachments;
-    double m_plotScale = 100.0;
+    static constexpr double usualPlotScale = 100.0;
+    double m_plotScale = usualPlotScale;
     double m_labelDistance = 0.0;
     bool m_isLabelled = false;
     bool m_isLabelDrawn = true;

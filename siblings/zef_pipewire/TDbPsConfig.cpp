@@ -85,8 +85,11 @@ TDxfFields TDbPsConfig::Fields() {
 
 Acad::ErrorStatus TDbPsConfig::dxfInFields(AcDbDxfFiler* filer) {
     assertWriteEnabled();
-    const Acad::ErrorStatus status = AcDbObject::dxfInFields(filer);
-    return status == Acad::eOk ? Fields().Read(filer) : status;
+    Acad::ErrorStatus status = AcDbObject::dxfInFields(filer);
+    if (status == Acad::eOk)
+        status = Fields().Read(filer);
+    KeepPositive(m_plotScale, usualPlotScale);
+    return status;
 }
 
 Acad::ErrorStatus TDbPsConfig::dxfOutFields(AcDbDxfFiler* filer) const {

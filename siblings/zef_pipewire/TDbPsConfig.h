@@ -38,7 +38,8 @@ private:
 
     std::vector<int> m_hiddenTypes;
     std::vector<CString> m_hiddenNames;
-    double m_plotScale = 100.0;
+    static constexpr double usualPlotScale = 100.0;
+    double m_plotScale = usualPlotScale;
     bool m_isAbsoluteSize = false;
 };
 

@@ -170,6 +170,8 @@ Acad::ErrorStatus TDbSectionPrototype::dxfInFields(AcDbDxfFiler* filer) {
     Acad::ErrorStatus status = AcDbEntity::dxfInFields(filer);
     if (status == Acad::eOk)
         status = Fields().Read(filer);
+    KeepPositive(m_lengthScale, usualLengthScale);
+    KeepPositive(m_heightScale, usualHeightScale);
     CutToShortest(m_distances, m_grounds, m_pipes);
     CutToShortest(m_crossSystems, m_crossDistances, m_crossElevations, m_crossDns);
     CutToShortest(m_fieldNames, m_fieldFlags);

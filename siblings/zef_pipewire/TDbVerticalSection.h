@@ -68,8 +68,10 @@ private:
 
     AcGePoint3d m_corner;
     double m_datum = 0.0;
-    double m_lengthScale = 1.0;
-    double m_heightScale = 0.1;
+    static constexpr double usualLengthScale = 1.0;
+    static constexpr double usualHeightScale = 0.1;
+    double m_lengthScale = usualLengthScale;
+    double m_heightScale = usualHeightScale;
     std::vector<double> m_distances; // of stations, and as many elevations
     std::vector<double> m_grounds;
     std::vector<double> m_pipes;

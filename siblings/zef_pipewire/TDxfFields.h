@@ -13,6 +13,7 @@
 #include "dbidar.h"
 
 #include <algorithm>
+#include <cmath>
 #include <initializer_list>
 #include <variant>
 #include <vector>
@@ -39,6 +40,13 @@ private:
     Adesk::Int16 m_version;
     std::vector<Field> m_fields;
 };
+
+// Gives a size that was read its usual value when it is not above nought, or not finite: nothing can be
+// divided by it, nor drawn.
+inline void KeepPositive(double& size, double usual) {
+    if (!(size > 0.0) || !std::isfinite(size))
+        size = usual;
+}
 
 // Makes lists that belong together as long as the shortest of them: a file may hold less than was written.
 template<class First, class... Others>
