@@ -5,6 +5,7 @@
 #include "host/gi/extents.h"
 #include "host/gi/quick_box.h"
 #include "host/gi/tracer.h"
+#include "tests/db_entities.h"
 #include "tests/support.h"
 
 #include <cmath>
@@ -53,6 +54,52 @@ std::string selected(AcDbImpDatabase& database, const gi::region& region, ed::re
 }
 
 } // namespace
+
+// Three lines through a point, in model space and in a block, and a table of draw order for each: two lines
+// change places, the third one keeps its own.
+TEST(Pick, TheTableOfDrawOrderSaysWhatLiesOnTop) {
+    const auto lines = [](const std::string& first, const std::string& owner) {
+        std::string text;
+        for (int i = 0; i < 3; ++i)
+            text += (i == 0 ? "" : "|") + std::string("0 LINE|5 ") + first + std::to_string(i) + "|330 " +
+                    owner + "|100 AcDbEntity|8 0|100 AcDbLine|10 " + std::to_string(-i) + "|20 -5|11 " +
+                    std::to_string(i) + "|21 5";
+        return text;
+    };
+    const std::string insert =
+        "|0 INSERT|5 200|330 1F|100 AcDbEntity|8 0|100 AcDbBlockReference|2 B|10 100|20 0";
+    const std::string block =
+        "0 BLOCK|2 B|330 B0|5 B1|100 AcDbEntity|8 0|100 AcDbBlockBegin|70 0|10 0|20 0|" + lines("12", "B0") +
+        "|0 ENDBLK|5 B2|330 B0|100 AcDbEntity|8 0|100 AcDbBlockEnd";
+    const auto table = [](const std::string& handle, const std::string& first) {
+        return "|0 DICTIONARY|5 " + handle + "0|100 AcDbDictionary|3 OTHER|350 0|3 ACAD_SORTENTS|350 " +
+               handle + "1|0 SORTENTSTABLE|5 " + handle + "1|100 AcDbSortentsTable|330 0|331 " + first +
+               "0|5 " + first + "2|331 " + first + "2|5 " + first + "0";
+    };
+    std::string text = test::modern_drawing(lines("10", "1F") + insert, block,
+                                            "3 X|350 0" + table("D", "10") + table("E", "12"));
+    const auto give_dictionary = [&](const std::string& record, const std::string& dictionary) {
+        const std::string head = test::groups("5 " + record + "|330 1");
+        const std::size_t at = text.find(head);
+        ASSERT_NE(at, text.npos);
+        text.insert(at + head.size(), test::groups("102 {ACAD_XDICTIONARY|360 " + dictionary + "|102 }"));
+    };
+    const auto plain = test::database_of(text);
+    EXPECT_EQ(picked(plain->imp(), 0, 0), "102");
+    EXPECT_EQ(picked(plain->imp(), 100, 0), "122<200");
+    give_dictionary("1F", "D0");
+    give_dictionary("B0", "E0");
+    const auto ordered = test::database_of(text);
+    EXPECT_EQ(picked(ordered->imp(), 0, 0), "100");
+    EXPECT_EQ(picked(ordered->imp(), 100, 0), "120<200");
+    // The line that keeps its place lies above the one that was on top.
+    ordered->imp().records().begin_step("erase");
+    ordered->imp().records().set_gone(ordered->imp().records().find(0x100), true);
+    EXPECT_EQ(picked(ordered->imp(), 0, 0), "101");
+    // Without the table the order is that of the file again.
+    ordered->imp().records().set_gone(ordered->imp().records().find(0xD1), true);
+    EXPECT_EQ(picked(ordered->imp(), 0, 0), "102");
+}
 
 // The view is 108 high, so the pick box of three pixels reaches 0.3 to each side.
 TEST(Pick, APointGivesTheTopmostEntityThatIsSeen) {

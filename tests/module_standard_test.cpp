@@ -603,6 +603,7 @@ TEST(Standard, TheShippedStandardIsTheBuiltInOne) {
             EXPECT_TRUE(std::ranges::count(materials, system->m_material))
                 << base::narrow(system->m_name.GetString());
             EXPECT_TRUE(std::ranges::count(materials, system->m_outdoorMaterial));
+            EXPECT_TRUE(system->IsDefaultMapping(L"附件"));
         }
     std::set<std::wstring> names;
     for (const auto& group : shipped.m_groups)

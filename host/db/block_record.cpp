@@ -1,6 +1,7 @@
 #include "acgi.h"
 #include "acutmem.h"
 #include "dbsymtb.h"
+#include "host/db/draw_order.h"
 #include "host/db/format_versions.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
@@ -86,7 +87,11 @@ Adesk::Boolean AcDbBlockTableRecord::subWorldDraw(AcGiWorldDraw* draw) {
     if (imp().database == nullptr)
         return true;
     const auto [database, block] = imp().database->references().place(imp().record);
-    for (const dxf::record_id entity : database->drawn_of_block(block)) {
+    std::vector<dxf::record_id> drawn = database->drawn_of_block(block);
+    db::draw_order order;
+    order.follow(*database, block);
+    order.sort(*database, drawn);
+    for (const dxf::record_id entity : drawn) {
         if (draw->regenAbort())
             break;
         if (const auto view = database->view(entity))

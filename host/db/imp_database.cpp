@@ -8,6 +8,7 @@
 #include "dbsymtb.h"
 #include "dbxrecrd.h"
 #include "host/db/custom_objects.h"
+#include "host/db/draw_order.h"
 #include "host/db/entity_classes.h"
 #include "host/db/format_versions.h"
 #include "host/db/imp_object.h"
@@ -887,7 +888,14 @@ std::vector<dxf::record_id> AcDbImpDatabase::entities_near(dxf::record_id space,
     std::unique_ptr<gi::space_index>& index = space_indexes_[space];
     if (!index)
         index = std::make_unique<gi::space_index>(*this, space);
-    return index->near(area);
+    std::vector<dxf::record_id> found = index->near(area);
+    std::unique_ptr<db::draw_order>& order = draw_orders_[space];
+    if (!order)
+        order = std::make_unique<db::draw_order>();
+    order->follow(*this, space);
+    if (order->sort(*this, found))
+        std::ranges::reverse(found);
+    return found;
 }
 
 bool AcDbImpDatabase::is_space_name(std::wstring_view block) {

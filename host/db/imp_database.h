@@ -26,6 +26,7 @@ namespace db {
 
 class notifier;
 class references;
+class draw_order;
 class text_styles;
 
 // The nine symbol tables, by what the file calls them.
@@ -181,7 +182,8 @@ public:
     dxf::record_id block_by_bytes(std::string_view name);
     // The point of a block that a reference puts at its position.
     AcGePoint3d base_of_block(dxf::record_id block) const;
-    // The live entities of model space or of a sheet that may draw something in an area, the newest first.
+    // The live entities of model space or of a sheet that may draw something in an area, what lies on top
+    // first.
     std::vector<dxf::record_id> entities_near(dxf::record_id space, const gi::flat_box& area);
     // Whether a block of this name is model space or a sheet.
     static bool is_space_name(std::wstring_view block);
@@ -249,6 +251,7 @@ private:
     std::unique_ptr<gi::block_extents> block_extents_;
     std::unique_ptr<db::text_styles> text_styles_;
     std::unordered_map<dxf::record_id, std::unique_ptr<gi::space_index>> space_indexes_;
+    std::unordered_map<dxf::record_id, std::unique_ptr<db::draw_order>> draw_orders_;
     std::unordered_map<std::string_view, dxf::record_id> blocks_by_bytes_; // bytes that lie in records
     mutable begins begins_;
     mutable std::unordered_map<std::wstring, std::vector<std::uint32_t>> layer_numbers_; // by folded name

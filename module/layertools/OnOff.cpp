@@ -27,7 +27,7 @@ void ShowPipeSystem(TDbPsConfig& config, LPCTSTR name) {
 // name.
 void ShowPipeSystems() {
     std::vector<PipeClassificationNode> groups;
-    PipeSystemTool::GetPipeSystems(groups);
+    PipeSystemTool::GetPipeSystems(groups, true);
     TDbPsConfig* config = nullptr;
     if (GetDwgPsGlobal(config, AcDb::kForWrite) != Acad::eOk)
         return;

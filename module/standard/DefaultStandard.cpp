@@ -240,6 +240,11 @@ std::unique_ptr<OtherLayerNode> MakeOtherLayers(const IndependentGroup& row) {
 
 } // namespace
 
+void AddDefaultMappings(PipeNode& system) {
+    for (const auto& [source, destination] : aliases)
+        system.AddDefaultMapping(source, destination);
+}
+
 PipeStandard MakeDefaultStandard() {
     PipeStandard standard;
     for (const Group& row : Groups()) {

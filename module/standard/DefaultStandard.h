@@ -6,5 +6,8 @@
 
 ZEF_PIPESYSTEM_PORT PipeStandard MakeDefaultStandard();
 
+// Tells a system the built-in mapping of layer types, beside which its own one is seen to be the default.
+void AddDefaultMappings(PipeNode& system);
+
 // The keys of the layers that belong to no pipe system, in their order.
 ZEF_PIPESYSTEM_PORT const std::vector<CString>& GetIndependentLayerKeys();

@@ -51,9 +51,11 @@ public:
     // Puts copies of all layers in the place of those of the same keys in another set; adds those it lacks.
     void UpdateLayerTo(LayerSet* target) const;
 
-    // From now on a key shares the layer of another one; of the built-in mapping that, too, when asked for.
+    // From now on a key shares the layer of another one, and by the built-in mapping, too, when asked for.
     // The map counts from UpdateLayerTypeMap on.
     void AddMapping(LPCTSTR source, LPCTSTR destination, bool isDefault = false);
+    // The same in the built-in mapping alone.
+    void AddDefaultMapping(LPCTSTR source, LPCTSTR destination) { m_defaultMap[source] = destination; }
     // Whether the map and the built-in one both have the key, and the same destination for it.
     bool IsDefaultMapping(LPCTSTR key) const;
     // Makes every key of the map that has no layer of its own, and whose destination has one, an alias.

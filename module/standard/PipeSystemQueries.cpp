@@ -178,10 +178,10 @@ bool GetPipeSystemsBySystemGroup(LPCTSTR groupName, std::vector<CString>& names)
     return !names.empty();
 }
 
-bool GetPipeSystems(std::vector<PipeClassificationNode>& groups) {
+bool GetPipeSystems(std::vector<PipeClassificationNode>& groups, bool includeMapped) {
     if (const CStandardManager* const manager = LoadedManager())
         for (const auto& group : manager->Standard().m_groups)
-            group->GetPipeGroupInfo(groups.emplace_back());
+            group->GetPipeGroupInfo(groups.emplace_back(), includeMapped);
     return !groups.empty();
 }
 

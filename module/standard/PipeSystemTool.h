@@ -55,8 +55,10 @@ ZEF_PIPESYSTEM_PORT bool GetPipeSystemGroup(LPCTSTR groupName, PipeClassificatio
 ZEF_PIPESYSTEM_PORT bool GetPipeSystemNamesOfGroupByPipeSystemName(LPCTSTR systemName,
                                                                    std::vector<CString>& names);
 ZEF_PIPESYSTEM_PORT bool GetPipeSystemsBySystemGroup(LPCTSTR groupName, std::vector<CString>& names);
-// Appends all groups. Whether there are groups in the list then.
-ZEF_PIPESYSTEM_PORT bool GetPipeSystems(std::vector<PipeClassificationNode>& groups);
+// Appends all groups, of their systems also the layer types that are aliases unless these are not wanted.
+// Whether there are groups in the list then.
+ZEF_PIPESYSTEM_PORT bool GetPipeSystems(std::vector<PipeClassificationNode>& groups,
+                                        bool includeMapped = true);
 // The name of the standard file, without folder and extension.
 ZEF_PIPESYSTEM_PORT CString GetCurrentStandardName();
 // Appends the standard files of the system folder, sorted by name. Whether there are any in the list then.

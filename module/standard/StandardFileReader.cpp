@@ -2,6 +2,7 @@
 
 #include "module/engines/VRbTree.h"
 #include "module/engines/VRbTreeXml.h"
+#include "module/standard/DefaultStandard.h"
 #include "module/standard/LineWeightText.h"
 #include "module/standard/StandardFileNames.h"
 
@@ -113,6 +114,7 @@ private:
                     AddMissingRule(type);
                 }
         }
+        AddDefaultMappings(*system);
         ReadMap(pipe, Name::sysMap, *system);
         return system;
     }
