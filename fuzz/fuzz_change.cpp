@@ -39,8 +39,9 @@ std::vector<std::string> entities_of(const dxf::drawing& drawing) {
 class changer {
 public:
     explicit changer(AcDbImpDatabase& database) : database_(database), records_(database.records()) {
+        // A block's record may stand among entities in a damaged file; without it the block is repaired anew.
         for (dxf::record_id id = 0; id < records_.size(); ++id)
-            if (records_.kind(id) == dxf::record_kind::entity)
+            if (records_.kind(id) == dxf::record_kind::entity && records_.type_name(id) != "BLOCK_RECORD")
                 entities_.push_back(id);
         database_.begin_step("step");
     }
