@@ -1,6 +1,7 @@
 #include "host/dxf/indexer.h"
 
 #include "base/number_text.h"
+#include "host/dxf/type_name.h"
 
 #include <algorithm>
 #include <cstring>
@@ -178,7 +179,7 @@ void indexer::make_end(std::uint32_t type, record_kind kind, record_id of, const
 
 // A group 0: what kind of record it begins follows from where it stands.
 record_id indexer::begin_record(const raw_group& group) {
-    const std::uint32_t type = records_.put_type(trimmed(group.value));
+    const std::uint32_t type = records_.put_type(type_name_of(group.value));
     if (in_parts_ || type <= type_block) // nothing else ends anything
         end_what_is_open(type, group.begin);
     const record_id id = records_.append({group.begin, static_cast<std::size_t>(group.end - group.begin)},

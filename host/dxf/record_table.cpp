@@ -1,6 +1,7 @@
 #include "host/dxf/record_table.h"
 
 #include "host/dxf/record_header.h"
+#include "host/dxf/type_name.h"
 
 #include <algorithm>
 #include <utility>
@@ -194,7 +195,7 @@ bool record_table::replace(record_id id, std::string_view text) {
     changed.text = kept.data();
     changed.length = static_cast<std::uint32_t>(kept.size());
     const record_header header = read_record_header(kept);
-    changed.type = put_type(header.type);
+    changed.type = put_type(type_name_of(header.type));
     if (stands_on_layer(kinds_[id]))
         changed.layer = put_layer(header.layer);
     if (header.owner != 0 && kinds_[id] != record_kind::part)
@@ -231,7 +232,7 @@ void record_table::give_handle(record_id id, std::uint64_t handle) {
 record_id record_table::make_behind(record_id previous, std::string_view text, record_kind kind) {
     const std::string_view kept = arena_.keep(text);
     const record_header header = read_record_header(kept);
-    const record_id id = place_behind(previous, kept, kind, put_type(header.type));
+    const record_id id = place_behind(previous, kept, kind, put_type(type_name_of(header.type)));
     if (kind != record_kind::structure && kind != record_kind::header)
         give_handle(id, header.handle != 0 ? header.handle : new_handle());
     owners_[id] = put_owner(header.owner);
@@ -242,7 +243,7 @@ record_id record_table::add_behind(record_id previous, std::string_view text, re
                                    std::uint64_t owner) {
     const std::string_view kept = arena_.keep(text);
     const record_header header = read_record_header(kept);
-    const record_id id = place_behind(previous, kept, kind, put_type(header.type));
+    const record_id id = place_behind(previous, kept, kind, put_type(type_name_of(header.type)));
     if (stands_on_layer(kind))
         layers_[id] = put_layer(header.layer);
     owners_[id] = put_owner(owner);
