@@ -12,6 +12,7 @@
 #include "rxregsvc.h"
 #include "tests/custom_classes.h"
 #include "tests/dxf_support.h"
+#include "tests/record_sections.h"
 #include "tests/support.h"
 
 #include <gtest/gtest.h>
@@ -75,20 +76,6 @@ protected:
     std::string text(AcDbObjectId id) const {
         return std::string(database->imp().records().text(database->imp().record(id)));
     }
-    // The groups behind a marker, "40 32.0|1 ..."; up to the record's end.
-    std::string section(AcDbObjectId id, const std::string& marker) const {
-        std::string found;
-        dxf::group_reader reader(database->imp().records().text(database->imp().record(id)));
-        dxf::raw_group group;
-        bool inside = false;
-        while (reader.next(group)) {
-            if (inside)
-                found += (found.empty() ? "" : "|") + std::to_string(group.code) + " " +
-                         std::string(dxf::trimmed(group.value));
-            inside = inside || (group.code == 100 && dxf::trimmed(group.value) == marker);
-        }
-        return found;
-    }
     std::string class_entry(const AcDbDatabase& of, const char* name) const {
         const dxf::record_table& records = of.imp().records();
         for (dxf::record_id id = 0; id != dxf::no_record; id = records.next(id))
@@ -111,9 +98,11 @@ TEST_F(DbCustomClass, AnEntityFilesItselfAndItsClass) {
     const std::string before = written(*database);
     const AcDbObjectId id = append_pipe();
     EXPECT_EQ(id.objectClass(), type(L"TestPipe"));
-    EXPECT_EQ(section(id, "TestPipe"), "70 1|10 0.0|20 0.0|30 0.0|11 30.0|21 40.0|31 0.0|40 32.0|1 给水");
-    EXPECT_NE(section(id, "AcDbEntity").find("|310 "), std::string::npos) << "what it draws is saved with it";
-    EXPECT_EQ(section(id, "AcDbEntity").substr(0, 8), "8 0|62 3");
+    EXPECT_EQ(test::section(id, "TestPipe"),
+              "70 1|10 0.0|20 0.0|30 0.0|11 30.0|21 40.0|31 0.0|40 32.0|1 给水");
+    EXPECT_NE(test::section(id, "AcDbEntity").find("|310 "), std::string::npos)
+        << "what it draws is saved with it";
+    EXPECT_EQ(test::section(id, "AcDbEntity").substr(0, 8), "8 0|62 3");
 
     const auto again = holding(written(*database));
     EXPECT_EQ(test::messages(again->imp().drawing()), "");
@@ -207,7 +196,7 @@ TEST_F(DbCustomClass, ItStandsOnTheHostsClasses) {
     line->setEndPoint(AcGePoint3d(5, 2, 0));
     line->setNote(L"vent");
     const AcDbObjectId id = append(line);
-    EXPECT_EQ(section(id, "TestNotedLine"), "1 vent");
+    EXPECT_EQ(test::section(id, "TestNotedLine"), "1 vent");
     auto* there = open<TestNotedLine>(id, AcDb::kForWrite);
     EXPECT_EQ(there->endPoint(), AcGePoint3d(5, 2, 0));
     EXPECT_TRUE(there->isKindOf(AcDbLine::desc()));
@@ -218,7 +207,8 @@ TEST_F(DbCustomClass, ItStandsOnTheHostsClasses) {
     EXPECT_EQ(there->getGeomExtents(extents), Acad::eOk);
     EXPECT_EQ(extents.minPoint(), AcGePoint3d(1, 2, 7));
     there->close();
-    EXPECT_EQ(section(id, "AcDbLine"), "10 1.0|20 2.0|30 7.0|11 5.0|21 2.0|31 7.0|100 TestNotedLine|1 drain");
+    EXPECT_EQ(test::section(id, "AcDbLine"),
+              "10 1.0|20 2.0|30 7.0|11 5.0|21 2.0|31 7.0|100 TestNotedLine|1 drain");
     there = open<TestNotedLine>(id);
     EXPECT_EQ(there->note(), L"drain");
     there->close();
@@ -240,16 +230,16 @@ TEST_F(DbCustomClass, ObjectsThatAreNoEntitiesToo) {
         EXPECT_EQ(root->setAt(L"ZEF_BAD", refused.get(), none), Acad::eFilerError);
     }
     root->close();
-    EXPECT_EQ(section(id, "TestNames"), "300 一|300 two");
+    EXPECT_EQ(test::section(id, "TestNames"), "300 一|300 two");
     auto* there = open<TestNames>(id, AcDb::kForWrite);
     EXPECT_EQ(there->names(), (std::vector<std::wstring>{L"一", L"two"}));
     there->setNames({L"一", L"between", L"two"});
     there->close();
-    EXPECT_EQ(section(id, "TestNames"), "300 一|300 between|300 two");
+    EXPECT_EQ(test::section(id, "TestNames"), "300 一|300 between|300 two");
     there = open<TestNames>(id, AcDb::kForWrite);
     there->setNames({L"bad"});
     there->close();
-    EXPECT_EQ(section(id, "TestNames"), "300 一|300 between|300 two")
+    EXPECT_EQ(test::section(id, "TestNames"), "300 一|300 between|300 two")
         << "what can not be filed changes nothing";
     EXPECT_EQ(class_entry(*holding(written(*database)), "TESTNAMES"), "TestNames CUSTOMCLASSES 0 1 0 0 ");
 }
@@ -261,7 +251,7 @@ TEST_F(DbCustomClass, WithoutTheApplicationItIsKeptAsItStands) {
     // What is open is filed while its class is still there.
     ASSERT_TRUE(rx::applications::instance().unload(L"custom_classes"));
     EXPECT_FALSE(id.isResident());
-    EXPECT_NE(section(id, "TestPipe").find("|40 50.0|"), std::string::npos);
+    EXPECT_NE(test::section(id, "TestPipe").find("|40 50.0|"), std::string::npos);
     const std::string bytes = written(*database);
     AcDbEntity* entity = nullptr;
     ASSERT_EQ(acdbOpenObject(entity, id, AcDb::kForWrite), Acad::eOk);

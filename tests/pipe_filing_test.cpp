@@ -88,7 +88,7 @@ TEST_F(PipeFiling, FilesWhatItHolds) {
     };
     for (const row& row : rows) {
         const AcDbObjectId id = append(row.entity);
-        EXPECT_EQ(section(id, row.marker), row.expected) << row.marker;
+        EXPECT_EQ(test::section(id, row.marker), row.expected) << row.marker;
         const auto again = holding(saved(*database));
         AcDbObjectId there;
         ASSERT_EQ(again->getAcDbObjectId(there, false, id.handle()), Acad::eOk);
@@ -97,7 +97,7 @@ TEST_F(PipeFiling, FilesWhatItHolds) {
         EXPECT_EQ(read->isA(), id.objectClass()) << row.marker;
         auto* const copy = AcDbEntity::cast(read->clone());
         read.close();
-        EXPECT_EQ(section(append(*again, copy), row.marker), row.expected)
+        EXPECT_EQ(test::section(append(*again, copy), row.marker), row.expected)
             << row.marker << ", read and written";
     }
     EXPECT_NE(saved(*database).find("TDbVerticalSectionFeed"), std::string::npos);

@@ -14,6 +14,7 @@
 #include "siblings/zef_pipewire/TDbText.h"
 #include "siblings/zef_pipewire/TDbVerticalSection.h"
 #include "tests/dxf_support.h"
+#include "tests/record_sections.h"
 #include "tests/support.h"
 
 #include <gtest/gtest.h>
@@ -49,22 +50,6 @@ protected:
         return id;
     }
     AcDbObjectId append(AcDbEntity* entity) const { return append(*database, entity); }
-
-    // The groups from a marker on, "40 32.0|1 ...".
-    static std::string section(AcDbObjectId id, const std::string& marker) {
-        const AcDbImpDatabase& imp = id.database()->imp();
-        std::string found;
-        dxf::group_reader reader(imp.records().text(imp.record(id)));
-        dxf::raw_group group;
-        bool inside = false;
-        while (reader.next(group)) {
-            if (inside)
-                found += (found.empty() ? "" : "|") + std::to_string(group.code) + " " +
-                         std::string(dxf::trimmed(group.value));
-            inside = inside || (group.code == 100 && dxf::trimmed(group.value) == marker);
-        }
-        return found;
-    }
 
     std::unique_ptr<AcDbDatabase> database;
 };
