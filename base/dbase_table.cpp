@@ -84,7 +84,7 @@ std::wstring number_of(std::size_t value) {
     return std::to_wstring(value);
 }
 
-std::wstring quoted(std::wstring_view name) {
+std::wstring in_quotes(std::wstring_view name) {
     return L"'" + std::wstring(name) + L"'";
 }
 
@@ -93,7 +93,7 @@ result<std::string> encode(const dbase_encoding& encoding, std::wstring_view tex
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t begin = at;
         if (!encoding.encode(take_code_point(text, at), bytes))
-            return failure{quoted(text.substr(begin, at - begin)) + L" is not in the table's code page"};
+            return failure{in_quotes(text.substr(begin, at - begin)) + L" is not in the table's code page"};
     }
     return bytes;
 }
@@ -114,7 +114,7 @@ bool is_possible(const dbase_field& field, bool visual) {
 
 std::wstring length_fault(const dbase_field& field) {
     const std::wstring type(1, static_cast<wchar_t>(static_cast<unsigned char>(field.type)));
-    return L"field " + quoted(field.name) + L" of type " + type + L" cannot have a length of " +
+    return L"field " + in_quotes(field.name) + L" of type " + type + L" cannot have a length of " +
            number_of(field.length);
 }
 
@@ -192,8 +192,8 @@ result<void> dbase_table::read_fields() {
         field.length = static_cast<unsigned char>(entry[16]);
         field.decimals = static_cast<unsigned char>(entry[17]);
         if (field.type < 'A' && !(field.type >= '0' && field.type <= '9'))
-            return failure{L"field " + number + L" " + quoted(field.name) + L" (byte " + number_of(at + 11) +
-                           L") has no type"};
+            return failure{L"field " + number + L" " + in_quotes(field.name) + L" (byte " +
+                           number_of(at + 11) + L") has no type"};
         if (!is_possible(field, is_visual()) && !(field.type == 'C' && field.decimals != 0))
             return failure{length_fault(field) + L" (byte " + number_of(at + 16) + L")"};
         sum += field.length;
@@ -233,18 +233,18 @@ result<dbase_table> dbase_table::create(std::vector<dbase_field> fields, dbase_m
         std::string entry(field_entry_size, '\0');
         const auto encoded = encode(made.encoding_, field.name);
         if (!encoded)
-            return failure{L"field name " + quoted(field.name) + L": " + encoded.error()};
+            return failure{L"field name " + in_quotes(field.name) + L": " + encoded.error()};
         const std::string& name = *encoded;
         if (name.empty() || name.size() >= field_name_size || name.find('\0') != name.npos)
-            return failure{L"the field name " + quoted(field.name) + L" must have 1 to 10 bytes"};
+            return failure{L"the field name " + in_quotes(field.name) + L" must have 1 to 10 bytes"};
         if (std::string_view("CNFLDM").find(field.type) == std::string_view::npos)
-            return failure{L"field " + quoted(field.name) + L" must be of type C, N, F, L, D or M"};
+            return failure{L"field " + in_quotes(field.name) + L" must be of type C, N, F, L, D or M"};
         const bool is_number = field.type == 'N' || field.type == 'F';
         const std::size_t longest = is_number ? 20 : 254;
         if (!is_possible(field, false) || field.length > longest)
             return failure{length_fault(field)};
         if (field.decimals != 0 && (!is_number || field.decimals + 2 > field.length))
-            return failure{L"field " + quoted(field.name) + L" cannot have " + number_of(field.decimals) +
+            return failure{L"field " + in_quotes(field.name) + L" cannot have " + number_of(field.decimals) +
                            L" decimals"};
         entry.replace(0, name.size(), name);
         entry[11] = field.type;
@@ -312,7 +312,7 @@ std::string_view dbase_table::cell(std::size_t row, std::size_t field) const {
 // Where a fault is, for messages.
 std::wstring dbase_table::place(std::size_t row, std::size_t field) const {
     return L"row " + number_of(row + 1) + L", field " +
-           (field < fields_.size() ? quoted(fields_[field].name) : number_of(field + 1)) + L": ";
+           (field < fields_.size() ? in_quotes(fields_[field].name) : number_of(field + 1)) + L": ";
 }
 
 result<void> dbase_table::check_type(std::size_t row, std::size_t field, std::string_view types) const {
@@ -374,7 +374,7 @@ result<std::uint64_t> dbase_table::memo_block(std::size_t row, std::size_t field
     std::uint64_t block = 0;
     const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), block);
     if (read.ptr != digits.data() + digits.size())
-        return failure{place(row, field) + quoted(encoding_.decode(digits)) +
+        return failure{place(row, field) + in_quotes(encoding_.decode(digits)) +
                        L" is no number of a memo block"};
     return block;
 }
@@ -397,7 +397,7 @@ result<std::wstring> dbase_table::memo(std::size_t row, std::size_t field) const
 result<void> dbase_table::put(std::size_t row, std::size_t field, std::string_view value, bool to_the_right) {
     const std::size_t length = fields_[field].length;
     if (value.size() > length)
-        return failure{place(row, field) + quoted(encoding_.decode(value)) + L" has " +
+        return failure{place(row, field) + in_quotes(encoding_.decode(value)) + L" has " +
                        number_of(value.size()) + L" bytes, the field has " + number_of(length)};
     const std::size_t begin = header_size_ + row * row_size_ + offsets_[field];
     bytes_.replace(begin, length, length, ' ');

@@ -27,6 +27,25 @@ if(ZEF_FUZZ)
     target_compile_options(zef_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# What nearly every source includes of the standard library is read once a target, not once a source. Nothing of the
+# house is among it: a source that forgets a header of ours does not compile.
+set(zef_standard_headers
+    <algorithm> <array> <charconv> <cmath> <cstdint> <cstdio> <cstdlib> <cstring> <cwchar> <filesystem> <functional>
+    <iterator> <limits> <map> <memory> <numbers> <optional> <set> <span> <string> <string_view> <unordered_map>
+    <unordered_set> <utility> <variant> <vector>)
+if(CMAKE_CXX_COMPILER_LAUNCHER MATCHES "ccache")
+    # So that the cache of compilers sees what a precompiled header was made of.
+    target_compile_options(zef_flags INTERFACE $<IF:$<CXX_COMPILER_ID:GNU>,-fpch-preprocess,SHELL:-Xclang -fno-pch-timestamp>)
+endif()
+
+# zef_precompile(TARGET SOURCES): a target of a few sources would only wait for its precompiled header.
+function(zef_precompile target sources)
+    list(LENGTH sources count)
+    if(count GREATER 4)
+        target_precompile_headers(${target} PRIVATE ${zef_standard_headers} ${ARGN})
+    endif()
+endfunction()
+
 # zef_sources(OUT PATTERN...): OUT becomes the files of this folder that match.
 function(zef_sources out)
     list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
@@ -56,6 +75,7 @@ function(zef_library name)
     set_target_properties(${name} PROPERTIES VISIBILITY_INLINES_HIDDEN ON)
     target_link_libraries(${name} PRIVATE zef_flags)
     zef_link(${name} ${arg_LINK})
+    zef_precompile(${name} "${sources}")
 endfunction()
 
 # zef_application(NAME SOURCES PATTERN... [LINK TARGET...]): an ObjectARX application, NAME.arx. Only what it
@@ -79,4 +99,5 @@ function(zef_program name)
     add_executable(${name} ${sources})
     target_link_libraries(${name} PRIVATE zef_flags)
     zef_link(${name} ${arg_LINK})
+    zef_precompile(${name} "${sources}")
 endfunction()

@@ -73,7 +73,7 @@ std::optional<std::wstring> take_quoted(std::wstring_view& text) {
     return std::nullopt;
 }
 
-std::wstring quoted(std::wstring_view text) {
+std::wstring in_quotes(std::wstring_view text) {
     std::wstring out = L"\"";
     for (const wchar_t c : text) {
         if (c == L'\\' || c == L'"')
@@ -84,7 +84,7 @@ std::wstring quoted(std::wstring_view text) {
 }
 
 std::wstring name_text(std::wstring_view name) {
-    return name.empty() ? L"@" : quoted(name);
+    return name.empty() ? L"@" : in_quotes(name);
 }
 
 struct value_line {
@@ -125,7 +125,7 @@ std::optional<registry_value> parse_data(std::wstring_view data) {
 
 std::wstring data_text(const registry_value& value) {
     if (const auto* const text = std::get_if<std::wstring>(&value))
-        return quoted(*text);
+        return in_quotes(*text);
     constexpr wchar_t hex[] = L"0123456789abcdef";
     std::wstring out = L"dword:";
     for (int shift = 28; shift >= 0; shift -= 4)
