@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# check.sh: judges the sources without running them: form, floors, clang-tidy. Status 1 when anything is found.
+# check.sh [--changed]: judges the sources without running them: form, floors, clang-tidy. Status 1 when anything is found.
+# --changed: form and clang-tidy only of what differs from main.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 cd "$root"
 status=0
+only=${1:-}
 
 # check NAME COMMAND...: runs one check and tells its time.
 check() {
@@ -19,6 +21,16 @@ check() {
 
 # Sources of the given names, whether git knows them yet or not.
 files() {
+    if [ -n "$only" ]; then
+        { git diff --name-only --diff-filter=d "$(git merge-base main HEAD)"; git ls-files --others --exclude-standard; } |
+            while IFS= read -r file; do
+                for name; do
+                    # shellcheck disable=SC2254
+                    case ${file##*/} in $name) printf '%s\0' "$file" ;; esac
+                done
+            done
+        return
+    fi
     local names=()
     for name; do names+=(-o -name "$name"); done
     find . \( -path ./build -o -path ./.git \) -prune -o -type f \( "${names[@]:1}" \) -print0
@@ -46,5 +58,5 @@ check 'floors' scripts/check_arrows.sh
 check 'words and blanks' check_words
 check 'form' check_form
 check 'list of the interface' scripts/api_list.py --check
-check 'clang-tidy' scripts/check_tidy.sh
+check 'clang-tidy' scripts/check_tidy.py $only
 exit $status

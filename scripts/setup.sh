@@ -10,12 +10,15 @@ build      cmake               describes the build
 build      ninja-build         runs the build
 build      pkg-config          tells where libedit is
 build      libedit-dev         line editing of the console program
-build      libgtest-dev        the tests
+test       libgtest-dev        the tests
 check      clang               second compiler, sanitizers
 check      libclang-rt-14-dev  run time of the sanitizers and fuzzers
 check      llvm                readable stack traces from the sanitizers
 check      clang-format        style of the sources
 check      clang-tidy          mistakes that compile
+check      python3             runs the checks
+mutate     rsync               copies the tree that faults are seeded into
+mutate     python3             seeds them
 bench      libdime-dev         a peer to measure against
 bench      libdxflib-dev       a peer to measure against
 bench      libpugixml-dev      a peer to measure against
@@ -30,7 +33,7 @@ judge      libxml2-utils       judges how documents of markup are read
 groups=${*:-build}
 wanted=$(awk -v groups=" $groups " 'index(groups, " " $1 " ") { print $2 }' <<<"$packages")
 if [ -z "$wanted" ]; then
-    echo "setup: no group named $groups; groups are build, check, bench, judge" >&2
+    echo "setup: no group named $groups; groups are build, test, check, mutate, bench, judge" >&2
     exit 2
 fi
 
@@ -49,28 +52,46 @@ fi
 lacking=$(missing)
 [ -n "$lacking" ] || exit 0
 
+# give_up CAUSE: what can still be done by hand.
+give_up() {
+    echo "setup: $1; please run: apt-get update && apt-get install" $lacking >&2
+    exit 1
+}
+
 as_root=
 if [ "$(id -u)" != 0 ]; then
     as_root='sudo -n'
-    if ! sudo -n true 2>/dev/null; then
-        echo "setup: not root, and sudo asks for a password; please run: sudo apt-get install" $lacking >&2
-        exit 1
-    fi
+    command -v sudo >/dev/null || give_up 'not root, and there is no sudo here'
+    sudo -n true 2>/dev/null || give_up 'not root, and sudo asks for a password'
 fi
 
 echo "installing" $lacking >&2
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
+apt() {
+    $as_root env DEBIAN_FRONTEND=noninteractive LC_ALL=C apt-get -o Acquire::http::Timeout=20 "$@" >>"$log" 2>&1
+}
 install() {
     # shellcheck disable=SC2086
-    $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $lacking >"$log" 2>&1
+    apt install -y --no-install-recommends $lacking
 }
-# The lists of a fresh system are empty or old: fetched only when the first try failed.
-if ! install && ! { $as_root apt-get update >"$log" 2>&1 && install; }; then
-    grep '^E:' "$log" >&2 || tail -n 3 "$log" >&2
+# The lists of a fresh system are empty or old: fetched only when the first try failed. Without a network fetching them
+# ends well, and what fails after it speaks of unknown packages: so the causes are looked for in all that was told.
+if ! install; then
+    apt update || true
+    install || true
 fi
 lacking=$(missing)
 if [ -n "$lacking" ]; then
-    echo "setup: could not install" $lacking "- please run: apt-get update && apt-get install" $lacking >&2
-    exit 1
+    for cause in \
+        'Temporary failure resolving|Could not resolve|Network is unreachable|Could not connect|Connection (failed|refused|timed out)|Cannot initiate the connection' \
+        'Could not get lock|is held by process' 'No space left|enough free space' '^E: '; do
+        if told=$(grep -m 1 -E "$cause" "$log" | sed -E 's/^ *([EW]: *)?//'); [ -n "$told" ]; then
+            break
+        fi
+    done
+    case $cause in
+    Temporary*) give_up "the package server cannot be reached ($told)" ;;
+    *) give_up "could not install them (${told:-no reason given})" ;;
+    esac
 fi
