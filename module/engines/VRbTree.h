@@ -14,11 +14,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 class CVRbTree;
 class CVRbTreeItem;
+struct MarkupFault;
 
 // Positions that are no item, with the numbers that they have at tree controls.
 inline CVRbTreeItem* const VRBTREE_ROOT = reinterpret_cast<CVRbTreeItem*>(static_cast<LONG_PTR>(-65536));
@@ -95,7 +97,7 @@ public:
 
 private:
     friend class CVRbTree;
-    friend int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree);
+    friend int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault);
 
     struct Attrib {
         SharedText m_name;
@@ -186,7 +188,7 @@ public:
     bool MakeTree(const CVRbTreeItem* item, CVRbTree& tree) const;
 
 private:
-    friend int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree);
+    friend int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault);
 
     SharedText Shared(std::wstring_view text);
     void AddAttribs(CVRbTreeItem& item, std::vector<CVRbTreeItem::Attrib>& attribs);

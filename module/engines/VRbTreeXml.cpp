@@ -3,9 +3,12 @@
 #include "module/engines/MarkupDoc.h"
 #include "module/engines/VRbTree.h"
 
-int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree) {
+int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault) {
     MarkupDoc document;
-    if (!document.LoadFile(path))
+    const bool isRead = document.LoadFile(path);
+    if (fault != nullptr)
+        *fault = FindMarkupFault(document);
+    if (!isRead)
         return 0;
     document.ResetPosition();
     if (!document.FindElement())

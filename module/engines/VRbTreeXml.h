@@ -2,6 +2,8 @@
 // its attributes the attributes, its child elements the children in their order.
 #pragma once
 
+#include "module/engines/MarkupFault.h"
+
 #include "windows.h"
 
 class CVRbTree;
@@ -9,8 +11,9 @@ class CVRbTree;
 // Fills the tree's root item, which is made when there is none, from the root element of a file: name and
 // value are replaced, attributes and children added, so callers clear the tree first. Blanks and line ends
 // between child elements are no value. 0, and the tree as it was, when the file does not exist, is not
-// well-formed or has no root element.
-int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree);
+// well-formed or has no root element. `fault` becomes what is wrong with the file; a file that was read may
+// have one, too, and else it becomes none.
+int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault = nullptr);
 
 // Writes the tree's root item with all below it, in the encoding of that name, "utf-8" when it is null. An
 // item that has children is written without its value. 0, and no file written, when the tree is empty, a name

@@ -1,6 +1,7 @@
 #include "module/standard/StandardCheck.h"
 
 #include "module/engines/MarkupDoc.h"
+#include "module/engines/MarkupFault.h"
 #include "module/standard/LineWeightText.h"
 #include "module/standard/StandardFileNames.h"
 
@@ -33,6 +34,10 @@ public:
                 ForEachChild([this](std::wstring_view) { CheckGroup(); });
             else if (section == Name::otherLayer.name)
                 ForEachChild([this](std::wstring_view) { CheckOtherLayers(); });
+            else if (section == Name::textStyleSetting.name)
+                ForEachChild([this](std::wstring_view) {
+                    ForEachChild([this](std::wstring_view) { CheckTextStyle(); });
+                });
             else if (section == Name::objectColorSetting.name)
                 ForEachChild([this](std::wstring_view) { CheckObjectColor(); });
         });
@@ -82,6 +87,7 @@ private:
     void CheckGroup() {
         if (Attribute(Name::nameAttrib).IsEmpty())
             Tell(L"系统组没有名称");
+        CheckFlag(Attribute(Name::canNameAttrib));
         ForEachChild([this](std::wstring_view) { CheckSystem(); });
     }
 
@@ -122,6 +128,10 @@ private:
                         tag == Name::vPipeRadius1.name || tag == Name::vPipeRadius2.name) &&
                        !IsSize(value)) {
                 Tell(L"数值 " + Quoted(value) + L" 无效");
+            } else if (tag == Name::canRename.name || tag == Name::canDeletePipe.name) {
+                CheckFlag(value);
+            } else if ((tag == Name::vPipeType.name || tag == Name::status.name) && !IsInteger(value)) {
+                Tell(L"整数 " + Quoted(value) + L" 无效");
             }
         });
         if (!told)
@@ -130,12 +140,12 @@ private:
     }
 
     void CheckLayer(Uses& uses, const CString& owner) {
-        bool named = false;
+        bool told = false;
         ForEachChild([&](std::wstring_view tag) {
             const CString value = Data();
             if (tag == Name::layerName.name) {
-                named = !value.IsEmpty();
-                if (!named) {
+                told = true;
+                if (value.IsEmpty()) {
                     Tell(L"图层没有名称");
                 } else if (acdbSNValid(value, 0) != RTNORM) {
                     Tell(L"图层名 " + Quoted(value) + L" 含有不允许的字符");
@@ -152,7 +162,21 @@ private:
                        std::ranges::none_of(m_known.linetypes,
                                             [&](const CString& one) { return IsSameName(one, value); })) {
                 Tell(L"线型 " + Quoted(value) + L" 未知");
+            } else if (tag == Name::canDeleteLayer.name || tag == Name::canPlot.name) {
+                CheckFlag(value);
             }
+        });
+        if (!told)
+            Tell(L"图层没有名称");
+    }
+
+    void CheckTextStyle() {
+        ForEachChild([this](std::wstring_view tag) {
+            const CString value = Data();
+            if (tag == Name::winFont.name || tag == Name::bold.name || tag == Name::italic.name)
+                CheckFlag(value);
+            else if ((tag == Name::fontHeight.name || tag == Name::widthScale.name) && !IsSize(value))
+                Tell(L"数值 " + Quoted(value) + L" 无效");
         });
     }
 
@@ -163,7 +187,18 @@ private:
         });
     }
 
-    // An empty one is the default.
+    // An empty one is the default, here and below.
+    void CheckFlag(const CString& text) {
+        if (!text.IsEmpty() && text != L"0" && text != L"1")
+            Tell(L"标志 " + Quoted(text) + L" 应为 0 或 1");
+    }
+
+    static bool IsInteger(const CString& text) {
+        wchar_t* end = nullptr;
+        std::wcstol(text, &end, 10);
+        return *end == 0;
+    }
+
     static bool IsSize(CString text) {
         text.TrimRight();
         wchar_t* end = nullptr;
@@ -171,7 +206,6 @@ private:
         return *end == 0 && std::isfinite(size) && size >= 0.0;
     }
 
-    // An empty colour is the default.
     static bool IsColor(const CString& text) {
         if (text.IsEmpty() || text == L"ByLayer" || text == L"ByBlock")
             return true;
@@ -240,31 +274,18 @@ private:
     std::size_t m_counted = 0;
 };
 
-// Why a file is no document: what its error text says of the first place that it names, else what it says
-// last.
-StandardFault FaultOf(MarkupDoc& document) {
-    const std::wstring text = document.GetErrorText();
-    constexpr std::wstring_view mark = L" at offset ";
-    const std::size_t place = text.find(mark);
-    const std::size_t begin = text.rfind(L'\n', place) + 1; // 0 when there is no line before
-    if (place == text.npos)
-        return {0, L"", (L"文件无法读取: " + text.substr(begin)).c_str()};
-    const std::wstring_view whole = document.GetDocumentText();
-    const std::size_t offset = std::wcstoul(text.c_str() + place + mark.size(), nullptr, 10);
-    const auto lines = std::ranges::count(whole.substr(0, offset), L'\n');
-    return {static_cast<int>(lines) + 1, L"",
-            (L"不是合式的 XML: " + text.substr(begin, text.find(L'\n', place) - begin)).c_str()};
-}
-
 } // namespace
 
 bool CheckStandardFile(LPCTSTR path, const StandardKnowledge& known, std::vector<StandardFault>& faults) {
     MarkupDoc document;
-    if (!document.LoadFile(path)) {
-        faults.push_back(FaultOf(document));
+    const bool isRead = document.LoadFile(path);
+    std::vector<StandardFault> found;
+    if (const std::optional<MarkupFault> fault = FindMarkupFault(document))
+        found.push_back({fault->line, L"", fault->what});
+    if (!isRead) {
+        faults.insert(faults.end(), found.begin(), found.end());
         return false;
     }
-    std::vector<StandardFault> found;
     Checker(document, known, found).Check();
     std::ranges::stable_sort(found, {}, &StandardFault::line);
     faults.insert(faults.end(), found.begin(), found.end());

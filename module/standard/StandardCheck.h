@@ -16,8 +16,9 @@ struct StandardKnowledge {
 };
 
 // Appends the faults of a file in the order of its lines: names that are empty or taken, mappings to a type
-// that is not there, linetypes and materials that nobody knows, colours, lineweights and sizes that are none,
-// layer names that no drawing takes, and a file without systems. False when the file can not be read or is
-// not well-formed; then why is the only fault.
+// that is not there, linetypes and materials that nobody knows, colours, lineweights, sizes and flags that
+// are none, layer names that no drawing takes, a file without systems, and bytes that are none of the
+// encoding that it declares. False when the file can not be read or is not well-formed; then why is the only
+// fault.
 ZEF_PIPESYSTEM_PORT bool CheckStandardFile(LPCTSTR path, const StandardKnowledge& known,
                                            std::vector<StandardFault>& faults);

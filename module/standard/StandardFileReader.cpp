@@ -214,9 +214,9 @@ private:
 
 } // namespace
 
-bool ReadStandardFile(LPCTSTR path, PipeStandard& standard) {
+bool ReadStandardFile(LPCTSTR path, PipeStandard& standard, std::optional<MarkupFault>* fault) {
     CVRbTree tree;
-    if (LoadTreeFromXml(path, tree) == 0 || tree.GetRootItem() == nullptr)
+    if (LoadTreeFromXml(path, tree, fault) == 0 || tree.GetRootItem() == nullptr)
         return false;
     PipeStandard read;
     Reader(read).Read(*tree.GetRootItem());
