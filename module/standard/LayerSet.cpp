@@ -5,46 +5,46 @@
 void LayerSet::AddLayerNode(LayerNode* layer) {
     if (layer == nullptr)
         return;
-    m_layers.emplace_back(layer);
+    m_layers.emplace_back(std::unique_ptr<LayerNode>(layer));
     m_index[layer->*m_key] = layer;
     m_mapped.erase(layer->*m_key);
 }
 
 void LayerSet::DelLayerNode(const LayerNode* layer) {
-    const auto found = std::ranges::find(m_layers, layer, &std::unique_ptr<LayerNode>::get);
+    const auto found = std::ranges::find_if(m_layers, [&](const auto& one) { return one.get() == layer; });
     if (found == m_layers.end())
         return;
-    std::erase_if(m_mapped, [&](const CString& key) { return m_index.at(key) == layer; });
-    std::erase_if(m_index, [&](const auto& entry) { return entry.second == layer; });
-    const std::unique_ptr<LayerNode> gone = std::move(*found);
+    std::erase_if(m_mapped, [&](const CString& key) { return m_index.at(key).get() == layer; });
+    std::erase_if(m_index, [&](const auto& entry) { return entry.second.get() == layer; });
+    const Owned<LayerNode> gone = std::move(*found);
     m_layers.erase(found);
-    for (const auto& other : m_layers) // one of the same key that stood in its shadow
+    for (auto& other : m_layers) // one of the same key that stood in its shadow
         if (other.get()->*m_key == gone.get()->*m_key)
             m_index[other.get()->*m_key] = other.get();
 }
 
-LayerNode* LayerSet::FindLayerNode(int index) const {
+const LayerNode* LayerSet::FindLayerNode(int index) const {
     return index >= 0 && index < GetLayerNum() ? m_layers[static_cast<std::size_t>(index)].get() : nullptr;
 }
 
-LayerNode* LayerSet::FindLayerNode(LPCTSTR key, bool includeMapped) const {
+const LayerNode* LayerSet::FindLayerNode(LPCTSTR key, bool includeMapped) const {
     const CString wanted(key);
     for (const auto& [one, layer] : m_index)
         if (IsSameName(one, wanted) && (includeMapped || !IsMapped(one)))
-            return layer;
+            return layer.get();
     return nullptr;
 }
 
-LayerNode* LayerSet::FindLayerNode(LPCTSTR key, LPCTSTR layerName, bool includeMapped) const {
+const LayerNode* LayerSet::FindLayerNode(LPCTSTR key, LPCTSTR layerName, bool includeMapped) const {
     const CString wanted(key);
     const auto found = m_index.find(wanted);
     if (found == m_index.end() || (!includeMapped && IsMapped(wanted)) ||
         !IsSameName(found->second->m_layerName, CString(layerName)))
         return nullptr;
-    return found->second;
+    return found->second.get();
 }
 
-LayerNode* LayerSet::FindLayerNodeByLayerName(LPCTSTR layerName, bool /*includeMapped*/) const {
+const LayerNode* LayerSet::FindLayerNodeByLayerName(LPCTSTR layerName, bool /*includeMapped*/) const {
     const CString wanted(layerName);
     for (const auto& layer : m_layers)
         if (IsSameName(layer->m_layerName, wanted))
@@ -52,7 +52,7 @@ LayerNode* LayerSet::FindLayerNodeByLayerName(LPCTSTR layerName, bool /*includeM
     return nullptr;
 }
 
-LayerNode* LayerSet::FindLayerNodeByKey(LPCTSTR key, LPCTSTR layerName) const {
+const LayerNode* LayerSet::FindLayerNodeByKey(LPCTSTR key, LPCTSTR layerName) const {
     const CString wanted(key);
     const CString name(layerName);
     const auto fits = [&](const CString& one, const LayerNode& layer) {
@@ -62,7 +62,7 @@ LayerNode* LayerSet::FindLayerNodeByKey(LPCTSTR key, LPCTSTR layerName) const {
         if (fits(layer.get()->*m_key, *layer))
             return layer.get();
     for (const CString& alias : m_mapped)
-        if (LayerNode* const layer = m_index.at(alias); fits(alias, *layer))
+        if (const LayerNode* const layer = m_index.at(alias).get(); fits(alias, *layer))
             return layer;
     return nullptr;
 }
@@ -94,20 +94,33 @@ int LayerSet::CountLayer(LPCTSTR layerName) const {
 }
 
 bool LayerSet::UpdateLayer(LPCTSTR key, const LayerNode& value) {
-    LayerNode* const layer = FindLayerNode(key, false);
+    const LayerNode* layer = FindExactly(key);
     if (layer == nullptr)
-        return false;
-    CString kept = layer->*m_key;
-    *layer = value;
-    layer->*m_key = std::move(kept);
-    return true;
+        layer = FindLayerNode(key, false);
+    if (layer != nullptr)
+        Replace(*Changeable(layer), value);
+    return layer != nullptr;
+}
+
+// Not one that is shared through an alias.
+const LayerNode* LayerSet::FindExactly(const CString& key) const {
+    const auto found = m_index.find(key);
+    return found != m_index.end() && !IsMapped(key) ? found->second.get() : nullptr;
+}
+
+void LayerSet::Replace(LayerNode& layer, const LayerNode& value) const {
+    CString kept = layer.*m_key;
+    layer = value;
+    layer.*m_key = std::move(kept);
 }
 
 void LayerSet::UpdateLayerTo(LayerSet* target) const {
     if (target == nullptr || target == this)
         return;
     for (const auto& layer : m_layers)
-        if (!target->UpdateLayer(layer.get()->*m_key, *layer))
+        if (const LayerNode* const same = target->FindExactly(layer.get()->*m_key))
+            target->Replace(*Changeable(same), *layer);
+        else
             target->AddLayerNode(std::make_unique<LayerNode>(*layer).release());
 }
 
@@ -127,7 +140,7 @@ bool LayerSet::IsDefaultMapping(LPCTSTR key) const {
 void LayerSet::UpdateLayerTypeMap() {
     for (const auto& [source, destination] : m_map) {
         const auto found = m_index.find(destination);
-        if (found != m_index.end() && m_index.try_emplace(source, found->second).second)
+        if (found != m_index.end() && m_index.try_emplace(source, found->second.get()).second)
             m_mapped.insert(source);
     }
 }
@@ -150,7 +163,7 @@ void LayerSet::CopyLayersFrom(const LayerSet& other) {
         copies[layer.get()] = m_layers.back().get();
     }
     for (const auto& [key, layer] : other.m_index)
-        m_index[key] = copies.at(layer);
+        m_index[key] = copies.at(layer.get());
     m_map = other.m_map;
     m_defaultMap = other.m_defaultMap;
     m_mapped = other.m_mapped;

@@ -3,13 +3,15 @@
 #pragma once
 
 #include "module/standard/LayerAttachNode.h"
+#include "module/standard/Owned.h"
 
 #include <memory>
+#include <span>
 
 class ZEF_PIPESYSTEM_PORT LayerSet {
 public:
     using Map = std::map<CString, CString, KeyOrder>; // from a key to the one whose layer it shares
-    using Index = std::map<CString, LayerNode*, KeyOrder>;
+    using Index = std::map<CString, Linked<LayerNode>, KeyOrder>;
     // By name without case; of layers of one name the first.
     using LayersByName = std::map<CString, const LayerNode*, NoCaseOrder>;
 
@@ -25,17 +27,30 @@ public:
     int GetLayerNum() const { return static_cast<int>(m_layers.size()); }
 
     // By position; null when there is none.
-    LayerNode* FindLayerNode(int index) const;
+    const LayerNode* FindLayerNode(int index) const;
+    LayerNode* FindLayerNode(int index) { return Changeable(std::as_const(*this).FindLayerNode(index)); }
     // The first key, in their order, that is equal without case; aliases count only when they are asked for.
-    LayerNode* FindLayerNode(LPCTSTR key, bool includeMapped) const;
+    const LayerNode* FindLayerNode(LPCTSTR key, bool includeMapped) const;
+    LayerNode* FindLayerNode(LPCTSTR key, bool includeMapped) {
+        return Changeable(std::as_const(*this).FindLayerNode(key, includeMapped));
+    }
     // The layer of exactly that key when it has that name without case.
-    LayerNode* FindLayerNode(LPCTSTR key, LPCTSTR layerName, bool includeMapped) const;
+    const LayerNode* FindLayerNode(LPCTSTR key, LPCTSTR layerName, bool includeMapped) const;
+    LayerNode* FindLayerNode(LPCTSTR key, LPCTSTR layerName, bool includeMapped) {
+        return Changeable(std::as_const(*this).FindLayerNode(key, layerName, includeMapped));
+    }
     // The first layer in list order of that name without case. Aliases are no layers of their own: the flag
     // tells nothing.
-    LayerNode* FindLayerNodeByLayerName(LPCTSTR layerName, bool includeMapped = true) const;
+    const LayerNode* FindLayerNodeByLayerName(LPCTSTR layerName, bool includeMapped = true) const;
+    LayerNode* FindLayerNodeByLayerName(LPCTSTR layerName, bool includeMapped = true) {
+        return Changeable(std::as_const(*this).FindLayerNodeByLayerName(layerName, includeMapped));
+    }
     // The first layer of that key without case, and of that name when it is not null: layers in list order,
     // then aliases in key order.
-    LayerNode* FindLayerNodeByKey(LPCTSTR key, LPCTSTR layerName = nullptr) const;
+    const LayerNode* FindLayerNodeByKey(LPCTSTR key, LPCTSTR layerName = nullptr) const;
+    LayerNode* FindLayerNodeByKey(LPCTSTR key, LPCTSTR layerName = nullptr) {
+        return Changeable(std::as_const(*this).FindLayerNodeByKey(key, layerName));
+    }
 
     // Add what is not there yet, in list order.
     void GetAllLayer(LayersByName& layers) const;
@@ -45,10 +60,11 @@ public:
     // How many layers have that name without case.
     int CountLayer(LPCTSTR layerName) const;
 
-    // Puts a value in the place of the layer of that key without case; the key stays. False when there is
-    // none.
+    // Puts a value in the place of the layer of exactly that key, else of the first one without case; its key
+    // stays. False when there is none.
     bool UpdateLayer(LPCTSTR key, const LayerNode& value);
-    // Puts copies of all layers in the place of those of the same keys in another set; adds those it lacks.
+    // Puts copies of all layers in the place of those of exactly the same keys in another set; adds those it
+    // lacks.
     void UpdateLayerTo(LayerSet* target) const;
 
     // From now on a key shares the layer of another one, and by the built-in mapping, too, when asked for.
@@ -63,7 +79,8 @@ public:
     // The same with the map of another set.
     void UpdateLayerTypeMap(const LayerSet* from);
 
-    const std::vector<std::unique_ptr<LayerNode>>& Layers() const { return m_layers; }
+    const std::vector<Owned<LayerNode>>& Layers() const { return m_layers; }
+    std::span<Owned<LayerNode>> Layers() { return m_layers; }
     const Index& LayerIndex() const { return m_index; }
     const Map& LayerTypeMap() const { return m_map; }
     bool IsMapped(const CString& key) const { return m_mapped.contains(key); }
@@ -77,8 +94,11 @@ protected:
     void GatherAttached(LPCTSTR attachName, std::vector<LayerNode>& layers) const;
 
 private:
+    const LayerNode* FindExactly(const CString& key) const;
+    void Replace(LayerNode& layer, const LayerNode& value) const;
+
     KeyField m_key;
-    std::vector<std::unique_ptr<LayerNode>> m_layers;
+    std::vector<Owned<LayerNode>> m_layers;
     Index m_index; // into the list; aliases too
     Map m_map;
     Map m_defaultMap;

@@ -3,15 +3,16 @@
 OtherLayerNode::OtherLayerNode(LPCTSTR layerType) : LayerSet(&LayerNode::m_layerKey), m_layerType(layerType) {
 }
 
-LayerNode* OtherLayerNode::FindLayerNode(LPCTSTR layerType, LPCTSTR layerKey, bool includeMapped,
-                                         bool withCase) const {
+const LayerNode* OtherLayerNode::FindLayerNode(LPCTSTR layerType, LPCTSTR layerKey, bool includeMapped,
+                                               bool withCase) const {
     if (!IsLayerType(layerType) || (withCase && m_layerType != layerType))
         return nullptr;
     if (!withCase)
         return FindLayerNode(layerKey, includeMapped);
     const CString wanted(layerKey);
     const auto found = LayerIndex().find(wanted);
-    return found != LayerIndex().end() && (includeMapped || !IsMapped(wanted)) ? found->second : nullptr;
+    return found != LayerIndex().end() && (includeMapped || !IsMapped(wanted)) ? found->second.get()
+                                                                               : nullptr;
 }
 
 void OtherLayerNode::GetAllLayerName(LPCTSTR layerType, std::vector<CString>& names) const {
@@ -28,7 +29,7 @@ bool OtherLayerNode::RenameLayerName(LPCTSTR layerType, LPCTSTR oldName, LPCTSTR
         return false;
     const CString old(oldName);
     bool renamed = false;
-    for (const auto& layer : Layers())
+    for (auto& layer : Layers())
         if (IsSameName(layer->m_layerName, old)) {
             layer->m_layerName = newName;
             renamed = true;

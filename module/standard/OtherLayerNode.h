@@ -14,7 +14,11 @@ struct ZEF_PIPESYSTEM_PORT OtherLayerNode : LayerSet {
 
     using LayerSet::FindLayerNode;
     // The layer of a key in a group of that type, both told apart by case or not; null in another group.
-    LayerNode* FindLayerNode(LPCTSTR layerType, LPCTSTR layerKey, bool includeMapped, bool withCase) const;
+    const LayerNode* FindLayerNode(LPCTSTR layerType, LPCTSTR layerKey, bool includeMapped,
+                                   bool withCase) const;
+    LayerNode* FindLayerNode(LPCTSTR layerType, LPCTSTR layerKey, bool includeMapped, bool withCase) {
+        return Changeable(std::as_const(*this).FindLayerNode(layerType, layerKey, includeMapped, withCase));
+    }
 
     using LayerSet::GetAllLayerName;
     // All of them in a group of that type without case, none in another one.

@@ -31,7 +31,7 @@ void PipeGroupNode::GetAllPipeSystemNames(std::vector<CString>& names) const {
 void PipeGroupNode::AddPipeSystem(PipeNode* system) {
     if (system == nullptr)
         return;
-    m_systems.emplace_back(system);
+    m_systems.emplace_back(std::unique_ptr<PipeNode>(system));
     m_byName.try_emplace(system->m_name, system);
 }
 
@@ -44,20 +44,20 @@ bool PipeGroupNode::DeletePipeSystem(LPCTSTR name) {
     return true;
 }
 
-PipeNode* PipeGroupNode::FindPipeSystem(LPCTSTR name) const {
+const PipeNode* PipeGroupNode::FindPipeSystem(LPCTSTR name) const {
     const auto found = m_byName.find(CString(name));
-    return found == m_byName.end() ? nullptr : found->second;
+    return found == m_byName.end() ? nullptr : found->second.get();
 }
 
-PipeNode* PipeGroupNode::FindPipeSystem(int index) const {
+const PipeNode* PipeGroupNode::FindPipeSystem(int index) const {
     return index >= 0 && index < GetSystemNum() ? m_systems[static_cast<std::size_t>(index)].get() : nullptr;
 }
 
-PipeNode* PipeGroupNode::FindPipeSystem(LPCTSTR groupName, LPCTSTR name) const {
+const PipeNode* PipeGroupNode::FindPipeSystem(LPCTSTR groupName, LPCTSTR name) const {
     return m_groupName == groupName ? FindPipeSystem(name) : nullptr;
 }
 
-PipeNode* PipeGroupNode::FindPipeSystemByLayerName(LPCTSTR layerName) const {
+const PipeNode* PipeGroupNode::FindPipeSystemByLayerName(LPCTSTR layerName) const {
     for (const auto& system : m_systems)
         if (system->FindLayerNodeByLayerName(layerName) != nullptr)
             return system.get();
@@ -97,7 +97,7 @@ bool PipeGroupNode::MovePipeSystem(LPCTSTR name, bool up, bool& found) {
 // Of two systems of one name the first counts.
 void PipeGroupNode::IndexNames() {
     m_byName.clear();
-    for (const auto& system : m_systems)
+    for (auto& system : m_systems)
         m_byName.try_emplace(system->m_name, system.get());
 }
 
@@ -111,8 +111,8 @@ bool PipeGroupNode::OldSystemNameToCurrentName(LPCTSTR oldName, CString& current
 }
 
 void PipeGroupNode::ConvertOldSysNameToCurrentName() {
-    for (const auto& system : m_systems)
-        for (const auto& layer : system->Layers())
+    for (auto& system : m_systems)
+        for (auto& layer : system->Layers())
             // A current name may be what another system was called at first.
             if (layer->m_layerKey != system->m_name)
                 OldSystemNameToCurrentName(layer->m_layerKey, layer->m_layerKey);
@@ -127,34 +127,34 @@ void PipeGroupNode::GetPipeGroupInfo(PipeClassificationNode& info, bool includeM
 
 // ---- layers
 
-LayerNode* PipeGroupNode::FindLayerNode(LPCTSTR systemName, LPCTSTR layerType) const {
+const LayerNode* PipeGroupNode::FindLayerNode(LPCTSTR systemName, LPCTSTR layerType) const {
     const CString wanted(systemName);
     const auto system =
         std::ranges::find_if(m_systems, [&](const auto& one) { return IsSameName(one->m_name, wanted); });
     return system == m_systems.end() ? nullptr : (*system)->FindLayerNode(layerType, true);
 }
 
-LayerNode* PipeGroupNode::FindLayerNode(int index, LPCTSTR layerType) const {
+const LayerNode* PipeGroupNode::FindLayerNode(int index, LPCTSTR layerType) const {
     const PipeNode* const system = FindPipeSystem(index);
     return system == nullptr ? nullptr : system->FindLayerNode(layerType, true);
 }
 
-LayerNode* PipeGroupNode::FindLayerNode(LPCTSTR layerName) const {
+const LayerNode* PipeGroupNode::FindLayerNode(LPCTSTR layerName) const {
     const CString wanted(layerName);
     for (const auto& system : m_systems)
         for (const auto& [type, layer] : system->LayerIndex())
             if (IsSameName(layer->m_layerName, wanted))
-                return layer;
+                return layer.get();
     return nullptr;
 }
 
-LayerNode* PipeGroupNode::FindLayerNodeByLayerType(LPCTSTR layerType) const {
+const LayerNode* PipeGroupNode::FindLayerNodeByLayerType(LPCTSTR layerType) const {
     return FindLayerNodeByLayerType(layerType, nullptr);
 }
 
-LayerNode* PipeGroupNode::FindLayerNodeByLayerType(LPCTSTR layerType, LPCTSTR layerName) const {
+const LayerNode* PipeGroupNode::FindLayerNodeByLayerType(LPCTSTR layerType, LPCTSTR layerName) const {
     for (const auto& system : m_systems)
-        if (LayerNode* const layer = system->FindLayerNodeByKey(layerType, layerName))
+        if (const LayerNode* const layer = system->FindLayerNodeByKey(layerType, layerName))
             return layer;
     return nullptr;
 }
@@ -236,6 +236,6 @@ void PipeGroupNode::CopyFrom(const PipeGroupNode* other) {
     m_canRename = other->m_canRename;
     m_systems.clear();
     for (const auto& system : other->m_systems)
-        m_systems.emplace_back(system->Clone());
+        m_systems.emplace_back(std::unique_ptr<PipeNode>(system->Clone()));
     IndexNames();
 }

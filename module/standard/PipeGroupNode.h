@@ -30,7 +30,8 @@ public:
     // False when there is no system at that place.
     bool GetSystemInfo(int index, PipeBasicNode& info) const;
     void GetAllPipeSystemNames(std::vector<CString>& names) const;
-    const std::vector<std::unique_ptr<PipeNode>>& Systems() const { return m_systems; }
+    const std::vector<Owned<PipeNode>>& Systems() const { return m_systems; }
+    std::span<Owned<PipeNode>> Systems() { return m_systems; }
 
     // Adds a system at the end; of two of one name the look-up by name keeps the first. Takes it over; null
     // is passed over.
@@ -39,11 +40,19 @@ public:
     bool DeletePipeSystem(LPCTSTR name);
 
     // By exact name; by place; null when there is none. With a group's name: only when it is this group's.
-    PipeNode* FindPipeSystem(LPCTSTR name) const;
-    PipeNode* FindPipeSystem(int index) const;
-    PipeNode* FindPipeSystem(LPCTSTR groupName, LPCTSTR name) const;
+    const PipeNode* FindPipeSystem(LPCTSTR name) const;
+    PipeNode* FindPipeSystem(LPCTSTR name) { return Changeable(std::as_const(*this).FindPipeSystem(name)); }
+    const PipeNode* FindPipeSystem(int index) const;
+    PipeNode* FindPipeSystem(int index) { return Changeable(std::as_const(*this).FindPipeSystem(index)); }
+    const PipeNode* FindPipeSystem(LPCTSTR groupName, LPCTSTR name) const;
+    PipeNode* FindPipeSystem(LPCTSTR groupName, LPCTSTR name) {
+        return Changeable(std::as_const(*this).FindPipeSystem(groupName, name));
+    }
     // The first one with a layer of that name without case.
-    PipeNode* FindPipeSystemByLayerName(LPCTSTR layerName) const;
+    const PipeNode* FindPipeSystemByLayerName(LPCTSTR layerName) const;
+    PipeNode* FindPipeSystemByLayerName(LPCTSTR layerName) {
+        return Changeable(std::as_const(*this).FindPipeSystemByLayerName(layerName));
+    }
     bool IsIncludedSystem(LPCTSTR name) const { return FindPipeSystem(name) != nullptr; }
 
     // Give a system of exactly the old name another one; its layers' keys follow, of the second form also
@@ -67,14 +76,29 @@ public:
     // ---- layers; layer names are compared without case
 
     // The layer of a type in the first system of that name, both without case; null when there is none.
-    LayerNode* FindLayerNode(LPCTSTR systemName, LPCTSTR layerType) const;
-    LayerNode* FindLayerNode(int index, LPCTSTR layerType) const;
+    const LayerNode* FindLayerNode(LPCTSTR systemName, LPCTSTR layerType) const;
+    LayerNode* FindLayerNode(LPCTSTR systemName, LPCTSTR layerType) {
+        return Changeable(std::as_const(*this).FindLayerNode(systemName, layerType));
+    }
+    const LayerNode* FindLayerNode(int index, LPCTSTR layerType) const;
+    LayerNode* FindLayerNode(int index, LPCTSTR layerType) {
+        return Changeable(std::as_const(*this).FindLayerNode(index, layerType));
+    }
     // The first layer of that name: systems in list order, their layer types in key order.
-    LayerNode* FindLayerNode(LPCTSTR layerName) const;
+    const LayerNode* FindLayerNode(LPCTSTR layerName) const;
+    LayerNode* FindLayerNode(LPCTSTR layerName) {
+        return Changeable(std::as_const(*this).FindLayerNode(layerName));
+    }
     // The first layer of that type, and of that name, both without case: systems in list order, in each its
     // layers in list order, then aliases.
-    LayerNode* FindLayerNodeByLayerType(LPCTSTR layerType) const;
-    LayerNode* FindLayerNodeByLayerType(LPCTSTR layerType, LPCTSTR layerName) const;
+    const LayerNode* FindLayerNodeByLayerType(LPCTSTR layerType) const;
+    LayerNode* FindLayerNodeByLayerType(LPCTSTR layerType) {
+        return Changeable(std::as_const(*this).FindLayerNodeByLayerType(layerType));
+    }
+    const LayerNode* FindLayerNodeByLayerType(LPCTSTR layerType, LPCTSTR layerName) const;
+    LayerNode* FindLayerNodeByLayerType(LPCTSTR layerType, LPCTSTR layerName) {
+        return Changeable(std::as_const(*this).FindLayerNodeByLayerType(layerType, layerName));
+    }
 
     void GetAllLayer(LayerSet::LayersByName& layers) const;
     void GetAllLayerName(std::vector<CString>& names) const;
@@ -109,6 +133,6 @@ private:
 
     CString m_groupName;
     bool m_canRename = false;
-    std::vector<std::unique_ptr<PipeNode>> m_systems;
-    std::map<CString, PipeNode*, KeyOrder> m_byName; // into the list
+    std::vector<Owned<PipeNode>> m_systems;
+    std::map<CString, Linked<PipeNode>, KeyOrder> m_byName; // into the list
 };

@@ -23,7 +23,7 @@ void PipeNode::GetLayerAttachInfo(LPCTSTR attachName, LayerAttachNode& set) cons
 }
 
 void PipeNode::Rename(LPCTSTR newName, bool layersWithoutCase) {
-    for (const auto& layer : Layers())
+    for (auto& layer : Layers())
         if (layer->m_layerKey == m_name || (layersWithoutCase && IsSameName(layer->m_layerKey, m_name)))
             layer->m_layerKey = newName;
     m_name = newName;

@@ -32,8 +32,8 @@ struct ObjectColor {
 
 // All lists are in the order of the file.
 struct PipeStandard {
-    std::vector<std::unique_ptr<PipeGroupNode>> m_groups;
-    std::vector<std::unique_ptr<OtherLayerNode>> m_otherLayers;
+    std::vector<Owned<PipeGroupNode>> m_groups;
+    std::vector<Owned<OtherLayerNode>> m_otherLayers;
     std::vector<LayerNameRule> m_nameRules;
     std::vector<CreateSystemRule> m_createRules;
     std::vector<TextStyleNode> m_textStyles;
