@@ -9,17 +9,13 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 #include <system_error>
 
 namespace {
 
-const CStandardManager* LoadedManager() {
-    const CStandardManager* const manager = CStandardManager::Current();
-    return manager != nullptr && manager->IsLoaded() ? manager : nullptr;
-}
-
 const StandardIndex* Index() {
-    const CStandardManager* const manager = LoadedManager();
+    const CStandardManager* const manager = CStandardManager::Loaded();
     return manager != nullptr ? &manager->Index() : nullptr;
 }
 
@@ -61,10 +57,30 @@ const PipeGroupNode* FindGroup(LPCTSTR name) {
     return index != nullptr ? index->FindGroup(name) : nullptr;
 }
 
-void AddPipeLayers(const PipeNode& system, std::vector<CString>& names) {
-    for (const wchar_t* type : StandardIndex::pipeTypes)
-        system.GetAllLayerName(type, names);
-}
+// Gathers the pipe layers of systems behind the names of a list; a name that is there, or differs in case
+// only, is not added again.
+class PipeLayerNames {
+public:
+    explicit PipeLayerNames(std::vector<CString>& names)
+        : m_names(names), m_known(names.begin(), names.end()) {}
+
+    void Add(const PipeNode& system) {
+        std::vector<CString> all;
+        for (const wchar_t* type : StandardIndex::pipeTypes)
+            system.GetAllLayerName(type, all);
+        for (CString& name : all)
+            if (m_known.insert(name).second)
+                m_names.push_back(std::move(name));
+    }
+    void Add(const PipeGroupNode& group) {
+        for (const auto& system : group.Systems())
+            Add(*system);
+    }
+
+private:
+    std::vector<CString>& m_names;
+    std::set<CString, NoCaseOrder> m_known;
+};
 
 // Joins what a function appends.
 template<class Append>
@@ -169,24 +185,26 @@ bool GetPipeSystemNamesOfGroupByPipeSystemName(LPCTSTR systemName, std::vector<C
     const StandardIndex* const index = Index();
     if (const PipeGroupNode* const group = index != nullptr ? index->FindSystem(systemName).group : nullptr)
         group->GetAllPipeSystemNames(names);
-    return !names.empty();
+    return index != nullptr && !names.empty();
 }
 
 bool GetPipeSystemsBySystemGroup(LPCTSTR groupName, std::vector<CString>& names) {
     if (const PipeGroupNode* const group = FindGroup(groupName))
         group->GetAllPipeSystemNames(names);
-    return !names.empty();
+    return Index() != nullptr && !names.empty();
 }
 
 bool GetPipeSystems(std::vector<PipeClassificationNode>& groups, bool includeMapped) {
-    if (const CStandardManager* const manager = LoadedManager())
-        for (const auto& group : manager->Standard().m_groups)
-            group->GetPipeGroupInfo(groups.emplace_back(), includeMapped);
+    const CStandardManager* const manager = CStandardManager::Loaded();
+    if (manager == nullptr)
+        return false;
+    for (const auto& group : manager->Standard().m_groups)
+        group->GetPipeGroupInfo(groups.emplace_back(), includeMapped);
     return !groups.empty();
 }
 
 CString GetCurrentStandardName() {
-    const CStandardManager* const manager = LoadedManager();
+    const CStandardManager* const manager = CStandardManager::Loaded();
     if (manager == nullptr)
         return {};
     CString name = manager->FileName();
@@ -252,7 +270,7 @@ CString GetLayerNames(LPCTSTR systemName, LPCTSTR layerType) {
 bool GetLayerNames(LPCTSTR systemName, LPCTSTR layerType, std::vector<CString>& names) {
     if (const PipeNode* const system = FindSystem(systemName))
         system->GetAllLayerName(layerType, names);
-    return !names.empty();
+    return Index() != nullptr && !names.empty();
 }
 
 CString GetPipeLayers(LPCTSTR systemName, LPCTSTR separator) {
@@ -268,8 +286,8 @@ CString GetPipeLayers(const CString* systemNames, int count, LPCTSTR separator) 
 }
 
 void GetPipeLayers(LPCTSTR systemName, std::vector<CString>& names) {
-    if (const PipeNode* const system = FindSystem(systemName))
-        AddPipeLayers(*system, names);
+    const CString name(systemName);
+    GetPipeLayers(&name, 1, names);
 }
 
 void GetPipeLayers(const std::vector<CString>& systemNames, std::vector<CString>& names) {
@@ -277,8 +295,10 @@ void GetPipeLayers(const std::vector<CString>& systemNames, std::vector<CString>
 }
 
 void GetPipeLayers(const CString* systemNames, int count, std::vector<CString>& names) {
+    PipeLayerNames layers(names);
     for (int i = 0; i < count; ++i)
-        GetPipeLayers(systemNames[i], names);
+        if (const PipeNode* const system = FindSystem(systemNames[i]))
+            layers.Add(*system);
 }
 
 CString GetSystemGroupLayers(LPCTSTR groupName, LPCTSTR layerType, LPCTSTR separator) {
@@ -307,9 +327,8 @@ CString GetSystemGroupPipeLayers(const CString* groupNames, int count, LPCTSTR s
 }
 
 void GetSystemGroupPipeLayers(LPCTSTR groupName, std::vector<CString>& names) {
-    if (const PipeGroupNode* const group = FindGroup(groupName))
-        for (const auto& system : group->Systems())
-            AddPipeLayers(*system, names);
+    const CString name(groupName);
+    GetSystemGroupPipeLayers(&name, 1, names);
 }
 
 void GetSystemGroupPipeLayers(const std::vector<CString>& groupNames, std::vector<CString>& names) {
@@ -317,8 +336,10 @@ void GetSystemGroupPipeLayers(const std::vector<CString>& groupNames, std::vecto
 }
 
 void GetSystemGroupPipeLayers(const CString* groupNames, int count, std::vector<CString>& names) {
+    PipeLayerNames layers(names);
     for (int i = 0; i < count; ++i)
-        GetSystemGroupPipeLayers(groupNames[i], names);
+        if (const PipeGroupNode* const group = FindGroup(groupNames[i]))
+            layers.Add(*group);
 }
 
 namespace {
@@ -441,7 +462,7 @@ bool GetTextStyleInfo(LPCTSTR name, TextStyleNode& style) {
 }
 
 bool GetAllTextStyleInfo(std::vector<TextStyleNode>& styles) {
-    const CStandardManager* const manager = LoadedManager();
+    const CStandardManager* const manager = CStandardManager::Loaded();
     if (manager != nullptr)
         styles = manager->Standard().m_textStyles;
     return manager != nullptr;

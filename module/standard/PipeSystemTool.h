@@ -1,7 +1,7 @@
 // What the current standard says, for the module's own parts and the add-on's other modules.
 //
 // The groups of the standard are asked in their order, the first hit wins. Without a standard every question
-// has the answer of nothing found.
+// has the answer of nothing found, also where a list that it is handed has something in it.
 #pragma once
 
 #include "module/standard/PipeStandard.h"
@@ -80,7 +80,7 @@ ZEF_PIPESYSTEM_PORT CString GetLayerRemark(LPCTSTR systemName, LPCTSTR layerType
 ZEF_PIPESYSTEM_PORT CString GetLayerNames(LPCTSTR systemName, LPCTSTR layerType);
 ZEF_PIPESYSTEM_PORT bool GetLayerNames(LPCTSTR systemName, LPCTSTR layerType, std::vector<CString>& names);
 
-// The pipe, riser and bend layers of systems: joined, or appended.
+// The pipe, riser and bend layers of systems, each name once: joined, or appended when the list lacks it.
 ZEF_PIPESYSTEM_PORT CString GetPipeLayers(LPCTSTR systemName, LPCTSTR separator);
 ZEF_PIPESYSTEM_PORT CString GetPipeLayers(const std::vector<CString>& systemNames, LPCTSTR separator);
 ZEF_PIPESYSTEM_PORT CString GetPipeLayers(const CString* systemNames, int count, LPCTSTR separator);
@@ -88,7 +88,7 @@ ZEF_PIPESYSTEM_PORT void GetPipeLayers(LPCTSTR systemName, std::vector<CString>&
 ZEF_PIPESYSTEM_PORT void GetPipeLayers(const std::vector<CString>& systemNames, std::vector<CString>& names);
 ZEF_PIPESYSTEM_PORT void GetPipeLayers(const CString* systemNames, int count, std::vector<CString>& names);
 
-// The layers of a type, and the pipe, riser and bend layers, of all systems of groups.
+// The layers of a type, and the pipe, riser and bend layers (each name once), of all systems of groups.
 ZEF_PIPESYSTEM_PORT CString GetSystemGroupLayers(LPCTSTR groupName, LPCTSTR layerType, LPCTSTR separator);
 ZEF_PIPESYSTEM_PORT void GetSystemGroupLayers(LPCTSTR groupName, LPCTSTR layerType,
                                               std::vector<CString>& names);
