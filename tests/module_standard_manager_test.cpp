@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace {
@@ -106,6 +107,10 @@ TEST_F(StandardManager, AHalfWrittenFileLeavesEverythingAsItWas) {
         EXPECT_EQ(manager.FileName(), InSystemFolder("kol.vrsl"));
         EXPECT_EQ(manager.Standard().m_groups.size(), groups);
     }
+    const auto whole_path = m_folder.write("half.vrsl", whole);
+    EXPECT_TRUE(manager.Load(std::filesystem::relative(whole_path).wstring().c_str(), false));
+    EXPECT_TRUE(std::filesystem::path(manager.FileName().GetString()).is_absolute());
+    EXPECT_TRUE(manager.Load(InSystemFolder("kol.vrsl"), false));
     ed::command_line::instance().set_error_sink({});
     ed::command_line::instance().set_sink({});
     EXPECT_EQ(Remembered(), InSystemFolder("kol.vrsl"));
@@ -169,6 +174,31 @@ TEST(StandardCommand, ShowsOpensSavesAndChecks) {
     // Escape ends the command wherever it is pressed.
     for (const char* script : {"gxsz ^C", "gxsz O ^C", "gxsz S ^C", "gxsz C ^C"})
         EXPECT_EQ(run(script).out.find("个问题"), std::string::npos) << script;
+    // The choice that can not be read: one line tells why, the built-in standard counts, the run is no good
+    // one.
+    profile.write("copy.vrsl", "<Vantrel>\n<PipeSystem></Vantrel>");
+    const auto started = run("gxsz\\n\\n");
+    EXPECT_EQ(started.status, 1);
+    const std::string why =
+        "标准文件 " + copy +
+        ": 第 2 行: 不是合式的 XML: start tag 'PipeSystem' at offset 10 expecting end tag ";
+    EXPECT_NE(started.err.find("zefhost: " + why), std::string::npos) << started.err;
+    EXPECT_EQ(std::ranges::count(started.err, '\n'), 1) << started.err;
+    EXPECT_NE(started.out.find("管道系统标准: 内置"), std::string::npos) << started.out.substr(0, 400);
+    // Bytes that are none of the encoding that the file declares: told at opening, at every start and by the
+    // check.
+    profile.write("copy.vrsl",
+                  "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Vantrel><PipeSystem><PipeGroup Name=\"g\">\n"
+                  "<Pipe><BaseInfo><PipeName>" +
+                      Gbk(L"给水") + "</PipeName></BaseInfo></Pipe></PipeGroup></PipeSystem></Vantrel>");
+    const std::string garbled = "第 3 行: 文件内容不符合编码 utf-8，文字可能是错的";
+    const auto opened = run("gxsz\\nO\\n" + copy + "\\nC\\n\\n\\n");
+    EXPECT_EQ(opened.status, 1);
+    EXPECT_NE(opened.err.find("zefhost: 标准文件 " + copy + ": " + garbled), std::string::npos) << opened.err;
+    EXPECT_NE(opened.out.find("已打开标准文件 " + copy + "\n标准文件 " + copy + ": " + garbled),
+              std::string::npos)
+        << opened.out;
+    EXPECT_NE(opened.out.find("\n" + garbled + "\n" + copy + ": 1 个问题"), std::string::npos) << opened.out;
     // Faults by line and element.
     profile.write("bad.vrsl", "<Vantrel><PipeSystem>\n<PipeGroup Name=\"\"/></PipeSystem></Vantrel>");
     const auto checked = run("gxsz\\nC\\n" + (profile.path() / "bad.vrsl").string() + "\\n\\n");
@@ -209,9 +239,11 @@ TEST(StandardCheck, TellsWhatIsWrongAndWhere) {
 <Layer LayerType="P"><LayerName/><LineWeight>0.3</LineWeight><LayerColor>1,2</LayerColor></Layer></Pipe>
 <Pipe><BaseInfo><PipeName>a</PipeName></BaseInfo></Pipe>
 <Pipe><BaseInfo><PipeName>b</PipeName><LineWidth>1e999</LineWidth><VPipeRaidus>0.5 </VPipeRaidus></BaseInfo>
-<Layer LayerType="P"><LayerName>l</LayerName><LayerColor>256</LayerColor><LineStyle>continuous</LineStyle></Layer></Pipe>
+<Layer LayerType="P"><LayerName>l</LayerName><LayerColor>256</LayerColor><LineStyle>continuous</LineStyle></Layer>
+<Layer LayerType="Q"><CanPlot>yes</CanPlot><CanDel>1</CanDel></Layer></Pipe>
 </PipeGroup></PipeSystem><OtherLayer><LayerGroup LayerType="g"><Layer><LayerName>a*b</LayerName></Layer></LayerGroup>
-</OtherLayer><ObjectColorSetting><ObjectColor>
+</OtherLayer><TextStyleSetting><TextStyleSet><TextStyle><WinFont>0</WinFont><Bold>2</Bold></TextStyle></TextStyleSet>
+</TextStyleSetting><ObjectColorSetting><ObjectColor>
 <Color>1,2,256</Color></ObjectColor></ObjectColorSetting></Vantrel>)");
     std::vector<StandardFault> faults;
     EXPECT_TRUE(CheckStandardFile(path.wstring().c_str(), {{L"Continuous"}, {L"PP-R"}}, faults));
@@ -231,8 +263,11 @@ TEST(StandardCheck, TellsWhatIsWrongAndWhere) {
                     "8 PipeName 系统名称 \"a\" 已经使用\n"
                     "9 LineWidth 数值 \"1e999\" 无效\n"
                     "10 LayerName 图层 \"l\" 已经用于 \"a\"\n"
-                    "11 LayerName 图层名 \"a*b\" 含有不允许的字符\n"
-                    "13 Color 颜色 \"1,2,256\" 无效\n");
+                    "11 CanPlot 标志 \"yes\" 应为 0 或 1\n"
+                    "11 Layer 图层没有名称\n"
+                    "12 LayerName 图层名 \"a*b\" 含有不允许的字符\n"
+                    "13 Bold 标志 \"2\" 应为 0 或 1\n"
+                    "15 Color 颜色 \"1,2,256\" 无效\n");
 
     // Well-formed, and something else.
     faults.clear();

@@ -286,6 +286,13 @@ void editor::fail_command(std::wstring_view message) {
             status_ = run_status::refused;
         return;
     }
+    if (running_.empty() &&
+        ap::documents::instance().current() == nullptr) { // nothing has begun that could break
+        command_line::instance().error(L"zefhost: " + as_one_line(message));
+        if (status_ == run_status::well)
+            status_ = run_status::found;
+        return;
+    }
     std::wstring text = input.place() + L": ";
     if (!running_.empty())
         text += L"command " + running_.back().shown + L" failed: ";

@@ -97,17 +97,13 @@ void PrintStandard(const PipeStandard& standard) {
     }
 }
 
-// A path as typed, whole: a name without a folder lies in the system folder.
+// A path as typed: a name without a folder lies in the system folder.
 CString FullName(const CString& typed) {
     CString name = typed;
     if (name.Right(5).CompareNoCase(L".vrsl") != 0)
         name += L".vrsl";
     const std::filesystem::path path = sys::to_path(ViewOf(name));
-    if (name.FindOneOf(L"\\/") < 0)
-        return sys::from_path(sys::system_folder() / path).c_str();
-    std::error_code fault;
-    const std::filesystem::path whole = std::filesystem::absolute(path, fault);
-    return fault ? name : CString(sys::from_path(whole).c_str());
+    return name.FindOneOf(L"\\/") < 0 ? CString(sys::from_path(sys::system_folder() / path).c_str()) : name;
 }
 
 // Enter leaves the name as it was. False when that was ended.
@@ -156,7 +152,9 @@ bool OpenStandard(CStandardManager& manager) {
     if (name.IsEmpty())
         return true;
     if (manager.Load(name, true)) {
-        Print(L"已打开标准文件 " + name);
+        Print(L"已打开标准文件 " + manager.FileName());
+        if (!manager.Fault().IsEmpty())
+            Print(manager.Fault());
         const auto& groups = manager.Standard().m_groups;
         if (std::ranges::all_of(groups, [](const auto& group) { return group->IsEmpty(); }))
             Print(L"其中没有管线系统！"); // most likely another kind of file: no choice for the next start
@@ -164,9 +162,7 @@ bool OpenStandard(CStandardManager& manager) {
             manager.Remember();
         return true;
     }
-    std::vector<StandardFault> why;
-    if (!CheckStandardFile(name, {}, why))
-        acdbFail(L"\n标准文件 " + name + L": " + TextOf(why.front()));
+    acdbFail(L"\n" + manager.Fault());
     return true;
 }
 
