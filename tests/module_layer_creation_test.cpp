@@ -3,7 +3,7 @@
 #include "dbsymtb.h"
 #include "module/standard/LinetypeLibrary.h"
 #include "module/standard/PipeSystemTool.h"
-#include "module/standard/StandardManager.h"
+#include "module/standard/StandardEdit.h"
 #include "siblings/zef_kernal/ZefExport.h"
 #include "sys/folders.h"
 #include "tests/ed_session.h"
@@ -21,19 +21,20 @@ protected:
         EXPECT_TRUE(sys::prepare_profile(std::filesystem::path(ZEF_SOURCE_FOLDER) / "share"));
         CStandardManager::Release();
         CStandardManager::Create().ChooseAndLoad();
+        m_edit.emplace(CStandardManager::Create());
         ReloadLinetypes();
     }
-    ~LayerCreation() override { CStandardManager::Release(); }
-    static PipeStandard& Standard() { return CStandardManager::Create().Edit(); }
-    static LayerNode& Layer(LPCTSTR system, LPCTSTR type) {
-        for (const auto& group : Standard().m_groups)
-            if (LayerNode* const layer = group->FindLayerNode(system, type))
-                return *layer;
-        throw std::out_of_range("no such layer");
+    ~LayerCreation() override {
+        m_edit.reset();
+        CStandardManager::Release();
+    }
+    LayerNode& Layer(LPCTSTR system, LPCTSTR type) {
+        return *m_edit->System(system)->FindLayerNode(type, true);
     }
 
     test::session m_session{test::drawing("viewports_r2018.dxf")};
     test::folder m_folder;
+    std::optional<StandardEdit> m_edit;
 };
 
 CString LinetypeName(AcDbObjectId id) {
@@ -102,7 +103,7 @@ TEST_F(LayerCreation, WhatTheDrawingDoesNotTakeIsLeft) {
 // A system, a group and an attachment set make what the drawing lacks of theirs.
 TEST_F(LayerCreation, RecordsMakeTheirLayers) {
     const auto has = [](LPCTSTR name) { return !ZefExport::GetLayerIdFromString(name).isNull(); };
-    const PipeGroupNode& group = *Standard().m_groups.at(0);
+    const PipeGroupNode& group = *CStandardManager::Loaded()->Standard().m_groups.at(0);
     const PipeNode& system = *group.Systems().at(0); // 给水
     bool created = false;
     const AcDbObjectId valve = system.CreateLayer(L"附件", created); // an alias
