@@ -103,15 +103,16 @@ TEST(LayerDialogs, OpenLayerTurnsOnWhatIsCheckedAndShowsItsEntities) {
         std::string script;
         texts changed;
         bool refreshes;
+        bool leaves; // something hidden
     } rows[] = {
         // A locked layer is turned on, but its entities stay as they are.
-        {"OpenLayer\n1\nOK\n", {"- -3", "+ 3"}, true},
-        {"OpenLayer\n2\n\n", {"- -9", "+ 9", "- 60", "- 1", "- 60", "- 1"}, true},
-        {"OpenLayer\n\n", {}, true},
-        {"OpenLayer\n*\nCANCEL\n", {}, false},
-        {"OpenLayer\n*\n^C\n", {}, false},
-        {"OpenLayer\n*\nOK\nU\n", {}, true},
-        {"OpenLayer\n1 OK\nOpenLayer\n1 OK\nU\n", {"- -3", "+ 3"}, true},
+        {"OpenLayer\n1\nOK\n", {"- -3", "+ 3"}, true, true},
+        {"OpenLayer\n2\n\n", {"- -9", "+ 9", "- 60", "- 1", "- 60", "- 1"}, true, false},
+        {"OpenLayer\n\n", {}, true, false},
+        {"OpenLayer\n*\nCANCEL\n", {}, false, false},
+        {"OpenLayer\n*\n^C\n", {}, false, false},
+        {"OpenLayer\n*\nOK\nU\n", {}, true, true},
+        {"OpenLayer\n1 OK\nOpenLayer\n1 OK\nU\n", {"- -3", "+ 3"}, true, true},
     };
     for (const auto& row : rows) {
         Sessions sessions(colored_drawing());
@@ -119,6 +120,7 @@ TEST(LayerDialogs, OpenLayerTurnsOnWhatIsCheckedAndShowsItsEntities) {
         const texts changed = test::differences(colored_drawing(), sessions.saved);
         EXPECT_EQ(changed, row.changed) << row.script << ran.out;
         EXPECT_EQ(says(ran, "Command: -layer\n"), row.refreshes) << ran.out;
+        EXPECT_EQ(says(ran, "\n1 个图元仍然隐藏：1 个在锁定的图层上。\n"), row.leaves) << ran.out;
         EXPECT_TRUE(says(ran, "打开图层\n      层名 描述\n1 [ ] a\n2 [ ] True\n")) << ran.out;
     }
     const test::run_result open = Sessions(colored_drawing()).run("-LAYER ON *\n\nOpenLayer\n");
@@ -241,6 +243,32 @@ TEST(LayerDialogs, LayersOfPickedEntitiesFreezeInTheCurrentViewport) {
     }
 }
 
+// A file of a program that leaves the sheet's own viewport to the editor.
+TEST(LayerDialogs, ASheetWithoutViewportsGetsItsOwn) {
+    std::string bare;
+    std::string record;
+    std::istringstream in(test::read(test::drawing("viewports_r2018.dxf")));
+    for (std::string code, value; std::getline(in, code) && std::getline(in, value);) {
+        if (flat(code + "\n\n") == "0 |") {
+            bare += flat(record).starts_with("0 VIEWPORT|5 ") ? std::string() : record;
+            record.clear();
+        }
+        record += code + "\n" + value + "\n";
+    }
+    bare += record;
+    ASSERT_EQ(flat(bare).find("|0 VIEWPORT|5 "), std::string::npos);
+    for (const char* const begin : {"", "SETVAR CTAB Model\nSETVAR CTAB 平面\n"}) {
+        Sessions sessions(bare);
+        sessions.run(begin + std::string("LINE 0,0 400,0\n\nFrozenViewLayer\n200,0\n\n"));
+        const test::run_result thawed = sessions.run("UnFrozenViewAllLayer\n*\n\nUnFrozenViewAllLayer\n\n");
+        EXPECT_TRUE(says(thawed, "UnFrozenViewAllLayer\n视口已解冻图层\n")) << thawed.out;
+        EXPECT_TRUE(says(thawed, "请选择需要解冻图层的视口<退出>:\n")) << "there is none frozen any more";
+    }
+    Sessions undone(bare);
+    undone.run("LINE 0,0 400,0\n\nFrozenViewLayer\n200,0\n\nU\nU\n");
+    EXPECT_EQ(test::differences(bare, undone.saved), texts());
+}
+
 TEST(LayerDialogs, TitlesAndPromptsAreThoseOfTheAddOn) {
     const test::run_result views =
         Sessions(test::read(test::drawing("viewports_r2018.dxf")))
@@ -284,15 +312,8 @@ TEST(LayerDialogs, ColoursComeBackAsTheyWere) {
         replacements changed;
     } rows[] = {
         {"LINE 0,0 1,1\n\n", {}, {}},
-        // What was remembered last is what they were painted first.
-        {"tbds\nE\n*\n\n30\nY\n",
-         {},
-         {{"62 7|", "62 30|"},
-          {"62 11|420 13210000|430 RAL CLASSIC$RAL 1000|", "62 30|"},
-          {"62 -3|", "62 -30|"},
-          {"62 -9|420 16744448|", "62 -30|"},
-          {"62 5|420 255|", "62 30|"},
-          {"62 250|", "62 30|"}}},
+        // What was remembered first stays, whatever is painted over it.
+        {"tbds\nE\n*\n\n40\nY\ntbds\nE\n2-3\n\n50\n", {}, {}},
         {"-LAYER ON True\n\n", {}, {{"62 -9|420 16744448|", "62 9|420 16744448|"}}},
         {"-LAYER C -6 True\n\n", {}, {{"62 -9|420 16744448|", "62 -30|"}}},
         {"-LAYER R True Other\n\n", {}, {{"2 True|70 0|62 -9|420 16744448|", "2 Other|70 0|62 -30|"}}},
@@ -333,10 +354,8 @@ TEST(LayerDialogs, NothingIsPaintedUnlessLayersAndAColourAreGiven) {
         {"tbds\nE\n*\n^C\n3\n", ""},
         {"tbds\nE\n\n3\n", ""},
         {"tbds\nE\n*\n\n^C\n", ""},
-        // These are no colours of layers.
-        {"tbds\nE\n*\n\n0\n", ""},
-        {"tbds\nE\n*\n\n256\n", ""},
-        {"tbds\nE\n*\n\n-1\n", ""},
+        // These are no colours of layers: it is asked again.
+        {"tbds\nE\n*\n\n0\n256\n300\n-1\n^C\n", "-1\n颜色应为 1 到 255！\n请输入"},
         // One step of undo, each of them.
         {"tbds\nE\n*\n\n3\nU\n", "Regenerating model."},
         {"tbds\nE\n*\n\nC\nColor=4\nCANCEL\nC\n^C\n\nU\n", "<当前颜色值(7)>:\n"},
@@ -372,7 +391,13 @@ TEST(LayerDialogs, PaintingTheSameLayersAgainIsAskedFor) {
         Sessions undone(again.saved);
         undone.run("yshf\nU\n");
         EXPECT_EQ(undone.saved, again.saved) << row.script;
+        again.run("yshf\n");
+        EXPECT_EQ(layers_of(again.saved), layers_of(colored_drawing())) << row.script;
     }
+    // Another colour since is what is remembered then.
+    first.run("-LAYER C -6 a\n\ntbds\nE\n3\n\n4\nyshf\n");
+    EXPECT_EQ(layers_of(flat(first.saved)),
+              layers_of(replaced(flat(colored_drawing()), {{"62 -3|", "62 -6|"}})));
 }
 
 TEST(LayerDialogs, ADrawingThatCannotRememberColoursIsNotPainted) {

@@ -56,8 +56,11 @@ TEST(ModuleLayers, CommandsChangeWhatTheyNameAndNothingElse) {
          {"\n请选择要转换图层(源)上的任意图元:<退出>", "\n请选择要转换图层(目标)上的任意图元:<退出>",
           "\n给水层 已经成功转换到 A层了！"},
          false},
-        // What lies on a locked layer stays, yet the command says the same.
-        {"ConvertLayer\n" + picks({"31", "33"}), {}, {"\nB#1层 已经成功转换到 给水层了！"}, false},
+        // What lies on a locked layer stays, which a second line tells.
+        {"ConvertLayer\n" + picks({"31", "33"}),
+         {},
+         {"\nB#1层 已经成功转换到 给水层了！\n3 个图元没有转换：3 个在锁定的图层上。\n"},
+         false},
         // "#" in the name is no digit of a pattern; sheets are converted too, blocks are not.
         {"-LAYER U B`#1\n\nConvertLayer\n" + picks({"31", "33"}),
          {"31: 8 给水", "34: 8 给水", "35: 8 给水", "B#1: 70 0", "31: -8 B#1", "34: -8 b#1", "35: -8 B#1",

@@ -19,6 +19,7 @@ namespace {
 
 constexpr dxf::group_place layout_place{"AcDbLayout"};
 constexpr dxf::group_place block_place{"AcDbBlockTableRecord"};
+constexpr dxf::group_place plot_place{"AcDbPlotSettings"};
 
 // A sheet of A3, lying, as new drawings have it.
 constexpr double paper_width = 420.0;
@@ -57,13 +58,13 @@ std::wstring free_sheet_name(AcDbImpDatabase& database) {
 }
 
 // The viewport that is the sheet itself; everything of it is seen.
-void add_sheet_viewport(AcDbBlockTableRecord& sheet) {
+void add_sheet_viewport(AcDbBlockTableRecord& sheet, double width, double height) {
     auto viewport = std::make_unique<AcDbViewport>();
-    viewport->setCenterPoint({paper_width / 2, paper_height / 2, 0.0});
-    viewport->setWidth(paper_width);
-    viewport->setHeight(paper_height);
-    viewport->setViewCenter({paper_width / 2, paper_height / 2});
-    viewport->setViewHeight(paper_height);
+    viewport->setCenterPoint({width / 2, height / 2, 0.0});
+    viewport->setWidth(width);
+    viewport->setHeight(height);
+    viewport->setViewCenter({width / 2, height / 2});
+    viewport->setViewHeight(height);
     if (sheet.appendAcDbEntity(viewport.get()) == Acad::eOk)
         viewport.release()->close(); // the drawing's now
 }
@@ -141,10 +142,28 @@ Acad::ErrorStatus add_layout(AcDbImpDatabase& database, const std::wstring& name
     sheet->imp().edit().set_text(block_place, 340,
                                  handle_text(database.records().handle(database.record(layout_id))));
     if (like == dxf::no_record)
-        add_sheet_viewport(*sheet.object());
+        add_sheet_viewport(*sheet.object(), paper_width, paper_height);
     else
         copy_entities(database, space_of(database, like), *sheet.object());
     return Acad::eOk;
+}
+
+void make_sheet_viewport(AcDbImpDatabase& database) {
+    const dxf::record_id sheet = current_sheet(database);
+    if (in_tile_mode(database) || sheet == dxf::no_record || !viewports(database, sheet).empty())
+        return;
+    const AcDbObjectPointer<AcDbBlockTableRecord> block(database.id(sheet), AcDb::kForWrite);
+    if (block.openStatus() != Acad::eOk)
+        return;
+    double width = 0.0;
+    double height = 0.0;
+    if (const dxf::record_id layout = layout_of(database, sheet); layout != dxf::no_record) {
+        const dxf::group_list groups(database.records().text(layout));
+        width = groups.real(plot_place, 44).value_or(0.0);
+        height = groups.real(plot_place, 45).value_or(0.0);
+    }
+    const bool has_size = width > 0.0 && height > 0.0;
+    add_sheet_viewport(*block.object(), has_size ? width : paper_width, has_size ? height : paper_height);
 }
 
 Acad::ErrorStatus rename_layout(AcDbImpDatabase& database, dxf::record_id layout, const std::wstring& name) {

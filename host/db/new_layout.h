@@ -16,6 +16,11 @@ std::vector<dxf::record_id> layouts_by_tab(AcDbImpDatabase& database);
 // drawings of R12 and before and in those without a LAYOUT for model space.
 Acad::ErrorStatus add_layout(AcDbImpDatabase& database, const std::wstring& name, dxf::record_id like);
 
+// Makes the viewport that the current sheet itself is, in the size of its paper, when the sheet has no
+// viewport, as in files of programs that leave it to the editor. Nothing with the Model tab, and where
+// nothing may be changed.
+void make_sheet_viewport(AcDbImpDatabase& database);
+
 // Gives a LAYOUT another name. As above.
 Acad::ErrorStatus rename_layout(AcDbImpDatabase& database, dxf::record_id layout, const std::wstring& name);
 

@@ -143,8 +143,10 @@ void rename_layout() {
 
 void set_layout() {
     const dxf::record_id layout = ask_layout(L"layout to make current", false);
-    if (layout != dxf::no_record && db::set_current_tab(drawing(), name_of(layout)))
-        acutPrintf(L"\nRegenerating layout.\n");
+    if (layout == dxf::no_record || !db::set_current_tab(drawing(), name_of(layout)))
+        return;
+    db::make_sheet_viewport(drawing());
+    acutPrintf(L"\nRegenerating layout.\n");
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "dbobjptr.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
+#include "host/db/new_layout.h"
 #include "host/db/spaces.h"
 
 namespace ed {
@@ -33,8 +34,10 @@ variable_status set_tab(const variable_value& value) {
     const std::wstring* const name = std::get_if<std::wstring>(&value);
     if (name == nullptr)
         return variable_status::wrong_type;
-    return current() != nullptr && db::set_current_tab(*current(), *name) ? variable_status::well
-                                                                          : variable_status::out_of_range;
+    if (current() == nullptr || !db::set_current_tab(*current(), *name))
+        return variable_status::out_of_range;
+    db::make_sheet_viewport(*current());
+    return variable_status::well;
 }
 
 variable_status set_viewport(const variable_value& value) {
@@ -74,7 +77,10 @@ Acad::ErrorStatus acedPspace() {
 
 AcDbObjectId acedGetCurViewportObjectId() {
     AcDbImpDatabase* const database = ed::current();
-    return database != nullptr ? database->id(db::current_viewport(*database)) : AcDbObjectId::kNull;
+    if (database == nullptr)
+        return AcDbObjectId::kNull;
+    db::make_sheet_viewport(*database); // the sheet may be current since the drawing was opened
+    return database->id(db::current_viewport(*database));
 }
 
 AcDbObjectId acedActiveViewportId() {

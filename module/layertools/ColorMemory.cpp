@@ -112,7 +112,7 @@ void CColorMemory::Remember(AcDbObjectId layer) {
     const AcDbObjectPointer<AcDbLayerTableRecord> record(layer, AcDb::kForRead);
     if (record.openStatus() != Acad::eOk)
         return;
-    Color color{record->color().colorIndex(), GetExactColor(layer)};
+    Color color{record->color().colorIndex(), std::nullopt, GetExactColor(layer)};
     if (color.exact && (color.exact->index < 1 || color.exact->index > AcCmColor::kACImaximum))
         color.exact->index = color.index; // no layer can have the one that stands there
     m_colors.try_emplace(GetLayerName(layer), color);
@@ -138,17 +138,21 @@ void CColorMemory::ReadExactColors(const resbuf* chain) {
     while (chain != nullptr) {
         const CString name = chain->restype == nameCode ? chain->resval.rstring : L"";
         ExactColor color;
+        int pairIndex = 0;
+        int painted = 0;
         int numbers = 0;
+        bool hasRgb = false;
         for (chain = chain->rbnext; chain != nullptr && chain->restype != nameCode; chain = chain->rbnext) {
             switch (chain->restype) {
             case numberCode:
-                (numbers++ == 0 ? color.pairIndex : color.painted) = chain->resval.rlong;
+                (numbers++ == 0 ? pairIndex : painted) = chain->resval.rlong;
                 break;
             case indexCode:
                 color.index = chain->resval.rint;
                 break;
             case rgbCode:
                 color.rgb = chain->resval.rlong;
+                hasRgb = true;
                 break;
             case bookCode:
                 color.names = chain->resval.rstring;
@@ -158,8 +162,11 @@ void CColorMemory::ReadExactColors(const resbuf* chain) {
             }
         }
         // An older program may have remembered other colours since.
-        if (const auto pair = m_colors.find(name);
-            pair != m_colors.end() && pair->second.index == color.pairIndex)
+        const auto pair = m_colors.find(name);
+        if (pair == m_colors.end() || pair->second.index != pairIndex)
+            continue;
+        pair->second.painted = painted;
+        if (hasRgb)
             pair->second.exact = color;
     }
 }
@@ -171,17 +178,37 @@ CColorMemory CColorMemory::Load() {
     return memory;
 }
 
-bool CColorMemory::Save(int painted) const {
+bool CColorMemory::IsAsPainted(const AcCmColor& now, const Color& color) {
+    if (!color.painted)
+        return now.colorIndex() != color.index;
+    return now.isByACI() && now.colorIndex() == *color.painted;
+}
+
+bool CColorMemory::Save(int painted, const CColorMemory& before) const {
+    std::map<CString, Color, LessNoCase> kept = m_colors;
+    for (auto& [name, color] : kept)
+        color.painted = painted;
+    for (const auto& [name, color] : before.m_colors) {
+        const AcDbObjectPointer<AcDbLayerTableRecord> layer(ZefExport::GetLayerIdFromString(name),
+                                                            AcDb::kForRead);
+        if (layer.openStatus() != Acad::eOk || !IsAsPainted(layer->color(), color))
+            continue;
+        const auto [at, isNew] = kept.insert_or_assign(name, color);
+        if (m_colors.contains(name))
+            at->second.painted = painted;
+    }
     CChainMaker pairs;
     CChainMaker exact;
-    for (const auto& [name, color] : m_colors) {
+    for (const auto& [name, color] : kept) {
         pairs.Add(nameCode, name);
         pairs.Add(numberCode, color.index);
-        if (!color.exact)
+        if (!color.painted)
             continue;
         exact.Add(nameCode, name);
         exact.Add(numberCode, color.index);
-        exact.Add(numberCode, painted);
+        exact.Add(numberCode, *color.painted);
+        if (!color.exact)
+            continue;
         exact.Add(indexCode, color.exact->index);
         exact.Add(rgbCode, color.exact->rgb);
         if (!color.exact->names.IsEmpty())
@@ -225,7 +252,7 @@ void CColorMemory::Restore() const {
         if (layer.openStatus() != Acad::eOk)
             continue;
         const AcCmColor now = layer->color();
-        const bool asPainted = color.exact && now.isByACI() && now.colorIndex() == color.exact->painted;
+        const bool asPainted = color.exact && IsAsPainted(now, color);
         const int sign = layer->isOff() ? -1 : 1;
         AcCmColor before;
         if (before.setColorIndex(static_cast<Adesk::UInt16>(color.index)) == Acad::eOk)

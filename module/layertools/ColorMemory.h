@@ -2,6 +2,7 @@
 #pragma once
 
 #include "afx.h"
+#include "dbcolor.h"
 #include "dbid.h"
 
 #include <map>
@@ -10,9 +11,9 @@
 struct resbuf;
 
 // Layers by name, each with its colour. The drawing keeps one such memory in its named-objects dictionary, as
-// an xrecord of pairs (1: layer name, 90: colour index) in the order of names. What an index cannot tell of a
-// colour stands in an xrecord of its own beside that: for each such layer its name (1), the index of its pair
-// (90), the index that it was painted in (90) and the groups of its colour (62, 420, 430).
+// an xrecord of pairs (1: layer name, 90: colour index) in the order of names. What the pairs cannot tell
+// stands in an xrecord of its own beside that: for each layer its name (1), the index of its pair (90), the
+// index that it was painted in (90) and, of a colour that is more than its index, the groups (62, 420, 430).
 class CColorMemory {
 public:
     // Remembers the colour that a layer has now, unless one of its is remembered already.
@@ -22,9 +23,11 @@ public:
 
     // What the current drawing keeps; empty when that is nothing.
     static CColorMemory Load();
-    // Makes the drawing keep this, with the index that the layers are to be painted in, instead of what it
-    // kept. False when it cannot, as drawings of R12 and before: they have no dictionaries.
-    bool Save(int painted) const;
+    // Makes the drawing keep this, with the index that the layers are to be painted in. Of what it kept
+    // before, layers that still are as they were painted stay, with the colours that were remembered first,
+    // also those that are painted once more. False when it cannot, as drawings of R12 and before: they have
+    // no dictionaries.
+    bool Save(int painted, const CColorMemory& before) const;
     // Makes the drawing keep nothing.
     static void Remove();
 
@@ -37,14 +40,13 @@ public:
 private:
     // A colour of which an index is not all, as groups have it.
     struct ExactColor {
-        int pairIndex = 0;
-        int painted = 0;
         int index = 0; // which need not be the nearest
         int rgb = 0;
         CString names; // of a colour book; empty for none
     };
     struct Color {
         int index = 0;
+        std::optional<int> painted; // none when an older program has remembered it
         std::optional<ExactColor> exact;
     };
     struct LessNoCase {
@@ -53,6 +55,7 @@ private:
         }
     };
 
+    static bool IsAsPainted(const AcCmColor& now, const Color& color);
     static std::optional<ExactColor> GetExactColor(AcDbObjectId layer);
     // `sign` is -1 for a layer that is off.
     static void RestoreExactColor(AcDbObjectId layer, const ExactColor& color, int sign);

@@ -3,6 +3,7 @@
 #include "dbobjptr.h"
 #include "module/layertools/DocumentLock.h"
 #include "module/layertools/LayerToolBar.h"
+#include "module/layertools/StayedEntities.h"
 #include "siblings/zef_kernal/TPickEntSet.h"
 
 void CLayerToolBar::ConvertLayer() {
@@ -18,12 +19,16 @@ void CLayerToolBar::ConvertLayer() {
         acutPrintf(L"\n图层相同，不需要转换！\n");
         return;
     }
+    CStayedEntities stayed;
     TPickEntSet converted;
     converted.SelectLayer(from);
     for (const AcDbObjectId id : converted) {
         const AcDbEntityPointer entity(id, AcDb::kForWrite);
-        if (entity.openStatus() == Acad::eOk)
-            entity->setLayer(to, true);
+        if (entity.openStatus() != Acad::eOk)
+            stayed.Add(entity.openStatus());
+        else if (entity->setLayer(to, true) != Acad::eOk)
+            stayed.AddRefused();
     }
     acutPrintf(L"\n%s层 已经成功转换到 %s层了！", from.GetString(), to.GetString());
+    stayed.Tell(L"没有转换");
 }

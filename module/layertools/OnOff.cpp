@@ -6,6 +6,7 @@
 #include "module/layertools/LayerNames.h"
 #include "module/layertools/LayerStates.h"
 #include "module/layertools/LayerToolBar.h"
+#include "module/layertools/StayedEntities.h"
 #include "module/standard/PipeSystemTool.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
 #include "siblings/zef_pipewire/TDbPipeNode.h"
@@ -42,6 +43,7 @@ void ShowPipeSystems() {
 
 // Makes what is hidden in model space visible; what cannot be opened stays. Helper objects are drawn anew.
 void ShowModelSpace() {
+    CStayedEntities stayed;
     AcDbDatabase* const database = acdbHostApplicationServices()->workingDatabase();
     const AcDbBlockTableRecordPointer space(ACDB_MODEL_SPACE, database, AcDb::kForRead);
     AcDbBlockTableRecordIterator* made = nullptr;
@@ -55,11 +57,16 @@ void ShowModelSpace() {
         const AcDbEntityPointer entity(id, AcDb::kForRead);
         if (entity.openStatus() != Acad::eOk)
             continue;
-        const bool shows = entity->visibility() == AcDb::kInvisible && entity->upgradeOpen() == Acad::eOk &&
-                           entity->setVisibility(AcDb::kVisible) == Acad::eOk;
+        const bool hidden = entity->visibility() == AcDb::kInvisible;
+        const Acad::ErrorStatus status = hidden ? entity->upgradeOpen() : Acad::eOk;
+        if (status != Acad::eOk)
+            stayed.Add(status);
+        const bool shows =
+            hidden && status == Acad::eOk && entity->setVisibility(AcDb::kVisible) == Acad::eOk;
         if (shows || IsNoDrawingObject(entity.object()))
             redrawn.Add(id);
     }
+    stayed.Tell(L"仍然隐藏");
     redrawn.UpdateGraphic();
 }
 

@@ -37,9 +37,16 @@ bool AskColorAndLayers(int& index, CColorMemory& layers) {
                       L"选择颜色(C)]<当前颜色值(%d)>:",
                       index);
         acedInitGet(0, L"E C");
-        const int answer = acedGetInt(prompt, &index);
-        if (answer == RTNORM || answer == RTNONE)
-            return IsColorIndex(index);
+        int given = index; // for Enter
+        const int answer = acedGetInt(prompt, &given);
+        if (answer == RTNORM || answer == RTNONE) {
+            if (IsColorIndex(given)) {
+                index = given;
+                return true;
+            }
+            acutPrintf(L"\n颜色应为 1 到 255！");
+            continue;
+        }
         AcString keyword;
         if (answer != RTKWORD || acedGetInput(keyword) != RTNORM)
             return false;
@@ -50,9 +57,8 @@ bool AskColorAndLayers(int& index, CColorMemory& layers) {
     }
 }
 
-// The colours of layers that are painted twice would be lost.
-bool MayReplaceMemory(const CColorMemory& layers) {
-    if (!layers.HasSameLayers(CColorMemory::Load()))
+bool MayPaintAgain(const CColorMemory& layers, const CColorMemory& before) {
+    if (!layers.HasSameLayers(before))
         return true;
     acedInitGet(0, L"Y N");
     AcString answer;
@@ -65,10 +71,15 @@ void CLayerToolBar::tbds() {
     const CDocumentLock lock;
     int index = AcCmColor::kACIWhite;
     OpenKolConfig().GetValue(colorOption, index);
+    if (!IsColorIndex(index))
+        index = AcCmColor::kACIWhite;
     CColorMemory layers;
-    if (!AskColorAndLayers(index, layers) || layers.IsEmpty() || !MayReplaceMemory(layers))
+    if (!AskColorAndLayers(index, layers) || layers.IsEmpty())
         return;
-    if (!layers.Save(index)) {
+    const CColorMemory before = CColorMemory::Load();
+    if (!MayPaintAgain(layers, before))
+        return;
+    if (!layers.Save(index, before)) {
         acdbFail(L"\n图形不能保存图层的原颜色，图层颜色没有改变！");
         return;
     }

@@ -6,6 +6,7 @@
 #include "module/layertools/LayerDisplay.h"
 #include "module/layertools/LayerStates.h"
 #include "module/layertools/LayerToolBar.h"
+#include "module/layertools/StayedEntities.h"
 #include "siblings/zef_kernal/TPickEntSet.h"
 
 namespace {
@@ -21,14 +22,17 @@ std::vector<AcDbObjectId> GetLayersOff() {
 }
 
 // Makes what is hidden of a layer's entities visible; what cannot be opened stays.
-void ShowEntities(const CString& layer) {
+void ShowEntities(const CString& layer, CStayedEntities& stayed) {
     TPickEntSet entities;
     entities.SelectLayer(layer);
     for (const AcDbObjectId id : entities) {
         const AcDbEntityPointer entity(id, AcDb::kForRead);
-        if (entity.openStatus() == Acad::eOk && entity->visibility() == AcDb::kInvisible &&
-            entity->upgradeOpen() == Acad::eOk)
+        if (entity.openStatus() != Acad::eOk || entity->visibility() != AcDb::kInvisible)
+            continue;
+        if (const Acad::ErrorStatus status = entity->upgradeOpen(); status == Acad::eOk)
             entity->setVisibility(AcDb::kVisible);
+        else
+            stayed.Add(status);
     }
 }
 
@@ -44,10 +48,12 @@ void CLayerToolBar::OpenLayer() {
     COpenLayerDlg dialog(layersOff);
     if (!dialog.DoModal())
         return;
+    CStayedEntities stayed;
     for (const AcDbObjectId layer : dialog.GetChosenLayers()) {
         SetLayerState(layer, LayerState::Off, false);
-        ShowEntities(GetLayerName(layer));
+        ShowEntities(GetLayerName(layer), stayed);
     }
+    stayed.Tell(L"仍然隐藏");
     RegenerateDisplay();
     RefreshLayerDisplay();
 }

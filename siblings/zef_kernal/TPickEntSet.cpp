@@ -83,10 +83,14 @@ CString TPickEntSet::GetTypeName(int index) const {
     return type != nullptr ? type->dxfName() : L"";
 }
 
-void TPickEntSet::Erase() const {
+std::vector<Acad::ErrorStatus> TPickEntSet::Erase() const {
+    std::vector<Acad::ErrorStatus> reasons;
     for (const AcDbObjectId id : *this) {
         const AcDbEntityPointer entity(id, AcDb::kForWrite);
-        if (entity.openStatus() == Acad::eOk)
-            entity->erase();
+        const Acad::ErrorStatus status =
+            entity.openStatus() == Acad::eOk ? entity->erase() : entity.openStatus();
+        if (status != Acad::eOk)
+            reasons.push_back(status);
     }
+    return reasons;
 }

@@ -1,6 +1,7 @@
 // A set of entities that the user picks, or that are found by what they are.
 #pragma once
 
+#include "acadstrc.h"
 #include "adscodes.h"
 #include "afx.h"
 #include "gepnt3d.h"
@@ -24,8 +25,9 @@ public:
     CString GetLayerName(int index) const;
     CString GetTypeName(int index) const;
 
-    // Erases them. Those that cannot be opened for writing, on locked layers for instance, stay.
-    void Erase() const;
+    // Erases them. Those that cannot be opened for writing, on locked layers for instance, stay; of each the
+    // reason is given.
+    std::vector<Acad::ErrorStatus> Erase() const;
 
 private:
     AcGePoint3d m_point;
