@@ -8,8 +8,11 @@ packages='
 build      g++                 compiles everything
 build      cmake               describes the build
 build      ninja-build         runs the build
-build      pkg-config          tells where libedit is
+build      pkg-config          tells where libraries are
 build      libedit-dev         line editing of the console program
+build      libfontconfig-dev   finds the fonts of this machine
+build      libfreetype-dev     reads what scripts a font has
+build      fonts-arphic-uming  Chinese text: stands in for 宋体 and 仿宋
 test       libgtest-dev        the tests
 check      clang               second compiler, sanitizers
 check      libclang-rt-14-dev  run time of the sanitizers and fuzzers

@@ -1,5 +1,6 @@
 #include "module/frame/Lifecycle.h"
 
+#include "module/fonts/FontCatalogues.h"
 #include "module/frame/CommandTable.h"
 #include "module/frame/DrawingDefaults.h"
 #include "module/frame/Options.h"
@@ -26,4 +27,5 @@ void ShutDownModule() {
     // Here the fitting tables will be deleted and the flange function that they replaced restored.
     // Here the command reactor will be taken from the editor and deleted.
     CLayerToolBar::Release();
+    ReleaseFontCatalogues();
 }

@@ -1,15 +1,65 @@
 #include "siblings/zef_kernal/ZefExport.h"
 
+#include "acedads.h"
+#include "acutmem.h"
 #include "dbapserv.h"
 #include "dbobjptr.h"
+#include "dbsymtb.h"
+#include "sys/folders.h"
 
-AcDbObjectId ZefExport::GetLayerIdFromString(LPCTSTR layerName) {
-    AcDbObjectId layer;
+namespace {
+
+// The entry of that name in a symbol table of the working database.
+template<class TablePointer>
+AcDbObjectId EntryOf(AcDbObjectId (AcDbDatabase::*tableId)() const, LPCTSTR name) {
+    AcDbObjectId entry;
     AcDbDatabase* const database = acdbHostApplicationServices()->workingDatabase();
     if (database == nullptr)
-        return layer;
-    const AcDbLayerTablePointer table(database->layerTableId());
+        return entry;
+    const TablePointer table((database->*tableId)());
     if (table.openStatus() == Acad::eOk)
-        table->getAt(layerName, layer);
-    return layer;
+        table->getAt(name, entry);
+    return entry;
+}
+
+} // namespace
+
+AcDbObjectId ZefExport::GetLayerIdFromString(LPCTSTR layerName) {
+    return EntryOf<AcDbLayerTablePointer>(&AcDbDatabase::layerTableId, layerName);
+}
+
+AcDbObjectId ZefExport::GetTextStyleId(LPCTSTR styleName) {
+    return EntryOf<AcDbTextStyleTablePointer>(&AcDbDatabase::textStyleTableId, styleName);
+}
+
+AcDbObjectId ZefExport::AddTextStyle(AcDbTextStyleTableRecord* style, bool close, AcDbDatabase* database) {
+    AcDbObjectId added;
+    if (style == nullptr)
+        return added;
+    AcDbTextStyleTablePointer table(database != nullptr ? database->textStyleTableId() : AcDbObjectId(),
+                                    AcDb::kForWrite);
+    if (table.openStatus() != Acad::eOk || table->add(added, style) != Acad::eOk) {
+        delete style;
+        return AcDbObjectId::kNull;
+    }
+    if (close)
+        style->close();
+    return added;
+}
+
+void ZefExport::GetSupportPaths(std::vector<CString>& folders) {
+    resbuf value{};
+    if (acedGetVar(L"ACADPREFIX", &value) != RTNORM || value.restype != RTSTR) {
+        folders.push_back(sys::from_path(sys::system_folder()).c_str());
+        return;
+    }
+    const CString all(value.resval.rstring);
+    acutDelString(value.resval.rstring);
+    for (int begin = 0; begin < all.GetLength();) {
+        const int end = all.Find(L';', begin);
+        const CString folder = all.Mid(begin, (end < 0 ? all.GetLength() : end) - begin);
+        if (!folder.IsEmpty())
+            folders.push_back(folder);
+        begin = end < 0 ? all.GetLength() : end + 1;
+    }
 }

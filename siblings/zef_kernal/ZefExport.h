@@ -1,14 +1,30 @@
-// The kernel's small tools for the current drawing: the working database. Layer names are compared without
-// case.
+// The kernel's small tools for the current drawing: the working database. Names of layers and text styles are
+// compared without case.
 #pragma once
 
 #include "afx.h"
 #include "dbid.h"
 #include "siblings/zef_kernal/KernalPort.h"
 
+#include <vector>
+
+class AcDbDatabase;
+class AcDbTextStyleTableRecord;
+
 namespace ZefExport {
 
 // The layer of that name; null when there is none.
 ZEF_KERNAL_PORT AcDbObjectId GetLayerIdFromString(LPCTSTR layerName);
+
+// The text style of that name; null when there is none.
+ZEF_KERNAL_PORT AcDbObjectId GetTextStyleId(LPCTSTR styleName);
+// Adds a text style to a drawing, which owns it from then on, and closes it unless it is wanted open. Null,
+// and the style deleted, when the drawing does not take it; null for none.
+ZEF_KERNAL_PORT AcDbObjectId AddTextStyle(AcDbTextStyleTableRecord* style, bool close,
+                                          AcDbDatabase* database);
+
+// Appends the folders in which support files (fonts, linetypes) are looked for, in their order: those of the
+// system variable ACADPREFIX, and without it the system folder.
+ZEF_KERNAL_PORT void GetSupportPaths(std::vector<CString>& folders);
 
 } // namespace ZefExport

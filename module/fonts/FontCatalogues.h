@@ -1,0 +1,4 @@
+// The catalogues behind FontTool.h live as long as the module is loaded.
+#pragma once
+
+void ReleaseFontCatalogues();
