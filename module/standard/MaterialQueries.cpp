@@ -71,16 +71,18 @@ bool GetPipeDnByMaterial(LPCTSTR material, TDPtrList<int>& diameters) {
 }
 
 double GetPipeInnerDn(LPCTSTR material, double dn) {
-    return GetPipeDjByDn(material, dn);
+    const PipeDiameter* const row = FindPipeDiameter(material, dn);
+    return row != nullptr ? row->m_inner : dn;
 }
 
 double GetPipeOuterDn(LPCTSTR material, double dn) {
-    return GetPipeOutDByDn(material, dn);
+    const PipeDiameter* const row = FindPipeDiameter(material, dn);
+    return row != nullptr ? row->m_outer : dn;
 }
 
 double GetPipeThick(LPCTSTR material, double dn) {
-    // Both are the nominal diameter when there is no row.
-    return GetPipeOutDByDn(material, dn) - GetPipeDjByDn(material, dn);
+    const PipeDiameter* const row = FindPipeDiameter(material, dn);
+    return row != nullptr ? row->m_outer - row->m_inner : 0.0;
 }
 
 } // namespace PipeSystemTool

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int gbk = 936;
+constexpr double metre = 1000.0;
 
 struct Fields {
     std::size_t material, prefix, use, dn, outer, inner, source;
@@ -63,16 +64,6 @@ std::vector<PipeMaterial>& Materials() {
     return materials;
 }
 
-const PipeDiameter* FindDiameter(LPCTSTR material, double dn) {
-    constexpr double slack = 0.001;
-    for (const PipeMaterial& one : Materials())
-        if (one.m_name == material)
-            for (const PipeDiameter& diameter : one.m_diameters)
-                if (std::abs(diameter.m_dn - dn) < slack)
-                    return &diameter;
-    return nullptr;
-}
-
 } // namespace
 
 const std::vector<PipeMaterial>& GetPipeMaterials() {
@@ -95,12 +86,23 @@ CString GetPipeMaterialByIdx(int index) {
                : CString();
 }
 
+const PipeDiameter* FindPipeDiameter(LPCTSTR material, double dn) {
+    constexpr double slack = 0.001;
+    const auto one = std::ranges::find(Materials(), CString(material), &PipeMaterial::m_name);
+    if (one == Materials().end())
+        return nullptr;
+    const auto row = std::ranges::find_if(one->m_diameters, [dn](const PipeDiameter& diameter) {
+        return std::abs(diameter.m_dn - dn) < slack;
+    });
+    return row != one->m_diameters.end() ? &*row : nullptr;
+}
+
 double GetPipeOutDByDn(LPCTSTR material, double dn) {
-    const PipeDiameter* const found = FindDiameter(material, dn);
-    return found != nullptr ? found->m_outer : dn;
+    const PipeDiameter* const found = FindPipeDiameter(material, dn);
+    return (found != nullptr ? found->m_outer : dn) / metre;
 }
 
 double GetPipeDjByDn(LPCTSTR material, double dn) {
-    const PipeDiameter* const found = FindDiameter(material, dn);
-    return found != nullptr ? found->m_inner : dn;
+    const PipeDiameter* const found = FindPipeDiameter(material, dn);
+    return (found != nullptr ? found->m_inner : dn) / metre;
 }
