@@ -27,11 +27,17 @@ PLAIN = [
     ("BORDER", "边界线 __ __ . __ __ .", "A,12.7,-6.35,12.7,-6.35,0,-6.35"),
 ]
 
-# The letters of a system, and whether the line between them is dashed.
+# The letters of a system, and whether the line between them is dashed. Zones of one system have a number behind them.
 PIPES = [("J", "给水", False), ("RJ", "热水给水", False), ("RH", "热水回水", True), ("ZJ", "中水给水", False),
-         ("XJ", "循环给水", False), ("XH", "循环回水", True), ("X", "消火栓给水", False), ("ZP", "自动喷水灭火给水", False),
-         ("W", "污水", True), ("YW", "压力污水", True), ("F", "废水", True), ("YF", "压力废水", True), ("Y", "雨水", True),
-         ("YY", "压力雨水", False), ("HY", "虹吸雨水", False), ("T", "通气", True), ("KN", "空调凝结水", False)]
+         ("XJ", "循环给水", False), ("XH", "循环回水", False), ("X", "消火栓给水", False), ("ZP", "自动喷水灭火给水", False),
+         ("W", "污水", True), ("YW", "压力污水", True), ("F", "废水", True), ("YF", "压力废水", True), ("Y", "雨水", False),
+         ("YY", "压力雨水", False), ("HY", "虹吸雨水", False), ("T", "通气", True), ("KN", "空调凝结水", False),
+         ("J0", "屋顶水箱给水", False), ("ZY", "直饮水", False), ("RM", "热媒给水", False), ("RMH", "热媒回水", False),
+         ("YL", "雨淋灭火给水", False), ("SM", "水幕灭火给水", False), ("SP", "水炮灭火给水", False),
+         ("ZW", "水喷雾灭火给水", False), ("ZXW", "细水雾灭火给水", False), ("Q", "气体灭火", False),
+         ("P", "排水", True), ("Z", "蒸汽", False), ("N", "蒸汽凝结水", False), ("PZ", "膨胀", False), ("QT", "其它", False)]
+PIPES += [(f"{letters}{zone}", f"{name}{zone}区", dashed)
+          for letters, name, dashed in PIPES if letters in ("J", "RJ", "RH", "ZJ", "X", "ZP") for zone in (2, 3)]
 
 SIZE = 2.5  # of the letters, which are about four fifths as wide as high
 DASH = 20.0

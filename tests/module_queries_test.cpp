@@ -296,7 +296,7 @@ TEST_F(Queries, AnswerAsTheStandardSaysAndWithoutOneAsItIsFixed) {
         ROW(GetPipeMaterialByIndex(-1), L"", L""),
         ROW(GetPipeMaterialByIndex(GetPipeMaterialIndex(L"Water", kOutdoorMaterial)), L"PE100 SDR17", L""),
         ROW(GetPipeMaterialIndex(L"none", kIndoorMaterial), L"-1", L"-1"),
-        ROW(GetPrefixOfPipeMaterial(L"PP-R"), L"dn", L"dn"),
+        ROW(GetPrefixOfPipeMaterial(L"PP-R"), L"DN", L"DN"),
         ROW(GetPrefixOfPipeMaterial(L"pp-r"), L"", L""),
         ROW(GetPrefixOfPipeMaterial(GetIndexOfPIpeMaterial(L"球墨铸铁管")), L"DN", L"DN"),
         ROW(GetPipeOuterDn(L"PP-R", 15.0004), L"20", L"20"),

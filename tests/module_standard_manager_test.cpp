@@ -2,14 +2,16 @@
 // a file that somebody wrote by hand.
 #include "base/utf.h"
 #include "host/ed/editor.h"
+#include "module/standard/LinetypeLibrary.h"
 #include "module/standard/StandardCheck.h"
 #include "module/standard/StandardFile.h"
 #include "module/standard/StandardManager.h"
 #include "siblings/zef_kernal/KernalOptions.h"
 #include "siblings/zef_kernal/TRegProperty.h"
+#include "siblings/zef_public/PipeMaterials.h"
 #include "sys/code_page.h"
 #include "sys/folders.h"
-#include "tests/support.h"
+#include "tests/sys_support.h"
 
 #include <gtest/gtest.h>
 
@@ -209,7 +211,7 @@ TEST_F(StandardManager, LayerDefinitionsAreWrittenForOlderPrograms) {
     Started();
     const auto path = sys::system_folder() / "LAYERDEF.DAT";
     const std::string written = test::read(path);
-    const std::string first = Gbk(L"给水 管线 3 PIPE-给水 Continuous\r\n");
+    const std::string first = Gbk(L"给水 管线 3 PIPE-给水 VR-J\r\n");
     EXPECT_EQ(written.substr(0, first.size()), first);
     const auto before = std::filesystem::last_write_time(path) - std::chrono::hours(1);
     std::filesystem::last_write_time(path, before);
@@ -279,8 +281,13 @@ TEST(StandardCheck, TellsWhatIsWrongAndWhere) {
     // The one that is shipped has nothing wrong; what is no document is told as that.
     faults.clear();
     const auto shipped = std::filesystem::path(ZEF_SOURCE_FOLDER) / "share/kol.vrsl";
-    const StandardKnowledge known = {{L"Continuous", L"DASHED", L"CENTER"},
-                                     {L"PP-R", L"PE100", L"PVC-U", L"镀锌钢管", L"球墨铸铁管"}};
+    const test::profile profile;
+    ASSERT_TRUE(sys::prepare_profile(shipped.parent_path()));
+    ReloadLinetypes();
+    ReloadPipeMaterials();
+    StandardKnowledge known = {{L"Continuous"}, {}};
+    GetLinetypeNames(known.linetypes);
+    GetPipeMaterialList(known.materials);
     EXPECT_TRUE(CheckStandardFile(shipped.wstring().c_str(), known, faults));
     EXPECT_TRUE(faults.empty());
     EXPECT_FALSE(

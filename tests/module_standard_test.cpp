@@ -2,6 +2,7 @@
 #include "base/utf.h"
 #include "module/standard/DefaultStandard.h"
 #include "module/standard/LineWeightText.h"
+#include "module/standard/LinetypeLibrary.h"
 #include "module/standard/PipeSystemTool.h"
 #include "module/standard/StandardEdit.h"
 #include "module/standard/StandardFile.h"
@@ -57,6 +58,7 @@ public:
         sys::set_profile_folder(m_folder.path());
         EXPECT_TRUE(sys::prepare_profile(std::filesystem::path(ZEF_SOURCE_FOLDER) / "share"));
         ReloadPipeMaterials();
+        ReloadLinetypes();
     }
     ~SystemFolder() { sys::set_profile_folder(m_before); }
     SystemFolder(const SystemFolder&) = delete;
@@ -566,6 +568,9 @@ TEST(Standard, LayersAndTheirAliases) {
 TEST(Standard, DiametersOfMaterials) {
     const SystemFolder folder;
     ASSERT_FALSE(GetPipeMaterials().empty());
+    EXPECT_NEAR(GetPipeOutDByDn(L"PP-R", 15.0), 0.020, 1e-12); // metres
+    EXPECT_NEAR(GetPipeDjByDn(L"PP-R", 15.0), 0.016, 1e-12);
+    EXPECT_NEAR(GetPipeDjByDn(L"none", 15.0), 0.015, 1e-12);
     // Walls of PP-R are dn / (2 S + 1), rounded up to a tenth; 3.2 stands for the square root of ten.
     const std::pair<const wchar_t*, double> series[] = {{L"PP-R", 5.0},
                                                         {L"PP-R S4", 4.0},
@@ -581,6 +586,8 @@ TEST(Standard, DiametersOfMaterials) {
                 << base::narrow(name) << " " << row.m_outer;
         }
     for (const PipeMaterial& material : GetPipeMaterials()) {
+        EXPECT_GE(material.m_source.Find(L'-'), 0)
+            << "without edition: " << base::narrow(material.m_source.GetString());
         double last = 0;
         for (const PipeDiameter& row : material.m_diameters) {
             EXPECT_GT(row.m_dn, last) << base::narrow(material.m_name.GetString());
@@ -596,14 +603,23 @@ TEST(Standard, TheShippedStandardIsTheBuiltInOne) {
     ASSERT_TRUE(ReadStandardFile(
         (std::filesystem::path(ZEF_SOURCE_FOLDER) / "share/kol.vrsl").wstring().c_str(), shipped));
     EXPECT_EQ(Shown(shipped), Shown(MakeDefaultStandard()));
-    Names materials;
-    GetPipeMaterialList(materials);
+    // Materials are used where their own marks say; linetypes are those of the table.
+    const auto isMarked = [](const CString& name, bool PipeMaterial::*mark) {
+        return std::ranges::any_of(GetPipeMaterials(), [&](const PipeMaterial& material) {
+            return material.m_name == name && material.*mark;
+        });
+    };
+    Names linetypes = {L"Continuous"};
+    GetLinetypeNames(linetypes);
     for (const auto& group : shipped.m_groups)
         for (const auto& system : group->Systems()) {
-            EXPECT_TRUE(std::ranges::count(materials, system->m_material))
-                << base::narrow(system->m_name.GetString());
-            EXPECT_TRUE(std::ranges::count(materials, system->m_outdoorMaterial));
+            SCOPED_TRACE(base::narrow(system->m_name.GetString()));
+            EXPECT_TRUE(isMarked(system->m_material, &PipeMaterial::m_isIndoor));
+            EXPECT_TRUE(isMarked(system->m_outdoorMaterial, &PipeMaterial::m_isOutdoor));
             EXPECT_TRUE(system->IsDefaultMapping(L"附件"));
+            EXPECT_EQ(system->FindLayerNode(L"管线", false)->m_linetype, L"VR-" + system->m_dim);
+            for (const auto& layer : system->Layers())
+                EXPECT_TRUE(std::ranges::count(linetypes, layer->m_linetype));
         }
     std::set<std::wstring> names;
     for (const auto& group : shipped.m_groups)

@@ -10,14 +10,13 @@ constexpr int pressure = 50;
 constexpr int light = 35;
 constexpr int thin = 18;
 
-// Colours and letters as offices have them, letters after the table of pipes of GB/T 50106-2010; no norm
-// fixes the colours of drawings.
+// Colours and letters as offices have them, letters after the table of pipes of GB/T 50106-2010, zones of a
+// system with a number behind them; no norm fixes the colours of drawings.
 struct System {
     const wchar_t* name;
     const wchar_t* label;
     Adesk::UInt16 color;
     int lineWeight;
-    bool isDashed; // gravity pipes are
     const wchar_t* material;
     const wchar_t* outdoorMaterial;
     const wchar_t* flow;
@@ -33,6 +32,7 @@ constexpr const wchar_t* supplied = L"压力流";
 constexpr const wchar_t* drained = L"重力流";
 
 constexpr const wchar_t* ppr = L"PP-R";
+constexpr const wchar_t* hot = L"PP-R S3.2"; // of hot water
 constexpr const wchar_t* pe = L"PE100";
 constexpr const wchar_t* steel = L"镀锌钢管";
 constexpr const wchar_t* pvc = L"PVC-U";
@@ -42,55 +42,63 @@ const std::vector<Group>& Groups() {
     static const std::vector<Group> groups = {
         {L"给水系统",
          {
-             {L"给水", L"J", 3, pressure, false, ppr, pe, supplied},
-             {L"给水2", L"J2", 3, pressure, false, ppr, pe, supplied},
-             {L"给水3", L"J3", 3, pressure, false, ppr, pe, supplied},
-             {L"直饮水", L"ZY", 120, pressure, false, ppr, pe, supplied},
-             {L"中水", L"ZJ", 84, pressure, false, ppr, pe, supplied},
-             {L"中水2", L"ZJ2", 84, pressure, false, ppr, pe, supplied},
-             {L"中水3", L"ZJ3", 84, pressure, false, ppr, pe, supplied},
-             {L"循环给水", L"XJ", 140, pressure, false, steel, pe, supplied},
-             {L"循环回水", L"XH", 150, pressure, false, steel, pe, supplied},
+             {L"给水", L"J", 3, pressure, ppr, pe, supplied},
+             {L"给水2", L"J2", 3, pressure, ppr, pe, supplied},
+             {L"给水3", L"J3", 3, pressure, ppr, pe, supplied},
+             {L"直饮水", L"ZY", 120, pressure, ppr, pe, supplied},
+             {L"中水", L"ZJ", 84, pressure, ppr, pe, supplied},
+             {L"中水2", L"ZJ2", 84, pressure, ppr, pe, supplied},
+             {L"中水3", L"ZJ3", 84, pressure, ppr, pe, supplied},
+             {L"循环给水", L"XJ", 140, pressure, steel, pe, supplied},
+             {L"循环回水", L"XH", 150, pressure, steel, pe, supplied},
+             {L"屋顶水箱给水", L"J0", 3, pressure, ppr, pe, supplied},
          }},
         {L"热水系统",
          {
-             {L"热给水", L"RJ", 6, pressure, false, ppr, ppr, supplied},
-             {L"热给水2", L"RJ2", 6, pressure, false, ppr, ppr, supplied},
-             {L"热给水3", L"RJ3", 6, pressure, false, ppr, ppr, supplied},
-             {L"热回水", L"RH", 200, pressure, true, ppr, ppr, supplied},
-             {L"热回水2", L"RH2", 200, pressure, true, ppr, ppr, supplied},
-             {L"热回水3", L"RH3", 200, pressure, true, ppr, ppr, supplied},
-             {L"热媒给水", L"RM", 220, pressure, false, steel, steel, supplied},
-             {L"热媒回水", L"RMH", 222, pressure, true, steel, steel, supplied},
+             {L"热给水", L"RJ", 6, pressure, hot, steel, supplied},
+             {L"热给水2", L"RJ2", 6, pressure, hot, steel, supplied},
+             {L"热给水3", L"RJ3", 6, pressure, hot, steel, supplied},
+             {L"热回水", L"RH", 200, pressure, hot, steel, supplied},
+             {L"热回水2", L"RH2", 200, pressure, hot, steel, supplied},
+             {L"热回水3", L"RH3", 200, pressure, hot, steel, supplied},
+             {L"热媒给水", L"RM", 220, pressure, steel, steel, supplied},
+             {L"热媒回水", L"RMH", 222, pressure, steel, steel, supplied},
+             {L"蒸汽", L"Z", 210, pressure, steel, steel, supplied},
+             {L"蒸汽凝结水", L"N", 212, pressure, steel, steel, supplied},
+             {L"膨胀", L"PZ", 214, light, steel, steel, L""},
          }},
         {L"消防系统",
          {
-             {L"消防", L"X", 1, pressure, false, steel, iron, supplied},
-             {L"消防2", L"X2", 1, pressure, false, steel, iron, supplied},
-             {L"消防3", L"X3", 1, pressure, false, steel, iron, supplied},
-             {L"喷淋", L"ZP", 30, pressure, false, steel, iron, supplied},
-             {L"喷淋2", L"ZP2", 30, pressure, false, steel, iron, supplied},
-             {L"喷淋3", L"ZP3", 30, pressure, false, steel, iron, supplied},
-             {L"雨淋", L"YL", 20, pressure, false, steel, iron, supplied},
-             {L"水幕", L"SM", 22, pressure, false, steel, iron, supplied},
-             {L"水炮", L"SP", 12, pressure, false, steel, iron, supplied},
+             {L"消防", L"X", 1, pressure, steel, iron, supplied},
+             {L"消防2", L"X2", 1, pressure, steel, iron, supplied},
+             {L"消防3", L"X3", 1, pressure, steel, iron, supplied},
+             {L"喷淋", L"ZP", 30, pressure, steel, iron, supplied},
+             {L"喷淋2", L"ZP2", 30, pressure, steel, iron, supplied},
+             {L"喷淋3", L"ZP3", 30, pressure, steel, iron, supplied},
+             {L"雨淋", L"YL", 20, pressure, steel, iron, supplied},
+             {L"水幕", L"SM", 22, pressure, steel, iron, supplied},
+             {L"水炮", L"SP", 12, pressure, steel, iron, supplied},
+             {L"水喷雾", L"ZW", 14, pressure, steel, iron, supplied},
+             {L"细水雾", L"ZXW", 16, pressure, steel, steel, supplied},
+             {L"气体灭火", L"Q", 32, pressure, steel, steel, L""},
          }},
         {L"排水系统",
          {
-             {L"污水", L"W", 2, gravity, true, pvc, pvc, drained},
-             {L"废水", L"F", 42, gravity, true, pvc, pvc, drained},
-             {L"通气", L"T", 9, light, true, pvc, pvc, L""},
-             {L"压力污水", L"YW", 40, pressure, false, steel, pe, supplied, L"压力污"},
-             {L"压力废水", L"YF", 52, pressure, false, steel, pe, supplied, L"压力废"},
-             {L"凝结水", L"KN", 140, light, true, pvc, pvc, drained, L"凝结"},
+             {L"污水", L"W", 2, gravity, pvc, pvc, drained},
+             {L"废水", L"F", 42, gravity, pvc, pvc, drained},
+             {L"通气", L"T", 9, light, pvc, pvc, L""},
+             {L"压力污水", L"YW", 40, pressure, steel, pe, supplied, L"压力污"},
+             {L"压力废水", L"YF", 52, pressure, steel, pe, supplied, L"压力废"},
+             {L"凝结水", L"KN", 140, light, pvc, pvc, drained, L"凝结"},
+             {L"排水", L"P", 50, gravity, pvc, pvc, drained},
          }},
         {L"雨水系统",
          {
-             {L"雨水", L"Y", 4, gravity, true, pvc, pvc, drained},
-             {L"压力雨水", L"YY", 5, pressure, false, steel, pe, supplied, L"压力雨"},
-             {L"虹吸雨水", L"HY", 170, pressure, false, pe, pe, supplied},
+             {L"雨水", L"Y", 4, gravity, pvc, pvc, drained},
+             {L"压力雨水", L"YY", 5, pressure, steel, pe, supplied, L"压力雨"},
+             {L"虹吸雨水", L"HY", 170, pressure, steel, pe, supplied},
          }},
-        {L"其它系统", {{L"其它", L"QT", 7, light, false, steel, pe, L""}}},
+        {L"其它系统", {{L"其它", L"QT", 7, light, steel, pe, L""}}},
     };
     return groups;
 }
@@ -99,7 +107,7 @@ const std::vector<Group>& Groups() {
 struct Type {
     const wchar_t* name;
     const wchar_t* prefix;
-    bool isPipe; // in the system's colour, linetype and weight
+    bool isPipe; // in the system's colour and weight
     int lineWeight;
     const wchar_t* attachment;
 };
@@ -141,7 +149,8 @@ std::unique_ptr<PipeNode> MakeSystem(const System& row) {
         layer->m_layerKey = row.name;
         layer->m_layerName = CString(type.prefix) + (row.layers != nullptr ? row.layers : row.name);
         layer->m_color = ColorOf(type.isPipe ? row.color : labelColor);
-        layer->m_linetype = type.isPipe && row.isDashed ? L"DASHED" : L"Continuous";
+        // Pipes carry the letters of their system; risers and bends are too short for that.
+        layer->m_linetype = layer->m_layerType == L"管线" ? CString(L"VR-") + row.label : L"Continuous";
         layer->m_lineWeight = type.isPipe ? row.lineWeight : type.lineWeight;
         layer->m_attachments = {type.attachment};
         system->AddLayerNode(layer.release());
@@ -218,6 +227,9 @@ const std::vector<IndependentGroup>& IndependentGroups() {
     return groups;
 }
 
+// The field of the discipline in layer names (GB/T 50001): an architect's layer of the same name is another.
+constexpr const wchar_t* independentPrefix = L"水-";
+
 std::unique_ptr<OtherLayerNode> MakeOtherLayers(const IndependentGroup& row) {
     auto group = std::make_unique<OtherLayerNode>(row.type);
     for (const Independent& one : row.layers) {
@@ -225,7 +237,7 @@ std::unique_ptr<OtherLayerNode> MakeOtherLayers(const IndependentGroup& row) {
         layer->m_oldKey = one.key;
         layer->m_layerType = row.type;
         layer->m_layerKey = one.key;
-        layer->m_layerName = one.key;
+        layer->m_layerName = CString(independentPrefix) + one.key;
         layer->m_color = ColorOf(one.color);
         layer->m_linetype = L"Continuous";
         if (layer->m_layerKey == L"中心线")
