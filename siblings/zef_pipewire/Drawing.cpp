@@ -1,9 +1,10 @@
 #include "siblings/zef_pipewire/Drawing.h"
 
 #include "acstring.h"
-#include "dbents.h"
 #include "dbobjptr.h"
+#include "dbsymtb.h"
 #include "siblings/zef_pipewire/TDbPsConfig.h"
+#include "siblings/zef_pipewire/TPen.h"
 
 #include <cmath>
 
@@ -53,28 +54,8 @@ std::vector<TLabelLine> TLabel::Place() const {
     return placed;
 }
 
-void TLabel::Draw(AcGiWorldDraw& draw) const {
+void TLabel::Draw(TPen& pen) const {
     const AcGiTextStyle style = GetStyle();
-    const AcGeVector3d along(std::cos(m_angle), std::sin(m_angle), 0.0);
     for (const TLabelLine& line : Place())
-        draw.geometry().text(line.m_start, AcGeVector3d::kZAxis, along, line.m_text, -1, false, style);
-}
-
-void TLabel::Explode(const AcDbEntity& from, AcDbObjectId layer, AcDbVoidPtrArray& parts) const {
-    for (const TLabelLine& line : Place()) {
-        auto* const text = new AcDbText(line.m_start, line.m_text, m_style, m_height, m_angle);
-        AppendPiece(text, from, parts);
-        if (!layer.isNull())
-            text->setLayer(layer);
-    }
-}
-
-void AppendPiece(AcDbEntity* piece, const AcDbEntity& from, AcDbVoidPtrArray& parts) {
-    piece->setPropertiesFrom(&from);
-    parts.append(piece);
-}
-
-void SetLayerOf(AcGiWorldDraw& draw, AcDbObjectId layer) {
-    if (!layer.isNull())
-        draw.subEntityTraits().setLayer(layer);
+        pen.Text(line.m_start, m_angle, line.m_text, style, m_style);
 }

@@ -1,14 +1,13 @@
-// What the entities of this folder share when they draw themselves, and when they are exploded.
+// What the entities of this folder share when they draw themselves.
 #pragma once
 
 #include "acgi.h"
 #include "afx.h"
-#include "dbptrar.h"
 
 #include <vector>
 
 class AcDbDatabase;
-class AcDbEntity;
+class TPen;
 
 // Whether nothing is to be drawn of what belongs to a system: the drawing hides it, and somebody looks.
 // Extents and pictures for other programs are drawn all the same.
@@ -32,14 +31,5 @@ struct TLabel {
     double GetTotalHeight() const;
     AcGiTextStyle GetStyle() const;
     std::vector<TLabelLine> Place() const;
-    void Draw(AcGiWorldDraw& draw) const;
-    // Appends the lines as texts with the properties of an entity, on another layer unless that is null; they
-    // are the caller's.
-    void Explode(const AcDbEntity& from, AcDbObjectId layer, AcDbVoidPtrArray& parts) const;
+    void Draw(TPen& pen) const;
 };
-
-// Appends a piece of an exploded entity, with its properties. The piece is the caller's.
-void AppendPiece(AcDbEntity* piece, const AcDbEntity& from, AcDbVoidPtrArray& parts);
-
-// Directs what is drawn next to a layer; a null one leaves it on that of the entity.
-void SetLayerOf(AcGiWorldDraw& draw, AcDbObjectId layer);

@@ -2,6 +2,7 @@
 
 #include "dbproxy.h"
 #include "siblings/zef_pipewire/TDxfFields.h"
+#include "siblings/zef_pipewire/TPen.h"
 
 ACRX_DXF_DEFINE_MEMBERS(TDbDoubleLinePipe, TDbPipe, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
                         AcDbProxyEntity::kAllAllowedBits, ZEF_DOUBLELINEPIPE, "ZEF_PIPEWIRE|pipe entities")
@@ -38,22 +39,19 @@ void TDbDoubleLinePipe::SetFlange(double diameter, double thickness) {
     m_flangeThickness = thickness;
 }
 
-std::vector<std::vector<AcGePoint3d>> TDbDoubleLinePipe::GetBody() const {
+void TDbDoubleLinePipe::DrawBody(TPen& pen) const {
     const AcGeVector3d along = GetDirection();
     const AcGeVector3d side(-along.y, along.x, 0.0);
     const AcGePoint3d start = GetStartPoint();
     const AcGePoint3d end = GetEndPoint();
-    std::vector<std::vector<AcGePoint3d>> body = {
-        {start + side * (m_startDn / 2), end + side * (m_endDn / 2)},
-        {start - side * (m_startDn / 2), end - side * (m_endDn / 2)},
-    };
+    pen.Line({start + side * (m_startDn / 2), end + side * (m_endDn / 2)});
+    pen.Line({start - side * (m_startDn / 2), end - side * (m_endDn / 2)});
     if (m_flangeDiameter <= 0.0)
-        return body;
+        return;
     const AcGeVector3d half = side * (m_flangeDiameter / 2);
     const AcGeVector3d thick = along * m_flangeThickness;
     for (const auto& [at, inward] : {std::pair(start, thick), std::pair(end, -thick)})
-        body.push_back({at + half, at - half, at - half + inward, at + half + inward, at + half});
-    return body;
+        pen.Line({at + half, at - half, at - half + inward, at + half + inward, at + half});
 }
 
 TDxfFields TDbDoubleLinePipe::Fields() {

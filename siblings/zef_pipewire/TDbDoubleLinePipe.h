@@ -21,7 +21,7 @@ public:
     Acad::ErrorStatus dxfOutFields(AcDbDxfFiler* filer) const override;
 
 protected:
-    std::vector<std::vector<AcGePoint3d>> GetBody() const override;
+    void DrawBody(TPen& pen) const override;
 
 private:
     TDxfFields Fields();

@@ -3,6 +3,7 @@
 #include "dbproxy.h"
 #include "siblings/zef_pipewire/Drawing.h"
 #include "siblings/zef_pipewire/TDxfFields.h"
+#include "siblings/zef_pipewire/TPen.h"
 
 #include <cmath>
 
@@ -70,37 +71,53 @@ void TDbPipeAttachment::SetPipe(AcDbObjectId pipe) {
     m_pipe = pipe;
 }
 
-// Drawn along the x axis around the origin, one unit long.
 Adesk::Boolean TDbPipeAttachment::subWorldDraw(AcGiWorldDraw* draw) {
     assertReadEnabled();
-    if (IsSystemHiddenFor(*draw, database(), m_systemName))
-        return true;
-    AcGiWorldGeometry& geometry = draw->geometry();
-    geometry.pushModelTransform(AcGeMatrix3d::translation(m_position.asVector()) *
-                                AcGeMatrix3d::rotation(m_rotation, AcGeVector3d::kZAxis) *
-                                AcGeMatrix3d::scaling(m_size));
-    const AcGePoint3d behind[] = {{0, 0, 0}, {-0.5, 0.25, 0}, {-0.5, -0.25, 0}, {0, 0, 0}};
-    const AcGePoint3d ahead[] = {{0, 0, 0}, {0.5, 0.25, 0}, {0.5, -0.25, 0}, {0, 0, 0}};
-    const AcGePoint3d narrowing[] = {{-0.5, 0.25, 0}, {0.5, 0, 0}, {-0.5, -0.25, 0}, {-0.5, 0.25, 0}};
+    if (!IsSystemHiddenFor(*draw, database(), m_systemName)) {
+        TDrawingPen pen(*draw);
+        Draw(pen);
+    }
+    return true;
+}
+
+Acad::ErrorStatus TDbPipeAttachment::subExplode(AcDbVoidPtrArray& parts) const {
+    assertReadEnabled();
+    TGatheringPen pen(*this, parts);
+    Draw(pen);
+    return Acad::eOk;
+}
+
+// Figures are along the x axis around the origin, one unit long.
+void TDbPipeAttachment::Draw(TPen& pen) const {
+    const AcGeMatrix3d place = AcGeMatrix3d::translation(m_position.asVector()) *
+                               AcGeMatrix3d::rotation(m_rotation, AcGeVector3d::kZAxis) *
+                               AcGeMatrix3d::scaling(m_size);
+    const auto placed = [&](std::vector<AcGePoint3d> points) {
+        for (AcGePoint3d& point : points)
+            point = place * point;
+        return points;
+    };
+    const std::vector<AcGePoint3d> ahead = {{0, 0, 0}, {0.5, 0.25, 0}, {0.5, -0.25, 0}, {0, 0, 0}};
+    const std::vector<AcGePoint3d> behind = {{0, 0, 0}, {-0.5, 0.25, 0}, {-0.5, -0.25, 0}, {0, 0, 0}};
+    const std::vector<AcGePoint3d> narrowing = {
+        {-0.5, 0.25, 0}, {0.5, 0, 0}, {-0.5, -0.25, 0}, {-0.5, 0.25, 0}};
     switch (m_kind) {
     case kCheckValve:
-        geometry.polygon(3, behind);
-        geometry.polyline(4, ahead);
+        pen.Area(placed({behind.begin(), behind.end() - 1}));
+        pen.Line(placed(ahead));
         break;
     case kWaterMeter:
-        geometry.circle(AcGePoint3d::kOrigin, 0.5, AcGeVector3d::kZAxis);
-        geometry.polyline(4, narrowing);
+        pen.Circle(m_position, m_size / 2);
+        pen.Line(placed(narrowing));
         break;
     case kReducer:
-        geometry.polyline(4, narrowing);
+        pen.Line(placed(narrowing));
         break;
     default:
-        geometry.polyline(4, behind);
-        geometry.polyline(4, ahead);
+        pen.Line(placed(behind));
+        pen.Line(placed(ahead));
         break;
     }
-    geometry.popModelTransform();
-    return true;
 }
 
 Acad::ErrorStatus TDbPipeAttachment::subTransformBy(const AcGeMatrix3d& matrix) {

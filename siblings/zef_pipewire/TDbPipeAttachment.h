@@ -7,6 +7,7 @@
 #include "siblings/zef_pipewire/PipewirePort.h"
 
 class TDxfFields;
+class TPen;
 
 enum PipeAttachmentEnum {
     kGateValve = 0, // two triangles, point to point
@@ -44,8 +45,10 @@ protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;
     // eCannotScaleNonUniformly for what does not keep circles round.
     Acad::ErrorStatus subTransformBy(const AcGeMatrix3d& matrix) override;
+    Acad::ErrorStatus subExplode(AcDbVoidPtrArray& parts) const override;
 
 private:
+    void Draw(TPen& pen) const;
     TDxfFields Fields();
 
     AcGePoint3d m_position;

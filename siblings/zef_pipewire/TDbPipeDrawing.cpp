@@ -1,11 +1,10 @@
-// How a pipe is drawn and exploded.
-#include "dbents.h"
+// How a pipe is drawn, and what comes of it when it is exploded.
 #include "siblings/zef_pipewire/Drawing.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 #include "siblings/zef_pipewire/TDefaultCfg.h"
+#include "siblings/zef_pipewire/TPen.h"
 
 #include <cmath>
-#include <memory>
 #include <numbers>
 
 namespace {
@@ -17,6 +16,7 @@ constexpr double arrowWidth = 1.0;
 // The symbols of risers by their second value.
 constexpr double filledRiser = -1.0;
 constexpr double crossedRiser = -3.0;
+constexpr double arcRiser = 0.0;
 constexpr double nearBy = 1e-6;
 
 } // namespace
@@ -28,68 +28,73 @@ AcGeVector3d TDbPipe::GetDirection() const {
 
 Adesk::Boolean TDbPipe::subWorldDraw(AcGiWorldDraw* draw) {
     assertReadEnabled();
-    if (IsHiddenFor(*draw))
-        return true;
-    if (IsVertical())
-        DrawRiser(*draw);
-    else
-        DrawBody(*draw);
-    if (m_values.m_flow != kFlowUnknown)
-        DrawArrow(*draw);
-    if (HasLabel()) {
-        SetLayerOf(*draw, m_values.m_labelLayer);
-        GetLabel().Draw(*draw);
+    if (!IsHiddenFor(*draw)) {
+        TDrawingPen pen(*draw);
+        Draw(pen);
     }
     return true;
 }
 
-std::vector<std::vector<AcGePoint3d>> TDbPipe::GetBody() const {
-    return {{m_start, m_end}};
+Acad::ErrorStatus TDbPipe::subExplode(AcDbVoidPtrArray& parts) const {
+    assertReadEnabled();
+    TGatheringPen pen(*this, parts);
+    Draw(pen);
+    return Acad::eOk;
 }
 
-void TDbPipe::DrawBody(AcGiWorldDraw& draw) const {
-    const auto body = GetBody();
+void TDbPipe::Draw(TPen& pen) const {
+    if (IsVertical())
+        DrawRiser(pen);
+    else
+        DrawBody(pen);
+    if (m_values.m_flow != kFlowUnknown)
+        DrawArrow(pen);
+    if (HasLabel()) {
+        pen.SetLayer(m_values.m_labelLayer);
+        GetLabel().Draw(pen);
+    }
+}
+
+void TDbPipe::DrawBody(TPen& pen) const {
     const AcGeVector3d along = GetDirection();
     const AcGeVector3d side =
         AcGeVector3d(-along.y, along.x, 0.0) * (m_values.m_lineWidth * GetPlotScale() / 2);
-    if (body.size() == 1 && IsPsLineWeight() && !side.isZeroLength()) {
-        const AcGePoint3d rim[] = {m_start + side, m_end + side, m_end - side, m_start - side};
-        draw.geometry().polygon(4, rim);
-        return;
+    const bool isThick = IsPsLineWeight() && !side.isZeroLength();
+    for (const auto& [start, end] : GetVisibleParts()) {
+        if (isThick)
+            pen.Area({start + side, end + side, end - side, start - side});
+        else
+            pen.Line({start, end});
     }
-    for (const std::vector<AcGePoint3d>& line : body)
-        draw.geometry().polyline(static_cast<Adesk::UInt32>(line.size()), line.data());
 }
 
-void TDbPipe::DrawRiser(AcGiWorldDraw& draw) const {
-    const AcGiWorldGeometry& geometry = draw.geometry();
+void TDbPipe::DrawRiser(TPen& pen) const {
     const double radius = m_values.m_vPipeRadius * GetPlotScale();
     const double second = m_values.m_vPipeSecond;
     const auto is = [&](double kind) { return std::fabs(second - kind) < nearBy; };
-    geometry.circle(m_start, radius, AcGeVector3d::kZAxis);
+    if (is(arcRiser)) {
+        pen.Arc(m_start, radius, 0.0, 1.5 * std::numbers::pi);
+        return;
+    }
+    pen.Circle(m_start, radius);
     if (second > 0.0) {
-        geometry.circle(m_start, second * GetPlotScale(), AcGeVector3d::kZAxis);
+        pen.Circle(m_start, second * GetPlotScale());
     } else if (is(filledRiser)) {
         constexpr int corners = 24;
-        AcGePoint3d rim[corners];
+        std::vector<AcGePoint3d> rim;
         for (int i = 0; i < corners; ++i) {
             const double angle = 2.0 * std::numbers::pi * i / corners;
-            rim[i] = m_start + AcGeVector3d(std::cos(angle), std::sin(angle), 0.0) * radius;
+            rim.push_back(m_start + AcGeVector3d(std::cos(angle), std::sin(angle), 0.0) * radius);
         }
-        draw.subEntityTraits().setFillType(kAcGiFillAlways);
-        geometry.polygon(corners, rim);
+        pen.Area(rim);
     } else if (is(crossedRiser)) {
-        const AcGePoint3d across[] = {m_start - AcGeVector3d::kXAxis * radius,
-                                      m_start + AcGeVector3d::kXAxis * radius};
-        const AcGePoint3d upright[] = {m_start - AcGeVector3d::kYAxis * radius,
-                                       m_start + AcGeVector3d::kYAxis * radius};
-        geometry.polyline(2, across);
-        geometry.polyline(2, upright);
+        for (const AcGeVector3d& arm : {AcGeVector3d::kXAxis * radius, AcGeVector3d::kYAxis * radius})
+            pen.Line({m_start - arm, m_start + arm});
     }
 }
 
 // On the middle of the pipe, where there is room for it.
-void TDbPipe::DrawArrow(AcGiWorldDraw& draw) const {
+void TDbPipe::DrawArrow(TPen& pen) const {
     const double length = arrowLength * GetPlotScale();
     const AcGeVector3d along = GetDirection() * (m_values.m_flow > 0 ? 1.0 : -1.0);
     if (GetLength() < length || along.isZeroLength())
@@ -97,11 +102,9 @@ void TDbPipe::DrawArrow(AcGiWorldDraw& draw) const {
     const AcGeVector3d side = AcGeVector3d(-along.y, along.x, 0.0) * (arrowWidth * GetPlotScale() / 2);
     const AcGePoint3d middle = m_start + (m_end - m_start) / 2;
     const AcGePoint3d foot = middle - along * (length / 2);
-    const AcGePoint3d corners[] = {middle + along * (length / 2), foot + side, foot - side};
-    const AcDbObjectId layer = draw.subEntityTraits().layerId();
-    SetLayerOf(draw, m_arrowLayer);
-    draw.geometry().polygon(3, corners);
-    draw.subEntityTraits().setLayer(layer);
+    pen.SetLayer(m_arrowLayer);
+    pen.Area({middle + along * (length / 2), foot + side, foot - side});
+    pen.SetLayer(AcDbObjectId::kNull);
 }
 
 bool TDbPipe::HasLabel() const {
@@ -123,18 +126,4 @@ TLabel TDbPipe::GetLabel() const {
     label.m_middle = m_start + (m_end - m_start) / 2 +
                      AcGeVector3d(-along.y, along.x, 0.0) * (distance < 0.0 ? -away : away);
     return label;
-}
-
-Acad::ErrorStatus TDbPipe::subExplode(AcDbVoidPtrArray& parts) const {
-    assertReadEnabled();
-    if (IsVertical())
-        AppendPiece(new AcDbCircle(m_start, AcGeVector3d::kZAxis, m_values.m_vPipeRadius * GetPlotScale()),
-                    *this, parts);
-    else
-        for (const std::vector<AcGePoint3d>& line : GetBody())
-            for (std::size_t i = 1; i < line.size(); ++i)
-                AppendPiece(new AcDbLine(line[i - 1], line[i]), *this, parts);
-    if (HasLabel())
-        GetLabel().Explode(*this, m_values.m_labelLayer, parts);
-    return Acad::eOk;
 }

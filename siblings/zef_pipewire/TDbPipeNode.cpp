@@ -1,8 +1,8 @@
 #include "siblings/zef_pipewire/TDbPipeNode.h"
 
-#include "acgi.h"
 #include "dbproxy.h"
 #include "siblings/zef_pipewire/TDxfFields.h"
+#include "siblings/zef_pipewire/TPen.h"
 
 ACRX_DXF_DEFINE_MEMBERS(TDbPipeNode, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
                         AcDbProxyEntity::kAllAllowedBits, ZEF_PIPENODE, "ZEF_PIPEWIRE|pipe entities")
@@ -40,10 +40,22 @@ void TDbPipeNode::Show(bool show) {
 
 Adesk::Boolean TDbPipeNode::subWorldDraw(AcGiWorldDraw* draw) {
     assertReadEnabled();
+    TDrawingPen pen(*draw);
+    Draw(pen);
+    return true;
+}
+
+Acad::ErrorStatus TDbPipeNode::subExplode(AcDbVoidPtrArray& parts) const {
+    assertReadEnabled();
+    TGatheringPen pen(*this, parts);
+    Draw(pen);
+    return Acad::eOk;
+}
+
+void TDbPipeNode::Draw(TPen& pen) const {
     constexpr double radius = 25.0;
     if (m_isShown)
-        draw->geometry().circle(m_position, radius, AcGeVector3d::kZAxis);
-    return true;
+        pen.Circle(m_position, radius);
 }
 
 Acad::ErrorStatus TDbPipeNode::subTransformBy(const AcGeMatrix3d& matrix) {

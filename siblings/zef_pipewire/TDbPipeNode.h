@@ -7,6 +7,7 @@
 #include "siblings/zef_pipewire/PipewirePort.h"
 
 class TDxfFields;
+class TPen;
 
 class ZEF_PIPEWIRE_PORT TDbPipeNode : public AcDbEntity {
 public:
@@ -27,8 +28,11 @@ public:
 protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;
     Acad::ErrorStatus subTransformBy(const AcGeMatrix3d& matrix) override;
+    // A joint that is not shown has no pieces.
+    Acad::ErrorStatus subExplode(AcDbVoidPtrArray& parts) const override;
 
 private:
+    void Draw(TPen& pen) const;
     TDxfFields Fields();
 
     AcGePoint3d m_position;

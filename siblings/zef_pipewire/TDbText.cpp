@@ -4,6 +4,8 @@
 #include "siblings/zef_pipewire/Drawing.h"
 #include "siblings/zef_pipewire/TDxfFields.h"
 
+#include <memory>
+
 ACRX_DXF_DEFINE_MEMBERS(TDbText, AcDbText, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
                         AcDbProxyEntity::kAllAllowedBits, ZEF_TEXT, "ZEF_PIPEWIRE|pipe entities")
 
@@ -30,6 +32,26 @@ void TDbText::SetSubject(AcDbObjectId subject) {
 Adesk::Boolean TDbText::subWorldDraw(AcGiWorldDraw* draw) {
     assertReadEnabled();
     return IsSystemHiddenFor(*draw, database(), m_systemName) || AcDbText::subWorldDraw(draw);
+}
+
+// A text that is no more than that.
+Acad::ErrorStatus TDbText::subExplode(AcDbVoidPtrArray& parts) const {
+    assertReadEnabled();
+    auto text = std::make_unique<AcDbText>(position(), textStringConst(), textStyle(), height(), rotation());
+    text->setPropertiesFrom(this);
+    text->setNormal(normal());
+    text->setWidthFactor(widthFactor());
+    text->setOblique(oblique());
+    text->setThickness(thickness());
+    text->mirrorInX(isMirroredInX());
+    text->mirrorInY(isMirroredInY());
+    text->setHorizontalMode(horizontalMode());
+    text->setVerticalMode(verticalMode());
+    if (!isDefaultAlignment())
+        text->setAlignmentPoint(alignmentPoint());
+    text->setPosition(position());
+    parts.append(text.release());
+    return Acad::eOk;
 }
 
 TDxfFields TDbText::Fields() {

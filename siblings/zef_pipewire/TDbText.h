@@ -22,6 +22,7 @@ public:
 
 protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;
+    Acad::ErrorStatus subExplode(AcDbVoidPtrArray& parts) const override;
 
 private:
     TDxfFields Fields();

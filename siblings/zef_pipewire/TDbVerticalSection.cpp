@@ -1,9 +1,9 @@
 #include "siblings/zef_pipewire/TDbVerticalSection.h"
 
-#include "acgi.h"
 #include "dbproxy.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
 #include "siblings/zef_pipewire/TDxfFields.h"
+#include "siblings/zef_pipewire/TPen.h"
 
 #include <algorithm>
 
@@ -108,32 +108,40 @@ AcGePoint3d TDbSectionPrototype::Place(double distance, double elevation) const 
     return m_corner + AcGeVector3d(distance / m_lengthScale, (elevation - m_datum) / m_heightScale, 0.0);
 }
 
-// The ground, the pipe, an upright line at each station down to the datum, and circles where pipes cross.
 Adesk::Boolean TDbSectionPrototype::subWorldDraw(AcGiWorldDraw* draw) {
     assertReadEnabled();
-    AcGiWorldGeometry& geometry = draw->geometry();
+    TDrawingPen pen(*draw);
+    Draw(pen);
+    return true;
+}
+
+Acad::ErrorStatus TDbSectionPrototype::subExplode(AcDbVoidPtrArray& parts) const {
+    assertReadEnabled();
+    TGatheringPen pen(*this, parts);
+    Draw(pen);
+    return Acad::eOk;
+}
+
+// The ground, the pipe, an upright line at each station down to the datum, and circles where pipes cross.
+void TDbSectionPrototype::Draw(TPen& pen) const {
     std::vector<AcGePoint3d> ground;
     std::vector<AcGePoint3d> pipe;
     for (const Station& station : GetStations()) {
         ground.push_back(Place(station.m_distance, station.m_ground));
         pipe.push_back(Place(station.m_distance, station.m_pipe));
-        const AcGePoint3d upright[] = {Place(station.m_distance, m_datum), ground.back()};
-        geometry.polyline(2, upright);
+        pen.Line({Place(station.m_distance, m_datum), ground.back()});
     }
     if (!ground.empty()) {
-        const AcGePoint3d datum[] = {Place(m_distances.front(), m_datum), Place(m_distances.back(), m_datum)};
-        geometry.polyline(2, datum);
-        geometry.polyline(static_cast<Adesk::UInt32>(ground.size()), ground.data());
-        geometry.polyline(static_cast<Adesk::UInt32>(pipe.size()), pipe.data());
+        pen.Line({Place(m_distances.front(), m_datum), Place(m_distances.back(), m_datum)});
+        pen.Line(ground);
+        pen.Line(pipe);
     }
     for (const Crossing& crossing : GetCrossings()) {
         const bool shown = HasField(crossing.m_system) ? IsShowCrossPipe(crossing.m_system.GetString())
                                                        : IsShowCrossPipe(GetSysType(crossing.m_system));
         if (shown && crossing.m_dn > 0.0)
-            geometry.circle(Place(crossing.m_distance, crossing.m_elevation),
-                            crossing.m_dn / 2 / m_heightScale, AcGeVector3d::kZAxis);
+            pen.Circle(Place(crossing.m_distance, crossing.m_elevation), crossing.m_dn / 2 / m_heightScale);
     }
-    return true;
 }
 
 Acad::ErrorStatus TDbSectionPrototype::subTransformBy(const AcGeMatrix3d& matrix) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 class TDxfFields;
+class TPen;
 
 // What both kinds have.
 class ZEF_PIPEWIRE_PORT TDbSectionPrototype : public AcDbEntity {
@@ -61,8 +62,10 @@ protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;
     // Moves; eNotApplicable for everything else, which the scales would have to follow.
     Acad::ErrorStatus subTransformBy(const AcGeMatrix3d& matrix) override;
+    Acad::ErrorStatus subExplode(AcDbVoidPtrArray& parts) const override;
 
 private:
+    void Draw(TPen& pen) const;
     TDxfFields Fields();
     AcGePoint3d Place(double distance, double elevation) const;
 
