@@ -38,6 +38,23 @@ AcDbExtents extents_of(const AcDbEntity& entity) {
     return extents;
 }
 
+// What somebody sees of the pieces that an entity comes apart into is what he saw of it.
+void expect_same_pieces(const AcDbEntity& entity, const char* what) {
+    AcDbVoidPtrArray parts;
+    ASSERT_EQ(entity.explode(parts), Acad::eOk) << what;
+    counting canvas;
+    AcDbExtents extents;
+    for (void* const part : parts) {
+        const std::unique_ptr<AcDbEntity> piece(static_cast<AcDbEntity*>(part));
+        gi::tracer(canvas).draw(*piece);
+        extents.addExt(extents_of(*piece));
+    }
+    EXPECT_EQ(canvas.counts, seen(entity).counts) << what;
+    EXPECT_EQ(canvas.texts, seen(entity).texts) << what;
+    EXPECT_TRUE(extents.minPoint().isEqualTo(extents_of(entity).minPoint())) << what;
+    EXPECT_TRUE(extents.maxPoint().isEqualTo(extents_of(entity).maxPoint())) << what;
+}
+
 void label(TDbPipe& pipe) {
     pipe.InitLabelLocation(100.0);
 }
@@ -104,6 +121,12 @@ TEST_F(PipeEntity, DrawsLineLabelAndArrow) {
          {0, 1, 1, 0},
          {-50, -50, 0},
          {50, 50, 0}},
+        {"a riser as an arc",
+         {0, 0, 3000},
+         [](TDbPipe& p) { p.ChangeValues().m_vPipeSecond = 0; },
+         {0, 0, 1, 0},
+         {-50, -50, 0},
+         {50, 50, 0}},
         {"a crossed riser",
          {0, 0, 3000},
          [](TDbPipe& p) { p.ChangeValues().m_vPipeSecond = -3; },
@@ -115,6 +138,7 @@ TEST_F(PipeEntity, DrawsLineLabelAndArrow) {
         const std::unique_ptr<TDbPipe> pipe(test::pipe_between(AcGePoint3d::kOrigin, row.end));
         row.change(*pipe);
         EXPECT_EQ(seen(*pipe).counts, row.expected) << row.what;
+        expect_same_pieces(*pipe, row.what);
         const AcDbExtents extents = extents_of(*pipe);
         AcGeTol tenth;
         tenth.setEqualPoint(0.1);
@@ -127,6 +151,9 @@ TEST_F(PipeEntity, DrawsLineLabelAndArrow) {
     const std::unique_ptr<TDbPipe> thick(test::pipe_between(AcGePoint3d::kOrigin, {0, 1000, 0}));
     EXPECT_EQ(seen(*thick).counts, (std::array<int, 4>{0, 1, 0, 0}));
     EXPECT_EQ(extents_of(*thick).maxPoint(), AcGePoint3d(17.5, 1000, 0));
+    expect_same_pieces(*thick, "a thick pipe");
+    expect_same_pieces(*std::unique_ptr<TDbPipe>(test::pipe_between(AcGePoint3d::kOrigin, {0, 1000, 70})),
+                       "a thick pipe that falls");
     TDefaultCfg::SetDefaultValue(TDefaultCfg::kBoolean, 2, false);
 }
 
@@ -222,6 +249,64 @@ TEST_F(PipeEntity, MovesAndComesApart) {
     EXPECT_EQ(extents.maxPoint(), AcGePoint3d(100, 400, 0));
 }
 
+TEST_F(PipeEntity, SymbolsAndPassingPipesHideItsLine) {
+    auto* const made = test::pipe_between({0, 0, 0}, {3000, 0, 0});
+    const AcDbObjectId id = append(made);
+    auto* const valve = new TDbPipeAttachment;
+    valve->SetPosition({2900, 10, 0});
+    valve->SetSize(400);
+    auto* const beside = new TDbPipeAttachment;
+    beside->SetPosition({500, 500, 0});
+    const AcDbObjectId passing = append(test::pipe_between({1000, -500, 900}, {1000, 500, 900}));
+    const AcDbObjectId touching = append(test::pipe_between({2000, 0, 900}, {2000, 500, 900}));
+    AcDbObjectPointer<TDbPipe> pipe(id, AcDb::kForWrite);
+    EXPECT_EQ(pipe->GetVisibleLength(), 3000.0);
+    pipe->AddAttachment(append(valve));
+    pipe->AddAttachment(append(beside));
+    AcDbObjectIdArray over;
+    over.append(passing);
+    over.append(touching);
+    pipe->SetPassingPipes(over);
+    ASSERT_EQ(pipe->GetVisibleParts().size(), 2U);
+    EXPECT_EQ(pipe->GetVisibleParts()[1].first, AcGePoint3d(1100, 0, 0)); // half of 2 mm on paper, at 1:100
+    EXPECT_EQ(pipe->GetVisibleParts()[1].second, AcGePoint3d(2700, 0, 0));
+    EXPECT_NEAR(pipe->GetVisibleLength(), 900 + 1600, 1e-9);
+    expect_same_pieces(*pipe.object(), "with gaps");
+    AcDbObjectPointer<TDbPipe>(passing, AcDb::kForWrite)->erase();
+    EXPECT_NEAR(pipe->GetVisibleLength(), 2700, 1e-9);
+}
+
+TEST_F(PipeEntity, TakesItsInvisibleJointsAlong) {
+    AcDbObjectId joints[3];
+    for (int i = 0; i < 3; ++i) {
+        auto* const node = new TDbPipeNode;
+        node->SetPosition({1000.0 * i, 0, 0});
+        node->Show(i == 2);
+        joints[i] = append(node);
+    }
+    AcDbObjectId pipes[2];
+    for (int i = 0; i < 2; ++i) {
+        auto* const pipe = test::pipe_between({1000.0 * i, 0, 0}, {1000.0 * (i + 1), 0, 0});
+        pipe->SetNodes(joints[i], joints[i + 1]);
+        pipes[i] = append(pipe);
+        for (const AcDbObjectId joint : {joints[i], joints[i + 1]})
+            AcDbObjectPointer<TDbPipeNode>(joint, AcDb::kForWrite)->AddPipe(pipes[i]);
+    }
+    const auto gone = [&] {
+        std::array<bool, 3> answer{};
+        for (std::size_t i = 0; i < 3; ++i)
+            answer[i] = joints[i].isErased();
+        return answer;
+    };
+    using state = std::array<bool, 3>;
+    AcDbObjectPointer<TDbPipe>(pipes[0], AcDb::kForWrite)->erase();
+    EXPECT_EQ(gone(), (state{true, false, false})) << "the other pipe needs its joint";
+    AcDbObjectPointer<TDbPipe>(pipes[1], AcDb::kForWrite)->erase();
+    EXPECT_EQ(gone(), (state{true, true, false})) << "the last one is shown";
+    AcDbObjectPointer<TDbPipe>(pipes[0], AcDb::kForWrite, true)->erase(false);
+    EXPECT_EQ(gone(), (state{false, false, false}));
+}
+
 TEST_F(PipeEntity, SymbolsJointsAndTexts) {
     for (const auto& [kind, expected] : {std::pair(kGateValve, std::array<int, 4>{2, 0, 0, 0}),
                                          std::pair(kCheckValve, std::array<int, 4>{1, 1, 0, 0}),
@@ -230,6 +315,9 @@ TEST_F(PipeEntity, SymbolsJointsAndTexts) {
         TDbPipeAttachment symbol;
         symbol.SetKind(kind);
         EXPECT_EQ(seen(symbol).counts, expected) << kind;
+        symbol.SetPosition({300, 200, 100});
+        symbol.SetRotation(0.5);
+        expect_same_pieces(symbol, "a symbol");
     }
     TDbPipeNode joint;
     EXPECT_TRUE(IsNoDrawingObject(&joint));
@@ -237,6 +325,7 @@ TEST_F(PipeEntity, SymbolsJointsAndTexts) {
     joint.Show(true);
     EXPECT_FALSE(IsNoDrawingObject(&joint));
     EXPECT_EQ(seen(joint).counts[2], 1);
+    expect_same_pieces(joint, "a joint");
     TDbText text;
     EXPECT_FALSE(IsNoDrawingObject(&text));
     EXPECT_FALSE(IsNoDrawingObject(nullptr));
@@ -249,11 +338,8 @@ TEST_F(PipeEntity, SymbolsJointsAndTexts) {
     walls.SetFlange(180, 20);
     EXPECT_EQ(seen(walls).counts[0], 4);
     EXPECT_EQ(extents_of(walls).maxPoint(), AcGePoint3d(1000, 90, 0));
-    AcDbVoidPtrArray parts;
-    EXPECT_EQ(walls.explode(parts), Acad::eOk);
-    EXPECT_EQ(parts.length(), 10) << "two walls and the sides of two flanges";
-    for (void* const part : parts)
-        delete static_cast<AcDbEntity*>(part);
+    expect_same_pieces(walls, "two walls and two flanges");
+    expect_same_pieces(text, "a text");
 }
 
 TEST_F(PipeEntity, SectionsShowWhatCrosses) {

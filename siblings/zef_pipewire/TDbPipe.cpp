@@ -1,10 +1,33 @@
 #include "siblings/zef_pipewire/TDbPipe.h"
 
+#include "dbobjptr.h"
 #include "dbproxy.h"
+#include "siblings/zef_pipewire/TDbPipeNode.h"
 #include "siblings/zef_pipewire/TDxfFields.h"
 
 #include <algorithm>
 #include <cmath>
+
+namespace {
+
+// Whether another pipe than this one ends in the joint.
+bool IsUsed(const TDbPipeNode& node, AcDbObjectId pipe) {
+    const AcDbObjectIdArray& pipes = node.GetPipes();
+    for (int i = 0; i < pipes.length(); ++i)
+        if (pipes[i] != pipe && pipes[i].isValid() && !pipes[i].isErased())
+            return true;
+    return false;
+}
+
+void EraseNode(AcDbObjectId id, AcDbObjectId pipe, bool erasing) {
+    const AcDbObjectPointer<TDbPipeNode> node(id, AcDb::kForWrite, !erasing);
+    if (node.openStatus() != Acad::eOk || node->IsShown() || node->isErased() == erasing)
+        return;
+    if (!erasing || !IsUsed(*node.object(), pipe))
+        node->erase(erasing);
+}
+
+} // namespace
 
 ACRX_DXF_DEFINE_MEMBERS(TDbPipe, TDbPipePrototype, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
                         AcDbProxyEntity::kAllAllowedBits, ZEF_PIPE, "ZEF_PIPEWIRE|pipe entities")
@@ -52,6 +75,16 @@ void TDbPipe::SetNodes(AcDbObjectId start, AcDbObjectId end) {
     assertWriteEnabled();
     m_startNode = start;
     m_endNode = end;
+}
+
+const AcDbObjectIdArray& TDbPipe::GetPassingPipes() const {
+    assertReadEnabled();
+    return m_passingPipes;
+}
+
+void TDbPipe::SetPassingPipes(const AcDbObjectIdArray& pipes) {
+    assertWriteEnabled();
+    m_passingPipes = pipes;
 }
 
 const TPipeValues& TDbPipe::GetValues() const {
@@ -130,6 +163,7 @@ TDxfFields TDbPipe::Fields() {
              {46, &m_values.m_oldDimType},
              {330, &m_startNode},
              {331, &m_endNode},
+             {332, &m_passingPipes},
              {340, &m_values.m_labelLayer},
              {341, &m_arrowLayer},
              {342, &m_values.m_labelStyle},
@@ -165,4 +199,12 @@ Acad::ErrorStatus TDbPipe::subTransformBy(const AcGeMatrix3d& matrix) {
         return Acad::eCannotScaleNonUniformly;
     SetEnds(matrix * m_start, matrix * m_end);
     return Acad::eOk;
+}
+
+Acad::ErrorStatus TDbPipe::subErase(bool erasing) {
+    const Acad::ErrorStatus status = TDbPipePrototype::subErase(erasing);
+    if (status == Acad::eOk)
+        for (const AcDbObjectId node : {m_startNode, m_endNode})
+            EraseNode(node, objectId(), erasing);
+    return status;
 }

@@ -8,8 +8,10 @@
 
 #include "siblings/zef_pipewire/TDbPipePrototype.h"
 
+#include <utility>
 #include <vector>
 
+class TPen;
 struct TLabel;
 
 // What a label can tell: the elements of an arrangement.
@@ -33,9 +35,10 @@ struct TPipeValues {
     int m_material = -1;        // its place in the list of materials, 16 bits; -1 when unknown
     double m_lineWidth = 0.35;  // as drawn, mm on paper
     double m_vPipeRadius = 0.5; // of the riser's symbol, mm on paper
-    // What kind of symbol a riser is: above nought the radius of a second circle (mm on paper), -1 a filled
-    // circle, -3 a circle with a cross, all others a circle.
-    double m_vPipeSecond = 0.0;
+    // What kind of symbol a riser is: above nought a circle with a second one, whose radius it is (mm on
+    // paper); -1 a filled circle, -2 a circle, -3 a circle with a cross, 0 an arc, three quarters of a
+    // circle.
+    double m_vPipeSecond = -2.0;
     int m_flow = kFlowUnknown;
     AcDbObjectId m_labelLayer; // null: the pipe's own
     AcDbObjectId m_labelStyle; // of text; null: the font txt
@@ -59,6 +62,16 @@ public:
     double GetLength() const;
     // Whether it is seen end-on: its ends lie less than 0.1 apart in x and in y.
     bool IsVertical() const;
+
+    // The pipes that pass over this one. There its centre line has a gap, as wide as the drawing's default
+    // says (TDefaultCfg.h, GetPsBreakWidth), as long as they do.
+    const AcDbObjectIdArray& GetPassingPipes() const;
+    void SetPassingPipes(const AcDbObjectIdArray& pipes);
+    // What is seen of the centre line, part by part: neither symbols that stand on the pipe nor passing pipes
+    // hide it. And how long that is altogether.
+    using Part = std::pair<AcGePoint3d, AcGePoint3d>;
+    std::vector<Part> GetVisibleParts() const;
+    double GetVisibleLength() const;
 
     // The joints at its ends; null when there are none.
     AcDbObjectId GetStartNode() const;
@@ -102,20 +115,22 @@ protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;
     // eCannotScaleNonUniformly for what does not keep circles round.
     Acad::ErrorStatus subTransformBy(const AcGeMatrix3d& matrix) override;
-    // Lines or a circle, and the label.
+    // What it draws, in lines, circles, areas and texts.
     Acad::ErrorStatus subExplode(AcDbVoidPtrArray& parts) const override;
+    // Its joints that are not shown go with the last of their pipes, and come back with it.
+    Acad::ErrorStatus subErase(bool erasing) override;
 
-    // The lines that a pipe is which does not stand upright. One line alone is drawn as thick as it plots
-    // where that is the default.
-    virtual std::vector<std::vector<AcGePoint3d>> GetBody() const;
+    // The pipe itself, which does not stand upright: its visible parts, as thick as they plot where that is
+    // the default.
+    virtual void DrawBody(TPen& pen) const;
     // Along the pipe, level; of no length for a riser.
     AcGeVector3d GetDirection() const;
 
 private:
     TDxfFields Fields();
-    void DrawBody(AcGiWorldDraw& draw) const;
-    void DrawRiser(AcGiWorldDraw& draw) const;
-    void DrawArrow(AcGiWorldDraw& draw) const;
+    void Draw(TPen& pen) const;
+    void DrawRiser(TPen& pen) const;
+    void DrawArrow(TPen& pen) const;
     bool HasLabel() const;
     TLabel GetLabel() const;
     CString ElementText(int type) const;
@@ -127,6 +142,7 @@ private:
     AcDbObjectId m_startNode;
     AcDbObjectId m_endNode;
     AcDbObjectId m_arrowLayer;
+    AcDbObjectIdArray m_passingPipes;
     double m_outerDn = 0.0;
     TPipeValues m_values;
     std::vector<CString> m_fieldNames; // and their values, one for each
