@@ -2,6 +2,7 @@
 #include "accmd.h"
 #include "clients/DrawPipes.h"
 #include "clients/PlaceValves.h"
+#include "clients/SaveExploded.h"
 #include "rxregsvc.h"
 
 namespace {
@@ -18,6 +19,7 @@ extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packe
         stack->addCommand(commandGroup, L"hzgx", L"hzgx", ACRX_CMD_MODAL, DrawPipes);
         stack->addCommand(commandGroup, L"hzlg", L"hzlg", ACRX_CMD_MODAL, DrawRisers);
         stack->addCommand(commandGroup, L"hzfj", L"hzfj", ACRX_CMD_MODAL, PlaceValves);
+        stack->addCommand(commandGroup, L"zhcc", L"zhcc", ACRX_CMD_MODAL, SaveExploded);
     } else if (message == AcRx::kUnloadAppMsg && stack != nullptr) {
         stack->removeGroup(commandGroup);
     }

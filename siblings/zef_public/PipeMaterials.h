@@ -32,10 +32,10 @@ ZEF_PUBLIC_PORT void ReloadPipeMaterials();
 ZEF_PUBLIC_PORT void GetPipeMaterialList(std::vector<CString>& names);
 // "" when there is no such material.
 ZEF_PUBLIC_PORT CString GetPipeMaterialByIdx(int index);
-// The row of a nominal diameter, which agrees within 0.001, of the material of exactly that name; null when the
-// table has none.
+// The row of a nominal diameter, which agrees within 0.001, of the material of exactly that name; null when
+// the table has none.
 ZEF_PUBLIC_PORT const PipeDiameter* FindPipeDiameter(LPCTSTR material, double dn);
-// The outer diameter, and the inner one by which flows are reckoned, in metres; the nominal one when the table
-// has none.
+// The outer diameter, and the inner one by which flows are reckoned, in metres; the nominal one when the
+// table has none.
 ZEF_PUBLIC_PORT double GetPipeOutDByDn(LPCTSTR material, double dn);
 ZEF_PUBLIC_PORT double GetPipeDjByDn(LPCTSTR material, double dn);
