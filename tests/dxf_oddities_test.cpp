@@ -1,5 +1,7 @@
 // Oddities of drawings in the wild: none is damage, all survive byte for byte, and what they say is
 // understood.
+#include "host/db/properties.h"
+#include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
 #include "tests/dxf_support.h"
 #include "tests/support.h"
@@ -145,4 +147,65 @@ TEST(DxfOddities, WhatOnlyOthersUnderstandIsNotTakenForOurs) {
             ++in_unknown_sections;
         }
     EXPECT_EQ(in_unknown_sections, 2u);
+}
+
+// Group 8, 62 and 67 wherever a program put them: what the index and the object see, and where a change goes.
+// Of each entity what it becomes with the layer NEW and without a colour.
+TEST(DxfOddities, WhatEntitiesHaveInCommonIsTheirsWhereverItStands) {
+    const std::string head = "0 SECTION|2 ENTITIES|";
+    const std::string tail = "|0 ENDSEC|0 EOF";
+    struct row {
+        const char* entity;
+        const char* layer;
+        int color;
+        bool paper;
+        const char* changed;
+    };
+    const row rows[] = {
+        {"0 LINE|5 A|100 AcDbEntity|8 WALL|62 3|100 AcDbLine|10 1", "WALL", 3, false,
+         "0 LINE|5 A|100 AcDbEntity|8 NEW|100 AcDbLine|10 1"},
+        {"0 LINE|5 A|100 AcDbEntity|100 AcDbLine|10 1|62 3|20 2|67 1|8 WALL", "WALL", 3, true,
+         "0 LINE|5 A|100 AcDbEntity|100 AcDbLine|10 1|20 2|67 1|8 NEW"},
+        {"0 LINE|5 A|100 AcDbLine|8 WALL|10 1|100 AcDbEntity|62 3", "WALL", 3, false,
+         "0 LINE|5 A|100 AcDbLine|8 NEW|10 1|100 AcDbEntity"},
+        {"0 LINE|5 A|8 WALL|62 3|100 AcDbEntity|100 AcDbLine|10 1", "WALL", 3, false,
+         "0 LINE|5 A|8 NEW|100 AcDbEntity|100 AcDbLine|10 1"},
+        {"0 ARC|5 A|100 AcDbEntity|100 AcDbCircle|62 3|40 1|100 AcDbArc|8 WALL|50 1", "WALL", 3, false,
+         "0 ARC|5 A|100 AcDbEntity|100 AcDbCircle|40 1|100 AcDbArc|8 NEW|50 1"},
+        // The first one counts, and is the only one once it was set.
+        {"0 LINE|5 A|100 AcDbEntity|8 WALL|62 3|100 AcDbLine|8 OTHER|62 4", "WALL", 3, false,
+         "0 LINE|5 A|100 AcDbEntity|8 NEW|100 AcDbLine"},
+        // In braces, in extended data and in an embedded object it is none.
+        {"0 LINE|5 A|100 AcDbEntity|100 AcDbLine|102 {X|8 NO|62 1|102 }|8 WALL|1001 X|62 1", "WALL", 256,
+         false, "0 LINE|5 A|100 AcDbEntity|100 AcDbLine|102 {X|8 NO|62 1|102 }|8 NEW|1001 X|62 1"},
+        {"0 MTEXT|5 A|100 AcDbEntity|100 AcDbMText|8 WALL|101 Embedded Object|8 NO|62 1", "WALL", 256, false,
+         "0 MTEXT|5 A|100 AcDbEntity|100 AcDbMText|8 NEW|101 Embedded Object|8 NO|62 1"},
+        // What a class uses for something else is the class's.
+        {"0 ACAD_TABLE|5 A|100 AcDbEntity|100 AcDbTable|62 3|8 WALL", "WALL", 256, false,
+         "0 ACAD_TABLE|5 A|100 AcDbEntity|100 AcDbTable|62 3|8 NEW"},
+        {"0 MINE|5 A|100 AcDbEntity|8 WALL|100 Mine|8 NO|62 3|67 1", "WALL", 256, false,
+         "0 MINE|5 A|100 AcDbEntity|8 NEW|100 Mine|8 NO|62 3|67 1"},
+        {"0 LINE|5 A|8 WALL|10 1|62 3", "WALL", 3, false, "0 LINE|5 A|8 NEW|10 1"},
+    };
+    for (const row& row : rows) {
+        const auto drawing = opened(groups(head + row.entity + tail));
+        dxf::record_table& records = drawing->records();
+        const dxf::record_id id = records.find(0xA);
+        const auto layer_of = [&] { return std::string(records.layer_names()[records.layer(id)]); };
+        EXPECT_EQ(layer_of(), row.layer) << row.entity;
+        EXPECT_EQ(dxf::read_entity_header(records.text(id)).paper, row.paper) << row.entity;
+        dxf::group_list list(records.text(id));
+        EXPECT_EQ(list.text(db::entity_place, 8).value_or(""), row.layer) << row.entity;
+        EXPECT_EQ(list.integer(db::entity_place, 62).value_or(256), row.color) << row.entity;
+        list.set_text(db::entity_place, 8, "NEW");
+        list.remove(db::entity_place, 62);
+        records.replace(id, list.write({"\n", false, 0, 0}));
+        EXPECT_EQ(written(*drawing), groups(head + row.changed + tail)) << row.entity;
+        EXPECT_EQ(layer_of(), "NEW") << row.entity;
+    }
+    // A group that is new stands with the others of its kind, also when these are scattered.
+    dxf::group_list list("0\nLINE\n5\nA\n100\nAcDbEntity\n100\nAcDbLine\n8\nWALL\n10\n1\n");
+    list.set_integer(db::entity_place, 62, 3);
+    EXPECT_EQ(list.write({"\n", false, 0, 0}),
+              "0\nLINE\n5\nA\n100\nAcDbEntity\n62\n3\n100\nAcDbLine\n8\nWALL\n10\n1\n");
 }

@@ -57,22 +57,19 @@ std::wstring layer_of(const AcDbEntity& entity, const AcDbImpObject& imp) {
     return name && !dxf::trimmed(*name).empty() ? imp.decode(dxf::trimmed(*name)) : L"0";
 }
 
-// Whether a group may stand in the part of a record that all entities have. That part comes first, so that
-// most of the record need not be read to know that it does not.
-bool may_hold(std::string_view record, int code) {
-    dxf::group_reader reader(record);
-    dxf::raw_group group;
-    bool inside = false;
-    while (reader.next(group)) {
-        if (group.code == code)
+// Whether a line of a record is a group's code and nothing else. Where none is, the record need not be read
+// to know that it does not hold the group.
+bool may_hold(std::string_view record, std::string_view code) {
+    const auto is = [&](std::size_t at, std::string_view any) { return any.find(record[at]) != any.npos; };
+    for (std::size_t at = record.find(code); at != record.npos; at = record.find(code, at + 1)) {
+        std::size_t first = at;
+        while (first != 0 && is(first - 1, " \t0"))
+            --first;
+        std::size_t behind = at + code.size();
+        while (behind != record.size() && is(behind, " \t\r"))
+            ++behind;
+        if ((first == 0 || is(first - 1, "\n")) && (behind == record.size() || is(behind, "\n")))
             return true;
-        if (group.code != 100)
-            continue;
-        if (inside)
-            return false;
-        if (dxf::trimmed(group.value) != entity_place.marker)
-            return true;
-        inside = true;
     }
     return false;
 }
@@ -300,7 +297,7 @@ Acad::ErrorStatus AcDbEntity::setLineWeight(AcDb::LineWeight weight, bool doSube
 AcDb::Visibility AcDbEntity::visibility() const {
     assertReadEnabled();
     if (imp().database != nullptr && !imp().is_read() &&
-        !may_hold(imp().database->records().text(imp().record), 60))
+        !may_hold(imp().database->records().text(imp().record), "60"))
         return AcDb::kVisible;
     return imp().groups().integer(entity_place, 60).value_or(0) == 1 ? AcDb::kInvisible : AcDb::kVisible;
 }

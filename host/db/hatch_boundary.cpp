@@ -5,6 +5,7 @@
 #include "host/db/flat_path.h"
 #include "host/db/geometry_groups.h"
 #include "host/db/record_text.h"
+#include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -322,8 +323,11 @@ std::pair<std::size_t, std::size_t> range_of_loops(const dxf::group_list& groups
     if (first == dxf::group_list::npos)
         return {all.size(), all.size()};
     ++first;
+    constexpr int type_of_loop = 92;
+    while (first < all.size() && all[first].code != type_of_loop && dxf::common_bit(all[first].code) != 0)
+        ++first; // the entity's, not the hatch's
     std::size_t last = first;
-    if (last < all.size() && all[last].code != 92)
+    if (last < all.size() && all[last].code != type_of_loop)
         return {first, first};
     const auto ends = [](int code) {
         return code == 75 || code == 76 || code == 98 || code == 100 || code == 101 || code >= 450;

@@ -2,6 +2,7 @@
 
 #include "base/case_fold.h"
 #include "host/db/imp_object.h"
+#include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -14,7 +15,8 @@ namespace {
 
 // A group that holds a name: in records of a type ("": of all that stand on layers; "*": of all), behind a
 // marker of the class that it belongs to ("*": wherever it stands). Records without markers (R12) have it
-// anywhere. Source: the DXF reference's group tables.
+// anywhere, and what all entities have in common is theirs behind other markers too. Source: the DXF
+// reference's group tables.
 struct reference_row {
     table_kind kind;
     std::string_view type;
@@ -80,6 +82,11 @@ bool concerns(const reference_row& row, std::string_view type, dxf::record_kind 
 template<class Found>
 void for_references(const dxf::group_list& list, std::string_view type, dxf::record_kind kind, Found found) {
     const auto& groups = list.groups();
+    const dxf::common_set of_class = dxf::codes_of_class(type);
+    const auto is_at = [&](const reference_row& row, std::string_view marker) {
+        return row.marker == "*" || marker.empty() || row.marker == marker ||
+               (row.marker == dxf::common_marker && (dxf::common_bit(row.code) & ~of_class) != 0);
+    };
     std::string_view marker;
     bool in_braces = false;
     for (std::size_t i = 1; i < groups.size(); ++i) {
@@ -93,8 +100,7 @@ void for_references(const dxf::group_list& list, std::string_view type, dxf::rec
         if (in_braces || (code > 8 && code < 1000))
             continue;
         for (const reference_row& row : references)
-            if (row.code == code && (row.marker == "*" || marker.empty() || row.marker == marker) &&
-                concerns(row, type, kind)) {
+            if (row.code == code && is_at(row, marker) && concerns(row, type, kind)) {
                 found(row, i);
                 break;
             }

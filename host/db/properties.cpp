@@ -4,6 +4,7 @@
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
 #include "host/db/xref_names.h"
+#include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ constexpr int layer_order[] = {2, 70, 62, 420, 430, 6, 290, 370, 390, 347, 348};
 
 } // namespace
 
-const dxf::group_place entity_place{"AcDbEntity", entity_order};
+const dxf::group_place entity_place{dxf::common_marker, entity_order};
 const dxf::group_place layer_place{"AcDbLayerTableRecord", layer_order};
 const dxf::group_place name_place{"*"};
 

@@ -1,6 +1,7 @@
 #include "host/dxf/group_list.h"
 
 #include "base/number_text.h"
+#include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -144,7 +145,46 @@ std::pair<std::size_t, std::size_t> group_list::extent(const group_place& place)
     return {0, first_marker == npos || place.marker == "*" ? end : first_marker};
 }
 
+namespace {
+
+// Whether a place is that of what all entities have in common, which is theirs in other parts of a record
+// too.
+bool is_common(const group_place& place, int code) {
+    return place.marker == common_marker && common_bit(code) != 0;
+}
+
+// The first group of a common code that is the entity's, from one on.
+std::size_t find_common(const std::vector<group>& groups, int code, std::size_t from = 0) {
+    common_parts parts(groups.empty() ? std::string_view() : trimmed(groups.front().value));
+    bool in_braces = false;
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        const int here = groups[i].code;
+        if (here >= 1000 || here == 101)
+            break;
+        if (here == 100)
+            parts.begin(groups[i].value);
+        else if (here == 102)
+            in_braces = groups[i].value.find('{') != std::string_view::npos;
+        else if (here == code && i >= from && !in_braces && parts.holds(code))
+            return i;
+    }
+    return group_list::npos;
+}
+
+// Takes away all groups of a common code from one on. Whether there were any.
+bool remove_common(std::vector<group>& groups, int code, std::size_t from = 0) {
+    const std::size_t before = groups.size();
+    for (std::size_t at = find_common(groups, code, from); at != group_list::npos;
+         at = find_common(groups, code, at))
+        groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(at));
+    return groups.size() != before;
+}
+
+} // namespace
+
 std::size_t group_list::find(const group_place& place, int code) const {
+    if (is_common(place, code))
+        return find_common(groups_, code);
     const auto [first, last] = extent(place);
     bool in_braces = false;
     for (std::size_t i = first; i < last; ++i) {
@@ -222,9 +262,11 @@ void group_list::put_value(std::size_t at, std::string_view value) {
 void group_list::set_text(const group_place& place, int code, std::string_view value) {
     const std::size_t at = find(place, code);
     if (at == npos)
-        put_new(insertion_point(place, code), code, std::string(value));
-    else if (groups_[at].value != value)
+        return put_new(insertion_point(place, code), code, std::string(value));
+    if (groups_[at].value != value)
         put_value(at, value);
+    if (is_common(place, code)) // who reads the last one must see the same
+        changed_ = remove_common(groups_, code, at + 1) || changed_;
 }
 
 void group_list::set_integer(const group_place& place, int code, std::int64_t value) {
@@ -248,6 +290,10 @@ void group_list::set_real_at(std::size_t at, double value) {
 }
 
 void group_list::remove(const group_place& place, int code) {
+    if (is_common(place, code)) {
+        changed_ = remove_common(groups_, code) || changed_;
+        return;
+    }
     const std::size_t at = find(place, code);
     if (at == npos)
         return;

@@ -1,6 +1,7 @@
 #include "host/dxf/indexer.h"
 
 #include "base/number_text.h"
+#include "host/dxf/common_groups.h"
 #include "host/dxf/type_name.h"
 
 #include <algorithm>
@@ -65,7 +66,9 @@ std::optional<refusal> indexer::run() {
     // What stands before the first record: comments, or nothing.
     record_id current = records_.append(text_.substr(0, 0), record_kind::structure, type_none);
     header_taker taker({});
+    scattered_taker scattered({});
     bool in_header = false;
+    bool in_entity = false;
     bool ended = false;
     bool mixed_up = false; // a group of the current record begins with 0 and is no record
     std::size_t stray_lines = 0;
@@ -82,6 +85,8 @@ std::optional<refusal> indexer::run() {
         if (group.code != 0) {
             if (in_header && !taker.take(group))
                 in_header = false;
+            if (in_entity && !scattered.take(group, taker.header))
+                in_entity = false;
             continue;
         }
         // The last lines that were met may stand behind this group: they are none of its value.
@@ -98,7 +103,9 @@ std::optional<refusal> indexer::run() {
         mixed_up = met_lines;
         current = begin_record(group);
         taker = header_taker(records_.type_name(current));
+        scattered = scattered_taker(records_.type_name(current));
         in_header = true;
+        in_entity = stands_on_layer(records_.kind(current)) || section_ == no_record; // which lost its place
         ended = records_.type(current) == type_eof;
     }
     const char* const end = text_.data() + text_.size();

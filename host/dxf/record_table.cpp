@@ -1,5 +1,6 @@
 #include "host/dxf/record_table.h"
 
+#include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
 #include "host/dxf/type_name.h"
 
@@ -19,6 +20,10 @@ constexpr std::string_view known_type_names[known_types] = {
 
 // Handles are mostly dense: a plain table serves until it would be this many times larger than the records.
 constexpr std::uint64_t sparse = 8;
+
+record_header header_of(std::string_view text, record_kind kind) {
+    return stands_on_layer(kind) ? read_entity_header(text) : read_record_header(text);
+}
 
 } // namespace
 
@@ -84,7 +89,7 @@ void record_table::rewrite(record_id id, std::string_view text) {
     lengths_[id] = static_cast<std::uint32_t>(kept.size());
     if (kinds_[id] == record_kind::structure || kinds_[id] == record_kind::header)
         return;
-    const record_header header = read_record_header(kept);
+    const record_header header = header_of(kept, kinds_[id]);
     if (header.handle != handles_[id])
         set_handle(id, header.handle);
     if (stands_on_layer(kinds_[id]))
@@ -194,7 +199,7 @@ bool record_table::replace(record_id id, std::string_view text) {
     const std::string_view kept = arena_.keep(text);
     changed.text = kept.data();
     changed.length = static_cast<std::uint32_t>(kept.size());
-    const record_header header = read_record_header(kept);
+    const record_header header = header_of(kept, kinds_[id]);
     changed.type = put_type(type_name_of(header.type));
     if (stands_on_layer(kinds_[id]))
         changed.layer = put_layer(header.layer);
@@ -231,7 +236,7 @@ void record_table::give_handle(record_id id, std::uint64_t handle) {
 
 record_id record_table::make_behind(record_id previous, std::string_view text, record_kind kind) {
     const std::string_view kept = arena_.keep(text);
-    const record_header header = read_record_header(kept);
+    const record_header header = header_of(kept, kind);
     const record_id id = place_behind(previous, kept, kind, put_type(type_name_of(header.type)));
     if (kind != record_kind::structure && kind != record_kind::header)
         give_handle(id, header.handle != 0 ? header.handle : new_handle());
@@ -242,7 +247,7 @@ record_id record_table::make_behind(record_id previous, std::string_view text, r
 record_id record_table::add_behind(record_id previous, std::string_view text, record_kind kind,
                                    std::uint64_t owner) {
     const std::string_view kept = arena_.keep(text);
-    const record_header header = read_record_header(kept);
+    const record_header header = header_of(kept, kind);
     const record_id id = place_behind(previous, kept, kind, put_type(type_name_of(header.type)));
     if (stands_on_layer(kind))
         layers_[id] = put_layer(header.layer);
