@@ -203,6 +203,7 @@ void add_pieces(const flat_path& path, AcDbImpCurve& pieces) {
 
 void explode_path(const flat_path& path, const AcDbEntity& whole, AcDbVoidPtrArray& parts) {
     const AcGeMatrix3d to_world = AcGeMatrix3d::planeToWorld(path.normal);
+    const AcDbEntity* like = &whole; // then the part before: it has fewer groups to be searched
     for (std::size_t i = 0; i < path.segments(); ++i) {
         const path_vertex& from = path.vertices[i];
         const AcGePoint2d& to = path.next(i).point;
@@ -213,15 +214,17 @@ void explode_path(const flat_path& path, const AcDbEntity& whole, AcDbVoidPtrArr
             auto* const part = new AcDbArc(to_world * arc.center, path.normal, arc.u.length(),
                                            std::min(first, last), std::max(first, last));
             part->setThickness(path.thickness);
-            part->setPropertiesFrom(&whole);
+            part->setPropertiesFrom(like);
             parts.append(part);
+            like = part;
         } else {
             auto* const part = new AcDbLine(to_world * at_elevation(from.point, path.elevation),
                                             to_world * at_elevation(to, path.elevation));
             part->setThickness(path.thickness);
             part->setNormal(path.normal);
-            part->setPropertiesFrom(&whole);
+            part->setPropertiesFrom(like);
             parts.append(part);
+            like = part;
         }
     }
 }

@@ -191,10 +191,12 @@ Acad::ErrorStatus AcDbMline::subTransformBy(const AcGeMatrix3d& matrix) {
 
 Acad::ErrorStatus AcDbMline::subExplode(AcDbVoidPtrArray& parts) const {
     assertReadEnabled();
+    const AcDbEntity* like = this; // then the line before: it has fewer groups to be searched
     for (const std::array<AcGePoint3d, 2>& line : read_lines(imp())) {
         auto* const part = new AcDbLine(line[0], line[1]);
-        part->setPropertiesFrom(this);
+        part->setPropertiesFrom(like);
         parts.append(part);
+        like = part;
     }
     return Acad::eOk;
 }

@@ -77,6 +77,8 @@ public:
 
     // False when nothing further can belong to the header.
     bool take(const raw_group& group, record_header& header) {
+        if (group.code > 8 && group.code < 67) // most groups, so this is asked first
+            return true;
         switch (group.code) {
         case 100:
             parts_.begin(group.value);
