@@ -1,9 +1,9 @@
 // The parts that a file may lack, made when something is to stand in them.
 #include "host/dxf/drawing.h"
+#include "host/dxf/handle_text.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace dxf {
 
@@ -31,12 +31,6 @@ constexpr std::string_view tables[] = {"VPORT", "LTYPE", "LAYER",    "STYLE",   
 
 constexpr int first_with_owners = 1012;        // R13: handles, owners and markers everywhere
 constexpr int first_with_cloning_flags = 1015; // 2000: group 281 of a dictionary
-
-std::string hexadecimal(std::uint64_t number) {
-    char digits[20];
-    std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(number));
-    return digits;
-}
 
 } // namespace
 
@@ -91,7 +85,7 @@ record_id drawing::ensure_table(std::string_view name) {
     if (previous == no_record)
         return no_record;
     const std::string named(name);
-    const std::string handle = hexadecimal(records_->new_handle());
+    const std::string handle = handle_text(records_->new_handle());
     record_id head = no_record;
     if (version_ < first_with_owners)
         head = make(previous, {{0, "TABLE"}, {2, named}, {70, "1"}}, record_kind::table);
@@ -123,7 +117,7 @@ record_id drawing::ensure_root_dictionary() {
     const record_id first = records_->next(section);
     if (first != no_record && records_->kind(first) == record_kind::object)
         return records_->type(first) == type_dictionary ? first : no_record;
-    const std::string handle = hexadecimal(records_->new_handle());
+    const std::string handle = handle_text(records_->new_handle());
     const record_id root =
         version_ < first_with_cloning_flags
             ? make(section, {{0, "DICTIONARY"}, {5, handle}, {330, "0"}, {100, "AcDbDictionary"}},

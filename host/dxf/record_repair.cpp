@@ -2,10 +2,11 @@
 
 #include "base/case_fold.h"
 #include "base/utf.h"
+#include "host/dxf/double_handles.h"
+#include "host/dxf/handle_text.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -14,12 +15,6 @@ namespace dxf {
 namespace {
 
 constexpr int first_with_handles = 1012; // R13: handles, block records
-
-std::string handle_text(std::uint64_t handle) {
-    char digits[20];
-    std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(handle));
-    return digits;
-}
 
 std::wstring wide_handle(std::uint64_t handle) {
     return base::widen(handle_text(handle));
@@ -320,24 +315,29 @@ void record_mender::give_handle(record_id id, std::uint64_t handle) {
 
 void record_mender::mend_handles() {
     const std::vector<record_id> doubles = records_.doubles();
+    const std::vector<reference_to_double> references = references_to(doubles, records_);
+    std::unordered_map<record_id, std::size_t> following;
+    for (const reference_to_double& one : references)
+        ++following[one.meant];
     for (const record_id id : doubles) {
         const std::uint64_t before = records_.handle(id);
         const std::uint64_t handle = new_handle();
         tell(id, repair_kind::duplicate_handle,
              L"duplicate handle " + wide_handle(before) + L" of a " + type_of(id),
-             L"given the handle " + wide_handle(handle));
+             L"given the handle " + wide_handle(handle) +
+                 (following.contains(id) ? L", as " + std::to_wstring(following[id]) + L" references to it"
+                                         : std::wstring()));
         give_handle(id, handle);
-        // What stands behind an entity as part of it follows it.
-        for (record_id part = records_.next(id);
-             records_.kind(id) == record_kind::entity && part != no_record &&
-             records_.kind(part) == record_kind::part;
-             part = records_.next(part)) {
-            group_list groups(records_.text(part));
-            if (groups.handle(head, 330) != before)
-                continue;
-            groups.set_text(head, 330, handle_text(handle));
-            rewrite(part, groups);
+    }
+    for (auto at = references.begin(); at != references.end();) {
+        const record_id holder = at->holder;
+        group_list groups(records_.text(holder));
+        for (; at != references.end() && at->holder == holder; ++at) {
+            const group_list::fresh_group fresh[] = {
+                {groups.groups()[at->group].code, handle_text(records_.handle(at->meant))}};
+            groups.splice(at->group, at->group + 1, fresh);
         }
+        rewrite(holder, groups);
     }
 
     std::vector<record_id> without = damage_.empty_handles;
