@@ -2,10 +2,13 @@
 
 #include "base/utf.h"
 #include "host/dxf/encoding_guess.h"
+#include "host/dxf/handle_text.h"
 #include "host/dxf/record_header.h"
 #include "host/dxf/record_repair.h"
+#include "host/dxf/space_repair.h"
 #include "sys/atomic_file.h"
 #include "sys/folders.h"
+#include "sys/regular_file.h"
 
 #include <algorithm>
 #include <charconv>
@@ -84,6 +87,8 @@ group_style style_of(std::string_view bytes, const record_table& records) {
 } // namespace
 
 base::result<std::unique_ptr<drawing>> drawing::open(const std::filesystem::path& file, int encoding) {
+    if (auto regular = sys::check_regular_file(file); !regular)
+        return base::failure{regular.error()};
     auto bytes = sys::read_file(file);
     if (!bytes)
         return base::failure{bytes.error()};
@@ -188,7 +193,9 @@ base::result<void> drawing::index(std::string_view text, int encoding) {
     take_encoding(encoding);
 
     placed_repairs repairs;
-    repair_records(*records_, index->parts(), index->damage(), {version_, style_, codec_}, repairs);
+    const drawing_manner manner{version_, style_, codec_};
+    repair_records(*records_, index->parts(), index->damage(), manner, repairs);
+    repair_spaces(*records_, index->parts(), manner, repairs);
     take(repairs);
     index->settle();
     parts_ = std::move(index->parts());
@@ -355,12 +362,10 @@ std::string drawing::header_with_seed() const {
             needed = std::max(needed, records_->handle(id) + 1);
     if (needed <= parse_handle(*seed))
         return {};
-    char digits[20];
-    std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(needed));
     group_list header(records_->text(parts_.header));
     for (std::size_t i = 0; i + 1 < header.groups().size(); ++i)
         if (header.groups()[i].code == 9 && trimmed(header.groups()[i].value) == "$HANDSEED") {
-            const group_list::fresh_group fresh[] = {{5, digits}};
+            const group_list::fresh_group fresh[] = {{5, handle_text(needed)}};
             header.splice(i + 1, i + 2, fresh);
             break;
         }

@@ -1,5 +1,6 @@
 #include "sys/file.h"
 
+#include "sys/posix/memory.h"
 #include "sys/posix/reason.h"
 
 #include <algorithm>
@@ -95,6 +96,8 @@ base::result<file_bytes> read_file(const std::filesystem::path& path) {
                                      bytes.capacity_ - file_bytes::padding - bytes.size_);
         if (count == 0)
             return bytes;
+        if (bytes.size_ > half_of_memory())
+            return cannot(L"read", path, L"it has no end, or is larger than half of this machine's memory");
         if (count > 0)
             bytes.size_ += static_cast<std::size_t>(count);
         else if (errno != EINTR)
