@@ -13,6 +13,7 @@
 #include "host/db/format_versions.h"
 #include "host/db/imp_object.h"
 #include "host/db/name_references.h"
+#include "host/db/named_layers.h"
 #include "host/db/notifier.h"
 #include "host/db/properties.h"
 #include "host/db/symbol_entry.h"
@@ -151,6 +152,7 @@ base::result<void> AcDbImpDatabase::save(const std::wstring& path) {
 
 void AcDbImpDatabase::set_drawing(std::unique_ptr<dxf::drawing> drawing) {
     drawing_ = std::move(drawing);
+    db::imply_layers(*this, false);
 }
 
 // ---- ids: the database's number above, the record's number plus one below

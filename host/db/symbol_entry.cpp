@@ -6,6 +6,7 @@
 #include "host/db/new_block.h"
 #include "host/db/properties.h"
 #include "host/db/record_text.h"
+#include "host/db/xref_names.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -151,16 +152,10 @@ Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymb
     if (dxf::value_of(database.records().text(table), 2) != imp.groups().groups().front().value)
         return Acad::eNotThatKindOfClass;
 
-    if (kind == table_kind::layer && !base::equal_no_case(name.kwszPtr(), L"0") &&
-        database.find_entry(kind, L"0") == dxf::no_record && database.entries(kind).empty()) {
-        auto zero = std::make_unique<AcDbLayerTableRecord>(); // every drawing has it
-        AcDbObjectId zero_id;
-        zero->setName(L"0");
-        if (const auto status = add_entry(database, kind, *zero, zero_id); status != Acad::eOk)
-            return status;
-        zero.release()->close(); // the database's now
-        return add_entry(database, kind, entry, id);
-    }
+    if (kind == table_kind::layer)
+        if (const dxf::record_id zero = database.find_entry(kind, L"0");
+            zero != dxf::no_record && database.records().implied(zero))
+            settle_entry(database, zero); // which no drawing lacks
     register_applications(database, imp);
     const dxf::record_id record = database.records().insert_after(
         previous, entry_text(database, kind, imp), dxf::record_kind::entry, database.records().handle(table));

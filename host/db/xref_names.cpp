@@ -207,9 +207,10 @@ void settle_entry(AcDbImpDatabase& drawing, dxf::record_id entry) {
     };
     records.settle(entry);
     const dxf::group_list groups(records.text(entry));
-    if (records.type(entry) == dxf::type_layer)
+    if (records.type(entry) == dxf::type_layer) {
         settle_implied(drawing.find_entry(table_kind::linetype, text_of(drawing, groups, layer_place, 6)));
-    else if (records.type(entry) == dxf::type_ltype)
+        settle_implied(drawing.find_entry(table_kind::layer, L"0")); // which no drawing lacks
+    } else if (records.type(entry) == dxf::type_ltype)
         for (const dxf::group& group : groups.groups())
             if (group.code == style_of_text)
                 settle_implied(records.find(dxf::parse_handle(group.value)));

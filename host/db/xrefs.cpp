@@ -2,6 +2,7 @@
 
 #include "base/case_fold.h"
 #include "host/db/imp_database.h"
+#include "host/db/named_layers.h"
 #include "host/db/xref_names.h"
 #include "host/dxf/record_header.h"
 #include "sys/folders.h"
@@ -181,8 +182,10 @@ references::~references() = default;
 
 std::vector<std::wstring> references::load() {
     loading walk(drawing_);
-    if (drawing_.has_drawing())
+    if (drawing_.has_drawing()) {
         walk.load(drawing_);
+        imply_layers(drawing_, true);
+    }
     return std::move(walk.told);
 }
 
