@@ -19,11 +19,15 @@ void select_command() {
 void erase_command() {
     if (current_drawing() == nullptr)
         return;
+    int refused = 0;
     for (const AcDbObjectId id : ask_objects(true)) {
         const AcDbEntityPointer entity(id, AcDb::kForWrite);
-        if (entity.openStatus() == Acad::eOk)
-            entity->erase();
+        if (entity.openStatus() == Acad::eOk && entity->erase() == Acad::eNotAllowedForThisProxy)
+            ++refused;
     }
+    if (refused != 0)
+        acutPrintf(L"\n%d could not be erased: the application of these proxies does not allow it.\n",
+                   refused);
 }
 
 namespace {
