@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -26,6 +27,7 @@ TEST(Program, BadInputGetsOneLineAndItsStatus) {
     const test::folder folder;
     folder.write("empty.dxf", "");
     folder.write("text.dxf", "hello\nworld\n");
+    ASSERT_EQ(::mkfifo((folder / "pipe.dxf").c_str(), 0600), 0);
     const std::string good = path_of("r2018.dxf");
     struct row {
         Args arguments;
@@ -43,6 +45,9 @@ TEST(Program, BadInputGetsOneLineAndItsStatus) {
         {{folder.path().string()}, "", 3, "folder"},
         {{(folder / "empty.dxf").string()}, "", 3, "empty"},
         {{(folder / "text.dxf").string()}, "", 3, "line 1"},
+        {{"/dev/zero"}, "", 3, "a device, not a file"},
+        {{(folder / "pipe.dxf").string()}, "", 3, "a pipe or"},
+        {{"/proc/version"}, "", 3, "the system makes it up"},
         {{good, "-c", "NOSUCH"}, "", 4, "NOSUCH"},
         {{good}, "-LAYER OFF NOSUCH\n", 4, "standard input, line 1"},
         {{good, "-c", "SETVAR\\nPICKBOX\\nmany"}, "", 4, "many"},
