@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <regex>
 
 namespace {
 
@@ -190,6 +191,11 @@ TEST(DxfRepair, WhatStandsInTheWrongPlace) {
               "repair 1: line #: a LINE stands in no section: put at the end of the ENTITIES section\n",
               "?",
               {"0 LINE|5 30"}},
+             {with(line, groups("0 LINE|5 30|330 22|100 AcDbEntity|8 0|0 LINE|5 31|330 22|8 0|67 1")),
+              "repair 1: line #: a LINE of model space names the block DOOR as its owner: put in model "
+              "space\n",
+              "- 22|+ 1F",
+              {"0 LINE|5 30"}},
              {with(entities, groups("0 VERTEX|5 30|8 0|" + entities)),
               "repair 1: line #: a VERTEX belongs to no entity: left out\n"
               "repair 2: line #: duplicate handle 30 of a LINE: given the handle 40\n",
@@ -273,6 +279,10 @@ TEST(DxfRepair, LinesThatLostTheirCodes) {
 }
 
 TEST(DxfRepair, Handles) {
+    const std::string window_record = "0 BLOCK_RECORD|5 22|330 1|100 AcDbSymbolTableRecord|100 "
+                                      "AcDbBlockTableRecord|2 WINDOW";
+    const std::string window = "0 BLOCK|5 26|330 22|100 AcDbEntity|8 0|100 AcDbBlockBegin|2 WINDOW|70 0|"
+                               "0 POINT|5 27|330 22|8 0|0 ENDBLK|5 28|330 22|8 0";
     for (const damaged& row : std::vector<damaged>{
              {with(line, groups(line + "|" + line)),
               "repair 1: line #: duplicate handle 30 of a LINE: given the handle 40\n",
@@ -297,9 +307,37 @@ TEST(DxfRepair, Handles) {
              {with(line,
                    groups("0 POLYLINE|5 30|330 1F|8 0|0 SEQEND|5 33|330 30|8 0|0 POLYLINE|5 30|330 1F|8 0|"
                           "0 VERTEX|5 31|330 30|8 0|0 SEQEND|5 32|330 30|8 0")),
-              "repair 1: line #: duplicate handle 30 of a POLYLINE: given the handle 40\n",
+              "repair 1: line #: duplicate handle 30 of a POLYLINE: given the handle 40, also in 2 groups "
+              "that "
+              "mean it\n",
               "- 40|+ 41|- 30|+ 40|- 30|+ 40|- 30|+ 40",
               {"0 POLYLINE|5 30"}},
+             // So does what stands in a block.
+             {groups(header + "|" + std::regex_replace(tables, std::regex("DOOR"), "DOOR|" + window_record) +
+                     "|" +
+                     std::regex_replace(blocks, std::regex("(.*)\\|0 ENDSEC"), "$1|" + window + "|0 ENDSEC") +
+                     "|" + entities + "|" + objects + "|" + end),
+              "repair 1: line #: duplicate handle 22 of a BLOCK_RECORD: given the handle 40, also in 3 "
+              "groups that "
+              "mean it\n",
+              "- 40|+ 41|- 22|+ 40|- 22|+ 40|- 22|+ 40|- 22|+ 40",
+              {"0 BLOCK_RECORD|5 22"}},
+             // A dictionary, what names it as its own and what it holds; what points at an entity means the
+             // entity.
+             {groups(
+                  header + "|" + tables + "|" + blocks +
+                  "|0 SECTION|2 ENTITIES|0 LINE|5 31|330 1F|8 0|0 LINE|5 30|102 {ACAD_XDICTIONARY|360 31|102 "
+                  "}|330 "
+                  "1F|8 0|0 ENDSEC|0 SECTION|2 OBJECTS|0 DICTIONARY|5 C|330 0|100 AcDbDictionary|281 1|3 "
+                  "G|350 "
+                  "34|0 DICTIONARY|5 31|330 30|100 AcDbDictionary|3 K|360 33|0 XRECORD|5 33|102 "
+                  "{ACAD_REACTORS|330 "
+                  "31|102 }|330 31|100 AcDbXrecord|0 GROUP|5 34|330 C|100 AcDbGroup|340 31|0 ENDSEC|0 EOF"),
+              "repair 1: line #: duplicate handle 31 of a DICTIONARY: given the handle 40, also in 3 groups "
+              "that "
+              "mean it\n",
+              "- 40|+ 41|- 31|+ 40|- 31|+ 40|- 31|+ 40|- 31|+ 40",
+              {"0 DICTIONARY|5 31"}},
              // Old drawings may have none, but what is there must be right.
              {groups("0 SECTION|2 ENTITIES|0 LINE|5 1|8 A|0 LINE|8 A|0 LINE|5 1|8 B|0 LINE|5 0|8 C|0 "
                      "ENDSEC|0 EOF"),

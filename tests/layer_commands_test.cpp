@@ -139,4 +139,42 @@ TEST(LayerCommands, UnLockSelLayerUnlocksAllAfterAClickIntoEmptySpace) {
               (texts{"VPIPE-给水: 70 0", "VPIPE-给水: -70 4"}));
 }
 
+// Layer 0 and the layers that entities name are there without a table, and are made when a command changes
+// them.
+TEST(LayerCommands, MakeTheLayersThatADrawingLacks) {
+    const test::folder folder;
+    const std::filesystem::path drawing = folder.write(
+        "plain.dxf", "0\nSECTION\n2\nENTITIES\n0\nLINE\n5\n1F\n8\nWALL\n10\n0\n20\n0\n11\n9\n21\n0\n"
+                     "0\nPOINT\n5\n20\n8\nDOOR\n10\n5\n20\n5\n0\nENDSEC\n0\nEOF\n");
+    const struct {
+        std::string command;
+        texts changed;
+    } rows[] = {
+        {"LockSelLayer", {"0: 70 0", "0: 62 7", "WALL: 70 4", "WALL: 62 7"}},
+        {"FrozenLayer", {"0: 70 0", "0: 62 7", "WALL: 70 1", "WALL: 62 7"}},
+        {"CloseSelLayer", {"0: 70 0", "0: 62 7", "WALL: 70 0", "WALL: 62 -7"}},
+        {"sfxc", {"0: 70 4", "0: 62 7", "DOOR: 70 4", "DOOR: 62 7"}},
+        {"UnLockSelLayer", {}},
+    };
+    for (const auto& row : rows) {
+        const std::string script = row.command + "\n" + picks({"1F"}) + "\n";
+        texts layers = test::run_on_layers(drawing, script).changed;
+        std::erase(layers, "TABLE: 70 1");
+        EXPECT_EQ(layers, row.changed) << row.command;
+        EXPECT_EQ(test::run_on_layers(drawing, script + "U\n").changed, texts()) << row.command;
+    }
+}
+
+// A pipe whose application allows nothing, in a drawing without that application.
+TEST(LayerCommands, TellWhatMayNotBeErased) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"EraseSelLayer\n", "\n有 2 个代理图元不允许删除！\n"}, {"ERASE\n", "\n1 could not be erased: "}};
+    for (const auto& [command, told] : rows) {
+        const test::layer_outcome found =
+            test::run_on_layers(test::drawing("odd/foreign.dxf"), command + picks({"30"}) + "\n");
+        EXPECT_EQ(std::count(found.changed.begin(), found.changed.end(), "30: gone"), 0) << command;
+        EXPECT_NE(found.ran.out.find(told), std::string::npos) << found.ran.out;
+    }
+}
+
 } // namespace

@@ -325,8 +325,9 @@ void record_mender::mend_handles() {
         tell(id, repair_kind::duplicate_handle,
              L"duplicate handle " + wide_handle(before) + L" of a " + type_of(id),
              L"given the handle " + wide_handle(handle) +
-                 (following.contains(id) ? L", as " + std::to_wstring(following[id]) + L" references to it"
-                                         : std::wstring()));
+                 (following.contains(id)
+                      ? L", also in " + std::to_wstring(following[id]) + L" groups that mean it"
+                      : std::wstring()));
         give_handle(id, handle);
     }
     for (auto at = references.begin(); at != references.end();) {
