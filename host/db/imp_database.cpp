@@ -345,6 +345,8 @@ void AcDbImpDatabase::commit(AcDbObject& object) {
         // What is saved must not name what is not.
         if (implied || records().type(imp.record) == dxf::type_layer)
             db::settle_entry(*this, imp.record);
+        if (implied && records().type(imp.record) == dxf::type_layer)
+            db::settle_layer_zero(*this);
         if (records().type(imp.record) == dxf::type_layer)
             locked_.clear();
         const std::string after(entry ? dxf::value_of(records().text(imp.record), 2) : std::string_view());

@@ -4,6 +4,7 @@
 #include "host/db/imp_object.h"
 #include "host/db/properties.h"
 #include "host/db/symbol_entry.h"
+#include "host/db/xref_names.h"
 #include "host/dxf/record_header.h"
 
 namespace db {
@@ -25,6 +26,12 @@ void imply_layers(AcDbImpDatabase& drawing, bool dependent) {
         if (!name.empty() && (dependent || name.find(L'|') == name.npos))
             imply(name);
     }
+}
+
+void settle_layer_zero(AcDbImpDatabase& drawing) {
+    const dxf::record_id zero = drawing.find_entry(table_kind::layer, L"0");
+    if (zero != dxf::no_record && drawing.records().implied(zero))
+        settle_entry(drawing, zero);
 }
 
 } // namespace db

@@ -10,4 +10,7 @@ namespace db {
 // ("reference|layer") are left to the reference, until it was read: `dependent` says that it was.
 void imply_layers(AcDbImpDatabase& drawing, bool dependent);
 
+// Makes layer 0 the drawing's own, where the file lacks it: before it gets the first layer of its own.
+void settle_layer_zero(AcDbImpDatabase& drawing);
+
 } // namespace db

@@ -3,10 +3,10 @@
 #include "adscodes.h"
 #include "base/case_fold.h"
 #include "host/db/imp_object.h"
+#include "host/db/named_layers.h"
 #include "host/db/new_block.h"
 #include "host/db/properties.h"
 #include "host/db/record_text.h"
-#include "host/db/xref_names.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -153,9 +153,7 @@ Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymb
         return Acad::eNotThatKindOfClass;
 
     if (kind == table_kind::layer)
-        if (const dxf::record_id zero = database.find_entry(kind, L"0");
-            zero != dxf::no_record && database.records().implied(zero))
-            settle_entry(database, zero); // which no drawing lacks
+        settle_layer_zero(database);
     register_applications(database, imp);
     const dxf::record_id record = database.records().insert_after(
         previous, entry_text(database, kind, imp), dxf::record_kind::entry, database.records().handle(table));

@@ -3,6 +3,7 @@
 #include "base/case_fold.h"
 #include "base/utf.h"
 #include "host/db/imp_object.h"
+#include "host/db/named_layers.h"
 #include "host/db/properties.h"
 #include "host/db/record_text.h"
 #include "host/db/symbol_entry.h"
@@ -205,11 +206,12 @@ void settle_entry(AcDbImpDatabase& drawing, dxf::record_id entry) {
         if (named != dxf::no_record && records.implied(named))
             settle_entry(drawing, named);
     };
-    records.settle(entry);
+    const bool settled = records.settle(entry);
     const dxf::group_list groups(records.text(entry));
     if (records.type(entry) == dxf::type_layer) {
         settle_implied(drawing.find_entry(table_kind::linetype, text_of(drawing, groups, layer_place, 6)));
-        settle_implied(drawing.find_entry(table_kind::layer, L"0")); // which no drawing lacks
+        if (settled)
+            settle_layer_zero(drawing);
     } else if (records.type(entry) == dxf::type_ltype)
         for (const dxf::group& group : groups.groups())
             if (group.code == style_of_text)
