@@ -289,7 +289,7 @@ TEST(DbNewObjects, ABlockComesWithAllThatItNeeds) {
             }
             return found;
         };
-        const auto again = saved_and_read(*database, row.bytes);
+        saved_and_read(*database, row.bytes);
         const auto old_records = records_of(*before);
         std::vector<std::string> added;
         std::size_t i = 0;
