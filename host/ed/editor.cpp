@@ -10,6 +10,8 @@
 #include "host/ed/console_dialogs.h"
 #include "host/ed/editor_reactors.h"
 #include "host/ed/host_commands.h"
+#include "host/ed/pick_first.h"
+#include "host/ed/profile_variables.h"
 #include "host/rx/letter_case.h"
 
 #include <algorithm>
@@ -185,6 +187,7 @@ void editor::run_inside(const running_command& command, Function function) {
     const std::wstring name = command.name;
     tell_editor([&](AcEditorReactor& reactor) { reactor.commandWillStart(name.c_str()); });
     // Nothing that a command throws may end the program: the drawing is still there.
+    write_profile_variables();
     try {
         function();
     } catch (const std::exception& error) {

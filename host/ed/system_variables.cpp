@@ -13,11 +13,11 @@
 #include "host/dxf/record_header.h"
 #include "host/ed/editor.h"
 #include "host/ed/editor_reactors.h"
+#include "host/ed/profile_variables.h"
 #include "host/ed/spaces.h"
 #include "host/ed/variable_table.h"
 #include "host/ed/view.h"
 #include "sys/folders.h"
-#include "sys/registry.h"
 
 #include <algorithm>
 #include <array>
@@ -28,8 +28,6 @@
 namespace ed {
 
 namespace {
-
-constexpr std::wstring_view profile_key = L"Software\\ZEF\\zefhost\\Variables";
 
 variable_row* find(std::wstring_view name) {
     static const auto by_name = [] {
@@ -151,39 +149,6 @@ bool set_header_value(const variable_row& row, AcDbImpDatabase& database, const 
                                  ? base::real_text(*real)
                                  : database.drawing().codec().encode(std::get<std::wstring>(value));
     return database.drawing().set_header_value(name, row.code, text);
-}
-
-// ---- in the profile
-
-// Read once a session, as the editor does: another program's changes count from its next start.
-variable_value& profile_value(variable_row& row) {
-    static std::unordered_map<const variable_row*, bool> read;
-    if (!std::exchange(read[&row], true)) {
-        const auto held = sys::registry_read(profile_key, row.name);
-        const std::wstring* const text = held ? std::get_if<std::wstring>(&*held) : nullptr;
-        variable_value value;
-        if (held && text == nullptr && std::holds_alternative<int>(row.value))
-            row.value = static_cast<int>(std::get<std::uint32_t>(*held));
-        else if (text != nullptr && read_value(*text, row.value, value))
-            row.value = value;
-    }
-    return row.value;
-}
-
-bool set_profile_value(variable_row& row, const variable_value& value) {
-    if (profile_value(row) == value)
-        return true;
-    const int* const whole = std::get_if<int>(&value);
-    const double* const real = std::get_if<double>(&value);
-    const std::pair<std::wstring, sys::registry_value> kept[] = {
-        {std::wstring(row.name),
-         whole != nullptr ? sys::registry_value(static_cast<std::uint32_t>(*whole))
-                          : sys::registry_value(real != nullptr ? base::widen(base::real_text(*real))
-                                                                : std::get<std::wstring>(value))}};
-    if (const auto written = sys::registry_write(profile_key, kept); !written)
-        command_line::instance().error(L"zefhost: " + written.error()); // it holds for the session
-    row.value = value;
-    return true;
 }
 
 // ---- asked when wanted
@@ -327,7 +292,8 @@ bool put(variable_row& row, const variable_value& value) {
         row.value = value;
         return true;
     case kept::profile:
-        return set_profile_value(row, value);
+        set_profile_value(row, value);
+        return true;
     case kept::drawing: {
         if (database == nullptr)
             return false;
