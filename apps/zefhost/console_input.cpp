@@ -61,7 +61,15 @@ ed::line_source terminal_lines(std::FILE* shown) {
     const auto typed = std::make_shared<terminal>(isatty(fileno(shown)) != 0 ? shown : stderr);
     for (const std::wstring& line : typed->history.lines())
         typed->editor.remember(line);
-    take_over_interrupts(ed::press_break);
+    take_over_interrupts(ed::press_break, ed::is_break_pending);
+    if (isatty(fileno(shown)) != 0)
+        ed::command_line::instance().set_screen({[typed] { return typed->editor.size(); },
+                                                 [typed] {
+                                                     std::wstring nothing;
+                                                     return typed->editor.read(L"Press ENTER to continue: ",
+                                                                               nothing) ==
+                                                            line_editor::ending::enter;
+                                                 }});
     return [typed](std::wstring_view prompt) -> std::optional<std::wstring> {
         std::wstring line;
         switch (typed->editor.read(prompt, line)) {

@@ -11,6 +11,7 @@
 #include <cwchar>
 #include <histedit.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -36,8 +37,10 @@ constexpr wchar_t end_key = 0x04;
 constexpr int escape_wait_ms = 60;
 
 std::atomic<bool> interrupted = false;
-std::atomic<bool> display_is_old = false; // the window has another size, or the program was stopped
+std::atomic<bool> resized = false;   // the window
+std::atomic<bool> continued = false; // the program, after it was stopped
 void (*tell_interrupt)() = nullptr;
+bool (*interrupt_waits)() = nullptr;
 
 void on_interrupt(int /*signal*/) {
     interrupted = true;
@@ -45,14 +48,25 @@ void on_interrupt(int /*signal*/) {
         tell_interrupt();
 }
 
-void on_new_display(int /*signal*/) {
-    display_is_old = true;
+void on_resize(int /*signal*/) {
+    resized = true;
+}
+
+void on_continue(int /*signal*/) {
+    continued = true;
 }
 
 void catch_signal(int signal, void (*handler)(int)) {
     struct sigaction action {};
     action.sa_handler = handler;
     sigaction(signal, &action, nullptr);
+}
+
+std::pair<std::size_t, std::size_t> screen_size(std::FILE* shown) {
+    winsize size{};
+    if (ioctl(fileno(shown), TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
+        return {80, 24};
+    return {size.ws_col, size.ws_row};
 }
 
 line_editor::state& state_of(EditLine* editor) {
@@ -75,9 +89,33 @@ bool wait_for_input() {
     sigset_t before;
     sigprocmask(SIG_BLOCK, &watched, &before);
     pollfd input{STDIN_FILENO, POLLIN, 0};
-    const bool ready = !interrupted && !display_is_old && ppoll(&input, 1, nullptr, &before) > 0;
+    const bool ready = !interrupted && !resized && !continued && ppoll(&input, 1, nullptr, &before) > 0;
     sigprocmask(SIG_SETMASK, &before, nullptr);
     return ready;
+}
+
+// The row of the screen that the cursor is in, counted from the first one of the prompt, and how many rows
+// prompt and line take.
+std::pair<std::size_t, std::size_t> rows_of(EditLine* editor) {
+    const line_editor::state& state = state_of(editor);
+    const LineInfoW* const line = el_wline(editor);
+    const std::size_t columns = screen_size(state.shown).first;
+    const auto end_of = [&](const wchar_t* end) {
+        return base::display_width(state.prompt) +
+               base::display_width({line->buffer, static_cast<std::size_t>(end - line->buffer)});
+    };
+    return {end_of(line->cursor) / columns, end_of(line->lastchar) / columns + 1};
+}
+
+// Takes prompt and line off a screen that has another width now. Most terminals break their lines anew then;
+// of those that do not, the ones that fit into one row are right too.
+void erase_line(EditLine* editor) {
+    std::FILE* const shown = state_of(editor).shown;
+    std::fputc('\r', shown);
+    if (const std::size_t row = rows_of(editor).first; row != 0)
+        std::fprintf(shown, "\x1b[%zuA", row);
+    std::fputs("\x1b[J", shown);
+    std::fflush(shown);
 }
 
 bool more_follows() {
@@ -95,9 +133,14 @@ int next_character(EditLine* editor, wchar_t* character) {
                 *character = cancel_key;
                 return 1;
             }
-            if (display_is_old.exchange(false)) {
-                el_resize(editor);
+            if (continued.exchange(false)) {
                 el_set(editor, EL_PREP_TERM, 1);
+                el_resize(editor); // it may have changed meanwhile
+                el_set(editor, EL_REFRESH);
+            }
+            if (resized.exchange(false)) {
+                erase_line(editor);
+                el_resize(editor);
                 el_set(editor, EL_REFRESH);
             }
             continue;
@@ -126,10 +169,6 @@ int next_character(EditLine* editor, wchar_t* character) {
 }
 
 unsigned char cancel(EditLine* editor, int /*key*/) {
-    // What was typed stays readable: what follows is shown behind it.
-    const LineInfoW* const line = el_wline(editor);
-    el_cursor(editor, static_cast<int>(line->lastchar - line->cursor));
-    el_set(editor, EL_REFRESH);
     state_of(editor).ended = ending::escape;
     return CC_NEWLINE;
 }
@@ -161,7 +200,7 @@ std::wstring common_beginning(const std::vector<std::wstring>& words) {
 }
 
 void show_in_columns(std::FILE* shown, const std::vector<std::wstring>& words) {
-    constexpr std::size_t screen = 78;
+    const std::size_t screen = screen_size(shown).first;
     std::size_t width = 0;
     for (const std::wstring& word : words)
         width = std::max(width, base::display_width(word) + 2);
@@ -189,8 +228,13 @@ unsigned char complete_word(EditLine* editor, int /*key*/) {
         el_winsertstr(editor, common.c_str());
         return CC_REFRESH;
     }
+    // Below all rows of the line; then the line is shown once more below the list.
+    const auto [row, rows] = rows_of(editor);
+    std::fputs(std::string(rows - 1 - row, '\n').c_str(), state.shown);
     show_in_columns(state.shown, found.words);
-    return CC_REDISPLAY;
+    std::fflush(state.shown);
+    el_set(editor, EL_REFRESH);
+    return CC_NORM;
 }
 
 } // namespace
@@ -222,8 +266,8 @@ line_editor::line_editor(std::FILE* shown, std::function<completions(std::wstrin
     // Letters above ASCII are letters, not keys with Meta.
     for (wchar_t letter = 0xA0; letter <= 0xFF; ++letter)
         el_wset(editor, EL_BIND, std::wstring(1, letter).c_str(), L"ed-insert", nullptr);
-    catch_signal(SIGWINCH, on_new_display);
-    catch_signal(SIGCONT, on_new_display);
+    catch_signal(SIGWINCH, on_resize);
+    catch_signal(SIGCONT, on_continue);
 }
 
 line_editor::~line_editor() {
@@ -233,6 +277,8 @@ line_editor::~line_editor() {
 
 line_editor::ending line_editor::read(std::wstring_view prompt, std::wstring& line) {
     line.clear();
+    if (interrupted && interrupt_waits != nullptr && !interrupt_waits())
+        interrupted = false; // what ran then has ended by it
     state_->prompt = prompt;
     state_->ended = ending::enter;
     int count = 0;
@@ -251,7 +297,12 @@ void line_editor::remember(const std::wstring& line) {
     history_w(state_->history, &event, H_ENTER, line.c_str());
 }
 
-void take_over_interrupts(void (*noted)()) {
+std::pair<std::size_t, std::size_t> line_editor::size() const {
+    return screen_size(state_->shown);
+}
+
+void take_over_interrupts(void (*noted)(), bool (*waits)()) {
     tell_interrupt = noted;
+    interrupt_waits = waits;
     catch_signal(SIGINT, on_interrupt);
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // What a beginning can be completed to.
@@ -32,6 +33,9 @@ public:
     // Puts a line behind those that the arrow keys bring back.
     void remember(const std::wstring& line);
 
+    // The columns and rows of the screen.
+    std::pair<std::size_t, std::size_t> size() const;
+
     // How many lines they bring back at most.
     static constexpr int remembered = 500;
 
@@ -42,5 +46,6 @@ private:
 };
 
 // From now on Ctrl-C ends no more than the command under way: `noted` is called by the signal, and the line
-// that is read then, or next, ends with an Escape.
-void take_over_interrupts(void (*noted)());
+// that is read then, or next, ends with an Escape; the next one only when `waits` says that nobody has looked
+// at it meanwhile.
+void take_over_interrupts(void (*noted)(), bool (*waits)());

@@ -128,6 +128,8 @@ bool list_layers() {
             state += L" Frozen";
         if (layer->isLocked())
             state += L" Locked";
+        if (acedUsrBrk() != 0)
+            return true;
         if (!layer->isPlottable())
             state += L" No-plot";
         const dxf::record_id linetype = database()->imp().record(layer->linetypeObjectId());

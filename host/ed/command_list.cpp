@@ -1,4 +1,5 @@
 // LIST: what is known of picked objects.
+#include "acedads.h"
 #include "acutads.h"
 #include "acutmem.h"
 #include "base/case_fold.h"
@@ -217,7 +218,10 @@ void list_entity(const AcDbEntity& entity) {
 void list_command() {
     if (current_drawing() == nullptr)
         return;
-    for (const AcDbObjectId id : ask_objects(false)) {
+    const std::vector<AcDbObjectId> chosen = ask_objects(false);
+    for (const AcDbObjectId id : chosen) {
+        if (acedUsrBrk() != 0)
+            break;
         const AcDbEntityPointer entity(id);
         if (entity.openStatus() == Acad::eOk)
             list_entity(*entity.object());

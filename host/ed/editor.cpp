@@ -392,6 +392,10 @@ bool editor::refuse(std::wstring_view prompt, const answer& answer, std::wstring
         given_.back()->refused = true;
         return !given_.back()->left.empty();
     }
+            break;
+        }
+        line.line_ended();
+        line.begin_page();
     if (input.at_terminal()) {
         input.drop_typed_ahead(); // it was meant for questions that do not come now
         return true;

@@ -1,11 +1,14 @@
 #include "host/ed/output.h"
 
 #include "acedads.h"
+#include "base/display_width.h"
 #include "base/utf.h"
 #include "base/wide_format.h"
 #include "host/ed/editor.h"
+#include "host/ed/prompts.h"
 #include "ui/presenter.h"
 
+#include <algorithm>
 #include <cstdarg>
 
 namespace ed {
@@ -33,6 +36,38 @@ void command_line::print(std::wstring_view text) {
     if (after_answer_ && text.front() == L'\n')
         text.remove_prefix(1);
     after_answer_ = false;
+    if (rows_left_ != 0)
+        put_paged(text);
+    else
+        put(text);
+}
+
+void command_line::begin_page() {
+    const auto [columns, rows] = screen_.size ? screen_.size() : std::pair<std::size_t, std::size_t>();
+    columns_ = std::max<std::size_t>(columns, 1);
+    rows_left_ = rows > 1 ? rows - 1 : 0; // the last one is for the question
+}
+
+// Line by line; one that is longer than the screen is wide takes several rows.
+void command_line::put_paged(std::wstring_view text) {
+    while (rows_left_ != 0) {
+        const std::size_t feed = text.find(L'\n');
+        put(text.substr(0, feed));
+        if (feed == text.npos)
+            return;
+        const std::size_t width = base::display_width(line_);
+        put(L"\n");
+        text.remove_prefix(feed + 1);
+        rows_left_ -= std::min(rows_left_, width == 0 ? 1 : (width + columns_ - 1) / columns_);
+        if (rows_left_ != 0)
+            continue;
+        if (!screen_.go_on()) {
+            put(L"*Cancel*\n"); // what is left of this text goes with it
+            press_break();
+            return;
+        }
+        begin_page();
+    }
     put(text);
 }
 

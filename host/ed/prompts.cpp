@@ -28,6 +28,10 @@ void press_break() {
     break_pending = true;
 }
 
+bool is_break_pending() {
+    return break_pending;
+}
+
 void keep_keyword(std::wstring word) {
     last_keyword = std::move(word);
 }

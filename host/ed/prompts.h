@@ -40,6 +40,8 @@ int ask_value(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
 
 // The user pressed Escape, or Ctrl-C while something runs; may be called by a signal.
 ACCORE_PORT void press_break();
+// Whether nobody has looked at that yet.
+ACCORE_PORT bool is_break_pending();
 
 // Keeps a keyword for acedGetInput.
 void keep_keyword(std::wstring word);

@@ -60,10 +60,18 @@ void PrintAliases(const LayerSet& layers) {
         Print(L"    " + Padded(source, 18) + L"同 " + destination);
 }
 
-void PrintStandard(const PipeStandard& standard) {
+// Whether the user pressed Escape while it is printed.
+bool IsStopped() {
+    return acedUsrBrk() != 0;
+}
+
+// False when the user has stopped it.
+bool PrintStandard(const PipeStandard& standard) {
     for (const auto& group : standard.m_groups) {
         Print(L"系统组 " + group->GroupName());
         for (const auto& system : group->Systems()) {
+            if (IsStopped())
+                return false;
             CString line = L"  " + Padded(system->m_name, 20) + Padded(system->m_dim, 8) + L"线宽 " +
                            NumberText(system->m_lineWidth) + L"  管材 " + system->m_material;
             if (!system->m_outdoorMaterial.IsEmpty() && system->m_outdoorMaterial != system->m_material)
@@ -75,6 +83,8 @@ void PrintStandard(const PipeStandard& standard) {
         }
     }
     for (const auto& group : standard.m_otherLayers) {
+        if (IsStopped())
+            return false;
         Print(L"其他图层 " + group->m_layerType);
         for (const auto& layer : group->Layers())
             PrintLayer(layer->m_layerKey, *layer);
@@ -87,6 +97,8 @@ void PrintStandard(const PipeStandard& standard) {
               NumberText(style.m_scale));
     Print(L"管材");
     for (const PipeMaterial& material : GetPipeMaterials()) {
+        if (IsStopped())
+            return false;
         CString line = L"  " + Padded(material.m_name, 18) + Padded(material.m_source, 22);
         for (const PipeDiameter& row : material.m_diameters) {
             CString diameter;
@@ -95,6 +107,7 @@ void PrintStandard(const PipeStandard& standard) {
         }
         Print(line);
     }
+    return true;
 }
 
 // A path as typed: a name without a folder lies in the system folder.
@@ -199,8 +212,11 @@ bool CheckStandard(const CStandardManager& manager) {
     }
     std::vector<StandardFault> faults;
     CheckStandardFile(name, Knowledge(), faults);
-    for (const StandardFault& fault : faults)
+    for (const StandardFault& fault : faults) {
+        if (IsStopped())
+            return false;
         Print(TextOf(fault));
+    }
     CString sum;
     sum.Format(L"%s: %d 个问题", name.GetString(), static_cast<int>(faults.size()));
     Print(sum);
@@ -212,7 +228,8 @@ bool CheckStandard(const CStandardManager& manager) {
 void ShowStandard() {
     CStandardManager& manager = CStandardManager::Create();
     Print(L"管道系统标准: " + (manager.FileName().IsEmpty() ? CString(L"内置") : manager.FileName()));
-    PrintStandard(manager.Standard());
+    if (!PrintStandard(manager.Standard()))
+        return;
     for (bool goesOn = true; goesOn;) {
         acedInitGet(0, L"O S C");
         ACHAR answer[8] = {};
