@@ -74,8 +74,8 @@ TEST(LayerCommands, ChangeWhatTheyNameAndNothingElse) {
           "plan|墙体: 70 20", "plan|洁具: 70 52", "plan|洁具: 62 3", "plan|说明: 70 20", "plan|门窗: 70 20",
           "0: -70 0", "DIM_消防: -70 0", "DIM_给水: -70 0", "PIPE-给水: -70 0", "VPIPE-给水: -70 4",
           "plan|墙体: -70 16", "plan|说明: -70 16", "plan|门窗: -70 16"},
-         {"\n请选择要保留不被锁定层上的图元<退出>:", "VPIPE-给水 层打开\n说明 层打开\n", "Command: -layer\n",
-          "Command: re\n"}},
+         {"\n请选择要保留不被锁定层上的图元<退出>:", "VPIPE-给水 层打开\n说明 层打开\n",
+          "Regenerating model."}},
         {"sfxc\n\n", {}, {}},
         {"sfxc\n^C\n", {}, {}},
     };

@@ -119,7 +119,7 @@ TEST(LayerDialogs, OpenLayerTurnsOnWhatIsCheckedAndShowsItsEntities) {
         const test::run_result ran = sessions.run(row.script);
         const texts changed = test::differences(colored_drawing(), sessions.saved);
         EXPECT_EQ(changed, row.changed) << row.script << ran.out;
-        EXPECT_EQ(says(ran, "Command: -layer\n"), row.refreshes) << ran.out;
+        EXPECT_EQ(says(ran, "Regenerating model."), row.refreshes) << ran.out;
         EXPECT_EQ(says(ran, "\n1 个图元仍然隐藏：1 个在锁定的图层上。\n"), row.leaves) << ran.out;
         EXPECT_TRUE(says(ran, "打开图层\n      层名 描述\n1 [ ] a\n2 [ ] True\n")) << ran.out;
     }

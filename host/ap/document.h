@@ -42,7 +42,13 @@ public:
     bool has_automatic_lock(owner who) const;
     bool may_write(owner who) const;
 
-    std::wstring typed;     // by programs, for the next time when its command line is idle
+    // Texts that programs typed, for the next time when its command line is idle; what is to be shown alike
+    // stands together.
+    struct typed_text {
+        std::wstring text;
+        bool echo;
+    };
+    std::vector<typed_text> typed;
     bool activates = false; // for which it is made current
     int commands = 0;       // under way in it
 

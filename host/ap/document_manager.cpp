@@ -158,13 +158,15 @@ public:
     }
 
     Acad::ErrorStatus sendStringToExecute(AcApDocument* wanted, const ACHAR* text, bool activate,
-                                          bool /*wrapUp*/, bool /*echo*/) override {
+                                          bool /*wrapUp*/, bool echo) override {
         ap::document* const known = all_.find(wanted);
         if (known == nullptr || all_.is_loading(*known))
             return Acad::eNoDocument;
         if (text == nullptr)
             return Acad::eInvalidInput;
-        known->typed += text;
+        if (known->typed.empty() || known->typed.back().echo != echo)
+            known->typed.push_back({{}, echo});
+        known->typed.back().text += text;
         known->activates = known->activates || activate;
         return Acad::eOk;
     }

@@ -294,7 +294,7 @@ bool documents::has_typed() const {
     });
 }
 
-std::wstring documents::take_typed() {
+std::vector<document::typed_text> documents::take_typed() {
     if (current_ != nullptr && !current_->typed.empty())
         return std::exchange(current_->typed, {});
     for (const auto& one : all_)

@@ -80,7 +80,7 @@ public:
     void be_idle();
     // What was typed at the command line of the document that is to run it now, which becomes current; empty
     // when nothing was.
-    std::wstring take_typed();
+    std::vector<document::typed_text> take_typed();
     bool has_typed() const;
     // Whether a document is being told of by kLoadDwgMsg.
     bool is_loading(const document& one) const { return loading_ == &one; }

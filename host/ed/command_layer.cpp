@@ -536,7 +536,8 @@ void layer_command() {
         keywords += std::wstring(option.keyword) + L" ";
         shown += (shown.empty() ? L"" : L"/") + std::wstring(option.keyword);
     }
-    acutPrintf(L"\nCurrent layer:  \"%ls\"", current_name().c_str());
+    if (!editor::instance().input.next_is_silent())
+        acutPrintf(L"\nCurrent layer:  \"%ls\"", current_name().c_str());
     const std::wstring prompt = L"\nEnter an option [" + shown + L"]: ";
     for (;;) {
         acedInitGet(0, keywords.c_str());

@@ -75,8 +75,8 @@ void editor::run() {
     while (!stopped_) {
         ap::documents::instance().be_idle();
         run_calls();
-        if (std::wstring typed = ap::documents::instance().take_typed(); !typed.empty())
-            input.send(typed);
+        for (const auto& typed : ap::documents::instance().take_typed())
+            input.send(typed.text, typed.echo);
         command_line::instance().fresh_line();
         const answer typed = ask(command_prompt, answer_rule::word);
         switch (typed.kind) {
@@ -365,6 +365,9 @@ answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
         if (!running_.empty()) {
             fail(run_status::ended_inside, L"the input ended (" + input.place() + L") inside command " +
                                                running_.back().shown + L", at the prompt '" +
+    line.end_pages();
+    if (input.next_is_silent())
+        return input.next(rule, {});
                                                as_one_line(prompt) + L"'");
             stopped_ = true;
         }

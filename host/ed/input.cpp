@@ -45,13 +45,14 @@ void input::add_text(std::wstring name, std::wstring_view text) {
 }
 
 // Texts that programs send hold no comments: a semicolon is one.
-void input::send(std::wstring_view text) {
+void input::send(std::wstring_view text, bool echo) {
     if (!text.empty() && is_blank(text.back())) // it ends its answer, as the end of the text would
         text.remove_suffix(1);
     source added;
     added.name = L"sent text";
     added.lines = lines_of(text);
     added.comments = false;
+    added.silent = !echo;
     sent_.push_back(std::move(added));
 }
 
@@ -150,6 +151,7 @@ answer input::next(answer_rule rule, std::wstring_view prompt) {
                 number_ = from.number;
                 answer found = cut(from, rule);
                 found.sent = queue == &sent_;
+                found.silent = from.silent;
                 return found;
             }
             queue->pop_front();
@@ -158,10 +160,19 @@ answer input::next(answer_rule rule, std::wstring_view prompt) {
     return {};
 }
 
-bool input::at_terminal() {
+// Drops texts that were read to the end. Whether one is left.
+bool input::has_sent() {
     while (!sent_.empty() && !fetch(sent_.front(), {}))
         sent_.pop_front();
-    return sent_.empty() && !sources_.empty() && sources_.front().terminal;
+    return !sent_.empty();
+}
+
+bool input::at_terminal() {
+    return !has_sent() && !sources_.empty() && sources_.front().terminal;
+}
+
+bool input::next_is_silent() {
+    return has_sent() && sent_.front().silent;
 }
 
 void input::drop_typed_ahead() {

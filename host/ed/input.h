@@ -24,6 +24,7 @@ struct answer {
     bool quoted = false;     // it stood in quotation marks
     bool expression = false; // it stood in parentheses
     bool sent = false;       // a program sent it
+    bool silent = false;     // and wants nothing of it shown
 };
 
 // What ends an answer.
@@ -39,14 +40,17 @@ public:
     void add(std::wstring name, line_source lines, bool terminal = false);
     // Adds a whole text.
     void add_text(std::wstring name, std::wstring_view text);
-    // Puts a text in front of all that waits, to be read before anything else.
-    void send(std::wstring_view text);
+    // Puts a text in front of all that waits, to be read before anything else but what was sent before it.
+    // Without `echo` nothing of it is shown, nor of the questions that it answers.
+    void send(std::wstring_view text, bool echo = true);
 
     // The next answer. `prompt` is shown by a terminal only.
     answer next(answer_rule rule, std::wstring_view prompt);
 
     // Whether a person answers the next question.
     bool at_terminal();
+    // Whether nothing is to be shown of that question and its answer.
+    bool next_is_silent();
     // Whether that answer was typed already, on the line of an answer before; and leaves out what is left of
     // such a line.
     bool typed_ahead() const { return !sources_.empty() && sources_.front().open; }
@@ -64,8 +68,10 @@ private:
         bool open = false; // the line has an end that was not read yet
         int number = 0;
         bool comments = true; // lines that begin with ; are none
+        bool silent = false;
     };
 
+    bool has_sent();
     static bool fetch(source& from, std::wstring_view prompt);
     static answer cut(source& from, answer_rule rule);
     static void end_answer(source& from);

@@ -5,12 +5,15 @@
 
 void RefreshLayerDisplay() {
     AcApDocument* const document = curDoc();
-    acDocManager->sendStringToExecute(document, L"\x1b-layer\n");
-    acDocManager->sendStringToExecute(document, L"\x1b");
+    const auto send = [document](const wchar_t* text) {
+        acDocManager->sendStringToExecute(document, text, true, false, false); // nobody is to read it
+    };
+    send(L"\x1b-layer\n");
+    send(L"\x1b");
     int showsUpdate = 1;
     OpenKolConfig().GetValue(L"LayerLockShowUpdate", showsUpdate);
     if (showsUpdate != 0)
-        acDocManager->sendStringToExecute(document, L"re\n");
+        send(L"re\n");
 }
 
 void RegenerateDisplay() {
