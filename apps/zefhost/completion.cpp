@@ -36,6 +36,26 @@ completions keywords(std::wstring_view typed) {
     return found;
 }
 
+// The last name of a list by commas. Names with blanks stand in quotation marks: one around the whole list.
+completions names(std::wstring_view typed) {
+    completions found;
+    const bool quoted = typed.starts_with(L'"');
+    const std::size_t comma = typed.rfind(L',');
+    const std::size_t begin = comma != typed.npos ? comma + 1 : quoted ? 1 : 0;
+    bool blanks = false;
+    for (std::wstring& name : ed::expected().names()) {
+        if (!begins_with(name, typed.substr(begin)))
+            continue;
+        blanks = blanks || name.find(L' ') != name.npos;
+        found.words.push_back(std::move(name));
+    }
+    found.begin = blanks && !quoted ? 0 : begin;
+    if (blanks && !quoted)
+        for (std::wstring& name : found.words)
+            name = L'"' + std::wstring(typed.substr(0, begin)) + name;
+    return found;
+}
+
 // Folders, and files with the wanted extension.
 completions files(std::wstring_view typed) {
     completions found;
@@ -69,14 +89,19 @@ completions files(std::wstring_view typed) {
 
 completions complete_answer(std::wstring_view before_cursor) {
     completions found;
-    if (!ed::expected().file.empty())
+    if (!ed::expected().file.empty()) {
         found = files(before_cursor);
-    else if (before_cursor.find_first_of(L" \t") != before_cursor.npos)
+    } else if (ed::expected().names && before_cursor.starts_with(L'"')) {
+        found = names(before_cursor);
+    } else if (before_cursor.find_first_of(L" \t") != before_cursor.npos) {
         return {}; // an answer to a question that was not asked yet
-    else if (ed::editor::instance().command() == nullptr)
+    } else if (ed::editor::instance().command() == nullptr) {
         found = commands(before_cursor);
-    else
+    } else {
         found = keywords(before_cursor);
+        if (found.words.empty() && ed::expected().names)
+            found = names(before_cursor);
+    }
     std::sort(found.words.begin(), found.words.end(), [](const auto& a, const auto& b) {
         const int order = base::compare_no_case(a, b);
         return order != 0 ? order < 0 : a < b;

@@ -13,6 +13,7 @@
 #include "host/db/properties.h"
 #include "host/db/record_text.h"
 #include "host/ed/color_text.h"
+#include "host/ed/expected.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/prompts.h"
 #include "host/ed/questions.h"
@@ -50,6 +51,13 @@ std::wstring name_of(AcDbObjectId id) {
     return database()->imp().name_of(database()->imp().record(id));
 }
 
+std::vector<std::wstring> layer_names() {
+    std::vector<std::wstring> names;
+    for (const AcDbObjectId id : all_layers())
+        names.push_back(name_of(id));
+    return names;
+}
+
 // The parts of a list by commas.
 std::vector<std::wstring> split(std::wstring_view list) {
     std::vector<std::wstring> parts(1);
@@ -80,6 +88,7 @@ std::vector<AcDbObjectId> layers_of(const std::wstring& list) {
 bool for_layers(const std::wstring& prompt, bool has_default,
                 const std::function<void(AcDbLayerTableRecord&)>& change) {
     std::vector<AcDbObjectId> chosen;
+    const expecting hint({{}, {}, {}, layer_names});
     const int answered =
         ask_value(prompt.c_str(), {}, answer_rule::word, [&](const answer& given) -> std::wstring {
             chosen = layers_of(given.text);
@@ -101,6 +110,7 @@ bool for_layers(const std::wstring& prompt, bool has_default,
 
 bool list_layers() {
     ACHAR pattern[256];
+    const expecting hint({{}, {}, {}, layer_names});
     const int answered = acedGetString(0, L"\nEnter layer name(s) to list <*>: ", pattern, 256);
     if (answered != RTNORM)
         return false;
@@ -197,6 +207,7 @@ bool make_or_set(bool makes) {
     const std::wstring prompt =
         makes ? L"\nEnter name for new layer (becomes the current layer) <" + current_name() + L">: "
               : L"\nEnter layer name to make current <" + current_name() + L">: ";
+    const expecting hint({{}, {}, {}, layer_names});
     return ask_value(prompt.c_str(), {}, answer_rule::word, [&](const answer& given) -> std::wstring {
                AcDbImpDatabase& imp = database()->imp();
                AcDbObjectId id = imp.id(imp.find_entry(db::table_kind::layer, given.text));
@@ -219,6 +230,7 @@ bool make_or_set(bool makes) {
 
 bool rename() {
     std::wstring old_name;
+    const expecting hint({{}, {}, {}, layer_names});
     const int answered = ask_value(
         L"\nEnter old layer name: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
             old_name = given.text;

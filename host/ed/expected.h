@@ -3,6 +3,7 @@
 
 #include "adesk.h"
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,6 +14,8 @@ struct expected_answer {
     std::vector<std::wstring> keywords = {}; // as they are spelled in the list
     std::wstring file = {};                  // a file with this extension (".dxf"); empty: no file
     std::vector<std::wstring> others = {};   // words that are understood besides the keywords
+    // Names of which the answer is one, or a list by commas; asked for when somebody wants them.
+    std::function<std::vector<std::wstring>()> names = {};
 };
 
 // Of the question that waits; nothing is expected at the command prompt, where a command is.

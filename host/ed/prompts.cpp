@@ -52,7 +52,7 @@ int ask_judged(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
         return RTERROR;
     if (break_pending.exchange(false)) // nobody asked for it: it ends this question
         return RTCAN;
-    const expecting hint({rules.keywords.words(), expected().file, expected().others});
+    const expecting hint({rules.keywords.words(), expected().file, expected().others, expected().names});
     const std::wstring_view shown = prompt != nullptr ? prompt : L"";
     for (;;) {
         const answer given = editor.ask(shown, rule);
