@@ -41,21 +41,22 @@ TEST(UiDialog, IsShownWithItsLinesNumberedThroughAllLists) {
     session.type(L"-* CANCEL ");
     ui::dialog dialog = sample();
     EXPECT_FALSE(ui::run(dialog));
-    EXPECT_EQ(session.shown,
-              "选择\n"
-              "Size=5\n"
-              "名称=旧\n"
-              "      层名     Note\n"
-              "1 [ ] 0\n"
-              "2 [x] 给水管线 a b\n"
-              "3 [ ] B        c\n"
-              "      层名\n"
-              "4 [ ] X|墙\n"
-              "Size=VALUE, 名称=VALUE, lines 1 to 4 to check (1,3 2-5 *) or behind - to uncheck, "
-              "OK or CANCEL <OK>: -*\n"
-              "0 of 4 checked\n"
-              "Size=VALUE, 名称=VALUE, lines 1 to 4 to check (1,3 2-5 *) or behind - to uncheck, "
-              "OK or CANCEL <OK>: CANCEL\n");
+    EXPECT_EQ(session.shown, "选择\n"
+                             "Size=5\n"
+                             "名称=旧\n"
+                             "      层名     Note\n"
+                             "1 [ ] 0\n"
+                             "2 [x] 给水管线 a b\n"
+                             "3 [ ] B        c\n"
+                             "      层名\n"
+                             "4 [ ] X|墙\n"
+                             "Size=VALUE, 名称=VALUE, lines 1 to 4 or their names to check (1,3 2-5 * A* \"A "
+                             "B\") or behind - to uncheck, "
+                             "OK or CANCEL <OK>: -*\n"
+                             "0 of 4 checked\n"
+                             "Size=VALUE, 名称=VALUE, lines 1 to 4 or their names to check (1,3 2-5 * A* \"A "
+                             "B\") or behind - to uncheck, "
+                             "OK or CANCEL <OK>: CANCEL\n");
 }
 
 TEST(UiDialog, AnswersChangeWhatTheyNameAndOkTakesThem) {
@@ -78,18 +79,22 @@ TEST(UiDialog, AnswersChangeWhatTheyNameAndOkTakesThem) {
         {L"size=7\n名称=\n\n", true, "7  0100", {}},
         {L"\"名称=新 层\" OK", true, "5 新 层 0100", {}},
         {L"名称=a=b OK", true, "5 a=b 0100", {}},
+        // By names and patterns; a number that is one of no line is a name.
+        {L"-给水* b,x|? OK", true, "5 旧 0011", {}},
+        {L"0 OK", true, "5 旧 1100", {}},
+        {L"\"B\",\"0\" OK", true, "5 旧 1110", {}},
+        {L"\"1\" OK", true, "5 旧 0100", L"no line \"1\""},
+        {L"3,C* OK", true, "5 旧 0100", L"no line \"C*\""},
         // Cancelled: nothing of it stays.
         {L"* Size=7 CANCEL", false, "5 旧 0100", {}},
         {L"* ^C", false, "5 旧 0100", {}},
         // Refused as a whole, and asked again.
         {L"5 1 OK", true, "5 旧 1100", range},
-        {L"0 OK", true, "5 旧 0100", range},
         {L"4-3 OK", true, "5 旧 0100", range},
         {L"1,,3 OK", true, "5 旧 0100", range},
         {L"- OK", true, "5 旧 0100", range},
         {L"1- OK", true, "5 旧 0100", range},
         {L"99999999999999999999 OK", true, "5 旧 0100", range},
-        {L"给水管线 OK", true, "5 旧 0100", range},
         {L"(handent \"31\") OK", true, "5 旧 0100", range},
         {L"Size=77 OK", true, "5 旧 0100", L"One digit is wanted."},
         {L"Weight=7 OK", true, "5 旧 0100", L"no field \"Weight\""},
@@ -127,7 +132,7 @@ TEST(UiDialog, ABatchStopsAtARefusedAnswerAndAtTheEndOfItsInput) {
         int status;
         const char* error;
     } rows[] = {
-        {"OpenLayer\n7\nOK\n", 4, "line 2: at the prompt 'lines 1 to 3 to check"},
+        {"OpenLayer\n7\nOK\n", 4, "line 2: at the prompt 'lines 1 to 3 or their names to check"},
         {"OpenLayer\n1\n", 5, "inside command OpenLayer"},
         {"OpenLayer\n1\nCANCEL\n", 0, ""},
     };

@@ -4,6 +4,7 @@
 #include "base/display_width.h"
 #include "base/number_text.h"
 #include "base/utf.h"
+#include "base/wildcard.h"
 #include "host/ed/editor.h"
 #include "host/ed/expected.h"
 
@@ -78,7 +79,8 @@ std::wstring expectation(ui::dialog& dialog) {
     for (const ui::field& field : dialog.fields)
         text += field.name + L"=VALUE, ";
     if (const std::size_t count = lines_of(dialog).size(); count != 0)
-        text += L"lines 1 to " + std::to_wstring(count) + L" to check (1,3 2-5 *) or behind - to uncheck, ";
+        text += L"lines 1 to " + std::to_wstring(count) +
+                L" or their names to check (1,3 2-5 * A* \"A B\") or behind - to uncheck, ";
     return text + L"OK or CANCEL";
 }
 
@@ -93,27 +95,56 @@ std::optional<std::size_t> line_number(std::wstring_view text, std::size_t count
     return static_cast<std::size_t>(*number);
 }
 
-// Checks or unchecks the lines that an answer names; false, and nothing changed, when it is none.
-bool mark(const std::vector<ui::line*>& lines, std::wstring_view answer) {
-    const bool checks = answer.front() != L'-';
-    std::wstring_view rest = answer.substr(checks ? 0 : 1);
+std::wstring_view name_of(const ui::line& line) {
+    return line.cells.empty() ? std::wstring_view() : line.cells.front();
+}
+
+// The lines of a number, "2-5" or "*"; none when it says none of these.
+std::vector<ui::line*> lines_by_number(const std::vector<ui::line*>& lines, std::wstring_view part) {
+    if (part == L"*")
+        return lines;
+    const std::size_t dash = part.find(L'-');
+    const auto first = line_number(part.substr(0, dash), lines.size());
+    const auto last = dash == part.npos ? first : line_number(part.substr(dash + 1), lines.size());
+    if (!first || !last || *first > *last)
+        return {};
+    return {lines.begin() + static_cast<std::ptrdiff_t>(*first - 1),
+            lines.begin() + static_cast<std::ptrdiff_t>(*last)};
+}
+
+// The lines whose first column is a name, or is fitted by a pattern when none has that very name.
+std::vector<ui::line*> lines_by_name(const std::vector<ui::line*>& lines, const std::wstring& part) {
+    std::vector<ui::line*> found;
+    for (const bool exact : {true, false}) {
+        for (ui::line* const line : lines)
+            if (exact ? base::equal_no_case(name_of(*line), part)
+                      : base::wildcard_match(name_of(*line), part, true))
+                found.push_back(line);
+        if (!found.empty())
+            break;
+    }
+    return found;
+}
+
+// Checks or unchecks the lines that an answer names, in quotation marks by names alone. When it names none,
+// says so, and nothing is changed.
+std::wstring mark(const std::vector<ui::line*>& lines, const answer& given) {
+    const bool checks = given.quoted || given.text.front() != L'-';
+    std::wstring_view rest = std::wstring_view(given.text).substr(checks ? 0 : 1);
     std::vector<ui::line*> named;
     for (bool more = true; more;) {
         const std::size_t comma = rest.find(L',');
         const std::wstring_view part = rest.substr(0, comma);
         more = comma != rest.npos;
         rest.remove_prefix(more ? comma + 1 : rest.size());
-        const std::size_t dash = part.find(L'-');
-        const bool all = part == L"*";
-        const auto first =
-            all ? std::optional<std::size_t>(1) : line_number(part.substr(0, dash), lines.size());
-        const auto last = all                 ? std::optional(lines.size())
-                          : dash == part.npos ? first
-                                              : line_number(part.substr(dash + 1), lines.size());
-        if (!first || !last || (*first > *last && !all))
-            return false;
-        named.insert(named.end(), lines.begin() + static_cast<std::ptrdiff_t>(*first - 1),
-                     lines.begin() + static_cast<std::ptrdiff_t>(*last));
+        std::vector<ui::line*> some;
+        if (!given.quoted)
+            some = lines_by_number(lines, part);
+        if (some.empty())
+            some = lines_by_name(lines, std::wstring(part));
+        if (some.empty() && part != L"*")
+            return L"There is no line \"" + std::wstring(part) + L"\". ";
+        named.insert(named.end(), some.begin(), some.end());
     }
     for (ui::line* const line : named)
         line->checked = checks;
@@ -121,7 +152,7 @@ bool mark(const std::vector<ui::line*>& lines, std::wstring_view answer) {
         std::count_if(lines.begin(), lines.end(), [](const ui::line* l) { return l->checked; });
     command_line::instance().print(L"\n" + std::to_wstring(checked) + L" of " +
                                    std::to_wstring(lines.size()) + L" checked");
-    return true;
+    return {};
 }
 
 // Fills a field; the reason when it can not be done.
@@ -142,10 +173,13 @@ std::wstring take(ui::dialog& dialog, const answer& given) {
     const std::size_t equals = given.text.find(L'=');
     if (!given.expression && equals != given.text.npos && !dialog.fields.empty())
         return fill(dialog.fields, given.text.substr(0, equals), given.text.substr(equals + 1));
-    const std::vector<ui::line*> lines = lines_of(dialog);
-    if (!given.expression && !given.text.empty() && !dialog.lists.empty() && mark(lines, given.text))
-        return {};
-    return L"Expects " + expectation(dialog) + L'.';
+    std::wstring why;
+    if (!given.expression && !given.text.empty() && !dialog.lists.empty()) {
+        why = mark(lines_of(dialog), given);
+        if (why.empty())
+            return {};
+    }
+    return why + L"Expects " + expectation(dialog) + L'.';
 }
 
 } // namespace
@@ -160,7 +194,12 @@ bool console_dialogs::run(ui::dialog& shown) {
     std::vector<std::wstring> words = {std::wstring(accept), std::wstring(cancel)};
     for (const ui::field& field : changed.fields)
         words.push_back(field.name + L'=');
-    const expecting hint({words});
+    const expecting hint({words, {}, {}, [&changed] {
+                              std::vector<std::wstring> names;
+                              for (const ui::line* const line : lines_of(changed))
+                                  names.emplace_back(name_of(*line));
+                              return names;
+                          }});
     for (;;) {
         const answer given = editor.ask(prompt, answer_rule::word);
         if (given.kind == answer_kind::end || given.kind == answer_kind::escape ||

@@ -1,8 +1,9 @@
 // Shows dialogs on the command line.
 //
 // A dialog's title, fields and lines are printed, and answers are asked for like those of any prompt: "2",
-// "1,3", "2-5" and "*" check lines, by numbers that count through the whole dialog; the same behind "-"
-// uncheck them; NAME=VALUE fills a field; OK or Enter accepts, CANCEL or Escape does not.
+// "1,3", "2-5" and "*" check lines, by numbers that count through the whole dialog, "PIPE-*" by what stands
+// in their first column; the same behind "-" uncheck them; NAME=VALUE fills a field; OK or Enter accepts,
+// CANCEL or Escape does not.
 #pragma once
 
 #include "adesk.h"
