@@ -1,4 +1,6 @@
 // The module on the command stack: what it puts there, what it takes away, what it answers to the host.
+#include "base/utf.h"
+#include "host/ed/command_help.h"
 #include "host/ed/command_stack.h"
 #include "host/ed/editor.h"
 #include "host/rx/applications.h"
@@ -13,6 +15,7 @@
 #include <bit>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,6 +46,34 @@ protected:
     const test::folder profile_;
     rx::applications& apps = rx::applications::instance();
 };
+
+// The file that HELP reads vouches for the table of commands, and the other way round.
+TEST_F(ModuleCommands, HelpKnowsEachAndMarksThoseThatAreNotBuilt) {
+    for (const wchar_t* const name :
+         {L"zef_kernal", L"zef_pipewire", L"zef_public", L"zef_pipeSystem", L"zef_client"})
+        ASSERT_TRUE(apps.load(name));
+    std::string script;
+    std::set<std::string> marked;
+    for (const auto& [group, command] : ed::all_commands()) {
+        if (!group.starts_with(L"ZEF_"))
+            continue;
+        const std::string name = base::narrow(command->globalName());
+        const ed::command_help help = ed::help_of(*command);
+        EXPECT_NE(help.text, L"") << name;
+        if (!help.built)
+            marked.insert(name);
+        script += name + "\n^C\n";
+    }
+    EXPECT_FALSE(marked.empty());
+    const std::string out = test::zefhost({test::drawing("r2018.dxf").string(), "--keep-going"}, script).out;
+    std::set<std::string> unfinished;
+    constexpr std::string_view begin = "命令 ", end = " 尚未完成";
+    for (std::size_t at = out.find(end); at != out.npos; at = out.find(end, at + 1)) {
+        const std::size_t from = out.rfind(begin, at) + begin.size();
+        unfinished.insert(out.substr(from, at - from));
+    }
+    EXPECT_EQ(unfinished, marked) << out;
+}
 
 TEST_F(ModuleCommands, AreRegisteredInTheirOrderAndGoWithTheModule) {
     const named_flags expected = {

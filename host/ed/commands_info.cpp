@@ -1,6 +1,8 @@
 // ARX, HELP.
 #include "acedads.h"
 #include "base/case_fold.h"
+#include "base/display_width.h"
+#include "host/ed/command_help.h"
 #include "host/ed/command_stack.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"
@@ -56,21 +58,23 @@ command_groups grouped_commands() {
     return groups;
 }
 
+std::wstring text_of(const AcEdCommand& command) {
+    const command_help help = help_of(command);
+    return help.built ? help.text : L"(not built yet) " + help.text;
+}
+
 void list_group(const std::wstring& name, std::vector<const AcEdCommand*> commands) {
     acutPrintf(L"\n\n%ls:\n", name == host_group ? L"The host's commands" : (L"Commands of " + name).c_str());
     std::sort(commands.begin(), commands.end(), [](const AcEdCommand* a, const AcEdCommand* b) {
         return base::compare_no_case(a->globalName(), b->globalName()) < 0;
     });
-    constexpr std::size_t columns = 4;
-    std::size_t column = 0;
-    for (const AcEdCommand* const command : commands) {
-        const std::wstring_view help = help_of(command->globalName());
-        if (!help.empty() && !is_other_name(command->globalName()))
-            acutPrintf(L"  %-12ls %.*ls\n", command->globalName(), static_cast<int>(help.size()),
-                       help.data());
-        else if (help.empty())
-            acutPrintf(++column % columns == 0 ? L"  %ls\n" : L"  %-20ls", command->globalName());
-    }
+    std::size_t widest = 0;
+    for (const AcEdCommand* const command : commands)
+        widest = std::max(widest, base::display_width(command->globalName()));
+    for (const AcEdCommand* const command : commands)
+        if (name != host_group || !is_other_name(command->globalName()))
+            acutPrintf(L"  %ls  %ls\n", base::padded(command->globalName(), widest).c_str(),
+                       text_of(*command).c_str());
 }
 
 // False when there is no such command.
@@ -80,8 +84,7 @@ bool tell_of(const std::wstring& typed) {
             if (!base::equal_no_case(command->globalName(), typed) &&
                 !base::equal_no_case(command->localName(), typed))
                 continue;
-            const std::wstring_view help = help_of(command->globalName());
-            acutPrintf(L"\n%ls  %.*ls\n", command->globalName(), static_cast<int>(help.size()), help.data());
+            acutPrintf(L"\n%ls  %ls\n", command->globalName(), text_of(*command).c_str());
             std::wstring others;
             for (const AcEdCommand* const other : commands)
                 if (other != command && other->functionAddr() == command->functionAddr())
@@ -107,8 +110,11 @@ void help_command() {
             return tell_of(given) ? L"" : L"Unknown command \"" + given + L"\". Type HELP for a list.";
         }) != RTNONE)
         return;
-    for (const auto& [group, commands] : grouped_commands())
+    for (const auto& [group, commands] : grouped_commands()) {
+        if (acedUsrBrk() != 0)
+            return;
         list_group(group, commands);
+    }
     acutPrintf(L"\n");
 }
 

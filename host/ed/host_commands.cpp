@@ -91,3 +91,7 @@ bool is_other_name(std::wstring_view command) {
 }
 
 } // namespace ed
+bool is_host_command(const AcEdCommand* command) {
+    return command != nullptr && acedRegCmds->lookupCmd(command->globalName(), host_group) == command;
+}
+

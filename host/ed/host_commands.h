@@ -22,6 +22,8 @@ void register_host_commands();
 // The line on a command, or on the one that it is another name of; empty when it is none of the host's.
 std::wstring_view help_of(std::wstring_view command);
 bool is_other_name(std::wstring_view command);
+// Whether a command is one of the host's own; null is none.
+bool is_host_command(const AcEdCommand* command);
 
 void arx_command();
 void circle_command();
