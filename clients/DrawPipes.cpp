@@ -39,7 +39,32 @@ std::vector<CString> SystemNames() {
     return names;
 }
 
-// Asks for system and diameter. False when that was ended, or there is no such system, which the user is
+// Asks for a system until it is one of the standard's: a wrong name shows which there are. False when that
+// was ended.
+bool AskForSystem(const std::vector<CString>& systems, CString& system) {
+    CString prompt;
+    prompt.Format(L"\n请输入管线系统<%s>:", system);
+    for (;;) {
+        AcString answer;
+        if (acedGetString(0, prompt, answer) != RTNORM)
+            return false;
+        if (answer.isEmpty())
+            return true;
+        if (PipeSystemTool::IsPipeSystemOfCurrentStandard(answer.kwszPtr())) {
+            system = answer.kwszPtr();
+            return true;
+        }
+        CString all;
+        for (const CString& one : systems)
+            all += L" " + one;
+        acutPrintf(L"\n当前标准中的管线系统:%s", all.GetString());
+        CString message;
+        message.Format(L"\n当前标准中没有管线系统\"%s\"！", answer.kwszPtr());
+        acdbFail(message); // which ends a script
+    }
+}
+
+// Asks for system and diameter. False when that was ended, or the standard has no system, which the user is
 // told.
 bool AskForPipe() {
     const std::vector<CString> systems = SystemNames();
@@ -49,23 +74,11 @@ bool AskForPipe() {
     }
     if (!PipeSystemTool::IsPipeSystemOfCurrentStandard(g_last.m_system))
         g_last.m_system = systems.front();
-    CString prompt;
-    prompt.Format(L"\n请输入管线系统<%s>:", g_last.m_system);
-    AcString answer;
-    if (acedGetString(0, prompt, answer) != RTNORM)
+    CString system = g_last.m_system;
+    if (!AskForSystem(systems, system))
         return false;
-    const CString system = answer.isEmpty() ? g_last.m_system : CString(answer.kwszPtr());
-    if (!PipeSystemTool::IsPipeSystemOfCurrentStandard(system)) {
-        CString message;
-        message.Format(L"\n当前标准中没有管线系统\"%s\"！", system);
-        acdbFail(message);
-        CString all;
-        for (const CString& one : systems)
-            all += L" " + one;
-        acutPrintf(L"\n当前标准中的管线系统:%s", all.GetString());
-        return false;
-    }
     int dn = g_last.m_dn > 0 ? g_last.m_dn : g_iDefaultPipeDn;
+    CString prompt;
     prompt.Format(L"\n请输入公称直径<%d>:", dn);
     acedInitGet(RSG_NOZERO | RSG_NONEG, nullptr);
     if (const int given = acedGetInt(prompt, &dn); given != RTNORM && given != RTNONE)

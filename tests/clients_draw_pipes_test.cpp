@@ -109,6 +109,15 @@ TEST_F(PipeCommands, GoOnWhereAnAnswerFitsNothing) {
     EXPECT_EQ(count(drawn, "\r\nZEF_PIPEATTACHMENT\r\n") - 1, 1U);
 }
 
+TEST_F(PipeCommands, AskAgainForASystemThatTheStandardLacks) {
+    for (const char* script : {"hzgx 空调 给水 50 0,0 3000,0 \n", "hzlg 空调 给水 50 0 1 0,0 \n"}) {
+        const auto run = test::zefhost({plan, "--keep-going"}, std::string(script) + "LIST L\n\n");
+        EXPECT_EQ(run.status, 4) << "a refused answer";
+        EXPECT_EQ(count(run.out, "请输入管线系统<"), 2U) << run.out;
+        EXPECT_EQ(count(run.out, "PIPE-给水\""), 1U) << run.out;
+    }
+}
+
 TEST_F(PipeCommands, RefuseWhatTheyCanNotDraw) {
     struct row {
         const char* drawing;
