@@ -5,6 +5,7 @@
 #include "rxmfcapi.h"
 #include "rxregsvc.h"
 #include "tests/ed_session.h"
+#include "tests/support.h"
 
 namespace {
 
@@ -254,6 +255,34 @@ TEST(EdSelect, WhatIsPickedFirstIsForCommandsThatUseIt) {
     editor.run_command(L"TAKES");
     EXPECT_EQ(found, "-5001/20") << "asked for";
     commands->removeGroup(L"ED_TEST");
+}
+
+// What LIST shows without asking, when it was picked at the command prompt; the Enter behind it answers what
+// it asks.
+TEST(EdSelect, PicksAtTheCommandPromptAreForTheNextCommand) {
+    const struct {
+        const char* script;
+        const char* handles;
+    } rows[] = {
+        {"50,0\nLIST\n", "20 "},
+        {"(handent \"22\")\n50,0\nLIST\n", "22 20 "},
+        {"(ssget \"X\" '((8 . \"COLD\")))\nLIST\n", "2A 24 "},
+        {"SETVAR PICKADD 0\n(handent \"22\")\n50,0\nLIST\n", "20 "},
+        {"SETVAR PICKAUTO 1\n-1,-1\n101,1\nLIST\n", "20 "},
+        {"50,0\n^C\nLIST\n\n", ""},
+        {"50,0\nREGEN\nLIST\n\n", ""},
+        {"300,300\nLIST\n\n", ""},
+        {"SETVAR PICKFIRST 0\n50,0\nLIST\n\n", "refused"},
+        {"(handent \"FFF\")\nLIST\n\n", "refused"},
+    };
+    for (const auto& row : rows) {
+        const auto ran = test::zefhost({picks().string(), "--keep-going"}, row.script);
+        std::string handles = ran.status == 4 ? "refused" : "";
+        constexpr std::string_view mark = "Handle = ";
+        for (std::size_t at = ran.out.find(mark); at != ran.out.npos; at = ran.out.find(mark, at + 1))
+            handles += ran.out.substr(at + mark.size(), 2) + " ";
+        EXPECT_EQ(handles, row.handles) << row.script << ran.out << ran.err;
+    }
 }
 
 TEST(EdSelect, SetsAreCounted) {

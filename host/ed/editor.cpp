@@ -85,12 +85,18 @@ void editor::run() {
                 return;
             break;
         case answer_kind::escape:
+            drop_picks();
             break;
         case answer_kind::enter:
             if (!last_command_.empty())
                 run_command(std::wstring(last_command_));
             break;
         case answer_kind::text:
+            if (const auto reason = pick_before_command(typed)) {
+                if (!reason->empty())
+                    refuse(command_prompt, typed, *reason);
+                break;
+            }
             // Enter repeats what the user asked for, not what a program sent behind it.
             if (!typed.sent)
                 last_command_ = typed.text;

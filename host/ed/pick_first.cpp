@@ -2,8 +2,10 @@
 
 #include "aced.h"
 #include "acutmem.h"
+#include "host/ed/coordinates.h"
 #include "host/ed/editor.h"
-#include "host/ed/selection_set.h"
+#include "host/ed/selection_prompt.h"
+#include "host/ed/selection_sources.h"
 #include "host/ed/system_variables.h"
 #include "host/rx/events.h"
 
@@ -58,6 +60,24 @@ std::vector<AcDbObjectId> picked_first() {
         variable<int>(L"PICKFIRST") == 0)
         return {};
     return keeper::instance().picked().ids();
+}
+
+std::optional<std::wstring> pick_before_command(const answer& given) {
+    AcDbImpDatabase* const drawing = selected_drawing();
+    if (drawing == nullptr || (!given.expression && !read_point(given.text)))
+        return std::nullopt;
+    if (variable<int>(L"PICKFIRST") == 0)
+        return L"PICKFIRST is 0: commands do not use what is picked before them.";
+    selection_set picked = variable<int>(L"PICKADD") != 0 ? keeper::instance().picked() : selection_set();
+    const selection_mode mode;
+    std::wstring reason = selection_prompt(*drawing, nullptr, mode, {}, L"", L"").take_first(picked, given);
+    if (reason.empty())
+        keeper::instance().set(std::move(picked));
+    return reason;
+}
+
+void drop_picks() {
+    keeper::instance().set({});
 }
 
 } // namespace ed

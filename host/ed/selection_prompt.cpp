@@ -81,6 +81,14 @@ int selection_prompt::run(selection_set& set) {
     }
 }
 
+std::wstring selection_prompt::take_first(selection_set& set, const answer& given) {
+    set_ = &set;
+    verdict found = given.expression ? take_expression(given) : take_point_answer(given);
+    if (found.what == verdict::how::taken)
+        ask_further();
+    return std::move(found.reason);
+}
+
 verdict selection_prompt::take(const answer& given) {
     if (given.expression)
         return take_expression(given);

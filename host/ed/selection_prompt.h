@@ -23,6 +23,9 @@ public:
     // Asks until Enter, or with mode.once for one answer. RTNORM with a set that may be empty, RTNONE for
     // Enter before anything was selected, RTCAN, RTKWORD.
     int run(selection_set& set);
+    // Takes an answer that was given already, a pick, and asks for what it wants further. The reason when it
+    // is refused.
+    std::wstring take_first(selection_set& set, const answer& given);
     // Whether the last pick met nothing at all.
     bool hit_nothing() const { return hit_nothing_; }
 
