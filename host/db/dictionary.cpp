@@ -40,8 +40,12 @@ bool is_owner_code(int code) {
     return code == 350 || code == 360;
 }
 
+// Names that the host gives begin with a star, and may end with one.
 bool valid_key(const ACHAR* key) {
-    return key != nullptr && *key != 0 && acdbSNValid(*key == L'*' ? key + 1 : key, 1) == RTNORM;
+    std::wstring name = key != nullptr ? key : L"";
+    if (name.starts_with(L'*'))
+        name = name.substr(1, name.ends_with(L'*') && name.size() > 1 ? name.size() - 2 : name.npos);
+    return acdbSNValid(name.c_str(), 1) == RTNORM;
 }
 
 } // namespace
