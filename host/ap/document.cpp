@@ -25,7 +25,8 @@ AcAp::DocLockMode stronger(AcAp::DocLockMode a, AcAp::DocLockMode b) {
 } // namespace
 
 document::document(std::unique_ptr<AcDbDatabase> database, std::wstring title, bool read_only)
-    : database_(std::move(database)), title_(std::move(title)), read_only_(read_only) {
+    : layer_history(database->imp()), database_(std::move(database)), title_(std::move(title)),
+      read_only_(read_only) {
 }
 
 document::~document() = default;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "acdocman.h"
+#include "host/db/layer_history.h"
 
 #include <memory>
 #include <optional>
@@ -51,6 +52,7 @@ public:
     std::vector<typed_text> typed;
     bool activates = false; // for which it is made current
     int commands = 0;       // under way in it
+    db::layer_history layer_history;
 
 private:
     struct held_lock {

@@ -15,9 +15,9 @@
 #include "host/ed/color_text.h"
 #include "host/ed/expected.h"
 #include "host/ed/host_commands.h"
+#include "host/ed/layer_state_option.h"
 #include "host/ed/prompts.h"
 #include "host/ed/questions.h"
-#include "host/ed/saved_layer_states.h"
 
 #include <algorithm>
 #include <cmath>
@@ -128,6 +128,8 @@ bool list_layers() {
     row(L"Layer name", L"State", L"Color", L"Linetype", L"Lineweight");
     for (const AcDbObjectId id : all_layers()) {
         const std::wstring name = name_of(id);
+        if (acedUsrBrk() != 0)
+            return true;
         if (*pattern != 0 && !base::wildcard_match(name, pattern, true))
             continue;
         const AcDbObjectPointer<AcDbLayerTableRecord> layer(id, AcDb::kForRead);
@@ -138,8 +140,6 @@ bool list_layers() {
             state += L" Frozen";
         if (layer->isLocked())
             state += L" Locked";
-        if (acedUsrBrk() != 0)
-            return true;
         if (!layer->isPlottable())
             state += L" No-plot";
         const dxf::record_id linetype = database()->imp().record(layer->linetypeObjectId());
@@ -404,33 +404,6 @@ bool transparency() {
                       });
 }
 
-// Layer states. False when the user ended it.
-bool states() {
-    std::wstring word;
-    if (ask_keyword(L"\nEnter an option [?/Save/Restore/Delete]: ", L"? Save Restore Delete", word) == RTCAN)
-        return false;
-    if (word == L"?") {
-        acutPrintf(L"\nLayer states:\n");
-        for (const std::wstring& name : layer_state_names(*database()))
-            acutPrintf(L"  \"%ls\"\n", name.c_str());
-        return true;
-    }
-    if (word.empty())
-        return true;
-    const bool saves = word == L"Save";
-    const auto act = saves ? save_layer_state : word == L"Restore" ? restore_layer_state : delete_layer_state;
-    const std::wstring prompt = saves                ? L"\nEnter new layer state name: "
-                                : word == L"Restore" ? L"\nEnter name of layer state to restore: "
-                                                     : L"\nEnter name of layer state to delete: ";
-    std::wstring name;
-    return ask_name(prompt, name, [&](const std::wstring& given) -> std::wstring {
-               if (act(*database(), given) == Acad::eOk)
-                   return {};
-               return saves ? L"This drawing can not hold the layer state."
-                            : L"Layer state \"" + given + L"\" not found.";
-           }) != RTCAN;
-}
-
 // The materials of the drawing, by their names.
 AcDbObjectId material_named(const std::wstring& name) {
     const AcDbDictionaryPointer root(database()->namedObjectsDictionaryId());
@@ -531,7 +504,7 @@ constexpr option options[] = {
     {L"Thaw", thaw},
     {L"LOck", lock},
     {L"Unlock", unlock},
-    {L"stAte", states},
+    {L"stAte", layer_state_option},
     {L"Description", description},
     {L"rEconcile", not_supported},
     {L"Xref", not_supported},

@@ -174,13 +174,20 @@ void editor::run_outermost(const running_command& command, Function function) {
             return;
         }
     acedUsrBrk(); // an Escape at the prompt, or of the command before, is not this one's
-    if ((command.flags & ACRX_CMD_NO_UNDO_MARKER) == 0)
-        for (AcDbDatabase* const database : documents.databases()) // it may go to the others
-            database->imp().begin_step(base::narrow(command.shown));
+    const bool is_step = (command.flags & ACRX_CMD_NO_UNDO_MARKER) == 0;
+    if (is_step)
+        for (const auto& one : documents.all()) { // it may go to the others
+            one->layer_history.command_begins();
+            one->database()->imp().begin_step(base::narrow(command.shown));
+        }
     if (!session)
         ++document->commands;
     run_inside(command, function);
+    if (is_step)
+        for (const auto& one : documents.all())
+            one->layer_history.command_ended(!is_host_command(command.command));
     close_left_open(command.shown); // by who was told of its end
+    write_profile_variables();
     if (!session)
         --document->commands;
     if (locks)
@@ -193,7 +200,6 @@ void editor::run_inside(const running_command& command, Function function) {
     const std::wstring name = command.name;
     tell_editor([&](AcEditorReactor& reactor) { reactor.commandWillStart(name.c_str()); });
     // Nothing that a command throws may end the program: the drawing is still there.
-    write_profile_variables();
     try {
         function();
     } catch (const std::exception& error) {
@@ -359,6 +365,9 @@ answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
     if (!given_.empty())
         return next_given(prompt);
     command_line& line = command_line::instance();
+    line.end_pages();
+    if (input.next_is_silent())
+        return input.next(rule, {});
     const bool terminal = input.at_terminal() && !input.typed_ahead();
     const std::size_t feed = prompt.rfind(L'\n');
     const std::wstring_view last = feed == prompt.npos ? prompt : prompt.substr(feed + 1);
@@ -371,9 +380,6 @@ answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
         if (!running_.empty()) {
             fail(run_status::ended_inside, L"the input ended (" + input.place() + L") inside command " +
                                                running_.back().shown + L", at the prompt '" +
-    line.end_pages();
-    if (input.next_is_silent())
-        return input.next(rule, {});
                                                as_one_line(prompt) + L"'");
             stopped_ = true;
         }
@@ -384,10 +390,12 @@ answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
         break;
     case answer_kind::enter:
     case answer_kind::text:
-        if (terminal)
-            line.line_ended();
-        else
+        if (!terminal) {
             line.echo(given.text);
+            break;
+        }
+        line.line_ended();
+        line.begin_page();
         break;
     }
     return given;
@@ -401,10 +409,6 @@ bool editor::refuse(std::wstring_view prompt, const answer& answer, std::wstring
         given_.back()->refused = true;
         return !given_.back()->left.empty();
     }
-            break;
-        }
-        line.line_ended();
-        line.begin_page();
     if (input.at_terminal()) {
         input.drop_typed_ahead(); // it was meant for questions that do not come now
         return true;

@@ -31,6 +31,9 @@ constexpr host_command commands[] = {
     {L"INSERT", insert_command, 0, L"inserts a block, or a drawing file as one"},
     {L"-INSERT", insert_command, 0, L""},
     {L"I", insert_command, 0, L""},
+    {L"LAYERP", layerp_command, 0, L"takes back the last change of layer states, and nothing else"},
+    {L"LAYERPMODE", layerpmode_command, no_step | without_drawing,
+     L"turns the memory of LAYERP and the state *BEFORE* on and off"},
     {L"LAYOUT", layout_command, 0, L"makes, copies, renames, deletes and shows layouts"},
     {L"-LAYOUT", layout_command, 0, L""},
     {L"LO", layout_command, 0, L""},
@@ -90,8 +93,8 @@ bool is_other_name(std::wstring_view command) {
     });
 }
 
-} // namespace ed
 bool is_host_command(const AcEdCommand* command) {
     return command != nullptr && acedRegCmds->lookupCmd(command->globalName(), host_group) == command;
 }
 
+} // namespace ed

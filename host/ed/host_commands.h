@@ -33,6 +33,8 @@ void explode_command();
 void help_command();
 void insert_command();
 void layer_command();
+void layerp_command();
+void layerpmode_command();
 void layout_command();
 void line_command();
 void list_command();
