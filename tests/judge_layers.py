@@ -2,7 +2,8 @@
 """An independent reader judges what a layer command leaves behind.
 
 On each drawing OpenSelLayer isolates the layers of the first entities. Then only LAYER records may differ from the
-file before, and python3-ezdxf's audit may find nothing that it did not find before, where it opens the original.
+file before, but for the layer state that keeps what was before; python3-ezdxf's audit may find nothing that it did not
+find before, where it opens the original. Restoring that state brings the LAYER records back.
 
     judge_layers.py ZEFHOST [DRAWING...]
 
@@ -36,6 +37,10 @@ def records(data):
     return found
 
 
+def handle(record):
+    return next((value.strip() for code, value in record if code.strip() == b"5"), None)
+
+
 def first_entities(found, count):
     """Handles of the first entities that stand in the ENTITIES section and have one."""
     handles = []
@@ -62,6 +67,21 @@ def audit(path):
     return sorted((entry.code, re.sub(r"0x[0-9a-f]+", "", entry.message)) for entry in auditor.errors + auditor.fixes)
 
 
+def layers(found):
+    return [record for record in found if record[0][1].strip() == b"LAYER"]
+
+
+def without_state(found):
+    """The records without those that hold the state before, as far as they are alike in all drawings: the last
+    DICTIONARYs and XRECORDs that the original lacks, and what the head of the table of layers says."""
+    kept = []
+    for record in found:
+        if record[0][1].strip() == b"TABLE" and record[1][1].strip() == b"LAYER":
+            record = record[:2]
+        kept.append(record)
+    return kept
+
+
 def judge(zefhost, drawing, folder):
     """Why a drawing fails; an empty text when it does not, None when it has nothing to pick."""
     before = drawing.read_bytes()
@@ -75,7 +95,13 @@ def judge(zefhost, drawing, folder):
                           capture_output=True, text=True, check=False)
     if done.returncode != 0:
         return f"exit status {done.returncode}: {done.stderr.strip()}"
-    old, new = records(before), records(out.read_bytes())
+    old, new = without_state(records(before)), without_state(records(out.read_bytes()))
+    there = {handle(record) for record in old}
+    fresh = [record for record in new if record[0][1].strip() in (b"DICTIONARY", b"XRECORD")
+             and handle(record) not in there]
+    if len(fresh) > 3:
+        return f"{len(fresh)} dictionaries and records came"
+    new = [record for record in new if record not in fresh]
     if len(old) != len(new):
         return f"{len(old)} records became {len(new)}"
     others = {a[0][1].strip() for a, b in zip(old, new) if a != b} - {b"LAYER"}
@@ -84,6 +110,13 @@ def judge(zefhost, drawing, folder):
     audited = audit(drawing)
     if audited is not None and audit(out) != audited:
         return "the audit finds something else than before"
+    if fresh:
+        script.write_text("-LAYER A R *BEFORE*\n\n\n")
+        back = folder / "back.dxf"
+        done = subprocess.run([zefhost, out, "-s", script, "-o", back, "--profile", folder / "profile"],
+                              capture_output=True, text=True, check=False)
+        if done.returncode != 0 or layers(records(back.read_bytes())) != layers(old):
+            return f"the state before is not restored: {done.returncode} {done.stderr.strip()}"
     return ""
 
 
