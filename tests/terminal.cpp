@@ -6,6 +6,7 @@
 #include <iostream>
 #include <poll.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -23,7 +24,7 @@ terminal::terminal(const std::vector<std::string>& arguments, const std::string&
     size.ws_col = 200;
     std::vector<std::string> words = {ZEF_BINARY_FOLDER "/zefhost", "--profile", profile};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    program_ = forkpty(&screen_, nullptr, nullptr, &size);
+    program_ = forkpty(&window_, nullptr, nullptr, &size);
     if (program_ != 0)
         return;
     std::vector<char*> argv;
@@ -44,14 +45,26 @@ terminal::~terminal() {
 }
 
 void terminal::hang_up() {
-    if (screen_ >= 0)
-        close(screen_);
-    screen_ = -1;
+    if (window_ >= 0)
+        close(window_);
+    window_ = -1;
+}
+
+void terminal::resize(std::size_t columns, std::size_t rows) {
+    winsize size{};
+    size.ws_row = static_cast<unsigned short>(rows);
+    size.ws_col = static_cast<unsigned short>(columns);
+    ioctl(window_, TIOCSWINSZ, &size);
+    screen_.resize(columns, rows);
+}
+
+void terminal::send_signal(int number) {
+    kill(program_, number);
 }
 
 void terminal::type(std::string_view keys) {
     while (!keys.empty()) {
-        const ssize_t written = write(screen_, keys.data(), keys.size());
+        const ssize_t written = write(window_, keys.data(), keys.size());
         if (written <= 0)
             return;
         keys.remove_prefix(static_cast<std::size_t>(written));
@@ -59,13 +72,14 @@ void terminal::type(std::string_view keys) {
 }
 
 bool terminal::read_more() {
-    pollfd screen{screen_, POLLIN, 0};
+    pollfd window{window_, POLLIN, 0};
     char bytes[4096];
-    if (screen_ < 0 || poll(&screen, 1, patience_ms) <= 0)
+    if (window_ < 0 || poll(&window, 1, patience_ms) <= 0)
         return false;
-    const ssize_t got = read(screen_, bytes, sizeof bytes);
+    const ssize_t got = read(window_, bytes, sizeof bytes);
     for (ssize_t i = 0; i < got; ++i) {
         const char c = bytes[i];
+        screen_.take(c);
         if (c == '\x1b')
             in_sequence_ = true;
         else if (in_sequence_)

@@ -1,6 +1,8 @@
 // A person at a terminal: zefhost on a pseudo-terminal, keys that are pressed, and what the screen says.
 #pragma once
 
+#include "tests/screen.h"
+
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -24,11 +26,17 @@ public:
     int ends();
     // The window is closed.
     void hang_up();
+    // It has another size; the program gets a signal.
+    void resize(std::size_t columns, std::size_t rows);
+    void send_signal(int number);
+    // What it shows now, as far as it was read.
+    const screen& seen() const { return screen_; }
 
 private:
     bool read_more(); // false when nothing came for long, or nothing can come any more
 
-    int screen_ = -1;
+    int window_ = -1;
+    screen screen_{200, 50};
     pid_t program_ = -1;
     std::string shown_; // control sequences left out
     std::size_t seen_ = 0;

@@ -2,6 +2,8 @@
 #include "tests/support.h"
 #include "tests/terminal.h"
 
+#include <csignal>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -123,6 +125,82 @@ TEST(Terminal, TabCompletes) {
     EXPECT_EQ(terminal.ends(), 0);
 }
 
+TEST(Terminal, EscapeAndANewSizeLeaveOnePrompt) {
+    const test::folder profile;
+    test::terminal terminal({plan()}, profile.path().string());
+    ASSERT_TRUE(terminal.shows("Command: "));
+    act(terminal, {{"LIN", "LIN"}, {key_escape, "*Cancel*"}, {"", "Command: "}});
+    EXPECT_EQ(terminal.seen().beginning_with("Command: LIN*Cancel*"), 1) << terminal.seen().text();
+    EXPECT_EQ(terminal.seen().beginning_with("Command:"), 2) << terminal.seen().text();
+    act(terminal, {{"LI", "LI"}});
+    terminal.resize(60, 24);
+    ASSERT_TRUE(terminal.shows("Command: LI")); // once more, in the place of the old one
+    EXPECT_EQ(terminal.seen().beginning_with("Command: LI"), 2) << terminal.seen().text();
+    // The list stands between a prompt of three rows and the same prompt again.
+    act(terminal, {{"\x15", ""}, {"-LAYER\r", "rEconcile/Xref]: "}, {"LT\t", ""}});
+    act(terminal, {{"\x15L\t\t", "LOck"}, {"", "rEconcile/Xref]: L"}});
+    EXPECT_EQ(terminal.seen().beginning_with("LOck"), 1) << terminal.seen().text();
+    EXPECT_EQ(terminal.seen().beginning_with("Enter an option"), 2) << terminal.seen().text();
+}
+
+TEST(Terminal, TabKnowsLayerNames) {
+    const test::folder profile;
+    test::terminal terminal({plan()}, profile.path().string());
+    act(terminal, {{"", "Command: "},
+                   {"-LAYER\r", "Enter an option"},
+                   {"N\r", "new layer(s): "},
+                   {"\"A one\"\r", "Enter an option"},
+                   {"LO\r", "to lock: "},
+                   {"def\t,a\t\r", "Enter an option"}, // the second one has a blank
+                   {"?\r", "to list"},
+                   {"\r", "Layer name"},
+                   {"", "Defpoints"},
+                   {"", "On Locked"},
+                   {"", "A one"},
+                   {"", "On Locked"},
+                   {"", "Enter an option"}});
+}
+
+TEST(Terminal, LongListsStopAfterEachScreenfulAndAtEscape) {
+    const test::folder profile;
+    test::terminal terminal({plan()}, profile.path().string());
+    terminal.resize(80, 10);
+    constexpr std::string_view more = "Press ENTER to continue: ";
+    act(terminal, {{"", "Command: "}, {"LIST ALL\r", "found"}, {"\r", more}, {"\r", more}});
+    EXPECT_EQ(terminal.seen().beginning_with("Command: "), 0) << "a screenful of it";
+    act(terminal, {{key_escape, "*Cancel*"},
+                   {"", "Command: "},
+                   {"gxsz\r", more},
+                   {"\r", more},
+                   {key_interrupt, "*Cancel*"},
+                   {"", "Command: "}, // it does not ask further
+                   {"HELP\r", more},
+                   {key_interrupt, "*Cancel*"},
+                   {"", "Command: "},
+                   {"SETVAR PICKBOX\r", "new value"}, // which the interrupt is not meant for any more
+                   {"\r", "Command: "},
+                   {"QUIT\r", ""}});
+    EXPECT_EQ(terminal.ends(), 0);
+}
+
+// CloseSelLayer turns object snap off while it asks what is to be hidden in a reference.
+TEST(Terminal, WhatACommandSetsOnItsWayIsNotKeptWhenItIsKilled) {
+    const test::folder profile;
+    for (const int signal : {0, SIGTERM, SIGHUP}) {
+        test::terminal terminal({test::drawing("layer_tools/pipes.dxf").string()}, profile.path().string());
+        act(terminal, {{"", "Command: "}, {"SETVAR OSMODE\r", signal == 0 ? "<4133>" : "<37>"}});
+        act(terminal, {{"37\r", "Command: "}});
+        act(terminal,
+            {{"CloseSelLayer\r", "<退出>:"}, {"(handent \"216\")\r", "外部参照上要关闭的图元<退出>: "}});
+        act(terminal, {{"'SETVAR OSMODE\r", "<0>"}, {"\r", "<退出>: "}});
+        if (signal == 0)
+            terminal.hang_up();
+        else
+            terminal.send_signal(signal);
+        terminal.ends();
+    }
+}
+
 TEST(Terminal, HistoryGoesOnInTheNextSessionAndIsBounded) {
     const test::folder profile;
     {
@@ -219,6 +297,7 @@ TEST(Terminal, HelpTellsByGroupAndByName) {
                    {"", "draws a circle"},
                    {"", "Commands of ZEF_PIPESTSTEM"},
                    {"", "OpenSelLayer"},
+                   {"", "keeps only the layers of picked entities on"},
                    {"", "Command: "},
                    {"HELP RE\r", "brings the display up to date"},
                    {"", "also as REGEN"},
