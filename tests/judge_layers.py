@@ -71,13 +71,23 @@ def layers(found):
     return [record for record in found if record[0][1].strip() == b"LAYER"]
 
 
-def without_state(found):
-    """The records without those that hold the state before, as far as they are alike in all drawings: the last
-    DICTIONARYs and XRECORDs that the original lacks, and what the head of the table of layers says."""
+def without_state(found, there):
+    """The records without those that hold the state before: DICTIONARYs and an XRECORD whose handles are not `there`, a
+    section of objects where there was none, and what heads and header say of them."""
     kept = []
     for record in found:
-        if record[0][1].strip() == b"TABLE" and record[1][1].strip() == b"LAYER":
+        kind, name = record[0][1].strip(), (record[1:2] or [(b"", b"")])[0][1].strip()
+        if kind in (b"DICTIONARY", b"XRECORD") and handle(record) not in there:
+            continue
+        if kind == b"SECTION" and name == b"OBJECTS" and b"OBJECTS" not in there:
+            continue
+        if kind == b"ENDSEC" and len(kept) > 1 and kept[-1][0][1].strip() == b"ENDSEC":
+            continue
+        if kind == b"TABLE" and name == b"LAYER":
             record = record[:2]
+        if kind == b"SECTION" and name == b"HEADER":
+            record = [group for before, group in zip([None, *record], record)
+                      if before is None or before[1].strip() != b"$HANDSEED"]
         kept.append(record)
     return kept
 
@@ -95,13 +105,14 @@ def judge(zefhost, drawing, folder):
                           capture_output=True, text=True, check=False)
     if done.returncode != 0:
         return f"exit status {done.returncode}: {done.stderr.strip()}"
-    old, new = without_state(records(before)), without_state(records(out.read_bytes()))
-    there = {handle(record) for record in old}
-    fresh = [record for record in new if record[0][1].strip() in (b"DICTIONARY", b"XRECORD")
-             and handle(record) not in there]
-    if len(fresh) > 3:
-        return f"{len(fresh)} dictionaries and records came"
-    new = [record for record in new if record not in fresh]
+    there = {handle(record) for record in records(before) if record[0][1].strip() != b"SECTION"}
+    there |= {record[1][1].strip() for record in records(before)
+              if record[0][1].strip() == b"SECTION" and len(record) > 1}
+    whole = records(out.read_bytes())
+    old, new = without_state(records(before), there), without_state(whole, there)
+    kept = b"*BEFORE*" in out.read_bytes()
+    if len(whole) - len(new) > (6 if kept else 0):
+        return f"{len(whole) - len(new)} records came"
     if len(old) != len(new):
         return f"{len(old)} records became {len(new)}"
     others = {a[0][1].strip() for a, b in zip(old, new) if a != b} - {b"LAYER"}
@@ -110,8 +121,8 @@ def judge(zefhost, drawing, folder):
     audited = audit(drawing)
     if audited is not None and audit(out) != audited:
         return "the audit finds something else than before"
-    if fresh:
-        script.write_text("-LAYER A R *BEFORE*\n\n\n")
+    if kept:
+        script.write_text("-LAYER A R *BEFORE*\n\n")
         back = folder / "back.dxf"
         done = subprocess.run([zefhost, out, "-s", script, "-o", back, "--profile", folder / "profile"],
                               capture_output=True, text=True, check=False)

@@ -138,7 +138,7 @@ TEST(Terminal, EscapeAndANewSizeLeaveOnePrompt) {
     EXPECT_EQ(terminal.seen().beginning_with("Command: LI"), 2) << terminal.seen().text();
     // The list stands between a prompt of three rows and the same prompt again.
     act(terminal, {{"\x15", ""}, {"-LAYER\r", "rEconcile/Xref]: "}, {"LT\t", ""}});
-    act(terminal, {{"\x15L\t\t", "LOck"}, {"", "rEconcile/Xref]: L"}});
+    act(terminal, {{"\x15L\t", "LOck"}, {"", "rEconcile/Xref]: L"}});
     EXPECT_EQ(terminal.seen().beginning_with("LOck"), 1) << terminal.seen().text();
     EXPECT_EQ(terminal.seen().beginning_with("Enter an option"), 2) << terminal.seen().text();
 }
@@ -292,6 +292,7 @@ TEST(Terminal, LinesTypedAheadAnswerQuestionByQuestion) {
 TEST(Terminal, HelpTellsByGroupAndByName) {
     const test::folder profile;
     test::terminal terminal({plan()}, profile.path().string());
+    terminal.resize(200, 200); // one page
     act(terminal, {{"", "Command: "},
                    {"HELP\r", "The host's commands:"},
                    {"", "draws a circle"},

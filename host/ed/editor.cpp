@@ -366,8 +366,11 @@ answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
         return next_given(prompt);
     command_line& line = command_line::instance();
     line.end_pages();
-    if (input.next_is_silent())
+    if (input.next_is_silent()) {
+        line.fresh_line();
+        line.line_ended(); // as the Enter of an answer that is seen
         return input.next(rule, {});
+    }
     const bool terminal = input.at_terminal() && !input.typed_ahead();
     const std::size_t feed = prompt.rfind(L'\n');
     const std::wstring_view last = feed == prompt.npos ? prompt : prompt.substr(feed + 1);

@@ -285,7 +285,7 @@ public:
         manager->startTransaction();
         AcDbObject* layer = nullptr;
         manager->getObject(layer, curDoc()->database()->clayer(), AcDb::kForWrite);
-        AcDbLayerTableRecord::cast(layer)->setIsLocked(true);
+        AcDbLayerTableRecord::cast(layer)->setVPDFLT(true);
         manager->startTransaction();
         addLine(9);
         manager->abortTransaction();
