@@ -301,8 +301,7 @@ void editor::fail_command(std::wstring_view message) {
             status_ = run_status::refused;
         return;
     }
-    if (running_.empty() &&
-        ap::documents::instance().current() == nullptr) { // nothing has begun that could break
+    if (running_.empty() && input.place().empty()) { // nothing was asked for yet that could break off
         command_line::instance().error(L"zefhost: " + as_one_line(message));
         if (status_ == run_status::well)
             status_ = run_status::found;
