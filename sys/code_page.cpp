@@ -1,6 +1,7 @@
 #include "sys/code_page.h"
 
 #include "base/utf.h"
+#include "sys/gb18030.h"
 #include "sys/wide_blocks.h"
 
 #include <atomic>
@@ -14,6 +15,7 @@ namespace sys {
 namespace {
 
 constexpr int utf8_page = 65001;
+constexpr int gbk_page = 936; // GB 18030's characters of four bytes are read in it too
 
 std::atomic<int> ansi_page = 936;
 
@@ -140,6 +142,17 @@ std::wstring code_page::decode(std::string_view bytes) const {
         if (c == 0 && byte >= 0x80) {
             if (i + 1 < bytes.size())
                 c = characters_[byte << 8 | at(i + 1)];
+            if (c == 0 && number_ == gbk_page) {
+                const long of_four =
+                    gb18030_character(reinterpret_cast<const unsigned char*>(bytes.data()) + i,
+                                      static_cast<long>(bytes.size() - i));
+                if (of_four > 0) {
+                    wchar_t units[2];
+                    out.append(units, put(units, static_cast<char32_t>(of_four)));
+                    i += 3;
+                    continue;
+                }
+            }
             if (c != 0)
                 ++i;
             else
@@ -153,27 +166,35 @@ std::wstring code_page::decode(std::string_view bytes) const {
 code_page::decoded code_page::decode_block(std::string_view block, wchar_t* out) const {
     if (number_ == utf8_page)
         return decode_blocks(block, out, take_utf8_run);
-    return decode_blocks(block, out,
-                         [this, characters = characters_.data()](const unsigned char*& at,
-                                                                 const unsigned char* end, wchar_t*& to,
-                                                                 std::size_t& lost) {
-                             while (at < end && *at >= 0x80) {
-                                 const unsigned byte = *at;
-                                 const bool is_lead = is_lead_[byte];
-                                 if (is_lead && at + 1 == end)
-                                     return false;
-                                 const char16_t c = characters[is_lead ? byte << 8 | at[1] : byte];
-                                 if (c != 0) {
-                                     *to++ = static_cast<wchar_t>(c);
-                                     at += is_lead ? 2 : 1;
-                                 } else {
-                                     *to++ = static_cast<wchar_t>(0xDC00 + byte);
-                                     ++at;
-                                     ++lost;
-                                 }
-                             }
-                             return true;
-                         });
+    return decode_blocks(
+        block, out,
+        [this, characters = characters_.data()](const unsigned char*& at, const unsigned char* end,
+                                                wchar_t*& to, std::size_t& lost) {
+            while (at < end && *at >= 0x80) {
+                const unsigned byte = *at;
+                const bool is_lead = is_lead_[byte];
+                if (is_lead && at + 1 == end)
+                    return false;
+                const char16_t c = characters[is_lead ? byte << 8 | at[1] : byte];
+                if (c != 0) {
+                    *to++ = static_cast<wchar_t>(c);
+                    at += is_lead ? 2 : 1;
+                    continue;
+                }
+                const long of_four = number_ == gbk_page ? gb18030_character(at, end - at) : 0;
+                if (of_four < 0)
+                    return false;
+                if (of_four > 0) {
+                    to = put(to, static_cast<char32_t>(of_four));
+                    at += 4;
+                    continue;
+                }
+                *to++ = static_cast<wchar_t>(0xDC00 + byte);
+                ++at;
+                ++lost;
+            }
+            return true;
+        });
 }
 
 bool code_page::encode(char32_t c, std::string& out) const {

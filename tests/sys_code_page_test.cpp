@@ -80,3 +80,26 @@ TEST(SysCodePage, EveryPairOfBytes) {
 }
 
 } // namespace
+
+// Bytes by an independent converter.
+TEST(SysCodePage, GbkReadsWhatGb18030WritesInFourBytes) {
+    struct row {
+        std::string_view bytes;
+        std::wstring text;
+    };
+    const sys::code_page& gbk = *sys::code_page::find(936);
+    for (const row& row : {row{"\x81\x30\x81\x30", L"\x80"}, row{"\x82\x30\x85\x33\xB8\xF8", L"\x34CE给"},
+                           row{"\x95\x34\xB2\x35", L"\U00020BB7"}, row{"\xE3\x32\x9A\x35", L"\U0010FFFF"},
+                           row{"\x81\x30\x81", L"\xDC81"
+                                               L"0"
+                                               L"\xDC81"},
+                           row{"\xFF\x30\x81\x30", L"\xDCFF"
+                                                   L"0\xDC81"
+                                                   L"0"}}) {
+        EXPECT_TRUE(gbk.decode(row.bytes) == row.text) << row.bytes;
+        wchar_t block[16];
+        const auto taken = gbk.decode_block(row.bytes, block);
+        EXPECT_TRUE(taken.bytes < row.bytes.size() || std::wstring(block, taken.units) == row.text)
+            << row.bytes;
+    }
+}
