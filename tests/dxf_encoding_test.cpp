@@ -140,6 +140,49 @@ TEST(DxfEncoding, LittleTextIsReadAsTheHeaderSays) {
     }
 }
 
+// Drawings without a header, of programs for DOS; solids, whose texts are disguised; rare characters.
+TEST(DxfEncoding, WhatIsEvidenceAndWhatIsNot) {
+    const std::string chinese = "\xB8\xF8\xCB\xAE\xC1\xA2\xB9\xDC"; // what also could be read there
+    const auto text = [](const std::string& bytes) { return "0 TEXT|8 0|1 " + bytes + "|"; };
+    struct row {
+        std::string page;
+        std::string entities;
+        int number;
+    };
+    for (const row& row :
+         {row{"",
+              text("K\x81"
+                   "che") +
+                  text("G\x84"
+                       "ste-WC") +
+                  text("Erdgescho\xE1"),
+              437},
+          row{"",
+              text("\xED"
+                   "100") +
+                  text("\xE0 = 30\xF8") + text("12 \xF1 0.5") +
+                  text("\xED"
+                       "12 c/20") +
+                  text("\xF2 30"),
+              437},
+          row{"", text("R\xE9seau") + text("135\xB0"), 1252},
+          row{"ANSI_1252",
+              text("R\xE9seau") + "0 3DSOLID|8 0|100 AcDbModelerGeometry|1 " + chinese + "|3 " + chinese +
+                  "|",
+              1252},
+          row{"ANSI_1252", text("R\xE9seau") + "0 BODY|8 0|1 " + chinese + "|", 1252},
+          row{"ANSI_1252", text("R\xE9seau") + "0 3DSOLID|8 " + chinese + "|100 AcDbModelerGeometry|1 x|",
+              936},
+          row{"ANSI_1252", text("\x95\x34\xB2\x35\x81\x39\xEF\x31"), 936}}) {
+        const std::string header =
+            row.page.empty() ? "" : "0 SECTION|2 HEADER|9 $DWGCODEPAGE|3 " + row.page + "|0 ENDSEC|";
+        const auto drawing =
+            test::opened(test::groups(header + "0 SECTION|2 ENTITIES|" + row.entities + "0 ENDSEC|0 EOF"));
+        ASSERT_NE(drawing, nullptr);
+        EXPECT_EQ(drawing->codec().number(), row.number) << row.entities;
+    }
+}
+
 TEST(DxfEncoding, CodecsGiveBytesBack) {
     struct row {
         int number;

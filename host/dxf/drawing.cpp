@@ -84,6 +84,35 @@ group_style style_of(std::string_view bytes, const record_table& records) {
     return style;
 }
 
+// Groups whose bytes are no text that anybody reads: what solids are made of is written disguised, in groups
+// 1 and 3.
+std::vector<std::string_view> sealed_groups(const record_table& records) {
+    constexpr std::string_view marker = "AcDbModelerGeometry";
+    constexpr std::string_view old_types[] = {"3DSOLID", "BODY", "REGION"}; // without markers
+    std::vector<bool> is_modeler(records.type_names().size());
+    for (std::uint32_t type = 0; type < is_modeler.size(); ++type) {
+        const std::string_view name = records.type_names()[type];
+        is_modeler[type] = name.ends_with("SURFACE") ||
+                           std::find(std::begin(old_types), std::end(old_types), name) != std::end(old_types);
+    }
+    std::vector<std::string_view> sealed;
+    for (record_id id = 0; id < records.size(); ++id) {
+        if (!is_modeler[records.type(id)])
+            continue;
+        const std::string_view record = records.text(id);
+        const bool marked = record.find(marker) != record.npos;
+        bool behind = !marked;
+        group_reader groups(record);
+        raw_group group;
+        while (groups.next(group)) {
+            behind = behind || (group.code == 100 && trimmed(group.value) == marker);
+            if (behind && (group.code == 1 || group.code == 3))
+                sealed.emplace_back(group.begin, static_cast<std::size_t>(group.end - group.begin));
+        }
+    }
+    return sealed;
+}
+
 } // namespace
 
 base::result<std::unique_ptr<drawing>> drawing::open(const std::filesystem::path& file, int encoding) {
@@ -155,7 +184,9 @@ base::result<std::string_view> drawing::text_of(std::string_view bytes) {
 
 base::result<void> drawing::index(std::string_view text, int encoding) {
     std::optional<indexer> index;
-    // First zero bytes are taken out, then lines are mended: a third look finds nothing.
+    // First zero bytes are taken out, then lines are mended, which may show further damage; soon a look finds
+    // nothing.
+    constexpr int most_looks = 5;
     for (int look = 1;; ++look) {
         text_ = text;
         records_.emplace();
@@ -168,9 +199,13 @@ base::result<void> drawing::index(std::string_view text, int encoding) {
             break;
         placed_repairs repairs;
         const auto edits = mend_lines(text, *records_, index->damage(), repairs);
-        if (edits.empty())
+        if (edits.empty()) {
+            if (index->parts().header == no_record && index->parts().table_heads.empty() &&
+                index->parts().blocks == no_record && index->parts().entities == no_record)
+                return base::failure{refused({text.data(), L"no section of a drawing begins here"})};
             break;
-        if (binary_ != nullptr || look == 3)
+        }
+        if (binary_ != nullptr || look == most_looks)
             return base::failure{
                 refused({repairs.front().at, repairs.front().what + L", and that can not be repaired"})};
         take(repairs);
@@ -267,7 +302,7 @@ void drawing::take_encoding(int encoding) {
         codec_ = text_codec(encoding != 0 ? encoding : usual);
         return;
     }
-    const int guess = guess_encoding(lines_with_high_bytes(text_), named);
+    const int guess = guess_encoding(lines_with_high_bytes(text_, sealed_groups(*records_)), named);
     codec_ = text_codec(guess);
     if (guess == usual || (named == 0 && guess == utf8_page))
         return;

@@ -44,9 +44,13 @@ constexpr double undecodable = 20;
 constexpr double ascii = 6; // counts where a character of two bytes takes one
 constexpr double rare = 15;
 constexpr double symbol = 9;
+constexpr double of_four_bytes = 24; // hardly any other encoding makes them by chance
+constexpr double lonely = 5;         // a letter of a script that has hardly a word of one letter
+constexpr int dos_page = 437;        // whose Greek letters are signs: alpha, phi for a diameter
+constexpr double behind_digit = 5;   // a letter there; units and signs stand there
 
 // Frequent characters of each script, most frequent first as far as it matters; those of drawings among them.
-constexpr std::wstring_view symbols = L"°±²³µ×Øø§·½¼«»–—’“”…№™®©‰";
+constexpr std::wstring_view symbols = L"°±²³µ×Øø§·½¼«»–—’“”…№™®©‰≥≤≈√∞";
 constexpr std::wstring_view simplified =
     L"的一是不在有为中大上个国这到说们和地以要时就出会可生对能而子那得于着下自之年过发后作里用道行所然家种事"
     L"成方多经么去法学如都同现当没动面起看定天分还进好小部其些主样理心本前开但因只从想实日军者意无力它与长把"
@@ -100,6 +104,7 @@ constexpr encoding_model models[] = {
     {1252, script::latin, western},
     {1250, script::latin, central},
     {1254, script::latin, turkish},
+    {437, script::latin, western}, // before others that have the same signs and letters
     {866, script::own, russian},
     {850, script::latin, western},
 };
@@ -121,14 +126,26 @@ public:
 
     double cost(std::string_view sample) const {
         double total = 0;
-        enum class before { other, ascii_letter, high_letter, upper } last = before::other;
+        enum class before { other, digit, ascii_letter, high_letter, upper } last = before::other;
+        std::size_t letters = 0; // of the script, that stand together; more than one behind a letter of ASCII
         for (std::size_t i = 0; i < sample.size();) {
             const auto byte = static_cast<unsigned char>(sample[i]);
             if (byte < 0x80) {
+                if (letters == 1 && model_.kind == script::own)
+                    total += lonely;
+                letters = 0;
                 const unsigned folded = byte | 0x20u;
-                last = folded >= 'a' && folded <= 'z' ? before::ascii_letter : before::other;
+                last = folded >= 'a' && folded <= 'z' ? before::ascii_letter
+                       : byte >= '0' && byte <= '9'   ? before::digit
+                                                      : before::other;
                 total += ascii;
                 ++i;
+                // Before and behind an escape stand letters, not digits.
+                if (byte == '\\' && sample.substr(i, 2) == "U+") {
+                    const std::size_t rest = std::min<std::size_t>(6, sample.size() - i);
+                    total += ascii * static_cast<double>(rest);
+                    i += rest;
+                }
                 continue;
             }
             const std::size_t length = model_.kind == script::east_asian ? length_at(sample, i) : 1;
@@ -139,10 +156,13 @@ public:
                 total += undecodable;
                 last = before::other;
             } else if (model_.kind == script::east_asian) {
-                total += length == 2 ? pair_cost(c, byte, static_cast<unsigned char>(sample[i - 1])) : symbol;
+                total += length == 4   ? of_four_bytes
+                         : length == 2 ? pair_cost(c, byte, static_cast<unsigned char>(sample[i - 1]))
+                                       : symbol;
                 last = before::other;
-            } else if (!is_letter(c)) {
-                total += symbols.find(static_cast<wchar_t>(c)) != symbols.npos ? symbol : rare;
+            } else if (!is_letter(c) || (model_.number == dos_page && c >= 0x370 && c < 0x400)) {
+                total +=
+                    is_letter(c) || symbols.find(static_cast<wchar_t>(c)) != symbols.npos ? symbol : rare;
                 last = before::other;
             } else {
                 const bool is_upper = base::fold_code_point(c) != c;
@@ -153,6 +173,9 @@ public:
                                                : (last == before::high_letter || last == before::upper ? 6.0
                                                   : last == before::ascii_letter                       ? 2.5
                                                                                  : 4.0));
+                letters += last == before::ascii_letter ? 2 : 1;
+                if (last == before::digit)
+                    total += behind_digit;
                 // Capitals stand at the beginning or among capitals.
                 if (is_upper && last == before::high_letter)
                     total += 4;
@@ -163,13 +186,15 @@ public:
     }
 
 private:
-    // Two where the bytes there are a character of two bytes.
+    // How many bytes the character there takes.
     std::size_t length_at(std::string_view sample, std::size_t at) const {
-        return page_.decode(sample.substr(at, 1))[0] !=
-                           static_cast<wchar_t>(0xDC00 + static_cast<unsigned char>(sample[at])) ||
-                       at + 1 == sample.size() || page_.decode(sample.substr(at, 2)).size() != 1
-                   ? 1
-                   : 2;
+        const auto is_one = [&](std::size_t bytes) {
+            if (at + bytes > sample.size())
+                return false;
+            const std::wstring text = page_.decode(sample.substr(at, bytes));
+            return text.size() == 1 && !base::is_escaped_byte(static_cast<char32_t>(text[0]));
+        };
+        return is_one(1) || !(is_one(2) || is_one(4)) ? 1 : is_one(2) ? 2 : 4;
     }
 
     double pair_cost(char32_t c, unsigned lead, unsigned trail) const {
@@ -250,14 +275,22 @@ constexpr encoding_title titles[] = {
 
 } // namespace
 
-std::string lines_with_high_bytes(std::string_view drawing) {
+std::string lines_with_high_bytes(std::string_view drawing, const std::vector<std::string_view>& sealed) {
     std::string sample;
     std::unordered_set<std::string_view> known;
+    auto hidden = sealed.begin();
     std::size_t at = 0;
     for (std::size_t lines = 0; lines < sample_lines && sample.size() < sample_size; ++lines) {
         at = next_high_byte(drawing, at);
         if (at == drawing.size())
             break;
+        const char* const place = drawing.data() + at;
+        while (hidden != sealed.end() && hidden->data() + hidden->size() <= place)
+            ++hidden;
+        if (hidden != sealed.end() && hidden->data() <= place) {
+            at = static_cast<std::size_t>(hidden->data() + hidden->size() - drawing.data());
+            continue;
+        }
         const std::size_t before = drawing.rfind('\n', at);
         const std::size_t begin = before == drawing.npos ? 0 : before + 1;
         const std::size_t end = std::min(drawing.find('\n', at), drawing.size());

@@ -6,14 +6,17 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dxf {
 
 inline constexpr int utf8_page = 65001;
 
 // The different lines of a drawing that hold bytes above 127, one behind the other with line feeds between;
-// those that are met first, when there are many.
-ACDB_PORT std::string lines_with_high_bytes(std::string_view drawing);
+// those that are met first, when there are many. What lies in one of the `sealed` pieces, which are in order,
+// is no text.
+ACDB_PORT std::string lines_with_high_bytes(std::string_view drawing,
+                                            const std::vector<std::string_view>& sealed = {});
 
 // The number of the code page, or utf8_page, that `sample` is in most likely. `named` is the one that the
 // drawing names, 0 when it names none: it is right unless the bytes speak clearly against it.
