@@ -162,7 +162,8 @@ TEST(DxfRepair, EndsThatAreMissing) {
               "?",
               {"0 CIRCLE|5 31", "", ""}},
              {groups(start + "|0 ENDSEC") + "   ",
-              "repair 1: line 11: the end of the file is missing: EOF added\n",
+              "repair 1: line 11: a blank line belongs to no group: left out\n"
+              "repair 2: line 11: the end of the file is missing: EOF added\n",
               "?",
               {}},
          })
@@ -267,6 +268,15 @@ TEST(DxfRepair, LinesThatLostTheirCodes) {
               "repair 1: line 11: the type 'LINE' has no group code: read as group 0\n",
               "+ 0",
               {}},
+             {drawing("1\ntext\n\n7\nA\n").replace(0, 0, "\n"),
+              "repair 1: line 1: a blank line belongs to no group: left out\n",
+              "- ",
+              {}},
+             {drawing("62\n\n10\n\n20\n2.0\n"),
+              "repair 1: line 9: the value of group 62 is missing: the group is left out\n"
+              "repair 2: line 11: the value of group 10 is missing: read as '0.0'\n",
+              "?",
+              {}},
              // Lines are counted in the file, not in what was made of it.
              {groups("0 SECTION|2 ENTITIES|0 LINE|10 1.0") + "what\n" + groups("8 0|0 LINE|8 0|0 POINT|8 0"),
               "repair 1: line 9: the line 'what' belongs to no group: left out\n"
@@ -276,6 +286,57 @@ TEST(DxfRepair, LinesThatLostTheirCodes) {
               {"", ""}},
          })
         expect_repaired(row);
+}
+
+// Each line of a record and of a header is lost, stands twice, or is blank: what its neighbours tell comes
+// back.
+TEST(DxfRepair, ADamagedLineIsFoundWhereItIs) {
+    const std::string head =
+        "0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|9 $INSBASE|10 0.5|20 1.5|9 $CLAYER|8 WALL|"
+        "9 $LTSCALE|40 1.0|9 $PDMODE|70 3|0 ENDSEC|0 SECTION|2 ENTITIES";
+    std::string sound;
+    for (int i = 0; i < 6; ++i)
+        sound += "|0 INSERT|5 A" + std::to_string(i) +
+                 "|100 AcDbEntity|8 WALL|62 7|100 AcDbBlockReference|2 DOOR|10 " + std::to_string(i) +
+                 ".5|20 2.5|41 2.0|0 TEXT|5 B" + std::to_string(i) +
+                 "|100 AcDbEntity|8 WALL|100 AcDbText|10 1.5|20 2.5|40 3.5|1 sign|7 NOTES|100 AcDbText|73 2";
+    const std::string bytes =
+        groups(head + sound + "|0 LINE|5 1F|8 WALL|10 0.0|20 0.0|11 1.0|21 2.0|0 ENDSEC|0 EOF");
+    const std::size_t first = bytes.find("0\nINSERT\n5\nA3");
+    const std::size_t last = bytes.find("0\nINSERT\n5\nA4");
+    std::size_t line = 1;
+    for (std::size_t at = 0; at < bytes.size(); ++line) {
+        const std::size_t next = bytes.find('\n', at) + 1;
+        const std::string text = bytes.substr(at, next - at);
+        const bool tried =
+            (at >= first && at < last) ||
+            (line > 4 && at < bytes.find("0\nENDSEC") && (text == "9\n" || text == "20\n" || text[0] == '$'));
+        for (const std::string& instead : {std::string(), text + text, std::string("\n")}) {
+            std::string damaged = bytes;
+            damaged.replace(at, text.size(), instead);
+            const bool is_code = line % 2 == 1;
+            const bool is_text =
+                text == "sign\n" || text == "DOOR\n" || text == "WALL\n" || text == "NOTES\n";
+            const bool may_be = instead == "\n" && (is_text || bytes.substr(0, at).ends_with("\n5\n"));
+            if (!tried || may_be) // a blank text is one
+                continue;
+            const auto drawing = opened(damaged);
+            ASSERT_NE(drawing, nullptr) << line << instead;
+            const std::string where =
+                std::to_string(line) + " '" + text + "' -> '" + instead + "'\n" + test::messages(*drawing);
+            ASSERT_FALSE(drawing->repairs().empty()) << where;
+            const std::size_t told = drawing->repairs().front().line;
+            EXPECT_TRUE(told + 3 > line && told < line + 3) << where;
+            const std::string repaired = written(*drawing);
+            if (is_code || instead.size() > text.size()) {
+                EXPECT_EQ(changes(bytes, repaired), "") << where;
+            } else {
+                EXPECT_EQ(std::count(repaired.begin(), repaired.end(), '\n') % 2, 0) << where;
+                EXPECT_GE(repaired.size() + 40, bytes.size()) << where;
+            }
+        }
+        at = next;
+    }
 }
 
 TEST(DxfRepair, Handles) {

@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "host/dxf/common_groups.h"
+#include "host/dxf/line_manner.h"
 #include "host/dxf/type_name.h"
 
 #include <algorithm>
@@ -42,6 +43,24 @@ bool is_number(std::string_view type) {
            base::parse_real(type);
 }
 
+// Where the first line stands that is a group code, if it is one of the first few; else 0.
+std::size_t first_code_line(std::string_view text) {
+    constexpr int few = 4;
+    std::size_t at = 0;
+    for (int i = 0; i < few && at < text.size(); ++i) {
+        const std::size_t end = std::min(text.find('\n', at), text.size());
+        if (parse_code(text.data() + at, text.data() + end) != no_code)
+            return at;
+        at = end + 1;
+    }
+    return 0;
+}
+
+// Whether a group of a record without a value is damage.
+bool is_lost(int code, std::uint32_t type) {
+    return must_have_value(code) || (code == 9 && type == type_section) || (code == 2 && type == type_block);
+}
+
 bool is_part(std::uint32_t type) {
     return type == type_vertex || type == type_attrib || type == type_seqend;
 }
@@ -60,7 +79,8 @@ indexer::region indexer::region_by_name(std::string_view name) {
 
 std::optional<refusal> indexer::run() {
     records_.reserve(text_.size() / bytes_per_record + 64);
-    group_reader groups(text_);
+    const std::size_t start = first_code_line(text_);
+    group_reader groups(text_.substr(start));
     raw_group group;
 
     // What stands before the first record: comments, or nothing.
@@ -70,18 +90,23 @@ std::optional<refusal> indexer::run() {
     bool in_header = false;
     bool in_entity = false;
     bool ended = false;
-    bool mixed_up = false; // a group of the current record begins with 0 and is no record
+    bool mixed_up = start != 0; // lines of the current record are no groups, or values are not there
     std::size_t stray_lines = 0;
     const auto finish = [&](const char* end) {
         if (end - records_.text(current).data() > longest_record)
             return false;
         records_.extend(current, end);
         finish_header(current, taker);
-        if (mixed_up)
+        const std::uint32_t type = records_.type(current);
+        const bool nameless = taker.header.name.empty() && (type == type_section || type == type_table);
+        if (mixed_up || nameless)
             damage_.lines.push_back(current);
         return true;
     };
     while (!ended && groups.next(group)) {
+        if ((group.value.empty() || group.value.back() == ' ') && is_blank(group.value) &&
+            is_lost(group.code, records_.type(current)))
+            mixed_up = true;
         if (group.code != 0) {
             if (in_header && !taker.take(group))
                 in_header = false;
@@ -94,7 +119,7 @@ std::optional<refusal> indexer::run() {
         if (met_lines)
             group.value = group.value.substr(0, group.value.find('\n'));
         mixed_up = mixed_up || met_lines;
-        if (is_number(trimmed(group.value))) {
+        if (is_blank(group.value) || is_number(trimmed(group.value))) {
             mixed_up = true;
             continue;
         }
@@ -120,12 +145,13 @@ std::optional<refusal> indexer::run() {
             std::memchr(text_.data(), 0, static_cast<std::size_t>(last - text_.data())) != nullptr;
     }
 
-    if (!any_section_) {
+    constexpr std::size_t head = 1000; // bytes
+    if (!any_section_ && !(damage_.in_lines() && text_.substr(0, head).find("SECTION") != text_.npos)) {
         if (text_.empty())
             return refusal{text_.data(), L"the file is empty"};
         return refusal{groups.position(), L"no section of a drawing begins before here"};
     }
-    if (!ended) {
+    if (!ended && any_section_) {
         if (parts_.blocks == no_record && parts_.entities == no_record)
             return refusal{end, L"the file ends here, before the first of its blocks and entities"};
         end_of_text(current, group, groups);

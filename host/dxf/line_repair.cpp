@@ -2,11 +2,10 @@
 
 #include "base/number_text.h"
 #include "base/utf.h"
-#include "host/dxf/group_list.h"
+#include "host/dxf/line_reading.h"
 
 #include <algorithm>
 #include <cstring>
-#include <unordered_set>
 
 namespace dxf {
 
@@ -18,128 +17,111 @@ std::wstring shown(std::string_view text) {
     return L"'" + base::widen(text.substr(0, enough)) + (text.size() > enough ? L"...'" : L"'");
 }
 
-std::string_view line_at(const char* at, const char* end) {
-    const void* const feed = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
-    return {at, static_cast<std::size_t>((feed != nullptr ? static_cast<const char*>(feed) + 1 : end) - at)};
-}
-
-// The code of a real that stands between two groups, where points tell it: they come as x, y, z with codes
-// ten apart. 0 when they do not.
-int code_between(int before, int behind) {
-    const auto is_x = [](int code) { return code >= 10 && code <= 18; };
-    const auto is_y = [](int code) { return code >= 20 && code <= 28; };
-    if (is_y(behind) && before != behind - 10)
-        return behind - 10;
-    if (is_x(before) && behind != before + 10)
-        return before + 10;
-    if (is_y(before) && is_x(behind) && behind != before - 10)
-        return before + 10;
-    return 0;
-}
-
-// Whether a line end may stand inside the value: of texts that people write, not of names and numbers.
-bool may_hold_lines(int code) {
-    constexpr int comment = 999;
-    constexpr int text_in_extended_data = 1000;
-    return code == 1 || code == 3 || (code >= 300 && code <= 309) || code == comment ||
-           code == text_in_extended_data;
-}
-
 class line_mender {
 public:
-    line_mender(const record_table& records, placed_repairs& repairs, std::vector<text_edit>& edits)
-        : repairs_(repairs), edits_(edits) {
-        for (std::uint32_t type = type_none + 1; type < records.type_names().size(); ++type)
-            types_.insert(records.type_names()[type]);
-    }
+    line_mender(const record_table& records, const std::vector<record_id>& damaged, placed_repairs& repairs,
+                std::vector<text_edit>& edits)
+        : records_(records), manner_(records, damaged), repairs_(repairs), edits_(edits) {}
 
-    // `headed`: whether the first group is the record's type, as it is but for what stands before all
-    // records.
-    void mend(std::string_view record, bool headed) {
-        group_reader groups(record);
-        raw_group behind;
-        bool first = headed;
-        int before = 0; // code of the group before
-        bool more = groups.next(behind);
-        while (more) {
-            const raw_group group = behind;
-            more = groups.next(behind);
-            const int next = more ? behind.code : 0;
-            const raw_group& neighbour = more ? behind : group;
-            bool stays = true;
-            if (!first && group.code == 0)
-                stays = lost_code(group, before, next, neighbour);
-            else
-                before = group.code;
-            if (stays)
-                stray_lines(group, before, next, neighbour);
-            first = false;
-        }
+    void mend(record_id id, std::string_view record) {
+        lines_ = lines_in(record);
+        const std::string_view before = id > 0 ? records_.type_name(id - 1) : std::string_view();
+        const std::string_view behind =
+            records_.has(id + 1) ? records_.type_name(id + 1) : std::string_view();
+        const std::vector<line_step> steps = read_lines(lines_, manner_, before, behind);
+        for (std::size_t i = 0; i < steps.size(); ++i)
+            if (steps[i].what == line_step::act::needless)
+                leave_out(steps[i].line, steps[i].line + 1);
+            else if (steps[i].what == line_step::act::wrong_pair)
+                leave_out(steps[i].line, steps[i].line + 2);
+            else if (steps[i].what == line_step::act::no_value ||
+                     steps[i].what == line_step::act::blank_value)
+                i = mend_value(steps, i);
+            else if (steps[i].what != line_step::act::group && steps[i].what != line_step::act::more_text)
+                mend_code(steps[i]);
     }
 
 private:
-    // A code line like that of another group, with another code in its columns.
-    static std::string code_line(const raw_group& like, int code) {
-        const std::string_view line = line_at(like.begin, like.end);
-        const std::size_t width = line.find_last_of("0123456789") + 1;
-        std::string digits = std::to_string(code);
-        if (line.front() == ' ' && digits.size() < width)
-            digits.insert(0, width - digits.size(), ' ');
-        return digits.append(line.substr(width));
+    // A group in the manner of the file: its code line, and its value line.
+    std::pair<std::string, std::string> group_lines(int code, std::string_view value) const {
+        std::string both;
+        append_group(both, manner_.style(), code, value);
+        const std::size_t behind = both.find('\n') + 1;
+        return {both.substr(0, behind), both.substr(behind)};
     }
 
-    void remove(const char* from, const char* to, const char* at, std::string_view text) {
-        edits_.push_back({from, static_cast<std::size_t>(to - from), {}});
-        repairs_.push_back(
-            {at, repair_kind::stray_line, L"the line " + shown(text) + L" belongs to no group", L"left out"});
+    void edit(std::size_t first, std::size_t last, std::string instead) {
+        const char* const begin = first < lines_.size() ? lines_[first].begin : lines_.back().end;
+        const char* const end = last > first ? lines_[last - 1].end : begin;
+        edits_.push_back({begin, static_cast<std::size_t>(end - begin), std::move(instead)});
     }
 
-    // A group 0 whose value is a number. `before` is the code of the group before it and becomes its own.
-    // False when it is left out.
-    bool lost_code(const raw_group& group, int& before, int next, const raw_group& neighbour) {
-        const int code = code_between(before, next);
-        if (code == 0) {
-            remove(group.begin, group.end, group.value.data(), group.value);
-            return false;
-        }
-        edits_.push_back({group.begin, line_at(group.begin, group.end).size(), code_line(neighbour, code)});
-        repairs_.push_back({group.begin, repair_kind::lost_code,
-                            L"the number " + shown(group.value) + L" stands where a type should",
-                            L"read as group " + std::to_wstring(code)});
-        before = code;
-        return true;
+    void leave_out(std::size_t first, std::size_t last) {
+        const std::string_view line = lines_[last - 1].text();
+        const bool twice = last == first + 1 && first > 0 && line == lines_[first - 1].text();
+        edit(first, last, {});
+        repairs_.push_back({lines_[last - 1].begin, repair_kind::stray_line,
+                            is_blank(line) ? L"a blank line belongs to no group"
+                            : twice        ? L"the line " + shown(line) + L" stands twice"
+                                           : L"the line " + shown(line) + L" belongs to no group",
+                            twice && !is_blank(line) ? L"left out once" : L"left out"});
     }
 
-    // Lines behind a value that has but one. In texts they are allowed, but for a type in front of a handle:
-    // no handle stands behind a text of the same object.
-    void stray_lines(const raw_group& group, int before, int next, const raw_group& neighbour) {
-        const char* at = group.value.data();
-        at += line_at(at, group.end).size();
-        bool told = false;
-        for (std::string_view line; at != group.end; at += line.size()) {
-            line = line_at(at, group.end);
-            const bool is_type = types_.contains(trimmed(line.substr(0, line.find('\n'))));
-            const bool before_handle = at + line.size() == group.end && (next == 5 || next == 105);
-            if (is_blank(line) || (may_hold_lines(group.code) && !(is_type && before_handle)))
-                continue;
-            const int code = told || is_type || !base::parse_real(line) ? 0 : code_between(before, next);
-            if (is_type || code != 0) {
-                edits_.push_back({at, 0, code_line(neighbour, code)});
-                repairs_.push_back(
-                    {at, repair_kind::lost_code,
-                     (is_type ? L"the type " : L"the number ") + shown(line) + L" has no group code",
-                     L"read as group " + std::to_wstring(code)});
-            } else {
-                remove(at, at + line.size(), at, line);
+    void mend_code(const line_step& step) {
+        using act = line_step::act;
+        const bool is_missing = step.what == act::lost_code;
+        const std::size_t value_line = is_missing ? step.line : step.line + 1;
+        const std::string_view value = lines_[value_line].text();
+        edit(step.line, value_line, group_lines(step.code, {}).first);
+        const std::wstring what = step.code == 0            ? L"the type "
+                                  : base::parse_real(value) ? L"the number "
+                                                            : L"the text ";
+        repairs_.push_back({lines_[step.line].begin, repair_kind::lost_code,
+                            what + shown(value) +
+                                (step.what == act::wrong_code   ? L" stands where a type should"
+                                 : step.what == act::blank_code ? L" has a blank line for its group code"
+                                                                : L" has no group code"),
+                            L"read as group " + std::to_wstring(step.code)});
+    }
+
+    // A code whose value was lost. The step up to which all is done.
+    std::size_t mend_value(const std::vector<line_step>& steps, std::size_t at) {
+        const line_step& step = steps[at];
+        const std::size_t value_line = step.line + 1;
+        const std::size_t behind = step.what == line_step::act::blank_value ? value_line + 1 : value_line;
+        const std::wstring code = std::to_wstring(step.code);
+        std::wstring what = L"the value of group " + code + L" is missing";
+        std::wstring done;
+        std::size_t last = at;
+        if (step.left_out) {
+            // What belongs to a header variable or to an object goes with its name.
+            std::size_t end = behind;
+            if (step.code == 0 || step.code == 9) {
+                while (last + 1 < steps.size() && steps[last + 1].code != 0 &&
+                       steps[last + 1].code != step.code)
+                    ++last;
+                end = last + 1 < steps.size() ? steps[last + 1].line : lines_.size();
+                what = step.code == 0 ? L"the type of an object is missing, and nothing tells it"
+                                      : L"the name of a header variable is missing";
             }
-            told = true;
+            edit(step.line, end, {});
+            done = step.code == 0   ? L"the object is left out"
+                   : step.code == 9 ? L"the variable is left out"
+                                    : L"the group is left out";
+        } else {
+            edit(value_line, behind, group_lines(step.code, step.value).second);
+            done = step.value.empty() ? L"it is left empty" : L"read as " + shown(step.value);
         }
+        repairs_.push_back(
+            {lines_[step.line].begin, repair_kind::lost_code, std::move(what), std::move(done)});
+        return last;
     }
 
+    const record_table& records_;
+    line_manner manner_;
     placed_repairs& repairs_;
     std::vector<text_edit>& edits_;
-    std::unordered_set<std::string_view>
-        types_; // that the drawing has, and those that every drawing may have
+    std::vector<text_line> lines_; // of the record that is mended
 };
 
 // Zero bytes, up to `end`.
@@ -173,17 +155,16 @@ std::vector<text_edit> mend_lines(std::string_view text, const record_table& rec
         group_reader groups(records.text(last));
         raw_group group;
         const bool ended = records.type(last) == type_eof && groups.next(group);
-        remove_zeros(text, ended ? group.value.data() + line_at(group.value.data(), group.end).size() : end,
-                     repairs, edits);
+        remove_zeros(text, ended ? lines_in({group.begin, group.end}).at(1).end : end, repairs, edits);
         return edits;
     }
-    line_mender mender(records, repairs, edits);
+    line_mender mender(records, damage.lines, repairs, edits);
     for (const record_id id : damage.lines) {
         std::string_view record = records.text(id);
         if (damage.cut_group != nullptr && damage.cut_group >= record.data() &&
             damage.cut_group < record.data() + record.size())
             record = record.substr(0, static_cast<std::size_t>(damage.cut_group - record.data()));
-        mender.mend(record, id != 0);
+        mender.mend(id, record);
     }
     if (damage.cut_group != nullptr) {
         edits.push_back({damage.cut_group, static_cast<std::size_t>(end - damage.cut_group), {}});
