@@ -120,3 +120,22 @@ TEST(RegionTest, CurvesThatAreNoneTouchNothing) {
         EXPECT_EQ(test.all_inside(), row.inside) << row.arc.center.x << ' ' << row.arc.u.x;
     }
 }
+// Blocks that hold each other, the innermost one a line.
+TEST(GiTracer, BlocksThatNestDeepAreSeenOrToldOf) {
+    const test::folder folder;
+    const std::pair<int, bool> rows[] = {{70, true}, {499, true}, {510, false}};
+    for (const auto& [levels, seen] : rows) {
+        std::string bytes = "0\nSECTION\n2\nBLOCKS\n";
+        for (int i = 0; i < levels; ++i)
+            bytes += "0\nBLOCK\n8\n0\n2\nB" + std::to_string(i) + "\n70\n0\n10\n0\n20\n0\n" +
+                     (i + 1 < levels ? "0\nINSERT\n8\n0\n2\nB" + std::to_string(i + 1) + "\n10\n0\n20\n0\n"
+                                     : "0\nLINE\n8\n0\n10\n0\n20\n0\n11\n9\n21\n0\n") +
+                     "0\nENDBLK\n8\n0\n";
+        bytes +=
+            "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n0\nINSERT\n8\n0\n2\nB0\n10\n0\n20\n0\n0\nENDSEC\n0\nEOF\n";
+        const test::run_result ran =
+            test::zefhost({folder.write("deep.dxf", bytes).string(), "--no-module"}, "SELECT\n5,0\n\nQUIT\n");
+        EXPECT_EQ(ran.out.find("1 found") != ran.out.npos, seen) << levels << ran.out << ran.err;
+        EXPECT_EQ(ran.err.find("deeper than 500 levels") == ran.err.npos, seen) << levels << ran.err;
+    }
+}

@@ -1,6 +1,7 @@
 #include "host/gi/extents.h"
 
 #include "host/db/imp_database.h"
+#include "host/gi/nesting.h"
 #include "host/gi/tracer.h"
 
 #include <cmath>
@@ -74,10 +75,12 @@ const AcDbExtents& block_extents::of(dxf::record_id block) {
     follow_changes();
     if (const auto at = known_.find(block); at != known_.end())
         return at->second;
-    const AcDbExtents& begun = known_[block]; // a block that holds itself meets this, and ends there
-    constexpr std::size_t deepest = 64;       // as the tracer has it
-    if (depth_ == deepest)
-        return begun;
+    if (depth_ == most_nested_blocks) {
+        static const AcDbExtents nothing;
+        tell_too_deep(database_);
+        return nothing;
+    }
+    known_[block]; // a block that holds itself meets this, and ends there
     if (depth_++ == 0)
         entered_ = 0;
     extents_canvas measured(entered_);

@@ -8,6 +8,7 @@
 #include "host/gi/clip.h"
 #include "host/gi/extents.h"
 #include "host/gi/font.h"
+#include "host/gi/nesting.h"
 
 #include <algorithm>
 #include <cmath>
@@ -136,8 +137,8 @@ public:
 
 private:
     static constexpr double full_turn = 2.0 * std::numbers::pi;
-    // Deeper than any drawing that people make; what nests deeper is damaged or meant to harm.
-    static constexpr std::size_t deepest = 64;
+    // A reference and its block for each, and what stands in the last one.
+    static constexpr std::size_t deepest = 2 * most_nested_blocks + 1;
     // Drawn once more than the drawings hold, within one entity: blocks that hold each other many times over
     // would not end in anybody's lifetime.
     static constexpr std::size_t most_repeated = 1'000'000;
@@ -361,9 +362,11 @@ Adesk::Boolean tracer::sink::pushClipBoundary(AcGiClipBoundary* boundary) {
 
 Adesk::Boolean tracer::sink::draw(AcGiDrawable* drawable) const {
     const AcDbObject* const object = AcDbObject::cast(drawable);
+    AcDbImpDatabase* const database = object != nullptr ? object->imp().database : nullptr;
+    if (drawable != nullptr && depth_ >= deepest && database != nullptr)
+        tell_too_deep(*database);
     if (drawable == nullptr || depth_ >= deepest)
         return false;
-    AcDbImpDatabase* const database = object != nullptr ? object->imp().database : nullptr;
     if (depth_ == 0) {
         drawn_ = 0;
         most_drawn_ = most_repeated;
