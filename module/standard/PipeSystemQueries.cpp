@@ -33,10 +33,7 @@ Value ValueOf(LPCTSTR systemName, Value PipeBasicNode::*field, Value unknown = {
 
 const LayerNode* FindDefinition(LPCTSTR systemName, LPCTSTR layerType) {
     const StandardIndex* const index = Index();
-    if (index == nullptr)
-        return nullptr;
-    const LayerNode* const layer = index->FindLayer(systemName, layerType);
-    return layer != nullptr ? layer : index->FindOtherLayer(layerType, systemName);
+    return index != nullptr ? index->FindDefinition(systemName, layerType) : nullptr;
 }
 
 // And its type by number.
@@ -214,10 +211,10 @@ CString GetCurrentStandardName() {
     return point > 0 ? name.Left(point) : name;
 }
 
-bool GetPipeSystemStandardFiles(std::vector<CString>& names) {
+bool GetPipeSystemStandardFiles(LPCTSTR folder, std::vector<CString>& names) {
     std::vector<CString> found;
     std::error_code fault;
-    for (std::filesystem::directory_iterator at(sys::system_folder(), fault), end; !fault && at != end;
+    for (std::filesystem::directory_iterator at(sys::to_path(folder), fault), end; !fault && at != end;
          at.increment(fault)) {
         const CString name = sys::from_path(at->path().filename()).c_str();
         if (name.Right(5).CompareNoCase(L".vrsl") == 0)
@@ -226,6 +223,10 @@ bool GetPipeSystemStandardFiles(std::vector<CString>& names) {
     std::ranges::sort(found, KeyOrder{});
     names.insert(names.end(), found.begin(), found.end());
     return !names.empty();
+}
+
+bool GetPipeSystemStandardFiles(std::vector<CString>& names) {
+    return GetPipeSystemStandardFiles(sys::from_path(sys::system_folder()).c_str(), names);
 }
 
 // ---- layers

@@ -61,8 +61,10 @@ ZEF_PIPESYSTEM_PORT bool GetPipeSystems(std::vector<PipeClassificationNode>& gro
                                         bool includeMapped = true);
 // The name of the standard file, without folder and extension.
 ZEF_PIPESYSTEM_PORT CString GetCurrentStandardName();
-// Appends the standard files of the system folder, sorted by name. Whether there are any in the list then.
+// Appends the standard files of the system folder, or of another one, sorted by name. Whether there are any
+// in the list then.
 ZEF_PIPESYSTEM_PORT bool GetPipeSystemStandardFiles(std::vector<CString>& names);
+ZEF_PIPESYSTEM_PORT bool GetPipeSystemStandardFiles(LPCTSTR folder, std::vector<CString>& names);
 
 // ---- layers; layer names and types are compared without case
 

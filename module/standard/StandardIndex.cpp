@@ -300,6 +300,11 @@ const LayerNode* StandardIndex::FindLayer(LPCTSTR system, LPCTSTR layerType) con
     return layer;
 }
 
+const LayerNode* StandardIndex::FindDefinition(LPCTSTR system, LPCTSTR layerType) const {
+    const LayerNode* const layer = FindLayer(system, layerType);
+    return layer != nullptr ? layer : FindOtherLayer(layerType, system);
+}
+
 StandardIndex::Found<LayerNode> StandardIndex::FindLayerByName(LPCTSTR layerName) const {
     const Entry* const first = FirstAt({Table::layerByName, TextOf(layerName), {}});
     return first != nullptr ? Found<LayerNode>{first->layer, first->unit->group} : Found<LayerNode>{};

@@ -39,6 +39,8 @@ public:
 
     // The layer of a type in a system, both without case.
     const LayerNode* FindLayer(LPCTSTR system, LPCTSTR layerType) const;
+    // The same; else, in a group of other layers of that type, the layer whose key is the system's name.
+    const LayerNode* FindDefinition(LPCTSTR system, LPCTSTR layerType) const;
     // The first layer of a name, systems in list order and layer types in key order.
     Found<LayerNode> FindLayerByName(LPCTSTR layerName) const;
     // The first layer of a type and a name, layers in list order and then aliases; in all groups or in one.
