@@ -18,6 +18,16 @@ PipeNode* StandardEdit::System(LPCTSTR name) {
     return nullptr;
 }
 
+std::vector<PipeNode*> StandardEdit::Systems(LPCTSTR name) {
+    std::vector<PipeNode*> systems;
+    for (auto& group : m_manager.m_standard.m_groups)
+        if (PipeNode* const system = group->FindPipeSystem(name)) {
+            m_manager.m_changed.systems.insert(system);
+            systems.push_back(system);
+        }
+    return systems;
+}
+
 PipeGroupNode* StandardEdit::Group(LPCTSTR name) {
     for (auto& group : m_manager.m_standard.m_groups)
         if (group->GroupName() == name) {

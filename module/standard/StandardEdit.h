@@ -29,6 +29,8 @@ public:
 
     // The first system of exactly that name; null when there is none.
     PipeNode* System(LPCTSTR name);
+    // Of each group the first system of exactly that name.
+    std::vector<PipeNode*> Systems(LPCTSTR name);
     // The first group of exactly that name, with its list of systems and all of them; null when there is
     // none.
     PipeGroupNode* Group(LPCTSTR name);

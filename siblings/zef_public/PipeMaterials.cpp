@@ -59,9 +59,13 @@ std::vector<PipeMaterial> Read() {
     return materials;
 }
 
-std::vector<PipeMaterial>& Materials() {
-    static std::vector<PipeMaterial> materials = Read();
-    return materials;
+// None until somebody asks.
+std::optional<std::vector<PipeMaterial>> g_materials;
+
+const std::vector<PipeMaterial>& Materials() {
+    if (!g_materials)
+        g_materials = Read();
+    return *g_materials;
 }
 
 } // namespace
@@ -71,7 +75,8 @@ const std::vector<PipeMaterial>& GetPipeMaterials() {
 }
 
 void ReloadPipeMaterials() {
-    Materials() = Read();
+    if (g_materials)
+        g_materials = Read();
 }
 
 void GetPipeMaterialList(std::vector<CString>& names) {

@@ -25,7 +25,7 @@ struct PipeMaterial {
 
 // All materials in the order of the table; a material's index is its place.
 ZEF_PUBLIC_PORT const std::vector<PipeMaterial>& GetPipeMaterials();
-// Reads the table anew.
+// Reads the table anew, when it was read before.
 ZEF_PUBLIC_PORT void ReloadPipeMaterials();
 
 // Appends the names.
