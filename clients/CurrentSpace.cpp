@@ -49,10 +49,8 @@ std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR type) {
     return found;
 }
 
-AcDbObjectId AppendToCurrentSpace(std::unique_ptr<AcDbEntity> entity, LPCTSTR layerName) {
+AcDbObjectId AppendToCurrentSpace(std::unique_ptr<AcDbEntity> entity) {
     AcDbDatabase* const database = acdbHostApplicationServices()->workingDatabase();
-    if (*layerName != 0)
-        entity->setLayer(layerName);
     const AcDbObjectPointer<AcDbBlockTableRecord> space(database->currentSpaceId(), AcDb::kForWrite);
     AcDbObjectId id;
     if (space.openStatus() == Acad::eOk && space->appendAcDbEntity(id, entity.get()) == Acad::eOk)

@@ -10,8 +10,8 @@
 // The entities of a type in it, by the type's name in drawing files.
 std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR type);
 
-// Puts an entity into it, on a layer that the drawing has; with "" on the current one. Null when that fails.
-AcDbObjectId AppendToCurrentSpace(std::unique_ptr<AcDbEntity> entity, LPCTSTR layerName);
+// Puts an entity into it. Null when that fails.
+AcDbObjectId AppendToCurrentSpace(std::unique_ptr<AcDbEntity> entity);
 
 // Why nothing is to be drawn on a layer, as the end of a sentence that begins with it: the drawing could not
 // make it, or it is frozen, off or locked. "" when nothing is against it, and for "", the current layer.

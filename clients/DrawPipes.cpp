@@ -5,9 +5,8 @@
 
 #include "acedads.h"
 #include "geassign.h"
-#include "module/standard/PipeSystemTool.h"
-#include "siblings/zef_kernal/ZefExport.h"
-#include "siblings/zef_pipewire/PipeSystems.h"
+#include "module/standard/PipeSystemCreation.h"
+#include "module/standard/PipeSystemUpdates.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 #include "siblings/zef_public/SharedOptions.h"
@@ -107,27 +106,16 @@ std::optional<AcGePoint3d> AskForPoint(LPCTSTR prompt, const std::optional<AcGeP
     return ToWorld(given);
 }
 
-// Null when the system has no layer of that type.
-AcDbObjectId LayerOf(LPCTSTR layerType) {
-    return ZefExport::GetLayerIdFromString(PipeSystemTool::GetLayerName(g_last.m_system, layerType, true));
-}
-
 // What the standard says about pipes of the system.
 void ApplyStandard(TDbPipe& pipe) {
-    const CString& system = g_last.m_system;
-    pipe.SetPipeSystemName(system);
-    pipe.SetSystemType(GetSysType(system));
-    TPipeValues& values = pipe.ChangeValues();
-    values.m_dn = g_last.m_dn;
-    values.m_lineWidth = PipeSystemTool::GetPipeLineWidth(system);
-    values.m_material = PipeSystemTool::GetPipeMaterialIndex(system, kIndoorMaterial);
-    values.m_labelPrefix = PipeSystemTool::GetPrefixOfPipeMaterial(values.m_material);
-    values.m_vPipeRadius = PipeSystemTool::GetVPipeRadius(system);
-    values.m_labelLayer = LayerOf(L"管径文字");
-    pipe.SetArrowLayerId(LayerOf(L"管线流向"));
-    const CString material = PipeSystemTool::GetPipeMaterialByIndex(values.m_material);
-    pipe.SetOuterDn(PipeSystemTool::GetPipeOuterDn(material, values.m_dn));
-    pipe.SetField(L"PIPE_THICK", PipeSystemTool::GetPipeThick(material, values.m_dn) / 2);
+    using namespace PipeSystemTool;
+    pipe.ChangeValues().m_dn = g_last.m_dn;
+    SetPipeSystemName(&pipe, g_last.m_system);
+    UpdateMaterialLineWeight(&pipe, true, true, kIndoorMaterial);
+    UpdatePipeInfo(&pipe);
+    UpdatePipeLabel(&pipe);
+    UpdateVPipeRadius(&pipe);
+    SetPipeLayer(&pipe, g_last.m_system);
     TDbPsConfig* config = nullptr;
     if (GetDwgPsGlobal(config, AcDb::kForRead) == Acad::eOk) {
         pipe.SetPlotScale(config->GetPlotScale());
@@ -139,16 +127,17 @@ void ApplyStandard(TDbPipe& pipe) {
 bool DrawPipe(CJoints& joints, const AcGePoint3d& start, const AcGePoint3d& end) {
     auto pipe = std::make_unique<TDbPipe>();
     pipe->SetEnds(start, end);
-    const CString layer =
-        PipeSystemTool::GetLayerName(g_last.m_system, pipe->IsVertical() ? L"立管" : L"管线", true);
+    CString layer;
+    const AcDbObjectId layerId =
+        PipeSystemTool::InitLayer(g_last.m_system, pipe->IsVertical() ? L"立管" : L"管线", &layer);
     if (const CString why = WhyNotOnLayer(layer); !why.IsEmpty()) {
         acdbFail(L"\n图层\"" + layer + L"\"" + why + L"，不能绘制！");
         return false;
     }
     ApplyStandard(*pipe);
-    const AcDbObjectId ends[] = {joints.FindOrAdd(start, layer), joints.FindOrAdd(end, layer)};
+    const AcDbObjectId ends[] = {joints.FindOrAdd(start, layerId), joints.FindOrAdd(end, layerId)};
     pipe->SetNodes(ends[0], ends[1]);
-    const AcDbObjectId id = AppendToCurrentSpace(std::move(pipe), layer);
+    const AcDbObjectId id = AppendToCurrentSpace(std::move(pipe));
     if (id.isNull()) {
         acdbFail(L"\n管线不能加入当前图形！");
         return false;

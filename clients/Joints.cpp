@@ -14,14 +14,16 @@ CJoints::CJoints() {
     }
 }
 
-AcDbObjectId CJoints::FindOrAdd(const AcGePoint3d& position, LPCTSTR layerName) {
+AcDbObjectId CJoints::FindOrAdd(const AcGePoint3d& position, AcDbObjectId layer) {
     const auto found = std::ranges::find_if(
         m_joints, [&](const Joint& joint) { return joint.m_position.distanceTo(position) < nearBy; });
     if (found != m_joints.end())
         return found->m_id;
     auto node = std::make_unique<TDbPipeNode>();
     node->SetPosition(position);
-    const AcDbObjectId id = AppendToCurrentSpace(std::move(node), layerName);
+    if (!layer.isNull())
+        node->setLayer(layer);
+    const AcDbObjectId id = AppendToCurrentSpace(std::move(node));
     if (!id.isNull())
         m_joints.push_back({position, id});
     return id;

@@ -15,9 +15,9 @@ public:
     // Those that there are.
     CJoints();
 
-    // The joint at a place; a new one on that layer when there is none. Null when it can not
-    // be made.
-    AcDbObjectId FindOrAdd(const AcGePoint3d& position, LPCTSTR layerName);
+    // The joint at a place; a new one on that layer, or on the current one for null, when there is none. Null
+    // when it can not be made.
+    AcDbObjectId FindOrAdd(const AcGePoint3d& position, AcDbObjectId layer);
 
     // Tells a joint of a pipe that meets there. False when it can not be changed: its layer is locked.
     static bool AddPipe(AcDbObjectId joint, AcDbObjectId pipe);

@@ -3,7 +3,7 @@
 #include "acedads.h"
 #include "clients/CurrentSpace.h"
 #include "dbobjptr.h"
-#include "module/standard/PipeSystemTool.h"
+#include "module/standard/PipeSystemCreation.h"
 #include "siblings/zef_kernal/TPickEntSet.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 #include "siblings/zef_pipewire/TDbPipeAttachment.h"
@@ -53,7 +53,8 @@ void PlaceValve(AcDbObjectId pipeId, const AcGePoint3d& picked, int kind) {
         return;
     }
     const AcGeVector3d along = pipe->GetEndPoint() - pipe->GetStartPoint();
-    const CString layer = PipeSystemTool::GetLayerName(pipe->GetPipeSystemName(), L"阀门", true);
+    CString layer;
+    const AcDbObjectId layerId = PipeSystemTool::InitLayer(pipe->GetPipeSystemName(), L"阀门", &layer);
     if (const CString why = WhyNotOnLayer(layer); !why.IsEmpty()) {
         acutPrintf(L"\n图层\"%s\"%s，不能绘制！", layer.GetString(), why.GetString());
         return;
@@ -65,7 +66,9 @@ void PlaceValve(AcDbObjectId pipeId, const AcGePoint3d& picked, int kind) {
     symbol->SetSize(symbolSize * pipe->GetPlotScale());
     symbol->SetPipeSystemName(pipe->GetPipeSystemName());
     symbol->SetPipe(pipeId);
-    if (const AcDbObjectId id = AppendToCurrentSpace(std::move(symbol), layer); !id.isNull())
+    if (!layerId.isNull())
+        symbol->setLayer(layerId);
+    if (const AcDbObjectId id = AppendToCurrentSpace(std::move(symbol)); !id.isNull())
         pipe->AddAttachment(id);
 }
 
