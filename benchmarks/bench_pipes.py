@@ -1,0 +1,46 @@
+"""100,000 pipes follow a changed standard: all four updates of each, beside dime merely opening the drawing.
+
+Material and line width, diameters, risers, layers. The standard has other layers, materials and widths than the one by
+which the pipes were drawn. Memory is what the updates add to the peak, per pipe and beside the drawing's size.
+"""
+import re
+import statistics
+import subprocess
+
+from bench import BIN, PLACE, ROOT, size_of
+
+PIPES = 100_000
+
+
+def changed_standard():
+    """The shipped one with other names of pipe layers, materials of two groups swapped, and wider lines."""
+    text = (ROOT / "share/kol.vrsl").read_text(encoding="utf-8")
+    text = text.replace("PIPE-", "P-").replace("DIM_", "D_").replace("FLOW_", "F_")
+    text = re.sub(r"<LineWidth>[^<]*<", "<LineWidth>0.9<", text)
+    text = re.sub(r"<Material>[^<]*<", "<Material>球墨铸铁管<", text)
+    changed = PLACE / "changed.vrsl"
+    changed.write_text(text, encoding="utf-8")
+    return changed
+
+
+def run(bench):
+    standard = changed_standard()
+    drawing = PLACE / "pipes.dxf"
+    subprocess.run([BIN / "pipe_speed", "make", ROOT / "samples/storey.dxf", drawing, str(PIPES)], check=True)
+    rows = []
+    peers = bench.peers(drawing)
+    opening = bench.compare({"dime": peers["dime"]}) if "dime" in peers else {}
+    for _ in range(bench.rounds):
+        told = subprocess.run([BIN / "pipe_speed", "update", drawing, standard], capture_output=True, text=True,
+                              check=True).stdout
+        pipes, seconds, kib = told.split()
+        assert int(pipes) == PIPES
+        rows.append((float(seconds), int(kib) * 1024 / 1e6))
+    seconds = statistics.median(row[0] for row in rows)
+    memory = statistics.median(row[1] for row in rows)
+    print(f"    {size_of(drawing):.0f} MB; the updates take {seconds:.3f} s "
+          f"({min(row[0] for row in rows):.3f}..{max(row[0] for row in rows):.3f}), "
+          f"{seconds / PIPES * 1e6:.2f} us a pipe, and {memory:.0f} MB more")
+    for name, sample in opening.items():
+        print(f"    {name} opens the drawing in {sample.time:.3f} s ({sample.spread()}): "
+              f"ours take {seconds / sample.time:.2f} times that")

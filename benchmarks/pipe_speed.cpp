@@ -1,0 +1,110 @@
+// pipe_speed make DRAWING OUT COUNT: puts that many pipes of six systems, one of ten a riser, into a
+// drawing's model space. pipe_speed update DRAWING STANDARD: opens a drawing and a standard in which layers,
+// materials and widths are others than when the pipes were drawn, and has all pipes follow it. Prints the
+// pipes, the seconds that the updates take, and by how much memory grew (kB).
+#include "base/utf.h"
+#include "benchmarks/stop_watch.h"
+#include "dbapserv.h"
+#include "dbobjptr.h"
+#include "host/db/imp_database.h"
+#include "host/rx/applications.h"
+#include "module/standard/PipeSystemUpdates.h"
+#include "module/standard/StandardManager.h"
+#include "siblings/zef_pipewire/TDbPipe.h"
+#include "sys/folders.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string_view>
+
+namespace {
+
+using namespace PipeSystemTool;
+
+constexpr const wchar_t* systems[] = {L"给水", L"热给水", L"消防", L"喷淋", L"污水", L"雨水"};
+
+std::unique_ptr<TDbPipe> MakePipe(int number) {
+    constexpr int inRow = 100;
+    const double x = number % inRow * 1000.0;
+    const double y = number / inRow * 1000.0;
+    auto pipe = std::make_unique<TDbPipe>();
+    pipe->SetEnds({x, y, 0}, number % 10 == 0 ? AcGePoint3d(x, y, 3000) : AcGePoint3d(x + 900, y + 100, 0));
+    pipe->ChangeValues().m_dn = 50;
+    const wchar_t* const system = systems[number % static_cast<int>(std::size(systems))];
+    SetPipeSystemName(pipe.get(), system);
+    UpdateMaterialLineWeight(pipe.get(), true, true, kIndoorMaterial);
+    UpdatePipeInfo(pipe.get());
+    UpdatePipeLabel(pipe.get());
+    UpdateVPipeRadius(pipe.get());
+    SetPipeLayer(pipe.get(), system);
+    return pipe;
+}
+
+int Make(AcDbDatabase& drawing, const wchar_t* out, int count) {
+    {
+        AcDbBlockTableRecordPointer model(ACDB_MODEL_SPACE, &drawing, AcDb::kForWrite);
+        for (int i = 0; i < count; ++i) {
+            AcDbObjectId id;
+            std::unique_ptr<TDbPipe> pipe = MakePipe(i);
+            if (model->appendAcDbEntity(id, pipe.get()) != Acad::eOk)
+                return 1;
+            pipe.release()->close();
+        }
+    }
+    return drawing.dxfOut(out) == Acad::eOk ? 0 : 6;
+}
+
+// Peak, since memory that was given back and taken again is none that grew.
+long PeakMemory() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmHWM:"))
+            return std::atol(line.c_str() + 6);
+    return 0;
+}
+
+int Update(AcDbDatabase& drawing, const wchar_t* standard) {
+    if (!CStandardManager::Create().Load(standard, false))
+        return 3;
+    AcDbImpDatabase& imp = drawing.imp();
+    const auto records = imp.entities(imp.block(ACDB_MODEL_SPACE));
+    int pipes = 0;
+    const long before = PeakMemory();
+    const auto begin = std::chrono::steady_clock::now();
+    for (const dxf::record_id record : records) {
+        const AcDbObjectPointer<TDbPipe> pipe(imp.id(record), AcDb::kForWrite);
+        if (pipe.openStatus() != Acad::eOk)
+            continue;
+        UpdateMaterialLineWeight(pipe.object(), true, true, kIndoorMaterial);
+        UpdatePipeInfo(pipe.object());
+        UpdateVPipeRadius(pipe.object());
+        SetPipeLayer(pipe.object(), pipe->GetPipeSystemName());
+        ++pipes;
+    }
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    std::printf("%d\t%.6f\t%ld\n", pipes, seconds, PeakMemory() - before);
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::string_view what = argc > 1 ? argv[1] : "";
+    if (!(what == "make" && argc == 5) && !(what == "update" && argc == 4)) {
+        std::fprintf(stderr, "usage: pipe_speed make DRAWING OUT COUNT | update DRAWING STANDARD\n");
+        return 2;
+    }
+    if (!rx::applications::instance().load(L"zef_pipewire"))
+        return 7;
+    AcDbDatabase drawing(false, true);
+    if (const auto read = drawing.imp().read(sys::from_path(argv[2])); !read) {
+        std::fprintf(stderr, "pipe_speed: %s\n", base::narrow(read.error()).c_str());
+        return 3;
+    }
+    acdbHostApplicationServices()->setWorkingDatabase(&drawing);
+    const std::wstring file = sys::from_path(argv[3]);
+    CStandardManager::Create().Load(sys::from_path(sys::executable_folder() / "../share/kol.vrsl").c_str(),
+                                    false);
+    return what == "make" ? Make(drawing, file.c_str(), std::atoi(argv[4])) : Update(drawing, file.c_str());
+}
