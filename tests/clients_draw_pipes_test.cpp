@@ -138,3 +138,44 @@ TEST_F(PipeCommands, RefuseWhatTheyCanNotDraw) {
         EXPECT_EQ(count(run.out + run.err, row.word) > 0, true) << row.script << "\n" << run.out << run.err;
     }
 }
+
+// Layers are made on demand, in the colours and linetypes of the standard; one that the drawing has keeps its
+// own. A copy that is taken apart has as many figures on the same layers, and none of the add-on's entities.
+TEST_F(PipeCommands, DrawSixSystemsAndTakeThemApart) {
+    const test::folder folder;
+    const std::string out = (folder / "out.dxf").string();
+    const std::string copy = (folder / "copy").string();
+    std::string script = "-LAYER N PIPE-消防 C 5 PIPE-消防 \n";
+    const char* const systems[] = {"给水", "热给水", "消防", "喷淋", "污水", "雨水"};
+    for (int i = 0; i < 6; ++i) {
+        const std::string y = std::to_string(i * 1000);
+        script += "hzgx\n" + std::string(systems[i]) + "\n50\n0," + y + "\n3000," + y + "\n\n";
+    }
+    script += "hzlg\n污水\n50\n0\n3\n0,9000\n\nzhcc\n" + copy + "\n";
+    const auto run = test::zefhost({plan, "-c", script, "-o", out});
+    ASSERT_EQ(run.status, 0) << run.err << run.out;
+    EXPECT_EQ(count(run.out, "21 个自定义实体分解为 7 个普通实体") > 0, true) << run.out;
+    const std::string apart = test::read(copy + ".dxf");
+    EXPECT_EQ(count(apart, "\r\nZEF_PIPE\r\n"), 1U) << "the class";
+    struct row {
+        const char* layer;
+        const char* color;
+        const char* linetype;
+    };
+    for (const std::string& drawn : {test::read(out), apart})
+        for (const row& row : {row{"PIPE-给水", "3", "Continuous"}, row{"PIPE-热给水", "6", "Continuous"},
+                               row{"PIPE-消防", "5", "Continuous"}, row{"PIPE-喷淋", "30", "VR-ZP"},
+                               row{"PIPE-污水", "2", "VR-W"}, row{"VPIPE-污水", "2", "Continuous"},
+                               row{"PIPE-雨水", "4", "VR-Y"}, row{"DIM_雨水", "7", "Continuous"},
+                               row{"FLOW_消防", "7", "Continuous"}}) {
+            const std::size_t at =
+                drawn.find("\r\nAcDbLayerTableRecord\r\n  2\r\n" + std::string(row.layer) + "\r\n");
+            ASSERT_NE(at, drawn.npos) << row.layer;
+            const std::string record = drawn.substr(at, drawn.find("\r\n  0\r\n", at) - at);
+            EXPECT_EQ(count(record, "\r\n 62\r\n" + std::string(7 - 1 - std::string(row.color).size(), ' ') +
+                                        row.color + "\r\n"),
+                      1U)
+                << record;
+            EXPECT_EQ(count(record, "\r\n  6\r\n" + std::string(row.linetype) + "\r\n"), 1U) << record;
+        }
+}

@@ -56,6 +56,8 @@ def found(entity, drawing):
                 figures.append(("area", *rounded(points)))
         elif kind == "CIRCLE":
             figures.append(("circle", *rounded([*part.ocs().to_wcs(part.dxf.center), part.dxf.radius])))
+        elif kind == "ARC":
+            figures.append(("arc", *rounded([*part.ocs().to_wcs(part.dxf.center), part.dxf.radius])))
         elif kind == "TEXT":
             place = Vec3(part.ocs().to_wcs(part.dxf.insert))
             figures.append(("text", *rounded([*place, part.dxf.height]), part.dxf.text))

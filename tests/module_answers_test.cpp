@@ -21,6 +21,7 @@
 #include <optional>
 #include <regex>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -328,13 +329,14 @@ TEST_F(Answers, PipesFollowTheirSystems) {
         UpdateVPipeRadius(pipe.get());
         return Text(pipe->GetValues().m_vPipeRadius) + L" " + Text(pipe->GetValues().m_vPipeSecond);
     };
+    const BOOL arcs = std::exchange(g_bStandPipeArc, FALSE);
     EXPECT_EQ(riser(L"Hot"), L"0 -1");
     EXPECT_EQ(riser(L"Soil"), L"0 -3");
     EXPECT_EQ(riser(L"none"), L"0.5 -2");
     EXPECT_EQ(riser(L""), L"8 9");
     g_bStandPipeArc = TRUE;
     EXPECT_EQ(riser(L"none"), L"0.5 0");
-    g_bStandPipeArc = FALSE;
+    g_bStandPipeArc = arcs;
 
     // A layer that there is not is refused by the entity, and held by label and arrow.
     auto* const made = new TDbPipe;
@@ -373,8 +375,9 @@ TEST_F(Answers, PipesFollowTheirSystems) {
 
 TEST_F(Answers, TheFirstArrangementThatFitsIsTaken) {
     auto* const made = new TDbPipe;
-    made->SetEnds({0, 0, 0}, {1000, 0, 0});
+    made->SetEnds({0, 0, 0}, {700, 0, 0});
     made->ChangeValues().m_dn = 100;
+    made->ChangeValues().m_labelHeight = 1.0;
     const AcDbObjectPointer<TDbPipe> pipe(Append(made), AcDb::kForWrite);
     const PipeDimNode wide{{{kDimDn, L"", L"", -1, false}, {kDimLength, L"", L"", 2, true}}, 0};
     const PipeDimNode high{{{kDimDn, L"", L"", -1, false}, {kDimLength, L"", L"", 3, true}}, 1};
@@ -384,7 +387,7 @@ TEST_F(Answers, TheFirstArrangementThatFitsIsTaken) {
     EXPECT_TRUE(UpatePipeDimType(pipe.object(), std::vector{wide, high}));
     const std::vector<CString> lines = pipe->GetMultiLineDimTextByDimElements();
     ASSERT_EQ(lines.size(), 2U);
-    EXPECT_EQ(lines[1], L"1.000");
+    EXPECT_EQ(lines[1], L"0.700");
     // What hides a part of the pipe counts.
     AcDbObjectIdArray over;
     for (const double x : {150.0, 350.0, 550.0, 750.0})
