@@ -3,11 +3,10 @@
 #include "apps/zefhost/command_history.h"
 #include "apps/zefhost/completion.h"
 #include "apps/zefhost/line_editor.h"
-#include "base/utf.h"
 #include "host/ed/editor.h"
 #include "host/ed/prompts.h"
-#include "sys/code_page.h"
 #include "sys/folders.h"
+#include "sys/plain_text.h"
 
 #include <iostream>
 #include <iterator>
@@ -18,27 +17,6 @@ namespace {
 
 constexpr std::wstring_view escape = L"\x1B";
 
-std::wstring utf16_text(std::string_view bytes, bool big_endian) {
-    std::string utf8;
-    char32_t high = 0;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        const auto first = static_cast<unsigned char>(bytes[i]);
-        const auto second = static_cast<unsigned char>(bytes[i + 1]);
-        const char32_t unit = big_endian ? static_cast<char32_t>(first << 8 | second)
-                                         : static_cast<char32_t>(second << 8 | first);
-        if (unit >= 0xD800 && unit < 0xDC00) {
-            high = unit;
-            continue;
-        }
-        if (unit >= 0xDC00 && unit < 0xE000 && high != 0)
-            base::append_utf8(utf8, 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00));
-        else
-            base::append_utf8(utf8, unit);
-        high = 0;
-    }
-    return base::widen(utf8);
-}
-
 } // namespace
 
 bool input_is_terminal() {
@@ -47,7 +25,7 @@ bool input_is_terminal() {
 
 std::wstring piped_text() {
     const std::string bytes{std::istreambuf_iterator<char>(std::cin), {}};
-    return script_text_of(bytes);
+    return sys::plain_text(bytes);
 }
 
 ed::line_source terminal_lines(std::FILE* shown) {
@@ -89,15 +67,4 @@ ed::line_source terminal_lines(std::FILE* shown) {
             typed->editor.remember(line);
         return line;
     };
-}
-
-std::wstring script_text_of(std::string_view bytes) {
-    if (bytes.starts_with("\xFF\xFE"))
-        return utf16_text(bytes.substr(2), false);
-    if (bytes.starts_with("\xFE\xFF"))
-        return utf16_text(bytes.substr(2), true);
-    if (bytes.starts_with("\xEF\xBB\xBF"))
-        bytes.remove_prefix(3);
-    const sys::code_page* const gbk = sys::code_page::find(936);
-    return base::is_utf8(bytes) || gbk == nullptr ? base::widen(bytes) : gbk->decode(bytes);
 }

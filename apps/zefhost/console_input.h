@@ -13,6 +13,3 @@ std::wstring piped_text();
 // Lines that a person types, shown on `shown`, with editing, completion, and history kept in the profile.
 // Escape and Ctrl-C are an Escape, Ctrl-D asks to quit, in a command it is an Escape too.
 ed::line_source terminal_lines(std::FILE* shown);
-
-// The text of a script file: UTF-8, UTF-16 with its mark, or GBK.
-std::wstring script_text_of(std::string_view bytes);

@@ -9,6 +9,7 @@
 #include "host/rx/applications.h"
 #include "sys/file.h"
 #include "sys/folders.h"
+#include "sys/plain_text.h"
 
 #include <clocale>
 #include <cstdio>
@@ -56,7 +57,7 @@ bool add_inputs(const program_options& options, std::FILE* shown) {
             complain(bytes.error());
             return false;
         }
-        input.add_text(given.text, script_text_of(bytes->view()));
+        input.add_text(given.text, sys::plain_text(bytes->view()));
     }
     if (options.inputs.empty() && input_is_terminal())
         input.add(L"standard input", terminal_lines(shown), true);

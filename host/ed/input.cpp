@@ -1,5 +1,7 @@
 #include "host/ed/input.h"
 
+#include "sys/plain_text.h"
+
 #include <algorithm>
 #include <memory>
 
@@ -17,16 +19,10 @@ line_source lines_of(std::wstring_view text) {
     auto kept = std::make_shared<std::wstring>(text);
     auto at = std::make_shared<std::size_t>(0);
     return [kept, at](std::wstring_view) -> std::optional<std::wstring> {
-        if (*at >= kept->size())
+        std::wstring_view line;
+        if (!sys::next_line(*kept, *at, line))
             return std::nullopt;
-        std::size_t end = kept->find(L'\n', *at);
-        if (end == kept->npos)
-            end = kept->size();
-        std::wstring line = kept->substr(*at, end - *at);
-        *at = end + 1;
-        if (!line.empty() && line.back() == L'\r')
-            line.pop_back();
-        return line;
+        return std::wstring(line);
     };
 }
 
