@@ -333,9 +333,7 @@ bool linetype() {
                       name = given.text;
                       if (base::equal_no_case(name, L"ByLayer") || base::equal_no_case(name, L"ByBlock"))
                           return L"A layer has a linetype of its own.";
-                      return database()->imp().find_entry(db::table_kind::linetype, name) != dxf::no_record
-                                 ? L""
-                                 : L"Linetype \"" + name + L"\" is not loaded.";
+                      return has_linetype(name) ? L"" : linetype_missing(name);
                   });
     if (answered == RTCAN)
         return false;

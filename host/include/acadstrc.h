@@ -42,6 +42,7 @@ enum ErrorStatus {
     eCannotChangeActiveViewport = 140,
     eNotInPaperspace = 141,
     eCommandWasInProgress = 142,
+    eUndefinedLineType = 162,
     eInvalidLayer = 173,
     eMakeMeProxy = 301,
     eLockViolation = 320,
@@ -49,6 +50,7 @@ enum ErrorStatus {
     eLockChangeInProgress = 323,
     eVetoed = 325,
     eNoDocument = 330,
+    eUndefineShapeName = 388,
 
     eNotImplementedYet = 1000,
     eNotApplicable,

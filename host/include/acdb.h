@@ -1,6 +1,7 @@
 // The enumerations that database objects are opened and described with.
 #pragma once
 
+#include "acadstrc.h"
 #include "adesk.h"
 
 class AcDbObject;
@@ -246,3 +247,6 @@ enum DuplicateRecordCloning {
 };
 
 } // namespace AcDb
+
+// AcDbDatabase::loadLineTypeFile; eInvalidInput without a drawing.
+ACDB_PORT Acad::ErrorStatus acdbLoadLineTypeFile(const ACHAR* name, const ACHAR* file, AcDbDatabase* drawing);

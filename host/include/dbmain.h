@@ -465,6 +465,14 @@ public:
     Acad::ErrorStatus insert(AcDbObjectId& blockId, const ACHAR* blockName, AcDbDatabase* database,
                              bool preserveSourceDatabase = true);
 
+    // Makes a linetype, or all that fit a wildcard pattern, as a file defines it: a text (".lin") or a table
+    // ("linetype.dbf"), looked for beside the drawing, in the current folder and in the user's system folder.
+    // Those that a pattern fits and the drawing has stay as they are. eInvalidInput (also for a definition
+    // that is none), eFileNotFound, eFilerError, eUndefinedLineType when the file does not define it,
+    // eDuplicateRecordName when the drawing has it, eUndefineShapeName when it needs a shape that can not be
+    // had.
+    Acad::ErrorStatus loadLineTypeFile(const ACHAR* name, const ACHAR* file);
+
     // The current layer.
     AcDbObjectId clayer() const;
     // eInvalidLayer for a frozen or dependent layer, eDeletedEntry, eWrongObjectType.
