@@ -68,14 +68,14 @@ bool add_inputs(const program_options& options, std::FILE* shown) {
 
 // Writes the drawing where -o says. A run that broke off writes nothing: half a job is not what was asked
 // for.
-void save_output(const std::wstring& output) {
+void save_output(const std::wstring& output, int version) {
     ed::editor& editor = ed::editor::instance();
     if (editor.broke_off()) {
         complain(L"'" + output + L"' was not written");
         return;
     }
     if (output != L"-" || ap::documents::instance().current() == nullptr) {
-        if (auto saved = ap::documents::instance().save(output); !saved)
+        if (auto saved = ap::documents::instance().save(output, version); !saved)
             editor.fail(ed::run_status::not_saved, saved.error());
         return;
     }
@@ -128,7 +128,7 @@ int run(const program_options& options) {
     editor.run();
     ed::command_line::instance().fresh_line();
     if (!options.output.empty())
-        save_output(options.output);
+        save_output(options.output, options.version);
     tell_unsaved();
     return status_of(editor.status());
 }

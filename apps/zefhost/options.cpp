@@ -1,18 +1,20 @@
 #include "apps/zefhost/options.h"
 
 #include "base/utf.h"
+#include "host/db/save_as_version.h"
 #include "host/dxf/encoding_guess.h"
 #include "sys/folders.h"
 
 const char* const usage =
-    R"(zefhost [DRAWING] [-s SCRIPT]... [-c TEXT]... [-o OUT] [--load APP]... [--no-module]
-        [--profile DIR] [--encoding NAME] [--readonly] [--keep-going]
+    R"(zefhost [DRAWING] [-s SCRIPT]... [-c TEXT]... [-o OUT [--as VERSION]]
+        [--load APP]... [--no-module] [--profile DIR] [--encoding NAME] [--readonly] [--keep-going]
 zefhost --version | --help
 
 DRAWING        a DXF file, ASCII or binary; without one, a new drawing
 -s SCRIPT      answers from a script file, in the order given
 -c TEXT        answers from a text, in which \n ends a line and \\ is a backslash
 -o OUT         saves the current drawing as OUT at the end, "-" to standard output
+--as VERSION   in the form of 2018, 2013, 2010, 2007, 2004, 2000 or R12; what that form lacks is told
 --load APP     loads a further application
 --no-module    without the pipe-system module and its siblings
 --profile DIR  the user's folder (else $ZEF_PROFILE, else below the configuration folder)
@@ -61,7 +63,7 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
         };
         const bool takes_value = argument == L"-s" || argument == L"-c" || argument == L"-o" ||
                                  argument == L"--load" || argument == L"--profile" ||
-                                 argument == L"--encoding";
+                                 argument == L"--encoding" || argument == L"--as";
         if (!only_files && takes_value && !take_value())
             return base::failure{L"option " + argument + L" wants a value"};
         if (takes_value && !only_files && value.empty() && argument != L"-c")
@@ -86,6 +88,10 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             options.encoding = dxf::encoding_number(base::narrow(value));
             if (options.encoding == 0)
                 return base::failure{L"'" + value + L"' is no encoding that is known"};
+        } else if (argument == L"--as") {
+            options.version = db::version_by_name(value);
+            if (options.version == 0)
+                return base::failure{L"'" + value + L"' is no version that drawings can be saved as"};
         } else if (argument == L"--no-module") {
             options.module = false;
         } else if (argument == L"--readonly") {
@@ -102,5 +108,7 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             return base::failure{L"unknown option " + argument};
         }
     }
+    if (options.version != 0 && options.output.empty())
+        return base::failure{L"option --as goes with -o"};
     return options;
 }

@@ -31,6 +31,19 @@ void tell_references(AcDbImpDatabase& drawing) {
     }
 }
 
+// A drawing that was saved as a newer version goes on as its file has it.
+void read_anew(void* saved) {
+    documents& all = documents::instance();
+    document* const one = all.find(static_cast<document*>(saved));
+    if (one == nullptr || one->database()->imp().records().unsaved() != 0)
+        return;
+    const std::wstring path = one->fileName();
+    if (!all.close(*one))
+        return;
+    if (auto opened = all.open(path, false); !opened)
+        ed::command_line::instance().error(opened.error());
+}
+
 } // namespace
 
 documents& documents::instance() {
@@ -172,7 +185,7 @@ std::vector<AcDbDatabase*> documents::databases() const {
     return found;
 }
 
-base::result<void> documents::save(const std::wstring& path) {
+base::result<void> documents::save(const std::wstring& path, int version) {
     if (current_ == nullptr)
         return base::failure{L"no drawing is open"};
     const std::wstring target = path.empty() ? current_->fileName() : path;
@@ -189,7 +202,7 @@ base::result<void> documents::save(const std::wstring& path) {
     AcDbDatabase* const database = current_->database();
     rx::event_reactors().tell(
         [&](AcRxEventReactor& reactor) { reactor.beginSave(database, target.c_str()); });
-    if (auto saved = database->imp().save(target); !saved) {
+    if (auto saved = database->imp().save(target, version); !saved) {
         rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.abortSave(database); });
         return saved;
     }
@@ -198,6 +211,8 @@ base::result<void> documents::save(const std::wstring& path) {
     if (!path.empty())
         current_->set_writable();
     current_->set_title(title_of(target));
+    if (version > database->imp().drawing().version())
+        calls.push_back({document::owner::application, read_anew, current_});
     return {};
 }
 

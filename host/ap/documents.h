@@ -45,8 +45,10 @@ public:
     void make_current(document* wanted);
     void activate(document& wanted);
 
-    // Saves the current document's drawing; an empty path means its own file.
-    base::result<void> save(const std::wstring& path);
+    // Saves the current document's drawing; an empty path means its own file. As AcDbImpDatabase::save has
+    // `version`; a drawing that was saved as a newer version than its own is read from the file anew when the
+    // command has ended.
+    base::result<void> save(const std::wstring& path, int version = 0);
 
     // ---- locks
 

@@ -16,6 +16,7 @@
 #include "host/db/named_layers.h"
 #include "host/db/notifier.h"
 #include "host/db/properties.h"
+#include "host/db/save_as_version.h"
 #include "host/db/symbol_entry.h"
 #include "host/db/text_styles.h"
 #include "host/db/xref_names.h"
@@ -60,6 +61,16 @@ std::vector<AcDbImpDatabase*>& living() {
 }
 
 constexpr int most_readers = 256;
+
+void tell_of_file(const std::wstring& path, const std::vector<std::wstring>& messages) {
+    if (!AcDbImpDatabase::how_to_read().tell)
+        return;
+    for (const std::wstring& message : messages) {
+        std::wstring line = path;
+        line.append(L": ").append(message);
+        AcDbImpDatabase::how_to_read().tell(line);
+    }
+}
 
 // Where extended data begin in a record.
 std::size_t data_of(std::string_view text) {
@@ -131,23 +142,22 @@ base::result<void> AcDbImpDatabase::read(const std::wstring& path) {
         return base::failure{opened.error()};
     set_drawing(std::move(*opened));
     file_name = path;
-    if (how_to_read().tell)
-        for (const std::wstring& message : drawing_->messages()) {
-            std::wstring line = path;
-            line.append(L": ").append(message);
-            how_to_read().tell(line);
-        }
+    tell_of_file(path, drawing_->messages());
     return {};
 }
 
-base::result<void> AcDbImpDatabase::save(const std::wstring& path) {
-    settle_dictionaries();
-    auto saved = drawing_->write_file(sys::to_path(path));
-    if (saved) {
-        file_name = path;
-        records().mark_saved();
-    }
-    return saved;
+base::result<void> AcDbImpDatabase::save(const std::wstring& path, int version) {
+    const int own = drawing_->version();
+    if (version == 0)
+        version = file_version != 0 ? file_version : own;
+    auto saved = db::save_as_version(*this, version, sys::to_path(path));
+    if (!saved)
+        return base::failure{saved.error()};
+    tell_of_file(path, *saved);
+    file_name = path;
+    file_version = version != own ? version : 0;
+    records().mark_saved();
+    return {};
 }
 
 void AcDbImpDatabase::set_drawing(std::unique_ptr<dxf::drawing> drawing) {

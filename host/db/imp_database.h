@@ -54,7 +54,9 @@ public:
     // Reads a drawing file; and writes it, whole or not at all, as the drawing's own file from now on. On
     // failure says what is wrong and where.
     base::result<void> read(const std::wstring& path);
-    base::result<void> save(const std::wstring& path);
+    // `version` is the number of one of db::saved_versions; 0: as it was saved last, or is. What the file
+    // does not hold is told (reading::tell) and stays in memory.
+    base::result<void> save(const std::wstring& path, int version = 0);
     // Takes over a drawing that was read.
     void set_drawing(std::unique_ptr<dxf::drawing> drawing);
     bool has_drawing() const { return drawing_ != nullptr; }
@@ -62,6 +64,7 @@ public:
     dxf::record_table& records() const { return drawing_->records(); }
 
     std::wstring file_name; // read from or last written to
+    int file_version = 0;   // of that file, where it is another one than the drawing's own
 
     // ---- ids
 

@@ -1,0 +1,39 @@
+// Saving a drawing as files of another version hold it.
+#pragma once
+
+#include "base/result.h"
+#include "host/db/imp_database.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace db {
+
+// A version that drawings can be saved as: the number in $ACADVER, and the name that users know it by.
+struct saved_version {
+    int number;
+    const wchar_t* name;
+};
+
+// Newest first.
+inline constexpr saved_version saved_versions[] = {{1032, L"2018"}, {1027, L"2013"}, {1024, L"2010"},
+                                                   {1021, L"2007"}, {1018, L"2004"}, {1015, L"2000"},
+                                                   {1009, L"R12"}};
+
+// The number of a version that a user names ("2018", "r12"; "12" too); 0 when there is none of that name.
+int version_by_name(std::wstring_view name);
+// The name of a version; of one that nothing can be saved as, that of the next older one ("R12" for all that
+// are older still).
+std::wstring version_name(int number);
+
+// Writes the drawing as an ASCII file of a version, whole or not at all; the drawing in memory stays as it
+// is. With the drawing's own version the file gets what AcDbImpDatabase::save would write.
+//
+// Gives one line for each kind of thing that the file does not have, or has in another form, with how many
+// there were; nothing when it holds everything. On failure says why nothing was written.
+base::result<std::vector<std::wstring>> save_as_version(AcDbImpDatabase& database, int version,
+                                                        const std::filesystem::path& file);
+
+} // namespace db
