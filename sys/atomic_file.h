@@ -30,7 +30,10 @@ public:
     // owner; the bytes are on the disk then. To be called once, as the last call. A hard link to the old file
     // keeps the old bytes. Should the very last step fail, the flush of the folder, the new file stands there
     // all the same, but a loss of power may bring the old one back.
-    base::result<void> commit();
+    //
+    // With the name of a backup, in whatever folder, the old file is kept under that name, in the place of
+    // what was there; when that fails nothing is written.
+    base::result<void> commit(const std::filesystem::path& backup = {});
 
 private:
     struct state;

@@ -147,6 +147,21 @@ struct atomic_file::state {
         return true;
     }
 
+    // The old file keeps its bytes under a second name, where the file system knows such; else they are
+    // copied.
+    base::result<void> keep_old(const path& backup) {
+        std::error_code error;
+        if (!std::filesystem::exists(target, error))
+            return {};
+        ::unlink(backup.c_str());
+        if (::link(target.c_str(), backup.c_str()) == 0 ||
+            (errno != EEXIST &&
+             std::filesystem::copy_file(target, backup, std::filesystem::copy_options::overwrite_existing,
+                                        error)))
+            return {};
+        return cannot(L"keep the old file as", backup, error ? error.value() : EEXIST);
+    }
+
     bool give_name() {
         const path shared = shared_name(target);
         constexpr auto pause = std::chrono::milliseconds(1);
@@ -233,13 +248,18 @@ base::result<void> atomic_file::write(std::string_view bytes) {
     return {};
 }
 
-base::result<void> atomic_file::commit() {
+base::result<void> atomic_file::commit(const path& backup) {
     state& s = *state_;
     if (!s.outcome)
         return s.outcome;
     if (const auto written = s.flush(); !written)
         return written;
-    if (!s.take_over_rights() || ::fsync(s.file) != 0 || !s.take_place())
+    if (!s.take_over_rights() || ::fsync(s.file) != 0)
+        return s.fail(errno);
+    if (!backup.empty())
+        if (auto kept = s.keep_old(backup); !kept)
+            return s.outcome = kept;
+    if (!s.take_place())
         return s.fail(errno);
     if (!s.sync_folder())
         return s.fail(errno);
