@@ -128,7 +128,7 @@ int run(const program_options& options) {
     editor.run();
     ed::command_line::instance().fresh_line();
     if (!options.output.empty())
-        save_output(options.output, options.version);
+        save_output(options.output, options.saved_as);
     tell_unsaved();
     return status_of(editor.status());
 }

@@ -1,6 +1,7 @@
 #include "apps/zefhost/options.h"
 
 #include "base/utf.h"
+#include "host/ap/file_name.h"
 #include "host/db/save_as_version.h"
 #include "host/dxf/encoding_guess.h"
 #include "sys/folders.h"
@@ -47,6 +48,15 @@ std::wstring script_text(std::wstring_view argument) {
     return text;
 }
 
+// Whether the ending of -o matters: not of the drawing itself, nor of a folder or device, which is refused
+// when it is to be written.
+bool names_new_file(const program_options& options) {
+    std::error_code ignored;
+    const auto file = sys::to_path(options.output);
+    return !options.output.empty() && options.output != L"-" && options.output != options.drawing &&
+           (!std::filesystem::exists(file, ignored) || std::filesystem::is_regular_file(file, ignored));
+}
+
 } // namespace
 
 base::result<program_options> parse_options(const std::vector<std::wstring>& arguments) {
@@ -89,8 +99,8 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             if (options.encoding == 0)
                 return base::failure{L"'" + value + L"' is no encoding that is known"};
         } else if (argument == L"--as") {
-            options.version = db::version_by_name(value);
-            if (options.version == 0)
+            options.saved_as = db::version_by_name(value);
+            if (options.saved_as == 0)
                 return base::failure{L"'" + value + L"' is no version that drawings can be saved as"};
         } else if (argument == L"--no-module") {
             options.module = false;
@@ -108,7 +118,13 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             return base::failure{L"unknown option " + argument};
         }
     }
-    if (options.version != 0 && options.output.empty())
+    if (options.saved_as != 0 && options.output.empty())
         return base::failure{L"option --as goes with -o"};
+    if (names_new_file(options)) {
+        const auto name = ap::drawing_file_name(options.output);
+        if (!name)
+            return base::failure{L"option -o: " + name.error()};
+        options.output = *name;
+    }
     return options;
 }
