@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # torture_save.sh [N]: kills zefhost N times (1000) at random moments while it changes a drawing and saves it over the
-# old one. After each kill the file must be the old or the new drawing, whole. Every second kill falls at any time of
-# the run, the others while it saves. What a killed program leaves beside the drawing is counted; the next save that is
-# not disturbed must clear it away. Status 1 when a drawing was harmed or litter stays.
+# old one. After each kill the file must be the old or the new drawing, whole, and so must the backup beside it. Every
+# second kill falls at any time of the run, the others while it saves. What else a killed program leaves beside the
+# drawing is counted; the next save that is not disturbed must clear it away. Status 1 when a drawing was harmed or
+# litter stays.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 shopt -s nullglob dotglob
@@ -14,6 +15,7 @@ place=$root/build/torture_save
 rm -rf "$place"
 mkdir -p "$place/saved"
 target=$place/saved/drawing.dxf
+backup=$place/saved/drawing.bak
 "$bin/grow_drawing" "$root/samples/storey.dxf" "$place/old.dxf" 20
 
 # change [-o FILE]: what is killed; it ends with another drawing than it began with.
@@ -49,9 +51,13 @@ whole=$(time_of -o "$target")
 cp "$target" "$place/new.dxf"
 ! cmp -s "$place/old.dxf" "$place/new.dxf" || fail 'torture: the saved drawing does not differ from the old one'
 
+# harms FILE: whether it is neither the old drawing nor the new one.
+harms() { ! cmp -s "$1" "$place/old.dxf" && ! cmp -s "$1" "$place/new.dxf"; }
+
 old=0 new=0 harmed=0 ended=0 littered=0
 for ((round = 1; round <= rounds; round++)); do
     cp "$place/old.dxf" "$target"
+    rm -f "$backup"
     files=("$place"/saved/*)
     before=${#files[@]}
     earliest=$((round % 2 ? 0 : unsaved))
@@ -69,12 +75,18 @@ for ((round = 1; round <= rounds; round++)); do
         harmed=$((harmed + 1))
         cp "$target" "$place/harmed_$round.dxf"
     fi
+    if [ -e "$backup" ]; then
+        ! harms "$backup" || { harmed=$((harmed + 1)) && cp "$backup" "$place/harmed_$round.bak"; }
+        rm -f "$backup"
+    fi
     files=("$place"/saved/*)
     [ ${#files[@]} -le "$before" ] || littered=$((littered + 1))
 done
 
 cp "$place/old.dxf" "$target"
 (change -o "$target") >"$place/told" 2>&1 || harmed=$((harmed + 1))
+! harms "$backup" || harmed=$((harmed + 1))
+rm -f "$backup"
 files=("$place"/saved/*)
 left=$((${#files[@]} - 1))
 say "$rounds kills ($ended came after the end): $old left the old drawing, $new the new one, $harmed harmed one"

@@ -3,6 +3,7 @@
 #include "actrans.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
+#include "sys/folders.h"
 
 #include <algorithm>
 
@@ -24,12 +25,15 @@ AcAp::DocLockMode stronger(AcAp::DocLockMode a, AcAp::DocLockMode b) {
 
 } // namespace
 
-document::document(std::unique_ptr<AcDbDatabase> database, std::wstring title, bool read_only)
-    : layer_history(database->imp()), database_(std::move(database)), title_(std::move(title)),
-      read_only_(read_only) {
+document::document(std::unique_ptr<AcDbDatabase> database, std::wstring title)
+    : layer_history(database->imp()), database_(std::move(database)), title_(std::move(title)) {
 }
 
 document::~document() = default;
+
+std::wstring document::title_of(const std::wstring& path) {
+    return sys::from_path(sys::to_path(path).filename());
+}
 
 const ACHAR* document::fileName() const {
     return database_->imp().file_name.c_str();

@@ -2,7 +2,10 @@
 #pragma once
 
 #include "acdocman.h"
+#include "host/ap/automatic_save.h"
 #include "host/db/layer_history.h"
+#include "sys/file_lock.h"
+#include "sys/file_stamp.h"
 
 #include <memory>
 #include <optional>
@@ -13,7 +16,7 @@ namespace ap {
 
 class document final : public AcApDocument {
 public:
-    document(std::unique_ptr<AcDbDatabase> database, std::wstring title, bool read_only);
+    document(std::unique_ptr<AcDbDatabase> database, std::wstring title);
     ~document() override;
 
     AcDbDatabase* database() const override { return database_.get(); }
@@ -25,7 +28,21 @@ public:
     AcTransactionManager* transactionManager() const override;
 
     void set_title(std::wstring title) { title_ = std::move(title); }
-    void set_writable() { read_only_ = false; }
+    // Of a document with that file.
+    static std::wstring title_of(const std::wstring& path);
+
+    // What ties the document to its file on the disk.
+    struct file_tie {
+        sys::file_lock lock;
+        std::optional<sys::file_stamp> stamp; // when it was read or saved; none: there was no such file
+        std::wstring in_use_by;               // somebody else has it: who, and since when
+    };
+    const file_tie& file() const { return file_; }
+    sys::file_lock take_lock() { return std::move(file_.lock); }
+    void tie_to(file_tie file, bool read_only) {
+        file_ = std::move(file);
+        read_only_ = read_only;
+    }
 
     // Whose a lock is: that of a command, or of what runs outside of commands.
     enum class owner { command, application };
@@ -42,6 +59,8 @@ public:
     AcAp::DocLockMode mode_with(owner who, AcAp::DocLockMode more) const;
     bool has_automatic_lock(owner who) const;
     bool may_write(owner who) const;
+
+    automatic_save automatic;
 
     // Texts that programs typed, for the next time when its command line is idle; what is to be shown alike
     // stands together.
@@ -63,7 +82,8 @@ private:
 
     std::unique_ptr<AcDbDatabase> database_;
     std::wstring title_;
-    bool read_only_;
+    bool read_only_ = false;
+    file_tie file_;
     std::vector<held_lock> locks_;
 };
 

@@ -3,6 +3,7 @@
 #include "aced.h"
 #include "host/db/imp_database.h"
 #include "host/db/xrefs.h"
+#include "host/ed/editor.h"
 #include "host/ed/editor_reactors.h"
 #include "host/ed/output.h"
 #include "host/rx/applications.h"
@@ -18,9 +19,35 @@ namespace {
 
 std::wstring title_of(const std::wstring& path) {
     static int unnamed = 0;
-    if (!path.empty())
-        return sys::from_path(sys::to_path(path).filename());
-    return L"Drawing" + std::to_wstring(++unnamed) + L".dxf";
+    return !path.empty() ? document::title_of(path) : L"Drawing" + std::to_wstring(++unnamed) + L".dxf";
+}
+
+// Who works at a terminal has a drawing to himself as long as it is open, a run without a person while it
+// saves.
+bool has_person() {
+    return ed::editor::instance().input.has_person();
+}
+
+void tie_for_opening(document& made, const std::wstring& path, bool read_only) {
+    document::file_tie tie;
+    if (!read_only) {
+        const auto file = sys::to_path(path);
+        sys::lock_holder holder;
+        if (has_person() ? !sys::file_lock::take(file, tie.lock, holder)
+                         : sys::file_lock::is_held(file, holder))
+            tie.in_use_by = holder.words();
+    }
+    // Before it is read: what is written while we read counts as a change.
+    tie.stamp = sys::stamp_of(sys::to_path(path));
+    const bool in_use = !tie.in_use_by.empty();
+    made.tie_to(std::move(tie), read_only || in_use);
+}
+
+void tell_in_use(const document& opened) {
+    if (const std::wstring& who = opened.file().in_use_by;
+        !who.empty() && AcDbImpDatabase::how_to_read().tell)
+        AcDbImpDatabase::how_to_read().tell(std::wstring(opened.fileName()) + L": in use by " + who +
+                                            L"; opened read-only");
 }
 
 // Reads what the drawing refers to. What was found and what not is told, and nothing of it is a failure.
@@ -29,19 +56,6 @@ void tell_references(AcDbImpDatabase& drawing) {
         ed::command_line::instance().fresh_line();
         ed::command_line::instance().print(line + L"\n");
     }
-}
-
-// A drawing that was saved as a newer version goes on as its file has it.
-void read_anew(void* saved) {
-    documents& all = documents::instance();
-    document* const one = all.find(static_cast<document*>(saved));
-    if (one == nullptr || one->database()->imp().records().unsaved() != 0)
-        return;
-    const std::wstring path = one->fileName();
-    if (!all.close(*one))
-        return;
-    if (auto opened = all.open(path, false); !opened)
-        ed::command_line::instance().error(opened.error());
 }
 
 } // namespace
@@ -76,9 +90,10 @@ base::result<void> documents::open(const std::wstring& path, bool read_only) {
     const in_context application(document::owner::application);
     if (!path.empty())
         ed::tell_editor([&](AcEditorReactor& reactor) { reactor.beginDwgOpen(path.c_str()); });
-    all_.push_back(
-        std::make_unique<document>(std::make_unique<AcDbDatabase>(path.empty()), title_of(path), read_only));
+    all_.push_back(std::make_unique<document>(std::make_unique<AcDbDatabase>(path.empty()), title_of(path)));
     document& made = *all_.back();
+    if (!path.empty())
+        tie_for_opening(made, path, read_only);
     settle_locks();
     reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentCreateStarted(&made); });
     if (!path.empty())
@@ -91,6 +106,7 @@ base::result<void> documents::open(const std::wstring& path, bool read_only) {
     if (!path.empty())
         ed::tell_editor([&](AcEditorReactor& reactor) { reactor.endDwgOpen(path.c_str(), made.database()); });
     activate(made);
+    tell_in_use(made);
     tell_references(made.database()->imp());
     loading_ = &made;
     rx::applications::instance().send(AcRx::kLoadDwgMsg);
@@ -183,37 +199,6 @@ std::vector<AcDbDatabase*> documents::databases() const {
     for (const auto& one : all_)
         found.push_back(one->database());
     return found;
-}
-
-base::result<void> documents::save(const std::wstring& path, int version) {
-    if (current_ == nullptr)
-        return base::failure{L"no drawing is open"};
-    const std::wstring target = path.empty() ? current_->fileName() : path;
-    if (target.empty())
-        return base::failure{L"the drawing has no name yet; use SAVEAS"};
-    std::error_code ignored;
-    for (const auto& other : all_)
-        if (other.get() != current_ &&
-            std::filesystem::equivalent(sys::to_path(target), sys::to_path(other->fileName()), ignored))
-            return base::failure{L"'" + target + L"' is open in another document"};
-    if (current_->isReadOnly() &&
-        std::filesystem::equivalent(sys::to_path(target), sys::to_path(current_->fileName()), ignored))
-        return base::failure{L"'" + target + L"' was opened read-only"};
-    AcDbDatabase* const database = current_->database();
-    rx::event_reactors().tell(
-        [&](AcRxEventReactor& reactor) { reactor.beginSave(database, target.c_str()); });
-    if (auto saved = database->imp().save(target, version); !saved) {
-        rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.abortSave(database); });
-        return saved;
-    }
-    rx::event_reactors().tell(
-        [&](AcRxEventReactor& reactor) { reactor.saveComplete(database, target.c_str()); });
-    if (!path.empty())
-        current_->set_writable();
-    current_->set_title(title_of(target));
-    if (version > database->imp().drawing().version())
-        calls.push_back({document::owner::application, read_anew, current_});
-    return {};
 }
 
 // ---- locks

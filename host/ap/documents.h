@@ -21,7 +21,8 @@ public:
     documents& operator=(const documents&) = delete;
 
     // Opens a drawing file, or with an empty path a new drawing, and makes it current. The applications are
-    // told.
+    // told. One that somebody else has open at a terminal is opened read-only, and the user is told who it
+    // is.
     base::result<void> open(const std::wstring& path, bool read_only);
     // Closes a document, the applications told, and what was opened last of the others becomes current. Not
     // while a command is under way in it.
@@ -45,10 +46,22 @@ public:
     void make_current(document* wanted);
     void activate(document& wanted);
 
-    // Saves the current document's drawing; an empty path means its own file. As AcDbImpDatabase::save has
-    // `version`; a drawing that was saved as a newer version than its own is read from the file anew when the
-    // command has ended.
-    base::result<void> save(const std::wstring& path, int version = 0);
+    // Saves the current document's drawing; an empty path means its own file. The document is tied to the
+    // file from then on. As AcDbImpDatabase::save has `version`; a drawing that was saved as a newer version
+    // than its own is read from the file anew when the command has ended. Fails, with words for the user,
+    // when it was opened read-only, somebody else has that file open, or it was changed on the disk since it
+    // was opened and `changed` does not say that it may be lost. With ISAVEBAK the old file is kept beside
+    // the new one, with the ending ".bak".
+    enum class if_changed { refuse, replace };
+    base::result<void> save(const std::wstring& path, int version = 0,
+                            if_changed changed = if_changed::refuse);
+    // Writes a copy; the document stays tied to its own file, which this may not be.
+    base::result<void> save_copy(const std::wstring& path, int version = 0);
+    // At a prompt: the automatic saves that are due.
+    void save_automatically();
+    // Whether a path means the current document's own file, and that was changed on the disk since it was
+    // opened.
+    bool was_changed_on_disk(const std::wstring& path) const;
 
     // ---- locks
 
@@ -93,6 +106,7 @@ private:
     documents();
     ~documents();
 
+    base::result<sys::file_lock> lock_target(const std::wstring& target) const;
     void set_current(document* wanted);
     void settle_locks();
 

@@ -146,17 +146,25 @@ base::result<void> AcDbImpDatabase::read(const std::wstring& path) {
     return {};
 }
 
-base::result<void> AcDbImpDatabase::save(const std::wstring& path, int version) {
-    const int own = drawing_->version();
+base::result<void> AcDbImpDatabase::save(const std::wstring& path, int version,
+                                         const std::filesystem::path& backup) {
+    if (auto saved = save_copy(path, version, backup); !saved)
+        return saved;
+    file_name = path;
+    if (version != 0)
+        file_version = version != drawing_->version() ? version : 0;
+    records().mark_saved();
+    return {};
+}
+
+base::result<void> AcDbImpDatabase::save_copy(const std::wstring& path, int version,
+                                              const std::filesystem::path& backup) {
     if (version == 0)
-        version = file_version != 0 ? file_version : own;
-    auto saved = db::save_as_version(*this, version, sys::to_path(path));
+        version = file_version != 0 ? file_version : drawing_->version();
+    const auto saved = db::save_as_version(*this, version, sys::to_path(path), backup);
     if (!saved)
         return base::failure{saved.error()};
     tell_of_file(path, *saved);
-    file_name = path;
-    file_version = version != own ? version : 0;
-    records().mark_saved();
     return {};
 }
 

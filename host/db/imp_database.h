@@ -55,8 +55,13 @@ public:
     // failure says what is wrong and where.
     base::result<void> read(const std::wstring& path);
     // `version` is the number of one of db::saved_versions; 0: as it was saved last, or is. What the file
-    // does not hold is told (reading::tell) and stays in memory.
-    base::result<void> save(const std::wstring& path, int version = 0);
+    // does not hold is told (reading::tell) and stays in memory. The file that was there is kept as `backup`,
+    // if that is given.
+    base::result<void> save(const std::wstring& path, int version = 0,
+                            const std::filesystem::path& backup = {});
+    // The same of a copy; the drawing's own file stays the one it was.
+    base::result<void> save_copy(const std::wstring& path, int version = 0,
+                                 const std::filesystem::path& backup = {});
     // Takes over a drawing that was read.
     void set_drawing(std::unique_ptr<dxf::drawing> drawing);
     bool has_drawing() const { return drawing_ != nullptr; }

@@ -19,13 +19,14 @@ std::wstring version_name(int number) {
 }
 
 base::result<std::vector<std::wstring>> save_as_version(AcDbImpDatabase& database, int version,
-                                                        const std::filesystem::path& file) {
+                                                        const std::filesystem::path& file,
+                                                        const std::filesystem::path& backup) {
     database.settle_dictionaries();
     const int own = database.drawing().version();
     if (version != own)
         return base::failure{L"a drawing of version " + version_name(own) + L" can not be saved as " +
                              version_name(version) + L" yet"};
-    if (auto written = database.drawing().write_file(file); !written)
+    if (auto written = database.drawing().write_file(file, backup); !written)
         return base::failure{written.error()};
     return std::vector<std::wstring>();
 }

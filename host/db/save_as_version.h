@@ -31,9 +31,11 @@ std::wstring version_name(int number);
 // Writes the drawing as an ASCII file of a version, whole or not at all; the drawing in memory stays as it
 // is. With the drawing's own version the file gets what AcDbImpDatabase::save would write.
 //
+// The file that was there is kept as `backup`, if that is given.
 // Gives one line for each kind of thing that the file does not have, or has in another form, with how many
 // there were; nothing when it holds everything. On failure says why nothing was written.
 base::result<std::vector<std::wstring>> save_as_version(AcDbImpDatabase& database, int version,
-                                                        const std::filesystem::path& file);
+                                                        const std::filesystem::path& file,
+                                                        const std::filesystem::path& backup = {});
 
 } // namespace db

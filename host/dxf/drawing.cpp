@@ -476,7 +476,8 @@ bool drawing::write(const std::function<bool(std::string_view)>& put) const {
     return give(run);
 }
 
-base::result<void> drawing::write_file(const std::filesystem::path& file) const {
+base::result<void> drawing::write_file(const std::filesystem::path& file,
+                                       const std::filesystem::path& backup) const {
     auto target = sys::atomic_file::create(file);
     if (!target)
         return base::failure{target.error()};
@@ -487,7 +488,7 @@ base::result<void> drawing::write_file(const std::filesystem::path& file) const 
     });
     if (!written)
         return written;
-    return target->commit();
+    return target->commit(backup);
 }
 
 } // namespace dxf

@@ -69,7 +69,9 @@ public:
 
     // Writes the whole file: every span that no one touched as it stands. The old file stays until the new
     // one is whole. What counts as saved does not change: see record_table::mark_saved.
-    base::result<void> write_file(const std::filesystem::path& file) const;
+    // The file that was there is kept as `backup`, if that is given.
+    base::result<void> write_file(const std::filesystem::path& file,
+                                  const std::filesystem::path& backup = {}) const;
     // Gives the file's bytes piece by piece; stops when `put` answers false, and answers false then.
     bool write(const std::function<bool(std::string_view)>& put) const;
 

@@ -40,6 +40,31 @@ void input::add_text(std::wstring name, std::wstring_view text) {
     add(std::move(name), lines_of(text));
 }
 
+bool input::call_script(std::wstring name, std::wstring_view text) {
+    constexpr std::size_t deepest = 32;
+    // One that was read to its end is not under way any more, so the last line of a script may call the next
+    // one.
+    while (!sources_.empty() && !sources_.front().terminal && !fetch(sources_.front(), {}))
+        sources_.pop_front();
+    if (sources_.size() >= deepest)
+        return false;
+    source added;
+    added.name = std::move(name);
+    added.lines = lines_of(text);
+    sources_.push_front(std::move(added));
+    return true;
+}
+
+bool input::return_to_person() {
+    const auto person = std::find_if(sources_.begin(), sources_.end(),
+                                     [](const source& waiting) { return waiting.terminal; });
+    if (person == sources_.end())
+        return false;
+    sent_.clear();
+    sources_.erase(sources_.begin(), person);
+    return true;
+}
+
 // Texts that programs send hold no comments: a semicolon is one.
 void input::send(std::wstring_view text, bool echo) {
     if (!text.empty() && is_blank(text.back())) // it ends its answer, as the end of the text would
@@ -169,6 +194,11 @@ bool input::at_terminal() {
 
 bool input::next_is_silent() {
     return has_sent() && sent_.front().silent;
+}
+
+bool input::has_person() const {
+    return std::any_of(sources_.begin(), sources_.end(),
+                       [](const source& waiting) { return waiting.terminal; });
 }
 
 void input::drop_typed_ahead() {

@@ -40,6 +40,11 @@ public:
     void add(std::wstring name, line_source lines, bool terminal = false);
     // Adds a whole text.
     void add_text(std::wstring name, std::wstring_view text);
+    // Puts a script in front of what waits; its lines are read before the rest of what called it. False when
+    // scripts are 32 deep inside each other.
+    bool call_script(std::wstring name, std::wstring_view text);
+    // Leaves out what is read before the next person is asked; false, and nothing happens, when no person is.
+    bool return_to_person();
     // Puts a text in front of all that waits, to be read before anything else but what was sent before it.
     // Without `echo` nothing of it is shown, nor of the questions that it answers.
     void send(std::wstring_view text, bool echo = true);
@@ -47,8 +52,9 @@ public:
     // The next answer. `prompt` is shown by a terminal only.
     answer next(answer_rule rule, std::wstring_view prompt);
 
-    // Whether a person answers the next question.
+    // Whether a person answers the next question; and whether one does so now or later, behind a script.
     bool at_terminal();
+    bool has_person() const;
     // Whether nothing is to be shown of that question and its answer.
     bool next_is_silent();
     // Whether that answer was typed already, on the line of an answer before; and leaves out what is left of
