@@ -3,6 +3,7 @@
 
 #include "accmd.h"
 
+#include <string>
 #include <string_view>
 
 namespace ed {
@@ -26,8 +27,11 @@ bool is_other_name(std::wstring_view command);
 bool is_host_command(const AcEdCommand* command);
 
 void arx_command();
+void audit_command();
 void circle_command();
 void close_command();
+void delay_command();
+void dxfout_command();
 void erase_command();
 void explode_command();
 void help_command();
@@ -37,19 +41,27 @@ void layerp_command();
 void layerpmode_command();
 void layout_command();
 void line_command();
+void linetype_command();
 void list_command();
+void model_command();
 void mspace_command();
 void new_command();
 void open_command();
 void pspace_command();
+void purge_command();
 void qsave_command();
 void quit_command();
 void redo_command();
 void redraw_command();
 void regen_command();
+void regenall_command();
+void save_command();
 void saveas_command();
+void script_command();
 void select_command();
 void setvar_command();
+// SETVAR with the name of a variable that there is.
+void change_variable(const std::wstring& name);
 void text_command();
 void u_command();
 void undo_command();

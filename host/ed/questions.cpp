@@ -70,9 +70,16 @@ int ask_line(const std::wstring& prompt, std::wstring& text) {
 int ask_file(const std::wstring& prompt, const std::wstring& extension, std::wstring& file) {
     const expecting hint({{}, extension});
     const int answered = ask_line(prompt, file);
-    if (file.size() > 1 && file.front() == L'"' && file.back() == L'"')
-        file = file.substr(1, file.size() - 2);
+    file = file_of(file);
     return answered;
+}
+
+std::wstring file_of(std::wstring_view typed) {
+    while (!typed.empty() && typed.back() == L' ')
+        typed.remove_suffix(1);
+    if (typed.size() > 1 && typed.front() == L'"' && typed.back() == L'"')
+        typed = typed.substr(1, typed.size() - 2);
+    return std::wstring(typed);
 }
 
 bool ask_yes(const std::wstring& prompt) {

@@ -33,6 +33,8 @@ int ask_name(const std::wstring& prompt, std::wstring& name, const name_check& r
 int ask_line(const std::wstring& prompt, std::wstring& text);
 // A file name with an extension as completion offers it, marks around it left out.
 int ask_file(const std::wstring& prompt, const std::wstring& extension, std::wstring& file);
+// The file name in a line that was typed: without marks around it and blanks behind it.
+std::wstring file_of(std::wstring_view typed);
 // Whether the user says yes; Enter says no.
 bool ask_yes(const std::wstring& prompt);
 
@@ -42,6 +44,11 @@ std::vector<AcDbObjectId> ask_objects(bool writes);
 
 // Puts a new entity into the current space. False when the drawing can not hold it: the user is told.
 bool add_to_current_space(std::unique_ptr<AcDbEntity> entity);
+
+// Whether the drawing has a linetype, or got it now from a file that defines it (host/db/linetype_file.h);
+// ByLayer and ByBlock count. And what the user is told where it is not so.
+bool has_linetype(const std::wstring& name);
+std::wstring linetype_missing(const std::wstring& name);
 
 // A number as prompts show it: four places behind the point.
 std::wstring shown_number(double value);
