@@ -100,12 +100,12 @@ TEST(Program, SavesWhereItIsTold) {
     EXPECT_EQ(result.status, 6) << result.err;
     EXPECT_EQ(test::read(file), before);
 
-    result = test::zefhost({file, "-c", "-LAYER OFF 墙体 \\nSAVEAS\\n" + copy + "\\nU\\nQSAVE"});
+    result = test::zefhost({file, "-c", "-LAYER OFF 墙体 \\nSAVEAS 2018 " + copy + "\\nU\\nQSAVE"});
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(test::read(copy), before) << "U behind a save, saved again";
 
     folder.write("copy.dxf", "old");
-    result = test::zefhost({file, "-c", "SAVEAS\\n" + copy + "\\n\\nSAVEAS\\n" + copy + "\\nY"});
+    result = test::zefhost({file, "-c", "SAVEAS 2018 " + copy + "\\n\\nSAVEAS 2018 " + copy + "\\nY"});
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(test::read(copy), before);
 
@@ -129,8 +129,8 @@ TEST(Program, SeveralDrawingsInOneRunStayApart) {
         {first, "-c", "LIST (handent \"102\") \\nOPEN\\n" + second + "\\nOpenSelLayer P \\nQSAVE"});
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(test::read(second), bytes);
-    result =
-        test::zefhost({first, "-c", "OPEN\\n" + second + "\\n-LAYER OFF 墙体 \\nSAVEAS\\n" + first + "\\nY"});
+    result = test::zefhost(
+        {first, "-c", "OPEN\\n" + second + "\\n-LAYER OFF 墙体 \\nSAVEAS 2018 " + first + "\\nY"});
     EXPECT_EQ(result.status, 6) << result.err;
     EXPECT_EQ(test::read(first), bytes) << "a file that is open in another document";
 }

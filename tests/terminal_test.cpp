@@ -16,8 +16,10 @@ using test::key_left;
 using test::key_tab;
 using test::key_up;
 
+// A copy: who works at a terminal has his drawing to himself, and other tests read that one meanwhile.
 std::string plan() {
-    return test::drawing("r2018.dxf").string();
+    static const test::folder folder;
+    return folder.write("plan.dxf", test::read(test::drawing("r2018.dxf"))).string();
 }
 
 // What is typed at one prompt after another, and what each shows behind it.

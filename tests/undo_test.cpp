@@ -57,7 +57,7 @@ public:
         case 2:
             return "CIRCLE " + point() + " " + size();
         case 3:
-            return "TEXT " + point() + " " + size() + " 30\n给水 1\n2\n";
+            return "TEXT " + point() + " " + size() + " 30\n给水 1\n";
         case 4:
         case 5:
             return "ERASE " + object() + " " + object() + " ";
@@ -142,7 +142,7 @@ TEST(Undo, AHundredRandomCommandsAllTheWayBackAndForth) {
         for (int i = 1; i < commands; ++i)
             script += random.next() + "\n^C^C^C\n";
         script += "SETVAR ATTREQ 1\nCIRCLE 1,1 1\n"; // behind it nothing is left to be given again
-        const auto save = [&](const char* name) { script += "SAVEAS\n" + (folder / name).string() + "\n"; };
+        const auto save = [&](const char* name) { script += "SAVEAS\n\n" + (folder / name).string() + "\n"; };
         const auto repeat = [&](const char* command, int times) {
             for (int i = 0; i < times; ++i)
                 script += std::string(command) + "\n";
