@@ -10,6 +10,7 @@
 #include "host/db/notifier.h"
 #include "host/db/properties.h"
 #include "host/db/spaces.h"
+#include "host/db/support_path.h"
 #include "host/dxf/record_header.h"
 #include "host/ed/editor.h"
 #include "host/ed/editor_reactors.h"
@@ -17,7 +18,9 @@
 #include "host/ed/spaces.h"
 #include "host/ed/variable_table.h"
 #include "host/ed/view.h"
+#include "sys/code_page.h"
 #include "sys/folders.h"
+#include "sys/user.h"
 
 #include <algorithm>
 #include <array>
@@ -194,6 +197,19 @@ double julian_date(bool as_digits) {
            static_cast<unsigned>(date.day()) + hour * 1e-2 + minute * 1e-4 + seconds % 60 * 1e-6;
 }
 
+// The folders of the support path, with semicolons between them.
+std::wstring support_path() {
+    std::wstring path;
+    for (const auto& folder : db::support_folders(drawing()))
+        path += (path.empty() ? L"" : L";") + sys::from_path(folder);
+    return path;
+}
+
+std::wstring automatic_file() {
+    const ap::document* const document = ap::documents::instance().current();
+    return document != nullptr ? sys::from_path(document->automatic.file()) : std::wstring();
+}
+
 variable_value asked_value(const variable_row& row) {
     if (row.name == L"CMDNAMES" || row.name == L"CMDACTIVE") {
         const AcEdCommand* const command = editor::instance().command();
@@ -203,6 +219,21 @@ variable_value asked_value(const variable_row& row) {
     }
     if (row.name == L"DATE" || row.name == L"CDATE")
         return julian_date(row.name == L"CDATE");
+    if (row.name == L"MILLISECS")
+        return static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(
+                                    std::chrono::steady_clock::now().time_since_epoch())
+                                    .count() &
+                                std::numeric_limits<int>::max());
+    if (row.name == L"LOGINNAME")
+        return sys::login_name();
+    if (row.name == L"SYSCODEPAGE")
+        return L"ANSI_" + std::to_wstring(sys::ansi_code_page());
+    if (row.name == L"TEMPPREFIX")
+        return sys::from_path(sys::temp_folder() / "");
+    if (row.name == L"ACADPREFIX")
+        return support_path();
+    if (row.name == L"SAVEFILE")
+        return automatic_file();
     if (row.name == L"CTAB")
         return tab_variable();
     if (row.name == L"CVPORT")
@@ -249,6 +280,9 @@ bool is_allowed(const variable_row& row, const variable_value& value, AcDbImpDat
         row.name == L"LWDEFAULT")
         return db::is_line_weight(std::get<int>(value));
     const std::wstring* const name = std::get_if<std::wstring>(&value);
+    std::error_code ignored;
+    if (row.name == L"SAVEFILEPATH")
+        return name->empty() || std::filesystem::is_directory(sys::to_path(*name), ignored);
     if (name == nullptr || database == nullptr)
         return true;
     const auto is_entry = [&](db::table_kind kind) {
@@ -349,6 +383,10 @@ variable_status set_variable(std::wstring_view name, const variable_value& value
 void put_variable(std::wstring_view name, variable_value value) {
     if (variable_row* const row = find(name); row != nullptr && row->where == kept::session)
         row->value = std::move(value);
+}
+
+bool has_variable(std::wstring_view name) {
+    return find(name) != nullptr;
 }
 
 bool is_read_only(std::wstring_view name) {

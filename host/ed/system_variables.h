@@ -21,6 +21,8 @@ ACCORE_PORT variable_status get_variable(std::wstring_view name, variable_value&
 // Whole numbers are taken where a variable is a real one. Reactors of the editor hear of it, also of the same
 // value.
 ACCORE_PORT variable_status set_variable(std::wstring_view name, const variable_value& value);
+// Whether there is one of that name.
+ACCORE_PORT bool has_variable(std::wstring_view name);
 // Whether a known variable can not be set.
 ACCORE_PORT bool is_read_only(std::wstring_view name);
 // Whether a known variable is kept in the drawing.

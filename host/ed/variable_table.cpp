@@ -1,51 +1,14 @@
 #include "host/ed/variable_table.h"
 
+#include "host/ed/variable_rows.h"
+
 #include <algorithm>
 
 namespace ed {
 
 namespace {
 
-using row = variable_row;
-constexpr double no_end = std::numeric_limits<double>::infinity();
-
-row whole(std::wstring_view name, kept where, int value, double least, double most, int code = 70) {
-    return {name, where, value, least, most, code};
-}
-row flag(std::wstring_view name, kept where, int value, int code = 70) {
-    return whole(name, where, value, 0, 1, code);
-}
-row real(std::wstring_view name, kept where, double value, double least = -no_end, double most = no_end) {
-    return {name, where, value, least, most, 40};
-}
-row size(std::wstring_view name, kept where, double value) { // above nought
-    row made = real(name, where, value, 0.0);
-    made.above = true;
-    return made;
-}
-row text(std::wstring_view name, kept where, std::wstring_view value, int code = 1) {
-    row made{name, where, std::wstring(value)};
-    made.code = code;
-    return made;
-}
-row point(std::wstring_view name, kept where, const AcGePoint3d& value = {}) {
-    row made{name, where, value};
-    made.code = 10;
-    return made;
-}
-row flat(std::wstring_view name, kept where, const AcGePoint3d& value = {}) {
-    row made = point(name, where, value);
-    made.flat = true;
-    return made;
-}
-row fixed(row made) {
-    made.read_only = true;
-    return made;
-}
-row per_space(row made) {
-    made.per_space = true;
-    return made;
-}
+using namespace variable_rows;
 
 // Source: the editor's list of system variables (2021), where it says type, place, initial value and range;
 // group codes from the DXF reference's header section. What a header does not hold has the value that a
@@ -57,6 +20,7 @@ std::vector<row> make_table() {
     constexpr kept asked = kept::asked;
     std::vector<row> table = {
         // ---- what the program and its documents are
+        fixed(text(L"ACADPREFIX", asked, L"")),
         fixed(text(L"ACADVER", session, L"24.0s (LMS Tech)")),
         fixed(real(L"CDATE", asked, 0.0)),
         fixed(whole(L"CMDACTIVE", asked, 0, 0, 127)),
@@ -74,9 +38,16 @@ std::vector<row> make_table() {
         fixed(flag(L"FULLOPEN", session, 1)),
         fixed(flag(L"HANDLES", session, 1)),
         fixed(text(L"LOCALE", session, L"CHS")),
+        whole(L"LISPINIT", profile, 1, 0, 1),
+        fixed(text(L"LOGINNAME", asked, L"")),
+        fixed(whole(L"MILLISECS", asked, 0, 0, std::numeric_limits<int>::max())),
         fixed(text(L"PLATFORM", session, L"")),
         fixed(text(L"PRODUCT", session, L"AutoCAD")),
         fixed(whole(L"SDI", session, 0, 0, 3)),
+        whole(L"SECURELOAD", profile, 1, 0, 2),
+        fixed(text(L"SYSCODEPAGE", asked, L"ANSI_936")),
+        fixed(text(L"TEMPPREFIX", asked, L"")),
+        text(L"TRUSTEDPATHS", profile, L""),
         fixed(whole(L"WRITESTAT", asked, 1, 0, 1)),
 
         // ---- input
@@ -236,7 +207,8 @@ std::vector<row> make_table() {
         fixed(flag(L"PSTYLEMODE", drawing, 1, 290)),
         flag(L"QTEXTMODE", drawing, 0),
         flag(L"REGENMODE", drawing, 1),
-        text(L"SAVEFILEPATH", session, L""),
+        fixed(text(L"SAVEFILE", asked, L"")),
+        text(L"SAVEFILEPATH", profile, L""),
         whole(L"SAVETIME", profile, 10, 0, 600),
         whole(L"SHADEDGE", drawing, 3, 0, 3),
         whole(L"SHADEDIF", drawing, 70, 0, 100),
@@ -354,6 +326,7 @@ std::vector<row> make_table() {
         flag(L"DIMUPT", drawing, 0),
         whole(L"DIMZIN", drawing, 8, 0, 15),
     };
+    add_screen_variables(table);
     std::sort(table.begin(), table.end(), [](const row& a, const row& b) { return a.name < b.name; });
     return table;
 }
