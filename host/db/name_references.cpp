@@ -246,4 +246,19 @@ void keep_purgeable(AcDbImpDatabase& database, AcDbObjectIdArray& ids) {
     ids = kept;
 }
 
+void for_names(const AcDbImpDatabase& database, dxf::record_id record, const dxf::group_list& groups,
+               const std::function<void(table_kind, std::size_t)>& found) {
+    const dxf::record_table& records = database.records();
+    for_references(groups, records.type_name(record), records.kind(record),
+                   [&](const reference_row& row, std::size_t i) { found(row.kind, i); });
+}
+
+void for_header_names(const AcDbImpDatabase& database,
+                      const std::function<void(table_kind, const std::string& variable, int code,
+                                               const std::string& value)>& found) {
+    for (const variable_row& row : variables)
+        if (const auto value = database.drawing().header_value(row.name))
+            found(row.kind, std::string(row.name), row.code, std::string(*value));
+}
+
 } // namespace db

@@ -5,6 +5,8 @@
 #include "dbmain.h"
 #include "host/db/imp_database.h"
 
+#include <functional>
+#include <string>
 #include <string_view>
 
 namespace db {
@@ -20,5 +22,14 @@ void follow_name(AcDbImpDatabase& database, table_kind kind, std::string_view be
 // Takes out of the list all that must not be erased: what is in use, what every drawing has, and what is no
 // record of a symbol table.
 void keep_purgeable(AcDbImpDatabase& database, AcDbObjectIdArray& ids);
+
+// Calls `found` with the table and the index of the group for each group of a record that names an entry of a
+// symbol table; and with the table, the variable, its group code and its value for each variable of the
+// header that does.
+void for_names(const AcDbImpDatabase& database, dxf::record_id record, const dxf::group_list& groups,
+               const std::function<void(table_kind, std::size_t)>& found);
+void for_header_names(const AcDbImpDatabase& database,
+                      const std::function<void(table_kind, const std::string& variable, int code,
+                                               const std::string& value)>& found);
 
 } // namespace db
