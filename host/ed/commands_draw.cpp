@@ -341,8 +341,10 @@ void text_command() {
     } else if (ask_angle(L"\nSpecify rotation angle of text <0>: ", rotation, &settings.start) == RTCAN) {
         return;
     }
+    // As in the editor a script writes one line: what follows it is the next command.
+    const bool one_line = !editor::instance().input.at_terminal();
     constexpr double line_spacing = 5.0 / 3.0; // of a text's height, from one line to the next
-    for (int lines = 0;; ++lines) {
+    for (int lines = 0; lines == 0 || !one_line; ++lines) {
         std::wstring line;
         if (ask_line(L"\nEnter text: ", line) != RTNORM)
             return;

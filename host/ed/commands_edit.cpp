@@ -1,4 +1,4 @@
-// SETVAR, REGEN, REDRAW.
+// SETVAR, REGEN, REGENALL, REDRAW.
 #include "aced.h"
 #include "base/case_fold.h"
 #include "base/wildcard.h"
@@ -56,6 +56,13 @@ void setvar_command() {
             list_variables(*pattern != 0 ? pattern : L"*");
         return;
     }
+    change_variable(name);
+}
+
+void change_variable(const std::wstring& typed) {
+    variable_value value;
+    get_variable(typed, value);
+    std::wstring name = typed;
     for (const std::wstring& known : variable_names())
         if (base::equal_no_case(known, name))
             name = known;
@@ -63,14 +70,21 @@ void setvar_command() {
         acutPrintf(L"\n%ls = %ls (read only)\n", name.c_str(), shown_value(value).c_str());
         return;
     }
-    const std::wstring prompt = L"\nEnter new value for " + name + L" <" + shown_value(value) + L">: ";
-    const auto rule = std::holds_alternative<std::wstring>(value) ? answer_rule::line : answer_rule::word;
-    ask_value(prompt.c_str(), {}, rule, [&](const answer& given) { return change(name, value, given.text); });
+    const bool is_text = std::holds_alternative<std::wstring>(value);
+    const std::wstring prompt = L"\nEnter new value for " + name + (is_text ? L", or . for none <" : L" <") +
+                                shown_value(value) + L">: ";
+    ask_value(prompt.c_str(), {}, is_text ? answer_rule::line : answer_rule::word, [&](const answer& given) {
+        return change(name, value, is_text && given.text == L"." ? L"" : given.text);
+    });
 }
 
 void regen_command() {
     acutPrintf(L"\nRegenerating model.\n");
     acedUpdateDisplay();
+}
+
+void regenall_command() {
+    regen_command();
 }
 
 void redraw_command() {

@@ -1,6 +1,7 @@
 #include "host/ed/editor.h"
 
 #include "acedads.h"
+#include "base/case_fold.h"
 #include "base/utf.h"
 #include "dbmain.h"
 #include "host/ap/documents.h"
@@ -12,6 +13,7 @@
 #include "host/ed/host_commands.h"
 #include "host/ed/pick_first.h"
 #include "host/ed/profile_variables.h"
+#include "host/ed/system_variables.h"
 #include "host/rx/letter_case.h"
 
 #include <algorithm>
@@ -37,6 +39,13 @@ const AcEdCommand* find_command(const std::wstring& name) {
     AcEdCommandStack* const stack = acedRegCmds;
     const AcEdCommand* const command = stack->lookupLocalCmd(name.c_str());
     return command != nullptr ? command : stack->lookupGlobalCmd(name.c_str());
+}
+
+// Whether a name that is no command's means a system variable. The editor has commands of some of their
+// names, which are not here: who calls one is to learn that.
+bool is_typed_variable(const std::wstring& name) {
+    return has_variable(name) && !base::equal_no_case(name, L"AREA") &&
+           !base::equal_no_case(name, L"DIMSTYLE");
 }
 
 std::wstring in_capitals(std::wstring_view text) {
@@ -133,7 +142,11 @@ void editor::quit() {
 
 bool editor::run_command(std::wstring_view typed) {
     const std::wstring name(without_prefixes(typed));
-    const AcEdCommand* const command = find_command(name);
+    const AcEdCommand* command = find_command(name);
+    // The name of a system variable sets it, or shows it.
+    const bool is_variable = command == nullptr && is_typed_variable(name);
+    if (is_variable)
+        command = find_command(L"SETVAR");
     if (command == nullptr) {
         AcDbVoidPtrArray none;
         tell_editor([&](AcEditorReactor& reactor) { reactor.unknownCommand(name.c_str(), &none); });
@@ -146,7 +159,7 @@ bool editor::run_command(std::wstring_view typed) {
     }
     const running_command as{command, in_capitals(without_prefixes(command->globalName())),
                              std::wstring(without_prefixes(command->globalName())), command->commandFlags()};
-    const AcRxFunctionPtr function = command->functionAddr();
+    const auto function = [&] { is_variable ? change_variable(name) : command->functionAddr()(); };
     if (running_.empty())
         run_outermost(as, function);
     else
@@ -277,15 +290,21 @@ int editor::run_given(std::deque<answer> answers) {
 void editor::fail(run_status status, std::wstring_view message) {
     command_line::instance().fresh_line();
     command_line::instance().error(L"zefhost: " + as_one_line(message));
-    if (status_ == run_status::well)
+    if (status_ == run_status::well || status_ == run_status::found)
         status_ = status;
     // After a refused answer a command may go on to a good end.
     if (!running_.empty() && status != run_status::refused && status != run_status::ended_inside)
         running_.back().failed = true;
-    if (!keep_going && !input.at_terminal()) {
+    // Who called a script from a terminal sees what went wrong and goes on himself.
+    if (!keep_going && !input.at_terminal() && !input.return_to_person()) {
         stopped_ = true;
         broke_off_ = true;
     }
+}
+
+void editor::note_findings() {
+    if (status_ == run_status::well)
+        status_ = run_status::found;
 }
 
 void editor::fail_command(std::wstring_view message) {
@@ -297,14 +316,13 @@ void editor::fail_command(std::wstring_view message) {
         return;
     }
     if (input.at_terminal()) { // who typed it has just read why
-        if (status_ == run_status::well)
+        if (status_ == run_status::well || status_ == run_status::found)
             status_ = run_status::refused;
         return;
     }
     if (running_.empty() && input.place().empty()) { // nothing was asked for yet that could break off
         command_line::instance().error(L"zefhost: " + as_one_line(message));
-        if (status_ == run_status::well)
-            status_ = run_status::found;
+        note_findings();
         return;
     }
     std::wstring text = input.place() + L": ";
@@ -326,7 +344,8 @@ answer editor::ask(std::wstring_view prompt, answer_rule rule) {
         if (rule != answer_rule::word || given.kind != answer_kind::text || given.quoted ||
             given.text.front() != L'\'')
             return given;
-        const AcEdCommand* const command = find_command(std::wstring(without_prefixes(given.text)));
+        const std::wstring name(without_prefixes(given.text));
+        const AcEdCommand* const command = find_command(is_typed_variable(name) ? L"SETVAR" : name);
         if (command == nullptr)
             return given;
         if ((command->commandFlags() & ACRX_CMD_TRANSPARENT) == 0) {
@@ -363,6 +382,7 @@ answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
         return {};
     if (!given_.empty())
         return next_given(prompt);
+    ap::documents::instance().save_automatically();
     command_line& line = command_line::instance();
     line.end_pages();
     if (input.next_is_silent()) {

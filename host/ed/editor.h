@@ -49,6 +49,8 @@ public:
     // Notes a failure; the first one is the run's status. Without a person, and unless it is to go on, it
     // stops the run.
     void fail(run_status status, std::wstring_view message);
+    // A command that checks found something: the run's status, unless something failed.
+    void note_findings();
     // The command under way failed.
     void fail_command(std::wstring_view message);
     // Whether the run is over: no answer comes any more.

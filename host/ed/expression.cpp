@@ -10,6 +10,8 @@ namespace ed {
 
 namespace {
 
+constexpr int extended_data = -3;
+
 // A token of an expression: a parenthesis, a dot, a quote mark, a text, or a word.
 struct token {
     enum class kind { open, close, dot, text, word, end } what = kind::end;
@@ -51,6 +53,19 @@ private:
     std::size_t at_ = 0;
 };
 
+// The names of applications behind the opening parenthesis of (-3 ("A" "B")).
+bool read_applications(reader& from, resbuf**& tail) {
+    constexpr int application = 1001;
+    *tail = acutNewRb(extended_data);
+    tail = &(*tail)->rbnext;
+    token name = from.next();
+    for (; name.what == token::kind::text; name = from.next()) {
+        *tail = acutBuildList(application, name.text.c_str(), 0);
+        tail = &(*tail)->rbnext;
+    }
+    return name.what == token::kind::close;
+}
+
 // One pair of a filter list, behind its opening parenthesis: code . value, or code x y z for a point.
 bool read_pair(reader& from, resbuf**& tail) {
     const token code_word = from.next();
@@ -62,6 +77,9 @@ bool read_pair(reader& from, resbuf**& tail) {
         value = from.next();
     resbuf* added = nullptr;
     const int number = static_cast<int>(*code);
+    if (number == extended_data)
+        return value.what == token::kind::open && read_applications(from, tail) &&
+               from.next().what == token::kind::close;
     if (value.what == token::kind::text) {
         added = number == 0 ? acutBuildList(RTDXF0, value.text.c_str(), 0)
                             : acutBuildList(number, value.text.c_str(), 0);
