@@ -79,8 +79,8 @@ TEST(HostCommands, WhatTheyMake) {
              // Of the eight circles that touch both, the one between them where they were picked.
              row{"C 80000,0 10\nC 80060,0 10\nC T 80000,10 80060,10 30",
                  {"CIRCLE 80000.0 0.0 10.0", "CIRCLE 80060.0 0.0 10.0", "CIRCLE 80030.0 26.46 30.0"}},
-             row{"TEXT 1,2 3 90\na b\nc\n\n", {"TEXT 1.0 2.0 3.0 90.0 a b", "TEXT 6.0 2.0 3.0 90.0 c"}},
-             row{"TEXT J R 1,2 3 0\nx\n\n", {"TEXT"}}, // its place depends on the font: not looked at here
+             row{"TEXT 1,2 3 90\na b\nC 0,0 1", {"TEXT 1.0 2.0 3.0 90.0 a b", "CIRCLE 0.0 0.0 1.0"}},
+             row{"TEXT J R 1,2 3 0\nx\n", {"TEXT"}}, // its place depends on the font: not looked at here
              row{"INSERT 阀门 1,2 2  30\nDN50\n", {"INSERT 阀门 1.0 2.0 2.0 2.0 30.0", "ATTRIB DN DN50"}},
              row{"INSERT 阀门 S 3 R 15 1,2\n\n", {"INSERT 阀门 1.0 2.0 3.0 3.0 15.0", "ATTRIB DN DN20"}},
              row{"SETVAR ATTREQ 0\nINSERT 阀门 1,2 2 3 0\nSETVAR ATTREQ 1",
@@ -171,6 +171,84 @@ TEST(HostCommands, LayerStatesBringBackWhatLayersShowed) {
         states("-LAYER A S one OFF 墙体,家具 F 图框 LO 墙体 C 1,2,3 家具 LW 0.5 墙体 P N 墙体 A R one "),
         before);
     EXPECT_EQ(test::zefhost({plan, "-c", "-LAYER A S one A D one A R one"}).status, 4) << "it is deleted";
+}
+
+TEST(HostCommands, WhatScriptsOfTheEditorCall) {
+    struct row {
+        std::string script;
+        int status;
+        std::string_view told;
+    };
+    const test::folder folder;
+    const std::string plan = folder.write("plan.dxf", test::read(test::drawing("r2018.dxf"))).string();
+    folder.write("line.scr", "LINE 0,0 1,1 \n");
+    folder.write("both.scr", "SCRIPT line\nSCRIPT LINE.SCR\nLIST L \n");
+    folder.write("loop.scr", "REGEN\nSCRIPT loop\nREGEN");
+    for (const row& row : {
+             // The name of a variable shows it, and sets it, also inside of a command.
+             row{"LTSCALE 2\nLTSCALE\n", 0, "<2.0>"},
+             row{"_.osmode 3\nLINE 'OSMODE 5 0,0 1,1 \nOSMODE 0", 0, "<5>"},
+             row{"MILLISECS", 0, "(read only)"},
+             row{"USERS1 two words\nUSERS1 .\nUSERS1\n", 0, "<\"\">"},
+             row{"SECURELOAD 0\nTRUSTEDPATHS /a;/b\nTRUSTEDPATHS\n", 0, "/a;/b"},
+             row{"LTSCALE 0", 4, "Cannot set LTSCALE"},
+             row{"AREA", 4, "Unknown command"}, // the editor's command of that name is not there
+             row{"SCRIPT both\nLIST L ", 0, "X=1.0000"},
+             row{"SCRIPT none", 4, "none.scr"},
+             row{"SCRIPT loop", 4, "without end"},
+             row{"REGENALL\nDELAY 20\nLAYOUT S Layout1\nMODEL\nCTAB\n", 0, "<\"Model\">"},
+             row{"-PURGE LA NONE* N", 0, "No unreferenced layers found."},
+             row{"-LAYER N FREE1,FREE2 \n-PURGE LA FREE* Y Y N\n-LAYER ? FREE* ", 0,
+                 "Deleting layer \"FREE1\"."},
+             row{"-LAYER N FREE1 L VR-J FREE1 \n-PURGE ALL * N", 0, "Deleting linetype \"VR-J\"."},
+             row{"AUDIT N", 0, "Total errors found 0 fixed 0"},
+             row{"LIST (ssget \"X\" '((-3 (\"ZEF_*\")) (0 . \"LINE\"))) ", 0, "Handle = 102"},
+         }) {
+        const auto result = test::zefhost({plan, "-s", folder.write("a.scr", row.script + "\n").string()});
+        EXPECT_EQ(result.status, row.status) << row.script << "\n" << result.out << result.err;
+        EXPECT_NE((result.out + result.err).find(row.told), std::string::npos) << row.script << "\n"
+                                                                               << result.out;
+    }
+    EXPECT_EQ(test::zefhost({plan, "-c", "-LAYER N FREE1,FREE2 \\n-PURGE LA FREE* Y Y N\\n-LAYER ? FREE* "})
+                  .out.find("FREE1   "),
+              std::string::npos)
+        << "purged, and the one that was declined stays";
+}
+
+TEST(HostCommands, AuditFindsWhatDoesNotFitTogetherAndMendsIt) {
+    struct row {
+        std::string_view before;
+        std::string_view after;
+        std::string_view told;
+    };
+    const std::string plan = test::read(test::drawing("r2018.dxf"));
+    const test::folder folder;
+    const std::string out = (folder / "out.dxf").string();
+    for (const row& row : {
+             row{"AcDbEntity\r\n  8\r\n墙体", "AcDbEntity\r\n  8\r\n墙体\r\n  6\r\nWAVY",
+                 "LINE(100): Linetype \"WAVY\""},
+             row{"AcDbEntity\r\n  8\r\n墙体", "AcDbEntity\r\n  8\r\n墙体\r\n 62\r\n   999",
+                 "LINE(100): Color 999"},
+             row{"AcDbEntity\r\n  8\r\n墙体", "AcDbEntity\r\n  8\r\n墙体\r\n370\r\n    14",
+                 "LINE(100): Lineweight 14"},
+             row{"     1\r\n  2\r\n阀门", "     1\r\n  2\r\nnone", "INSERT(105): Block \"none\""},
+         }) {
+        std::string damaged = plan;
+        const std::size_t at = damaged.find(row.before);
+        ASSERT_NE(at, std::string::npos) << row.told;
+        damaged.replace(at, row.before.size(), row.after);
+        const std::string file = folder.write("plan.dxf", damaged).string();
+        auto result = test::zefhost({file, "-c", "AUDIT N", "-o", out});
+        EXPECT_EQ(result.status, 1) << row.told << result.out << result.err;
+        EXPECT_NE(result.out.find(row.told), std::string::npos) << result.out;
+        EXPECT_NE(result.out.find("Total errors found 1 fixed 0"), std::string::npos) << result.out;
+        EXPECT_EQ(test::read(out), damaged);
+        result = test::zefhost({file, "-c", "AUDIT Y\\nAUDIT N", "-o", out});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_NE(result.out.find("Total errors found 1 fixed 1"), std::string::npos) << result.out;
+        EXPECT_NE(result.out.find("Total errors found 0 fixed 0"), std::string::npos) << result.out;
+        EXPECT_EQ(test::zefhost({out, "-c", "AUDIT N"}).status, 0);
+    }
 }
 
 // Without a drawing only what needs none runs.
