@@ -89,4 +89,13 @@ bool knows_group(int version, std::string_view type, int code) {
     });
 }
 
+std::vector<int> unknown_groups(int version, std::string_view type) {
+    std::vector<int> codes;
+    for (const group_row& row : later_groups)
+        if ((row.type.empty() || row.type == type) && version < row.first)
+            codes.push_back(row.code);
+    std::sort(codes.begin(), codes.end());
+    return codes;
+}
+
 } // namespace db

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 namespace db {
 
@@ -16,5 +17,7 @@ int first_version_of(std::string_view type);
 
 // Whether files of a version know a group in a record of a type; for groups of codes below 1000.
 bool knows_group(int version, std::string_view type, int code);
+// The codes that it does not know of those that came after R12, or after their types; sorted.
+std::vector<int> unknown_groups(int version, std::string_view type);
 
 } // namespace db

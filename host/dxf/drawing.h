@@ -67,6 +67,8 @@ public:
     // BLOCK, or of a SECTION. no_record when the container is not closed.
     record_id last_in(record_id container) const;
 
+    // Whether a file gets a record: what was erased, or was made and nothing stands in it, it does not.
+    bool is_saved(record_id id) const;
     // Writes the whole file: every span that no one touched as it stands. The old file stays until the new
     // one is whole. What counts as saved does not change: see record_table::mark_saved.
     // The file that was there is kept as `backup`, if that is given.
@@ -94,7 +96,6 @@ private:
                    record_kind kind);
     void remember_made(record_id first, record_id last);
     bool owner_is_gone(record_id id) const;
-    bool is_saved(record_id id) const;
 
     sys::file_bytes file_; // the bytes of the file are in this,
     std::string memory_;   // or in that
