@@ -5,6 +5,7 @@
 #include "dbmain.h"
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
+#include "host/db/save_as_version.h"
 #include "host/ed/editor.h"
 #include "host/rx/applications.h"
 #include "sys/file.h"
@@ -79,10 +80,16 @@ void save_output(const std::wstring& output, int version) {
             editor.fail(ed::run_status::not_saved, saved.error());
         return;
     }
-    dxf::drawing& drawing = ap::documents::instance().current_database()->imp().drawing();
-    const bool written = drawing.write([](std::string_view piece) {
-        return std::fwrite(piece.data(), 1, piece.size(), stdout) == piece.size();
-    });
+    AcDbImpDatabase& drawing = ap::documents::instance().current_database()->imp();
+    bool written = true;
+    const auto lost =
+        db::write_as_version(drawing, version != 0 ? version : drawing.drawing().version(),
+                             [&](std::string_view piece) {
+                                 written = std::fwrite(piece.data(), 1, piece.size(), stdout) == piece.size();
+                                 return written;
+                             });
+    for (const std::wstring& line : lost)
+        complain(line);
     if (!written || std::fflush(stdout) != 0)
         editor.fail(ed::run_status::not_saved, L"standard output could not be written");
     else

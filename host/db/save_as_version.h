@@ -5,6 +5,7 @@
 #include "host/db/imp_database.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,12 +29,16 @@ int version_by_name(std::wstring_view name);
 // are older still).
 std::wstring version_name(int number);
 
-// Writes the drawing as an ASCII file of a version, whole or not at all; the drawing in memory stays as it
-// is. With the drawing's own version the file gets what AcDbImpDatabase::save would write.
+// Gives the bytes of an ASCII file of a version piece by piece; the drawing in memory stays as it is. With
+// the drawing's own version they are those of its own file. Stops when `put` answers false.
 //
-// The file that was there is kept as `backup`, if that is given.
-// Gives one line for each kind of thing that the file does not have, or has in another form, with how many
-// there were; nothing when it holds everything. On failure says why nothing was written.
+// Answers with one line for each kind of thing that the file does not have, or has in another form, with how
+// many there were; nothing when it holds everything.
+std::vector<std::wstring> write_as_version(AcDbImpDatabase& database, int version,
+                                           const std::function<bool(std::string_view)>& put);
+
+// Writes such a file, whole or not at all; the file that was there is kept as `backup`, if that is
+// given. On failure says why nothing was written.
 base::result<std::vector<std::wstring>> save_as_version(AcDbImpDatabase& database, int version,
                                                         const std::filesystem::path& file,
                                                         const std::filesystem::path& backup = {});
