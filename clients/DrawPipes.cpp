@@ -7,6 +7,7 @@
 #include "geassign.h"
 #include "module/standard/PipeSystemCreation.h"
 #include "module/standard/PipeSystemUpdates.h"
+#include "siblings/zef_kernal/ZefExport.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 #include "siblings/zef_public/SharedOptions.h"
@@ -63,9 +64,11 @@ bool AskForSystem(const std::vector<CString>& systems, CString& system) {
     }
 }
 
-// Asks for system and diameter. False when that was ended, or the standard has no system, which the user is
-// told.
+// Asks for system and diameter. False when that was ended, or the drawing can not hold pipes, or the standard
+// has no system, which the user is told.
 bool AskForPipe() {
+    if (ZefExport::RefusesOldDrawing(L"管线"))
+        return false;
     const std::vector<CString> systems = SystemNames();
     if (systems.empty()) {
         acdbFail(L"\n当前标准中没有管线系统！");

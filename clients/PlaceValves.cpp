@@ -5,6 +5,7 @@
 #include "dbobjptr.h"
 #include "module/standard/PipeSystemCreation.h"
 #include "siblings/zef_kernal/TPickEntSet.h"
+#include "siblings/zef_kernal/ZefExport.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 #include "siblings/zef_pipewire/TDbPipeAttachment.h"
 
@@ -83,7 +84,7 @@ bool HitNothing() {
 
 void PlaceValves() {
     int kind = kGateValve;
-    if (!AskForKind(kind))
+    if (ZefExport::RefusesOldDrawing(L"附件") || !AskForKind(kind))
         return;
     TPickEntSet picked;
     for (;;) {

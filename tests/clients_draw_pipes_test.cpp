@@ -127,8 +127,9 @@ TEST_F(PipeCommands, RefuseWhatTheyCanNotDraw) {
     for (const row& row :
          {row{"r2018.dxf", "hzgx\\n空调", "当前标准中没有管线系统\"空调\"！"},
           row{"r2018.dxf", "hzgx 给水 0", "给水"}, row{"r2018.dxf", "hzlg 给水 50 a", "底标高"},
-          row{"r12.dxf", "hzgx\\n\\n\\n0,0 1,0 ", "管线不能加入当前图形！"},
-          row{"r12.dxf", "hzlg\\n\\n\\n\\n\\n0,0 ", "管线不能加入当前图形！"},
+          row{"r12.dxf", "hzgx", "不能保存管线！请先用SAVEAS 2018"},
+          row{"r12.dxf", "hzlg", "不能保存管线！请先用SAVEAS 2018"},
+          row{"r12.dxf", "hzfj", "不能保存附件！请先用SAVEAS 2018"},
           row{"r2018.dxf", "hzgx 给水 50 0,0 1,0 \\n-LAYER LO PIPE-给水 \\nhzgx\\n\\n\\n5,0 9,0 ",
               "图层\"PIPE-给水\"已锁定，不能绘制！"},
           row{"r2018.dxf", "hzlg 给水 50 0 1 0,0 \\n-LAYER OFF VPIPE-给水 \\nhzlg\\n\\n\\n\\n\\n5,5 ",

@@ -403,7 +403,7 @@ TEST(LayerDialogs, PaintingTheSameLayersAgainIsAskedFor) {
 TEST(LayerDialogs, ADrawingThatCannotRememberColoursIsNotPainted) {
     const std::string drawing = test::read(test::drawing("viewports_r12.dxf"));
     const test::run_result ran = Sessions(drawing).run("tbds\nE\n*\n\n3\n", 4);
-    EXPECT_TRUE(says(ran, "图形不能保存图层的原颜色，图层颜色没有改变！")) << ran.out;
+    EXPECT_TRUE(says(ran, "不能保存图层的原颜色！请先用SAVEAS 2018")) << ran.out;
     EXPECT_EQ(ran.err.find("changed and not saved"), std::string::npos) << ran.err;
 }
 

@@ -5,6 +5,7 @@
 #include "module/layertools/DocumentLock.h"
 #include "module/layertools/LayerDialogs.h"
 #include "module/layertools/LayerToolBar.h"
+#include "siblings/zef_kernal/ZefExport.h"
 
 namespace {
 
@@ -69,6 +70,8 @@ bool MayPaintAgain(const CColorMemory& layers, const CColorMemory& before) {
 
 void CLayerToolBar::tbds() {
     const CDocumentLock lock;
+    if (ZefExport::RefusesOldDrawing(L"图层的原颜色"))
+        return;
     int index = AcCmColor::kACIWhite;
     OpenKolConfig().GetValue(colorOption, index);
     if (!IsColorIndex(index))

@@ -1,6 +1,7 @@
 #include "siblings/zef_kernal/ZefExport.h"
 
 #include "acedads.h"
+#include "acutads.h"
 #include "acutmem.h"
 #include "dbapserv.h"
 #include "dbobjptr.h"
@@ -62,4 +63,16 @@ void ZefExport::GetSupportPaths(std::vector<CString>& folders) {
             folders.push_back(folder);
         begin = end < 0 ? all.GetLength() : end + 1;
     }
+}
+
+bool ZefExport::RefusesOldDrawing(LPCTSTR lacks) {
+    const AcDbDatabase* const database = acdbHostApplicationServices()->workingDatabase();
+    if (database == nullptr || !database->namedObjectsDictionaryId().isNull())
+        return false;
+    CString message;
+    message.Format(
+        L"\n当前图形是R12或更早的版本，不能保存%s！请先用SAVEAS 2018把图形另存为新版本，再执行本命令。",
+        lacks);
+    acdbFail(message);
+    return true;
 }

@@ -27,4 +27,9 @@ ZEF_KERNAL_PORT AcDbObjectId AddTextStyle(AcDbTextStyleTableRecord* style, bool 
 // system variable ACADPREFIX, and without it the system folder.
 ZEF_KERNAL_PORT void GetSupportPaths(std::vector<CString>& folders);
 
+// Ends a command, with a word to the user, that the files of the drawing's version can not take: those of R12
+// and before have neither dictionaries nor entities of applications. `lacks` says what they can not hold, as
+// the middle of a sentence. False, and nothing is told, for drawings that can.
+ZEF_KERNAL_PORT bool RefusesOldDrawing(LPCTSTR lacks);
+
 } // namespace ZefExport
