@@ -82,12 +82,11 @@ void save_output(const std::wstring& output, int version) {
     }
     AcDbImpDatabase& drawing = ap::documents::instance().current_database()->imp();
     bool written = true;
-    const auto lost =
-        db::write_as_version(drawing, version != 0 ? version : drawing.drawing().version(),
-                             [&](std::string_view piece) {
-                                 written = std::fwrite(piece.data(), 1, piece.size(), stdout) == piece.size();
-                                 return written;
-                             });
+    const auto lost = db::write_as_version(
+        drawing, version != 0 ? version : drawing.drawing().version(), [&](std::string_view piece) {
+            written = std::fwrite(piece.data(), 1, piece.size(), stdout) == piece.size();
+            return written;
+        });
     for (const std::wstring& line : lost)
         complain(line);
     if (!written || std::fflush(stdout) != 0)
