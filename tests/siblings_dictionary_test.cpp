@@ -19,9 +19,10 @@ std::wstring wide(const std::filesystem::path& path) {
 #define MARK "\xEF\xBB\xBF"
 
 TEST(SiblingsDictionary, SettingAValueKeepsEverythingElse) {
+    using namespace std::string_literals;
     const struct {
-        const char* before;
-        const char* after;
+        std::string before;
+        std::string after;
     } rows[] = {
         {"", "[a]\r\nk=9\r\n"},
         {MARK, MARK "[a]\r\nk=9\r\n"},
@@ -37,7 +38,12 @@ TEST(SiblingsDictionary, SettingAValueKeepsEverythingElse) {
         {"[a]\nk=1\nk=2\n[a]\nk=3\n", "[a]\nk=9\nk=2\n[a]\nk=3\n"},
         {"k=1\n[A]\nk=2\n[a ]\nk=3\n", "k=1\n[A]\nk=2\n[a ]\nk=3\n[a]\nk=9\n"},
         {"[a]\nK=1\nk k=2\n", "[a]\nK=1\nk k=2\nk=9\n"},
-        {"[a]\r\nx=1\n\r\n[\xB9\xDC]\n\xFF=\xFE\n", "[a]\r\nx=1\nk=9\r\n\r\n[\xB9\xDC]\n\xFF=\xFE\n"},
+        {"[\xB9\xDC]\r\n\xCF\xDF=\xB1\xED\r\n", "[\xB9\xDC]\r\n\xCF\xDF=\xB1\xED\r\n[a]\r\nk=9\r\n"},
+        {"\xFE\xFF"
+         "\0;\x7B\xA1\0\n"s,
+         "\xFE\xFF"
+         "\0;\x7B\xA1\0\n\0[\0a\0]\0\n\0k\0=\0"
+         "9\0\n"s},
     };
     const test::folder folder;
     for (const auto& row : rows) {
@@ -124,7 +130,16 @@ TEST(SiblingsDictionary, RefusesWhatItCouldNotReadBack) {
     EXPECT_STREQ(text, L"as it was");
     EXPECT_EQ(dictionary.FindOrAddDict(L"a\n[b]"), nullptr);
     EXPECT_FALSE(dictionary.ReadFile(file.c_str()));
+    folder.write("a.ini", "[\xB9\xDC]\nk=\xFF\n"); // no GBK
+    EXPECT_FALSE(dictionary.ReadFile(file.c_str()));
     EXPECT_EQ(dictionary.FindOrAddDict(L"a"), &section);
+    {
+        TWDict chinese;
+        ASSERT_TRUE(chinese.ReadFile(wide(folder.write("b.ini", "[\xB9\xDC]\n")).c_str()));
+        EXPECT_TRUE(chinese.FindOrAddDict(L"管")->SetValue(L"k", L"\U0001F6B0"));
+        EXPECT_FALSE(chinese.WriteFile(wide(folder / "b.ini").c_str())) << "GBK has no such character";
+        EXPECT_EQ(test::read(folder / "b.ini"), "[\xB9\xDC]\n");
+    }
     EXPECT_FALSE(dictionary.WriteFile(wide(folder / "none/a.ini").c_str()));
     // The empty name is a section's like any other, not what stands in front of all sections.
     EXPECT_TRUE(dictionary.FindOrAddDict(L"")->SetValue(L"k", 1));

@@ -4,8 +4,12 @@
 #include "siblings/zef_kernal/TWDict.h"
 #include "siblings/zef_public/SharedOptions.h"
 
+#include "sys/folders.h"
+
 #include <algorithm>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 #include <variant>
 
 int g_nAlignTypeForVPipeDim4 = 0;
@@ -88,7 +92,9 @@ void CommitToRegistry() {
 
 bool OptionTool::WriteSettingsFile(LPCTSTR path) {
     TWDict file;
-    file.ReadFile(path);
+    std::error_code fault;
+    if (!file.ReadFile(path) && std::filesystem::exists(sys::to_path(path), fault))
+        return false;
     for (const Option& option : options) {
         if (TWDictSection* const section = file.FindOrAddDict(option.section))
             std::visit([&](const auto* variable) { section->SetValue(option.key, *variable); },

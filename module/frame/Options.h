@@ -10,7 +10,7 @@ ZEF_PIPESYSTEM_PORT extern int g_nAlignTypeForVPipeDim4;
 namespace OptionTool {
 
 // Writes all options of the settings file, from their variables. What else the file holds stays as it is.
-// False when it cannot be written.
+// False when it cannot be written, or is there and cannot be read.
 ZEF_PIPESYSTEM_PORT bool WriteSettingsFile(LPCTSTR path);
 
 // Reads the options that the settings file holds into their variables, the others stay; then writes those

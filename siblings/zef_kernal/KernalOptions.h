@@ -9,5 +9,8 @@
 // of its own below it, the modules' shared ones "KOLConfig".
 ZEF_KERNAL_PORT CString GetRegLocation();
 
+// The add-on's system folder, with a separator at the end. Set when zef_kernal is loaded.
+ZEF_KERNAL_PORT extern CString g_csSysPath;
+
 // Whether linetypes are scaled automatically when the drawing's scale changes.
 ZEF_KERNAL_PORT extern BOOL g_bAutoLTScale;

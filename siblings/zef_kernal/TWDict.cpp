@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view blanks = " \t\r\n\v\f";
 
 std::string_view Trimmed(std::string_view text) {
@@ -92,7 +91,7 @@ bool TWDictSection::SetValue(LPCTSTR key, LPCTSTR value) {
 
 bool TWDictSection::Set(std::string_view key, std::string_view value) {
     const std::string line = std::string(key) + "=" + std::string(value);
-    if (key.empty() || HasLineEnd(line) || Entry(line).first != key || key[0] == '[')
+    if (key.empty() || HasLineEnd(line) || !base::is_utf8(line) || Entry(line).first != key || key[0] == '[')
         return false;
     if (const std::size_t at = Find(key); at != m_lines.size()) {
         std::string& old = m_lines[at];
@@ -128,17 +127,16 @@ TWDictSection& TWDict::Append(std::string name) {
 
 bool TWDict::ReadFile(LPCTSTR path) {
     const auto file = sys::read_file(sys::to_path(path));
-    if (!file)
+    sys::text_form form;
+    const auto text = file ? sys::utf8_of(file->view(), form) : std::nullopt;
+    if (!text)
         return false;
-    std::string_view rest = file->view();
+    m_form = form;
+    std::string_view rest = *text;
     const std::size_t feed = rest.find('\n');
     m_lineEnd = feed == rest.npos || (feed > 0 && rest[feed - 1] == '\r') ? "\r\n" : "\n";
     m_sections.clear();
     TWDictSection* section = &Append({});
-    if (rest.starts_with(byteOrderMark)) {
-        section->m_lines.emplace_back(byteOrderMark);
-        rest.remove_prefix(byteOrderMark.size());
-    }
     while (!rest.empty()) {
         const std::string_view line = rest.substr(0, std::min(rest.find('\n'), rest.size() - 1) + 1);
         if (const auto name = HeaderName(line))
@@ -150,12 +148,15 @@ bool TWDict::ReadFile(LPCTSTR path) {
 }
 
 bool TWDict::WriteFile(LPCTSTR path) const {
-    std::string bytes;
+    std::string text;
     for (const auto& section : m_sections)
         for (const std::string& line : section->m_lines)
-            bytes += line;
+            text += line;
+    const auto bytes = sys::bytes_of(text, m_form);
+    if (!bytes)
+        return false;
     auto file = sys::atomic_file::create(sys::to_path(path));
-    return file && file->write(bytes) && file->commit();
+    return file && file->write(*bytes) && file->commit();
 }
 
 TWDictSection* TWDict::FindOrAddDict(LPCTSTR sectionName) {
@@ -167,8 +168,7 @@ TWDictSection* TWDict::FindOrAddDict(LPCTSTR sectionName) {
     if (found != m_sections.end())
         return found->get();
     std::vector<std::string>& before = m_sections.back()->m_lines;
-    // A mark stands in a line of its own here, but not in the file.
-    if (!before.empty() && before.back() != byteOrderMark && !before.back().ends_with('\n'))
+    if (!before.empty() && !before.back().ends_with('\n'))
         before.back() += m_lineEnd;
     TWDictSection& added = Append(name);
     added.m_lines.push_back("[" + name + "]" + m_lineEnd);

@@ -4,16 +4,17 @@
 //     [section]
 //     key=value
 //
-// The file is UTF-8 with or without a mark; bytes that are not survive. A section's name is what stands
-// between its brackets, a key what stands in front of the first "=", a value what stands behind it; blanks
-// around keys and values do not count. Names are told apart by case. Of several sections or keys of one name
-// the first one counts. Whatever is not set anew keeps its bytes and its place: comments, blank lines, lines
-// that are none of these, line ends. New lines end as the file's first line does, in a new file with carriage
-// return and line feed.
+// The file is UTF-8, UTF-16 with its mark, or in the page that Windows writes texts in, and stays what it is.
+// A section's name is what stands between its brackets, a key what stands in front of the first "=", a value
+// what stands behind it; blanks around keys and values do not count. Names are told apart by case. Of several
+// sections or keys of one name the first one counts. Whatever is not set anew keeps its bytes and its place:
+// comments, blank lines, lines that are none of these, line ends. New lines end as the file's first line
+// does, in a new file with carriage return and line feed.
 #pragma once
 
 #include "afx.h"
 #include "siblings/zef_kernal/KernalPort.h"
+#include "sys/text_form.h"
 
 #include <memory>
 #include <string>
@@ -31,7 +32,7 @@ public:
 
     // Change the value in place, or add the key behind the section's last one. Reals get as many digits as
     // give them back. False, and nothing changed, when the file cannot hold it: a key that is empty, is in
-    // blanks, has a "=" or begins like a comment or a section, and line ends in a key or text.
+    // blanks, has a "=" or begins like a comment or a section, and line ends or what is no character.
     bool SetValue(LPCTSTR key, int value);
     bool SetValue(LPCTSTR key, double value);
     bool SetValue(LPCTSTR key, LPCTSTR value);
@@ -58,9 +59,10 @@ public:
     TWDict& operator=(const TWDict&) = delete;
 
     // Takes the file's content in place of what was there, and with it the sections handed out. False, and
-    // nothing changed, when the file cannot be read.
+    // nothing changed, when the file cannot be read or has bytes that are no characters.
     bool ReadFile(LPCTSTR path);
-    // Writes the file whole or not at all; false when that fails.
+    // Writes the file whole or not at all, in the encoding of the file that was read; false when that fails,
+    // also for characters that the encoding lacks.
     bool WriteFile(LPCTSTR path) const;
 
     // The section of that name, added at the end when there is none; null when the file cannot hold the name,
@@ -70,7 +72,8 @@ public:
 private:
     TWDictSection& Append(std::string name);
 
+    sys::text_form m_form;
     std::string m_lineEnd = "\r\n";
-    // The first one is what stands in front of all headers.
+    // In UTF-8. The first one is what stands in front of all headers.
     std::vector<std::unique_ptr<TWDictSection>> m_sections;
 };
