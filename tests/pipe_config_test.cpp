@@ -65,6 +65,7 @@ TEST_F(PipeConfig, HidesSystemsUntilTheyAreShown) {
              c.SetPlotScale(50);
              c.SetPlotScale(0);
              c.SetAbsoluteSize(true);
+             c.SetLook({.m_breakWidth = 2.5, .m_textGap = -1, .m_elbowType = 1});
          },
          "1111"},
     };
@@ -79,11 +80,15 @@ TEST_F(PipeConfig, HidesSystemsUntilTheyAreShown) {
     ASSERT_EQ(GetDwgPsGlobal(config, AcDb::kForRead, again.get()), Acad::eOk);
     EXPECT_EQ(config->GetPlotScale(), 50.0);
     EXPECT_TRUE(config->IsAbsoluteSize());
+    EXPECT_EQ(config->GetLook(), (TPsLook{.m_breakWidth = 2.5, .m_elbowType = 1}));
     EXPECT_TRUE(config->IsSystemShown(GetSysType(L"给水")));
     EXPECT_FALSE(config->IsSystemShown(GetSysType(L"给水2")));
     EXPECT_TRUE(config->IsCustomPipeSystemShown(L"空调"));
     config->close();
     EXPECT_TRUE(IsPipeSystemShown(again.get(), L""));
+    EXPECT_EQ(GetPsBreakWidth(again.get()), 2.5);
+    EXPECT_EQ(GetElbowType(again.get()), 1);
+    EXPECT_EQ(GetPsPipeTextDis(again.get()), GetPsPipeTextDis(holding(before).get())) << "the default";
     database->imp().undo();
     EXPECT_EQ(GetDwgPsGlobal(config, AcDb::kForRead, database.get()), Acad::eKeyNotFound);
 }

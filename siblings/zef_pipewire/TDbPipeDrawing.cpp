@@ -59,7 +59,7 @@ void TDbPipe::DrawBody(TPen& pen) const {
     const AcGeVector3d along = GetDirection();
     const AcGeVector3d side =
         AcGeVector3d(-along.y, along.x, 0.0) * (m_values.m_lineWidth * GetPlotScale() / 2);
-    const bool isThick = IsPsLineWeight() && !side.isZeroLength();
+    const bool isThick = IsPsLineWeight(database()) && !side.isZeroLength();
     for (const auto& [start, end] : GetVisibleParts()) {
         if (isThick)
             pen.Area({start + side, end + side, end - side, start - side});

@@ -6,6 +6,7 @@
 #include "siblings/zef_pipewire/TDxfFields.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 ACRX_DXF_DEFINE_MEMBERS(TDbPsConfig, AcDbObject, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, ZEF_PSCONFIG,
@@ -27,6 +28,16 @@ void Hide(std::vector<Value>& hidden, const Value& one, bool hide) {
 template<class Value>
 bool IsShown(const std::vector<Value>& hidden, const Value& one) {
     return std::ranges::find(hidden, one) == hidden.end();
+}
+
+void DropBadGap(std::optional<double>& gap) {
+    if (gap && !(*gap >= 0.0 && std::isfinite(*gap)))
+        gap.reset();
+}
+
+void DropBadGaps(TPsLook& look) {
+    DropBadGap(look.m_breakWidth);
+    DropBadGap(look.m_textGap);
 }
 
 AcDbDatabase* DatabaseOr(AcDbDatabase* database) {
@@ -76,11 +87,29 @@ void TDbPsConfig::SetAbsoluteSize(bool absolute) {
     m_isAbsoluteSize = absolute;
 }
 
+const TPsLook& TDbPsConfig::GetLook() const {
+    assertReadEnabled();
+    return m_look;
+}
+
+void TDbPsConfig::SetLook(const TPsLook& look) {
+    assertWriteEnabled();
+    m_look = look;
+    DropBadGaps(m_look);
+}
+
 TDxfFields TDbPsConfig::Fields() {
     constexpr Adesk::Int16 version = 1;
     return {L"TDbPsConfig",
             version,
-            {{40, &m_plotScale}, {290, &m_isAbsoluteSize}, {90, &m_hiddenTypes}, {300, &m_hiddenNames}}};
+            {{40, &m_plotScale},
+             {290, &m_isAbsoluteSize},
+             {291, &m_look.m_isLineWeight},
+             {41, &m_look.m_breakWidth},
+             {42, &m_look.m_textGap},
+             {91, &m_look.m_elbowType},
+             {90, &m_hiddenTypes},
+             {300, &m_hiddenNames}}};
 }
 
 Acad::ErrorStatus TDbPsConfig::dxfInFields(AcDbDxfFiler* filer) {
@@ -89,6 +118,7 @@ Acad::ErrorStatus TDbPsConfig::dxfInFields(AcDbDxfFiler* filer) {
     if (status == Acad::eOk)
         status = Fields().Read(filer);
     KeepPositive(m_plotScale, usualPlotScale);
+    DropBadGaps(m_look);
     return status;
 }
 

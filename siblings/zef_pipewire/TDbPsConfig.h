@@ -9,9 +9,20 @@
 #include "dbmain.h"
 #include "siblings/zef_pipewire/PipewirePort.h"
 
+#include <optional>
 #include <vector>
 
 class TDxfFields;
+
+// How a drawing has its pipes otherwise than by default. What is absent is as TDefaultCfg has it.
+struct TPsLook {
+    std::optional<bool> m_isLineWeight; // drawn as thick as they plot
+    std::optional<double> m_breakWidth; // gap where another pipe crosses, mm on paper
+    std::optional<double> m_textGap;    // gap around a pipe's text, mm on paper
+    std::optional<int> m_elbowType;     // 0 a sharp bend, 1 an arc
+
+    friend bool operator==(const TPsLook&, const TPsLook&) = default;
+};
 
 class ZEF_PIPEWIRE_PORT TDbPsConfig : public AcDbObject {
 public:
@@ -29,6 +40,9 @@ public:
     // Whether sizes of annotation are those of the model, whatever the plot scale.
     bool IsAbsoluteSize() const;
     void SetAbsoluteSize(bool absolute);
+    // Gaps below nought are taken as absent.
+    const TPsLook& GetLook() const;
+    void SetLook(const TPsLook& look);
 
     Acad::ErrorStatus dxfInFields(AcDbDxfFiler* filer) override;
     Acad::ErrorStatus dxfOutFields(AcDbDxfFiler* filer) const override;
@@ -41,6 +55,7 @@ private:
     static constexpr double usualPlotScale = 100.0;
     double m_plotScale = usualPlotScale;
     bool m_isAbsoluteSize = false;
+    TPsLook m_look;
 };
 
 // Opens the configuration of a drawing, or of the current one; the caller closes it. eNoDatabase without a

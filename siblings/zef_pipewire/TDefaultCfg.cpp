@@ -1,5 +1,7 @@
 #include "siblings/zef_pipewire/TDefaultCfg.h"
 
+#include "siblings/zef_pipewire/TDbPsConfig.h"
+
 #include <map>
 
 namespace {
@@ -25,6 +27,16 @@ bool Get(const std::map<int, T>& defaults, bool fits, int index, T& value) {
         return false;
     value = found->second;
     return true;
+}
+
+TPsLook LookOf(AcDbDatabase* database) {
+    TPsLook look;
+    TDbPsConfig* config = nullptr;
+    if (GetDwgPsGlobal(config, AcDb::kForRead, database) == Acad::eOk) {
+        look = config->GetLook();
+        config->close();
+    }
+    return look;
 }
 
 } // namespace
@@ -53,18 +65,18 @@ bool TDefaultCfg::GetDefaultValue(Kind kind, int index, double& value) {
     return Get(reals, kind == kReal, index, value);
 }
 
-bool IsPsLineWeight() {
-    return flags.at(2);
+bool IsPsLineWeight(AcDbDatabase* database) {
+    return LookOf(database).m_isLineWeight.value_or(flags.at(2));
 }
 
-double GetPsBreakWidth() {
-    return reals.at(2);
+double GetPsBreakWidth(AcDbDatabase* database) {
+    return LookOf(database).m_breakWidth.value_or(reals.at(2));
 }
 
-double GetPsPipeTextDis() {
-    return reals.at(1);
+double GetPsPipeTextDis(AcDbDatabase* database) {
+    return LookOf(database).m_textGap.value_or(reals.at(1));
 }
 
-int GetElbowType() {
-    return integers.at(0);
+int GetElbowType(AcDbDatabase* database) {
+    return LookOf(database).m_elbowType.value_or(integers.at(0));
 }

@@ -24,6 +24,8 @@
 
 #include "siblings/zef_pipewire/PipewirePort.h"
 
+class AcDbDatabase;
+
 class ZEF_PIPEWIRE_PORT TDefaultCfg {
 public:
     enum Kind { kBoolean, kInteger, kReal };
@@ -38,14 +40,14 @@ public:
     static bool GetDefaultValue(Kind kind, int index, double& value);
 };
 
-// What the current drawing's pipes look like. Drawings have no settings of their own yet: the defaults
-// answer.
+// What a drawing's pipes look like, of the current one for null: as the drawing has it
+// (TDbPsConfig::GetLook), else the default.
 
 // Whether pipes are drawn as thick as they plot: flag 2.
-ZEF_PIPEWIRE_PORT bool IsPsLineWeight();
+ZEF_PIPEWIRE_PORT bool IsPsLineWeight(AcDbDatabase* database = nullptr);
 // The gap in a pipe where another one crosses, in millimetres on paper: real 2.
-ZEF_PIPEWIRE_PORT double GetPsBreakWidth();
+ZEF_PIPEWIRE_PORT double GetPsBreakWidth(AcDbDatabase* database = nullptr);
 // The gap in a pipe around its text, in millimetres on paper: real 1.
-ZEF_PIPEWIRE_PORT double GetPsPipeTextDis();
+ZEF_PIPEWIRE_PORT double GetPsPipeTextDis(AcDbDatabase* database = nullptr);
 // The elbow type: integer 0.
-ZEF_PIPEWIRE_PORT int GetElbowType();
+ZEF_PIPEWIRE_PORT int GetElbowType(AcDbDatabase* database = nullptr);

@@ -15,6 +15,11 @@ struct Writer {
     void operator()(const CString* value) const { filer.writeString(code, value->GetString()); }
     void operator()(const AcGePoint3d* value) const { filer.writePoint3d(code, *value); }
     void operator()(const AcDbObjectId* value) const { filer.writeObjectId(code, *value); }
+    template<class Value>
+    void operator()(const std::optional<Value>* value) const {
+        if (*value)
+            (*this)(&**value);
+    }
     template<class List>
     void operator()(const List* values) const {
         for (const auto& value : *values)
@@ -41,6 +46,10 @@ struct Reader {
         target->append(id);
     }
     template<class Value>
+    void operator()(std::optional<Value>* target) const {
+        (*this)(&target->emplace());
+    }
+    template<class Value>
     void operator()(std::vector<Value>* target) const {
         Value one{};
         (*this)(&one);
@@ -60,6 +69,10 @@ struct Emptier {
     template<class Value>
     void operator()(std::vector<Value>* target) const {
         target->clear();
+    }
+    template<class Value>
+    void operator()(std::optional<Value>* target) const {
+        target->reset();
     }
     template<class Value>
     void operator()(Value*) const {}

@@ -5,7 +5,8 @@
 // for reading alone it casts the object's constness away, for writing changes nothing.
 //
 // A section is its marker (100), the version of what follows (70) and the values. Lists are their elements
-// one by one under the same code. Groups that are not listed are passed over.
+// one by one under the same code; a value that may be absent has no group then. Groups that are not listed
+// are passed over.
 #pragma once
 
 #include "afx.h"
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -22,7 +24,8 @@ class TDxfFields {
 public:
     using Target =
         std::variant<int*, bool*, double*, CString*, AcGePoint3d*, AcDbObjectId*, std::vector<int>*,
-                     std::vector<double>*, std::vector<CString>*, AcDbObjectIdArray*>;
+                     std::vector<double>*, std::vector<CString>*, AcDbObjectIdArray*, std::optional<int>*,
+                     std::optional<bool>*, std::optional<double>*>;
     struct Field {
         int code;
         Target target;
