@@ -1,5 +1,6 @@
 // What the host tells the module. Nothing of it is ever refused.
 #include "module/frame/Lifecycle.h"
+#include "module/frame/PerDocData.h"
 #include "rxregsvc.h"
 
 extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) {
@@ -13,7 +14,14 @@ extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packe
     case AcRx::kUnloadAppMsg:
         ShutDownModule();
         break;
-    // Here kLoadDwgMsg and kUnloadDwgMsg will be passed on to the holder of per-document data.
+    case AcRx::kLoadDwgMsg:
+        if (TPipePerDocData* const data = TPipeAppDocGlobals::CurrentData())
+            data->DocumentLoaded();
+        break;
+    case AcRx::kUnloadDwgMsg:
+        if (TPipePerDocData* const data = TPipeAppDocGlobals::CurrentData())
+            data->DocumentUnloaded();
+        break;
     default:
         break;
     }
