@@ -6,6 +6,7 @@
 #include "module/frame/Options.h"
 #include "module/frame/PerDocData.h"
 #include "module/frame/Reactors.h"
+#include "module/frame/SpecData.h"
 #include "module/layertools/LayerControlBar.h"
 #include "module/layertools/LayerToolBar.h"
 #include "module/standard/StandardManager.h"
@@ -18,7 +19,7 @@ void InitialiseModule() {
     CStandardManager::Create().ChooseAndLoad();
     OptionTool::ReadAlignType();
     LoadDrawingDefaults();
-    // Here the fitting tables will be loaded and their flange function put in place.
+    SpecData::Load();
     TCmdReactor::Create();
 }
 
@@ -28,7 +29,7 @@ void ShutDownModule() {
     CStandardManager::Release();
     TPipeAppDocGlobals::Release();
     OptionTool::WriteAlignType();
-    // Here the fitting tables will be deleted and the flange function that they replaced restored.
+    SpecData::Release();
     TCmdReactor::Release();
     CLayerToolBar::Release();
     ReleaseFontCatalogues();
