@@ -7,6 +7,7 @@
 #include "host/ap/documents.h"
 #include "host/db/imp_database.h"
 #include "host/db/transactions.h"
+#include "host/ed/command_aliases.h"
 #include "host/ed/command_stack.h"
 #include "host/ed/console_dialogs.h"
 #include "host/ed/editor_reactors.h"
@@ -34,11 +35,19 @@ std::wstring_view without_prefixes(std::wstring_view typed) {
     return typed;
 }
 
-// By the name that users type, or by the global one.
-const AcEdCommand* find_command(const std::wstring& name) {
+const AcEdCommand* find_by_name(const std::wstring& name) {
     AcEdCommandStack* const stack = acedRegCmds;
     const AcEdCommand* const command = stack->lookupLocalCmd(name.c_str());
     return command != nullptr ? command : stack->lookupGlobalCmd(name.c_str());
+}
+
+// By the name that users type, or by the global one; when there is none of that name, by an alias.
+const AcEdCommand* find_command(const std::wstring& name) {
+    const AcEdCommand* const command = find_by_name(name);
+    if (command != nullptr)
+        return command;
+    const std::wstring meant = command_of_alias(name);
+    return meant.empty() ? nullptr : find_by_name(std::wstring(without_prefixes(meant)));
 }
 
 // Whether a name that is no command's means a system variable. The editor has commands of some of their
