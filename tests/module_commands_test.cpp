@@ -4,10 +4,12 @@
 #include "host/ed/command_stack.h"
 #include "host/ed/editor.h"
 #include "host/rx/applications.h"
+#include "module/frame/DrawingDefaults.h"
 #include "module/frame/Options.h"
 #include "siblings/zef_kernal/KernalOptions.h"
 #include "siblings/zef_kernal/TRegProperty.h"
 #include "siblings/zef_pipewire/TDefaultCfg.h"
+#include "siblings/zef_pipewire/TFlange.h"
 #include "siblings/zef_public/SharedOptions.h"
 #include "sys/folders.h"
 #include "tests/support.h"
@@ -163,10 +165,83 @@ TEST_F(ModuleCommands, EveryMessageIsAnsweredWell) {
     TDefaultCfg::SetDefaultValue(TDefaultCfg::kReal, 1, 1.0);
 }
 
+TEST_F(ModuleCommands, LoadReadsTheDrawingDefaultsAndTheFlanges) {
+    std::filesystem::create_directories(sys::system_folder());
+    std::filesystem::copy_file(ZEF_SOURCE_FOLDER "/share/SpecData.xml",
+                               sys::system_folder() / "SpecData.xml");
+    const struct {
+        const wchar_t* key;
+        const char* text;
+        TDefaultCfg::Kind kind;
+        int index;
+        double before, after;
+    } rows[] = {
+        {L"立管标注样式2上下交换", "1", TDefaultCfg::kBoolean, 1, 0, 1},
+        {L"管长精度", "3x", TDefaultCfg::kInteger, 1, 1, 3},
+        {L"井深精度", "", TDefaultCfg::kInteger, 2, 2, 0},
+        {L"管线打断间距", " 2.75", TDefaultCfg::kReal, 2, 2, 2.75},
+        {L"管线文字断距", "-", TDefaultCfg::kReal, 1, 1, 0},
+        {L"显示管道流向", "-7", TDefaultCfg::kBoolean, 3, 0, 1},
+        {L"管线粗显", "yes", TDefaultCfg::kBoolean, 2, 0, 0},
+        {L"管线型比例随当前比例变化", "0", TDefaultCfg::kBoolean, 4, 1, 0},
+        {L"双管扣弯样式", "2", TDefaultCfg::kInteger, 3, 0, 2},
+        {L"闭合方沟端点", "0", TDefaultCfg::kBoolean, 5, 1, 0},
+        {L"双管管径显示类型", "4", TDefaultCfg::kInteger, 4, 0, 4},
+        {L"法兰间隙", "3.5", TDefaultCfg::kReal, 3, 3, 3.5},
+        {L"自动检查多管标注", "0", TDefaultCfg::kBoolean, 6, 1, 0},
+        {L"立管定位框时间可见", "1", TDefaultCfg::kBoolean, 7, 0, 1},
+        {L"立管定位框长度", "600", TDefaultCfg::kReal, 4, 500, 600},
+        {L"立管定位框宽度", nullptr, TDefaultCfg::kReal, 5, 500, 500}, // not in the file
+        {L"是否显示长度为零的管道", "1", TDefaultCfg::kBoolean, 8, 0, 1},
+    };
+    std::string config = "<vantrel><kol><cmd name='DWG默认数据'><item name='图层自动分组'>1</item>"
+                         "<item name='重置法兰间隙'>1</item><item name='法兰样式'>5</item>";
+    for (const auto& row : rows)
+        if (row.text != nullptr)
+            config += "<item name='" + base::narrow(row.key) + "'>" + row.text + "</item>";
+    profile_.write("sys/CmdConfig.xml", config + "</cmd></kol></vantrel>");
+    const auto value_of = [](const auto& row) {
+        bool flag = false;
+        int integer = 0;
+        double real = 0;
+        TDefaultCfg::GetDefaultValue(row.kind, row.index, flag);
+        TDefaultCfg::GetDefaultValue(row.kind, row.index, integer);
+        TDefaultCfg::GetDefaultValue(row.kind, row.index, real);
+        return flag + integer + real;
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(value_of(row), row.before) << base::narrow(row.key);
+    ASSERT_TRUE(apps.load(L"zef_kernal") && apps.load(L"zef_pipeSystem"));
+    for (const auto& row : rows)
+        EXPECT_EQ(value_of(row), row.after) << base::narrow(row.key);
+    EXPECT_TRUE(g_bLayerAutoGroup && g_bResetFlangeGap && g_iFlangeStyle == 5);
+    EXPECT_EQ(g_nBreakPipeWidth, 2.75);
+
+    const TFlangeFunction tables = g_pfnGetFlangeDataByDn;
+    TFlangeData flange;
+    EXPECT_TRUE(GetFlangeDataByDn(10, 50, flange));
+    EXPECT_EQ(flange.m_outerDiameter, 165);
+    EXPECT_EQ(flange.m_thickness, 20);
+    EXPECT_TRUE(GetFlangeDataByDn(2.5, 600, flange));
+    EXPECT_EQ(flange.m_outerDiameter, 755);
+    EXPECT_FALSE(GetFlangeDataByDn(25, 50, flange) || GetFlangeDataByDn(10, 51, flange));
+    EXPECT_EQ(flange.m_thickness, 32);
+    ASSERT_TRUE(apps.unload(L"zef_pipeSystem"));
+    EXPECT_NE(g_pfnGetFlangeDataByDn, tables);
+    EXPECT_FALSE(GetFlangeDataByDn(10, 50, flange));
+    for (const auto& row : rows) {
+        TDefaultCfg::SetDefaultValue(row.kind, row.index, row.before != 0);
+        TDefaultCfg::SetDefaultValue(row.kind, row.index, static_cast<int>(row.before));
+        TDefaultCfg::SetDefaultValue(row.kind, row.index, row.before);
+    }
+    g_bLayerAutoGroup = g_bResetFlangeGap = false;
+    g_iFlangeStyle = 0;
+}
+
 TEST(ModuleCommand, WithoutItsPartSaysSoAndFails) {
-    const test::run_result ran = test::zefhost({}, "dcsz\n");
+    const test::run_result ran = test::zefhost({}, "hbtc\n");
     EXPECT_EQ(ran.status, 4);
-    EXPECT_NE(ran.out.find("\n命令 dcsz 尚未完成，本次不执行。\n"), ran.out.npos) << ran.out;
+    EXPECT_NE(ran.out.find("\n命令 hbtc 尚未完成，本次不执行。\n"), ran.out.npos) << ran.out;
 }
 
 } // namespace

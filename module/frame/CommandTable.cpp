@@ -3,6 +3,7 @@
 #include "accmd.h"
 #include "acutads.h"
 #include "afx.h"
+#include "module/frame/SettingsTransfer.h"
 #include "module/layertools/LayerToolBar.h"
 #include "module/standard/StandardCommand.h"
 
@@ -46,8 +47,8 @@ constexpr CommandRow LayerTool(Adesk::Int32 flags) {
 
 constexpr CommandRow commands[] = {
     {L"gxsz", ShowStandard, ACRX_CMD_USEPICKSET},
-    Unfinished<L"dcsz">(ACRX_CMD_REDRAW),
-    Unfinished<L"drsz">(ACRX_CMD_REDRAW),
+    {L"dcsz", SettingsTransfer::ExportCommand, ACRX_CMD_REDRAW},
+    {L"drsz", SettingsTransfer::ImportCommand, ACRX_CMD_REDRAW},
     LayerTool<L"SetAllPipeLayOpen", &CLayerToolBar::SetAllPipeLayOpen>(ACRX_CMD_TRANSPARENT),
     Unfinished<L"tckz">(ACRX_CMD_USEPICKSET),
     Unfinished<L"gpsbs">(ACRX_CMD_USEPICKSET),

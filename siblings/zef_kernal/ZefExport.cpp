@@ -6,7 +6,12 @@
 #include "dbapserv.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
+#include "siblings/zef_kernal/KernalOptions.h"
 #include "sys/folders.h"
+
+#include <filesystem>
+#include <string_view>
+#include <system_error>
 
 namespace {
 
@@ -74,5 +79,17 @@ bool ZefExport::RefusesOldDrawing(LPCTSTR lacks) {
         L"\n当前图形是R12或更早的版本，不能保存%s！请先用SAVEAS 2018把图形另存为新版本，再执行本命令。",
         lacks);
     acdbFail(message);
+    return true;
+}
+
+bool ZefExport::FindFile(LPCTSTR name, CString& path) {
+    const std::filesystem::path wanted = sys::to_path(name != nullptr ? name : L"");
+    if (g_csSysPath.IsEmpty() || wanted.empty() || wanted != wanted.filename() || wanted == "..")
+        return false;
+    const auto found = sys::find_without_case(sys::to_path(g_csSysPath.GetString()), wanted);
+    std::error_code fault;
+    if (found.empty() || !std::filesystem::is_regular_file(found, fault))
+        return false;
+    path = sys::from_path(found).c_str();
     return true;
 }
