@@ -1,0 +1,151 @@
+// An application that stands between the host and the module: it puts itself in the place of the dynamic
+// linker, the command stack and the editor, hands on what they are asked, and writes down the order with what
+// the module has at that moment.
+#include "aced.h"
+#include "arxEntryPoint.h"
+#include "rxdlinkr.h"
+
+#include <bit>
+
+namespace {
+
+// What the module exports of itself; static functions without arguments.
+bool has(const char* symbol) {
+    using getter = void* (*)();
+    const auto get = std::bit_cast<getter>(acrxDynamicLinker->getSymbolAddress(_T("zef_pipeSystem"), symbol));
+    return get != nullptr && get() != nullptr;
+}
+
+void* flangeFunction() {
+    void* const place = acrxDynamicLinker->getSymbolAddress(_T("zef_pipewire"), "g_pfnGetFlangeDataByDn");
+    return place != nullptr ? *static_cast<void**>(place) : nullptr;
+}
+
+void* builtInFlanges = nullptr;
+
+void trace(const ACHAR* what, const ACHAR* name = _T("")) {
+    acutPrintf(_T("\n~ %s%s |%s%s%s"), what, name,
+               has("_ZN16CStandardManager7CurrentEv") ? _T(" standard") : _T(""),
+               has("_ZN18TPipeAppDocGlobals3GetEv") ? _T(" documents") : _T(""),
+               flangeFunction() != builtInFlanges ? _T(" flanges") : _T(""));
+}
+
+// Takes the place of what stands under a key of the system registry as long as it lives.
+template<class Served>
+class Spy : public Served {
+public:
+    explicit Spy(const ACHAR* key) : m_key(key) {
+        m_served = Served::cast(acrxSysRegistry()->remove(key));
+        Put(this);
+    }
+    ~Spy() override {
+        acrxSysRegistry()->remove(m_key);
+        Put(m_served);
+    }
+
+protected:
+    Served* m_served;
+
+private:
+    void Put(AcRxObject* object) {
+        Adesk::UInt32 id = 0;
+        acrxSysRegistry()->atPut(m_key, object, id);
+    }
+    const ACHAR* m_key;
+};
+
+class LinkerSpy : public Spy<AcRxDynamicLinker> {
+public:
+    LinkerSpy() : Spy(ACRX_DYNAMIC_LINKER) {}
+    bool loadModule(const ACHAR* name, bool printit, bool command) override {
+        return m_served->loadModule(name, printit, command);
+    }
+    bool unloadModule(const ACHAR* name, bool command) override {
+        return m_served->unloadModule(name, command);
+    }
+    bool loadApp(const ACHAR* name, AcadApp::LoadReasons reason, bool printit, bool command) override {
+        return m_served->loadApp(name, reason, printit, command);
+    }
+    bool unloadApp(const ACHAR* name, bool command) override { return m_served->unloadApp(name, command); }
+    void* getSymbolAddress(const ACHAR* name, const char* symbol) const override {
+        return m_served->getSymbolAddress(name, symbol);
+    }
+    bool lockApplication(void* packet) const override { return m_served->lockApplication(packet); }
+    bool unlockApplication(void* packet) const override {
+        trace(_T("unlocked"));
+        return m_served->unlockApplication(packet);
+    }
+    bool isApplicationLocked(const ACHAR* name) const override { return m_served->isApplicationLocked(name); }
+    bool isApplicationLocked(void* packet) const override { return m_served->isApplicationLocked(packet); }
+    bool registerAppMDIAware(void* packet) const override {
+        trace(_T("aware of documents"));
+        return m_served->registerAppMDIAware(packet);
+    }
+    bool registerAppNotMDIAware(void* packet) const override {
+        return m_served->registerAppNotMDIAware(packet);
+    }
+    bool isAppMDIAware(const ACHAR* name) const override { return m_served->isAppMDIAware(name); }
+};
+
+class StackSpy : public Spy<AcEdCommandStack> {
+public:
+    StackSpy() : Spy(ACED_REGISTERED_COMMANDS) {}
+    Acad::ErrorStatus addCommand(const ACHAR* group, const ACHAR* global, const ACHAR* local,
+                                 Adesk::Int32 flags, AcRxFunctionPtr function, AcEdUIContext* context,
+                                 int code, HINSTANCE resource, AcEdCommand** command) override {
+        trace(_T("command "), global);
+        return m_served->addCommand(group, global, local, flags, function, context, code, resource, command);
+    }
+    Acad::ErrorStatus removeCmd(const ACHAR* group, const ACHAR* name) override {
+        trace(_T("no command of others "), name);
+        return m_served->removeCmd(group, name);
+    }
+    Acad::ErrorStatus removeGroup(const ACHAR* group) override {
+        trace(_T("no group "), group);
+        return m_served->removeGroup(group);
+    }
+    AcEdCommand* lookupGlobalCmd(const ACHAR* name) override { return m_served->lookupGlobalCmd(name); }
+    AcEdCommand* lookupLocalCmd(const ACHAR* name) override { return m_served->lookupLocalCmd(name); }
+    AcEdCommand* lookupCmd(const ACHAR* name, const ACHAR* group) override {
+        return m_served->lookupCmd(name, group);
+    }
+};
+
+class EditorSpy : public Spy<AcEditor> {
+public:
+    EditorSpy() : Spy(ACED_EDITOR_OBJ) {}
+    void addReactor(AcRxEventReactor* reactor) override {
+        trace(_T("hears of commands"));
+        m_served->addReactor(reactor);
+    }
+    void removeReactor(AcRxEventReactor* reactor) override {
+        trace(_T("hears no more of commands"));
+        m_served->removeReactor(reactor);
+    }
+};
+
+struct Spies {
+    LinkerSpy linker;
+    StackSpy stack;
+    EditorSpy editor;
+};
+Spies* spies = nullptr;
+
+} // namespace
+
+class FrameTracing : public AcRxArxApp {
+public:
+    AcRx::AppRetCode On_kInitAppMsg(void* packet) override {
+        const AcRx::AppRetCode answer = AcRxArxApp::On_kInitAppMsg(packet);
+        builtInFlanges = flangeFunction();
+        spies = new Spies;
+        return answer;
+    }
+    AcRx::AppRetCode On_kUnloadAppMsg(void* packet) override {
+        delete spies;
+        return AcRxArxApp::On_kUnloadAppMsg(packet);
+    }
+    void RegisterServerComponents() override {}
+};
+
+IMPLEMENT_ARX_ENTRYPOINT(FrameTracing)
