@@ -173,7 +173,9 @@ protected:
                                        script);
         std::string text;
         std::map<std::string, std::string> layers;
-        const auto objects = test::objects(test::read(out));
+        std::string saved = test::read(out);
+        std::erase(saved, '\r');
+        const auto objects = test::objects(saved);
         for (const auto& [name, groups] : objects)
             if (groups.size() > 1 && groups[0] == "0 LAYER" && groups[1].starts_with("5 "))
                 layers[groups[1].substr(2)] = name;

@@ -28,7 +28,7 @@ struct LinetypeRow {
 
 std::vector<LinetypeRow> Read() {
     std::vector<LinetypeRow> rows;
-    const auto table = sys::read_dbase(sys::system_folder() / "linetype.dbf", gbk);
+    const auto table = sys::read_dbase(sys::find_without_case(sys::system_folder(), "linetype.dbf"), gbk);
     if (!table)
         return rows;
     const auto name = table->find_field(L"NAME");

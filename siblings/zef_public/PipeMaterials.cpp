@@ -32,7 +32,7 @@ std::optional<Fields> FieldsOf(const base::dbase_table& table) {
 // Rows without a name or a diameter are passed over, and those that are deleted.
 std::vector<PipeMaterial> Read() {
     std::vector<PipeMaterial> materials;
-    const auto table = sys::read_dbase(sys::system_folder() / "pipe.dbf", gbk);
+    const auto table = sys::read_dbase(sys::find_without_case(sys::system_folder(), "pipe.dbf"), gbk);
     const auto fields = table ? FieldsOf(*table) : std::nullopt;
     if (!fields)
         return materials;
