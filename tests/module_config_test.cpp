@@ -224,7 +224,6 @@ TEST_F(ModuleConfig, ListsOfRecordsAndOtherIdentifyingAttributes) {
 TEST_F(ModuleConfig, FilesInOtherFormsAndBrokenOnes) {
     const std::string body =
         "<vantrel><kol><cmd name=\"s\"><item name=\"k\">\xB9\xDC</item></cmd></kol></vantrel>";
-    const std::string wide = "\xFF\xFE<\0v\0/\0>\0";
     const struct {
         std::string bytes;
         bool opens, saves;
@@ -234,8 +233,8 @@ TEST_F(ModuleConfig, FilesInOtherFormsAndBrokenOnes) {
         {body, true, true, ""},
         {"\xEF\xBB\xBF<vantrel><kol><cmd name=\"s\"><item name=\"k\">管</item></cmd></kol></vantrel>", true,
          true, ""},
-        {"<?xml version=\"1.0\" encoding=\"utf-8\"?>" + body, false, false,
-         ""}, // its bytes are none of UTF-8's
+        {"<?xml version=\"1.0\" encoding=\"utf-8\"?>" + body, true, true, ""}, // it is GBK all the same
+        {"<?xml version=\"1.0\" encoding=\"utf-8\"?><vantrel>\xFF\xFF</vantrel>", false, false, ""},
         {"<vantrel><kol>", false, true, "<vantrel><kol>"},
         {"", false, true, ""},
     };

@@ -35,8 +35,6 @@ TEST(ProgramFrame, TheModuleComesAndGoesInItsOrder) {
                       "ARX L zef_pipeSystem\nLINE 0,0 1,1 \nARX U zef_pipeSystem\nARX U frame_tracing\n");
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(told(run.out), (std::vector<std::string>{
-                                 "unlocked |",
-                                 "aware of documents |",
                                  "no command of others tcgj |",
                                  "no command of others drsz |",
                                  "command gxsz |",

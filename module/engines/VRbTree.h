@@ -97,7 +97,8 @@ public:
 
 private:
     friend class CVRbTree;
-    friend int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault);
+    friend int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault,
+                               bool judgesBytes);
 
     struct Attrib {
         SharedText m_name;
@@ -188,7 +189,8 @@ public:
     bool MakeTree(const CVRbTreeItem* item, CVRbTree& tree) const;
 
 private:
-    friend int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault);
+    friend int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault,
+                               bool judgesBytes);
 
     SharedText Shared(std::wstring_view text);
     void AddAttribs(CVRbTreeItem& item, std::vector<CVRbTreeItem::Attrib>& attribs);

@@ -1,11 +1,35 @@
 #include "module/engines/VRbTreeXml.h"
 
+#include "base/utf.h"
 #include "module/engines/MarkupDoc.h"
 #include "module/engines/VRbTree.h"
+#include "sys/file.h"
+#include "sys/folders.h"
+#include "sys/text_form.h"
 
-int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault) {
+namespace {
+
+bool HasLoss(const MarkupDoc& document) {
+    const std::wstring result = document.GetResult();
+    return result.find(L"<conversion_loss") != result.npos ||
+           result.find(L"<truncation_error") != result.npos;
+}
+
+std::optional<std::wstring> ReadByBytes(LPCTSTR path) {
+    const auto file = sys::read_file(sys::to_path(path));
+    sys::text_form form;
+    const auto text = file ? sys::utf8_of(file->view(), form) : std::nullopt;
+    return text ? std::optional(base::widen(*text)) : std::nullopt;
+}
+
+} // namespace
+
+int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault, bool judgesBytes) {
     MarkupDoc document;
-    const bool isRead = document.LoadFile(path);
+    bool isRead = document.LoadFile(path);
+    if (judgesBytes && HasLoss(document))
+        if (const auto text = ReadByBytes(path))
+            isRead = document.SetDocumentText(text->c_str());
     if (fault != nullptr)
         *fault = FindMarkupFault(document);
     if (!isRead)

@@ -238,7 +238,8 @@ bool WriteList(LPCTSTR section, LPCTSTR attribName, LPCTSTR key, const CStringAr
 // Its place in the system folder, in which names have no case; empty for a name that leads out of the folder.
 fs::path PlaceOf(LPCTSTR fileName) {
     const fs::path name = sys::to_path(fileName != nullptr ? fileName : L"");
-    if (g_csSysPath.IsEmpty() || name.empty() || name.is_absolute() || std::ranges::find(name, "..") != name.end())
+    if (g_csSysPath.IsEmpty() || name.empty() || name.is_absolute() ||
+        std::ranges::find(name, "..") != name.end())
         return {};
     const fs::path folder = sys::to_path(g_csSysPath.GetString());
     const fs::path there = sys::find_without_case(folder, name);
@@ -286,7 +287,7 @@ bool CmdConfigTool::OpenConfigFile(LPCTSTR fileName) {
     if (config.path.IsEmpty())
         return false;
     std::optional<MarkupFault> fault;
-    const bool isRead = LoadTreeFromXml(config.path, config.tree, &fault) != 0;
+    const bool isRead = LoadTreeFromXml(config.path, config.tree, &fault, true) != 0;
     if (isRead && fault)
         config.onDisk = OnDisk::Undecodable;
     else if (isRead)

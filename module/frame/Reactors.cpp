@@ -4,6 +4,7 @@
 #include "dbsymtb.h"
 #include "module/frame/DrawingDefaults.h"
 #include "module/frame/PerDocData.h"
+#include "module/layertools/DocumentLock.h"
 #include "module/layertools/LayerControlBar.h"
 #include "module/standard/LayerGrouping.h"
 #include "module/standard/Names.h"
@@ -47,6 +48,9 @@ void GroupLayers(TLayerList& layers) {
         if (layer.openStatus() == Acad::eOk)
             grouping.Add(*layer);
     }
+    if (grouping.IsEmpty())
+        return;
+    const CDocumentLock lock; // commands of the session have none
     grouping.Write();
 }
 

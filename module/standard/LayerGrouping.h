@@ -18,6 +18,8 @@ class CLayerGrouping {
 public:
     // Takes note of a layer.
     void Add(const AcDbLayerTableRecord& layer);
+    // Whether none of them has a group.
+    bool IsEmpty() const { return m_layers.empty(); }
     // Brings all that were noted into the filters of the working drawing. One that has them already is not
     // changed; where nothing can be written, as in files of R12, nothing is.
     void Write();

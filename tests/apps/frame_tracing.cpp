@@ -54,39 +54,6 @@ private:
     const ACHAR* m_key;
 };
 
-class LinkerSpy : public Spy<AcRxDynamicLinker> {
-public:
-    LinkerSpy() : Spy(ACRX_DYNAMIC_LINKER) {}
-    bool loadModule(const ACHAR* name, bool printit, bool command) override {
-        return m_served->loadModule(name, printit, command);
-    }
-    bool unloadModule(const ACHAR* name, bool command) override {
-        return m_served->unloadModule(name, command);
-    }
-    bool loadApp(const ACHAR* name, AcadApp::LoadReasons reason, bool printit, bool command) override {
-        return m_served->loadApp(name, reason, printit, command);
-    }
-    bool unloadApp(const ACHAR* name, bool command) override { return m_served->unloadApp(name, command); }
-    void* getSymbolAddress(const ACHAR* name, const char* symbol) const override {
-        return m_served->getSymbolAddress(name, symbol);
-    }
-    bool lockApplication(void* packet) const override { return m_served->lockApplication(packet); }
-    bool unlockApplication(void* packet) const override {
-        trace(_T("unlocked"));
-        return m_served->unlockApplication(packet);
-    }
-    bool isApplicationLocked(const ACHAR* name) const override { return m_served->isApplicationLocked(name); }
-    bool isApplicationLocked(void* packet) const override { return m_served->isApplicationLocked(packet); }
-    bool registerAppMDIAware(void* packet) const override {
-        trace(_T("aware of documents"));
-        return m_served->registerAppMDIAware(packet);
-    }
-    bool registerAppNotMDIAware(void* packet) const override {
-        return m_served->registerAppNotMDIAware(packet);
-    }
-    bool isAppMDIAware(const ACHAR* name) const override { return m_served->isAppMDIAware(name); }
-};
-
 class StackSpy : public Spy<AcEdCommandStack> {
 public:
     StackSpy() : Spy(ACED_REGISTERED_COMMANDS) {}
@@ -125,7 +92,6 @@ public:
 };
 
 struct Spies {
-    LinkerSpy linker;
     StackSpy stack;
     EditorSpy editor;
 };
