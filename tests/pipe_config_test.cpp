@@ -2,6 +2,7 @@
 #include "dbproxy.h"
 #include "host/gi/tracer.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
+#include "siblings/zef_pipewire/TDefaultCfg.h"
 #include "tests/pipe_support.h"
 
 namespace {

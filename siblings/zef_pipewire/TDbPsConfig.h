@@ -16,10 +16,10 @@ class TDxfFields;
 
 // How a drawing has its pipes otherwise than by default. What is absent is as TDefaultCfg has it.
 struct TPsLook {
-    std::optional<bool> m_isLineWeight; // drawn as thick as they plot
-    std::optional<double> m_breakWidth; // gap where another pipe crosses, mm on paper
-    std::optional<double> m_textGap;    // gap around a pipe's text, mm on paper
-    std::optional<int> m_elbowType;     // 0 a sharp bend, 1 an arc
+    std::optional<bool> m_isLineWeight = {}; // drawn as thick as they plot
+    std::optional<double> m_breakWidth = {}; // gap where another pipe crosses, mm on paper
+    std::optional<double> m_textGap = {};    // gap around a pipe's text, mm on paper
+    std::optional<int> m_elbowType = {};     // 0 a sharp bend, 1 an arc
 
     friend bool operator==(const TPsLook&, const TPsLook&) = default;
 };
