@@ -1,5 +1,5 @@
-// The kernel's small tools: for the current drawing, the working database, where names of layers and text styles
-// are compared without case, and for the add-on's files.
+// The kernel's small tools: for the current drawing, the working database, where names of layers and text
+// styles are compared without case, and for the add-on's files.
 #pragma once
 
 #include "afx.h"
@@ -26,8 +26,8 @@ ZEF_KERNAL_PORT AcDbObjectId AddTextStyle(AcDbTextStyleTableRecord* style, bool 
 // Appends the folders in which support files (fonts, linetypes) are looked for, in their order: those of the
 // system variable ACADPREFIX, and without it the system folder.
 ZEF_KERNAL_PORT void GetSupportPaths(std::vector<CString>& folders);
-// Whether the add-on has a file of that name, told without case, and where: in the user's system folder. False,
-// and the path as it was, for a name with a folder in it, and for what is no file.
+// Whether the add-on has a file of that name, told without case, and where: in the user's system folder.
+// False, and the path as it was, for a name with a folder in it, and for what is no file.
 ZEF_KERNAL_PORT bool FindFile(LPCTSTR name, CString& path);
 
 // Ends a command, with a word to the user, that the files of the drawing's version can not take: those of R12

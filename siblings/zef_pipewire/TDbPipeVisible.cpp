@@ -73,7 +73,7 @@ std::vector<TDbPipe::Part> TDbPipe::GetVisibleParts() const {
         const auto place = PlaceOfId<TDbPipeAttachment>(symbols[i], m_start, along, width);
         hide(place, width);
     }
-    double gap = GetPsBreakWidth() * GetPlotScale();
+    double gap = GetPsBreakWidth(database()) * GetPlotScale();
     for (int i = 0; i < m_passingPipes.length(); ++i)
         hide(PlaceOfId<TDbPipe>(m_passingPipes[i], m_start, along, gap), gap);
     std::ranges::sort(hidden, {}, &Span::m_from);
