@@ -144,6 +144,13 @@ TEST_F(LayerCreation, EveryLinetypeOfTheTableLoadsOnce) {
     EXPECT_TRUE(KolTool::LoadVrLineType(L"WAVY").isNull());
 }
 
+TEST_F(LayerCreation, LinetypesThatTheTableLacksComeFromFiles) {
+    m_folder.write("sys/first.lin", "*OTHER,another\nA,1,-1\n");
+    m_folder.write("sys/Office.LIN", "*OFFICE,of an office\nA,10,-2\n");
+    EXPECT_EQ(LinetypeName(KolTool::LoadVrLineType(L"office")), L"OFFICE");
+    EXPECT_TRUE(KolTool::LoadVrLineType(L"none").isNull());
+}
+
 TEST(Linetypes, PatternsAreReadAsFilesOfLinetypesHaveThem) {
     const auto dashes = ParseLinetypePattern(L"A, .5,-.2 ,[\"A, B]\",STANDARD,S=.1,A=45,x=-0.1,Y=-.05],-.25");
     ASSERT_TRUE(dashes.has_value());

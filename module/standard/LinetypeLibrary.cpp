@@ -1,6 +1,7 @@
 #include "module/standard/LinetypeLibrary.h"
 
 #include "module/standard/Names.h"
+#include "siblings/zef_kernal/ZefExport.h"
 #include "sys/dbase_file.h"
 #include "sys/folders.h"
 
@@ -12,9 +13,11 @@
 #include <cmath>
 #include <cwchar>
 #include <cwctype>
+#include <filesystem>
 #include <numbers>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace {
 
@@ -134,6 +137,31 @@ void SetDash(AcDbLinetypeTableRecord& linetype, int index, const LinetypeDash& d
     linetype.setShapeOffsetAt(index, AcGeVector2d(dash.m_x, dash.m_y));
 }
 
+// Makes a linetype as the first linetype file (".lin") of the support path defines it that does.
+AcDbObjectId MakeFromFiles(LPCTSTR name, AcDbDatabase& database) {
+    namespace fs = std::filesystem;
+    std::vector<CString> folders;
+    ZefExport::GetSupportPaths(folders);
+    for (const CString& folder : folders) {
+        std::vector<fs::path> files;
+        std::error_code error;
+        for (fs::directory_iterator at(sys::to_path(ViewOf(folder)), error), end; !error && at != end;
+             at.increment(error))
+            if (IsSameName(std::wstring_view(sys::from_path(at->path().extension())), L".lin"))
+                files.push_back(at->path());
+        std::ranges::sort(files);
+        for (const fs::path& file : files) {
+            if (database.loadLineTypeFile(name, sys::from_path(file).c_str()) != Acad::eOk)
+                continue;
+            AcDbObjectId id;
+            const AcDbLinetypeTablePointer table(database.linetypeTableId(), AcDb::kForRead);
+            if (table.openStatus() == Acad::eOk && table->getAt(name, id) == Acad::eOk)
+                return id;
+        }
+    }
+    return AcDbObjectId::kNull;
+}
+
 } // namespace
 
 std::optional<std::vector<LinetypeDash>> ParseLinetypePattern(LPCTSTR pattern) {
@@ -170,7 +198,11 @@ AcDbObjectId KolTool::LoadVrLineType(LPCTSTR name) {
     const auto row = std::ranges::find_if(
         Rows(), [name](const LinetypeRow& candidate) { return IsSameName(candidate.m_name, name); });
     const auto dashes = row != Rows().end() ? ParseLinetypePattern(row->m_pattern) : std::nullopt;
-    if (!dashes || table->upgradeOpen() != Acad::eOk)
+    if (!dashes) {
+        table.close();
+        return MakeFromFiles(name, *database);
+    }
+    if (table->upgradeOpen() != Acad::eOk)
         return AcDbObjectId::kNull;
 
     AcDbObjectPointer<AcDbLinetypeTableRecord> linetype;

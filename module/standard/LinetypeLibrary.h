@@ -37,7 +37,8 @@ ZEF_PIPESYSTEM_PORT void GetLinetypeNames(std::vector<CString>& names);
 namespace KolTool {
 
 // The linetype of that name, without case, in the working drawing; it is made from the table when it is
-// missing. The drawing's style "Standard" stands in for a text style that it lacks. Null when neither has it.
+// missing, or as a linetype file (".lin") of the support path says. The drawing's style "Standard" stands in
+// for a text style that it lacks. Null when none of them has it.
 ZEF_PIPESYSTEM_PORT AcDbObjectId LoadVrLineType(LPCTSTR name);
 
 } // namespace KolTool
