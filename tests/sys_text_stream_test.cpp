@@ -89,7 +89,9 @@ TEST(SysTextStream, RandomBytes) {
                       })));
             std::size_t units = 0;
             const bool has_doubles = page == 932 || page == 950;
-            ASSERT_TRUE(encoded(page, text, units) == taken || has_doubles) << page;
+            const std::string again = encoded(page, text, units);
+            const bool has_four = page == 936 && units != text.size(); // GB 18030's are read, not written
+            ASSERT_TRUE(again == taken || has_doubles || has_four) << page;
         }
     }
 }
