@@ -5,6 +5,7 @@
 #include "dbpl.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 
@@ -14,6 +15,21 @@ bool IsLevel(const std::vector<AcGePoint3d>& points) {
     constexpr double slack = 1e-9;
     return std::ranges::all_of(
         points, [&](const AcGePoint3d& point) { return std::fabs(point.z - points.front().z) < slack; });
+}
+
+// The normal of the plane that all points lie in; of no length when there is none, or more than one.
+AcGeVector3d NormalOf(const std::vector<AcGePoint3d>& points) {
+    constexpr double slack = 1e-6;
+    const AcGeVector3d across = (points[1] - points[0]).crossProduct(points[2] - points[0]);
+    if (across.isZeroLength())
+        return {};
+    const AcGeVector3d normal = across.normal();
+    return std::ranges::all_of(points,
+                               [&](const AcGePoint3d& point) {
+                                   return std::fabs(normal.dotProduct(point - points[0])) < slack;
+                               })
+               ? normal
+               : AcGeVector3d();
 }
 
 } // namespace
@@ -74,17 +90,25 @@ void TGatheringPen::Line(const std::vector<AcGePoint3d>& points) {
         Add(new AcDbLine(points[i - 1], points[i]));
 }
 
-// Triangles and quadrangles are figures of their own, others hatches; what is not level is made of faces.
+// Triangles and quadrangles are figures of their own, others hatches; what lies in no level plane and has
+// more corners is made of faces.
 void TGatheringPen::Area(const std::vector<AcGePoint3d>& rim) {
     constexpr std::size_t most = 4;
     if (rim.size() < 3)
         return;
-    if (rim.size() <= most && IsLevel(rim)) {
-        Add(rim.size() == most ? new AcDbSolid(rim[0], rim[1], rim[3], rim[2])
-                               : new AcDbSolid(rim[0], rim[1], rim[2]));
+    const bool isLevel = IsLevel(rim);
+    const AcGeVector3d normal = isLevel ? AcGeVector3d::kZAxis : NormalOf(rim);
+    if (rim.size() <= most && !normal.isZeroLength()) {
+        auto solid = std::make_unique<AcDbSolid>();
+        solid->setNormal(normal);
+        const std::array<std::size_t, most> corners{0, 1, rim.size() - 1,
+                                                    2}; // its third and fourth are crossed
+        for (std::size_t i = 0; i < most; ++i)
+            solid->setPointAt(static_cast<Adesk::UInt16>(i), rim[corners[i]]);
+        Add(solid.release());
         return;
     }
-    if (!IsLevel(rim)) {
+    if (!isLevel) {
         for (std::size_t i = 2; i < rim.size(); ++i)
             Add(new AcDbFace(rim[0], rim[i - 1], rim[i]));
         return;
