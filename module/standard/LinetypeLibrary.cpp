@@ -47,7 +47,9 @@ std::vector<LinetypeRow> Read() {
 }
 
 std::vector<LinetypeRow>& Rows() {
-    static std::vector<LinetypeRow> rows = Read();
+    static std::vector<LinetypeRow> rows;
+    if (rows.empty()) // a table that was not there may be there now
+        rows = Read();
     return rows;
 }
 
