@@ -13,6 +13,7 @@ import logging
 import os
 import pathlib
 import random
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -175,6 +176,7 @@ def scripts(found):
 def run(zefhost, drawing, script, folder):
     out = folder / "out.dxf"
     out.unlink(missing_ok=True)
+    shutil.rmtree(folder / "profile", ignore_errors=True)  # what was answered last time is remembered there
     answers = folder / "answers.scr"
     answers.write_text(script)
     done = subprocess.run([zefhost, drawing, "-s", answers, "-o", out, "--keep-going", "--profile",
