@@ -4,7 +4,7 @@
 A source that was found clean is looked at again only when it, or something that it includes, has changed. --changed looks
 only at the sources that differ from main and, for a header that does, at the source of the same name.
 
-Most of clang-tidy's time goes into the standard library's headers, so a dozen sources of a folder are judged as one. Those
+Most of clang-tidy's time goes into the standard library's headers, so some twenty sources of a folder are judged as one. Those
 that define a name twice between them are judged alone.
 """
 import hashlib
@@ -20,7 +20,7 @@ from pathlib import Path
 root = Path(__file__).resolve().parent.parent
 floors = ("base", "sys", "ui", "host", "siblings", "module", "clients", "apps")
 clean = root / "build/tidy"
-together = 12
+together = 20
 
 
 def output(*command):
@@ -40,7 +40,8 @@ def compile_commands():
         name = os.path.relpath(entry["file"], root)
         if name.startswith(tuple(floor + "/" for floor in floors)):
             command = re.sub(r" -Winvalid-pch -include \S+cmake_pch\.hxx| -fpch-preprocess|^\S*ccache ", "", entry["command"])
-            found[name] = (entry["directory"], re.sub(r" -o \S+ -c \S+$", "", command))
+            # -w: what the compilers warn of they refuse already, and names of other sources may be shadowed here
+            found[name] = (entry["directory"], re.sub(r" -o \S+ -c \S+$", " -w", command))
     return found
 
 
@@ -121,22 +122,21 @@ def main():
     for names in by_command.values():
         batches += [names[at:at + together] for at in range(0, len(names), together)]
     batches.sort(key=len, reverse=True)
-    lines = {}
+    told, status = set(), 0
     with tempfile.TemporaryDirectory() as folder, ThreadPoolExecutor(os.cpu_count()) as pool:
         for names, found in zip(batches, pool.map(lambda names: judge(names, commands, folder), batches)):
             if not found:
                 for name in names:
                     (clean / key_of[name]).touch()
-            blocks = re.split(r"(?m)^(?=/\S+: (?:error|warning):)", found)
-            for block in blocks:  # what a header is blamed for comes from every source that includes it: told once
+                continue
+            status = 1
+            found = re.sub(r"(?m)^(\d+ (warning|error).* generated|Suppressed|Error while processing).*\n?", "", found)
+            for block in re.split(r"(?m)^(?=/\S+: (?:error|warning):)", found):
                 head = block.split("\n", 1)[0]
-                if re.match(r"/\S+: (error|warning):", head):
-                    lines.setdefault(head, block)
-            if found and not lines:
-                lines[found] = found
-    for block in lines.values():
-        print(re.sub(r"(?m)^(\d+ (warning|error).* generated|Suppressed|Error while processing).*\n?", "", block).rstrip())
-    return 1 if lines else 0
+                if head not in told:  # what a header is blamed for comes from every source that includes it
+                    told.add(head)
+                    print(block.rstrip(), flush=True)
+    return status
 
 
 if __name__ == "__main__":

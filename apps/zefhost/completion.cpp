@@ -52,7 +52,7 @@ completions names(std::wstring_view typed) {
     found.begin = blanks && !quoted ? 0 : begin;
     if (blanks && !quoted)
         for (std::wstring& name : found.words)
-            name = L'"' + std::wstring(typed.substr(0, begin)) + name;
+            name.insert(0, typed.substr(0, begin)).insert(0, 1, L'"');
     return found;
 }
 

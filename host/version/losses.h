@@ -28,8 +28,13 @@ public:
     std::vector<std::wstring> lines() const {
         std::vector<std::wstring> all;
         for (const auto& [kind, fates] : counts_)
-            for (const auto& [fate, count] : fates)
-                all.push_back(kind + L": " + std::to_wstring(count) + L" " + fate);
+            for (const auto& [fate, count] : fates) {
+                std::wstring& line = all.emplace_back(kind);
+                line += L": ";
+                line += std::to_wstring(count);
+                line += L" ";
+                line += fate;
+            }
         return all;
     }
 

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -74,9 +73,10 @@ bool CanHold(const LeafNode& leaf, LPCTSTR identifier) {
 
 std::vector<CString> Components(LPCTSTR path) {
     std::vector<CString> names;
-    for (const auto part : std::views::split(std::wstring_view(path != nullptr ? path : L""), L'\\'))
-        if (!part.empty())
-            names.emplace_back(&*part.begin(), static_cast<int>(std::ranges::distance(part)));
+    const CString whole = path;
+    int at = 0;
+    for (CString part = whole.Tokenize(L"\\", at); at >= 0; part = whole.Tokenize(L"\\", at))
+        names.push_back(part);
     return names;
 }
 

@@ -80,7 +80,7 @@ void UpdatePipeInfo(AcDbObjectId pipe) {
     UpdatePipe(pipe, [](TDbPipe* opened) { UpdatePipeInfo(opened); });
 }
 
-void UpdatePipeInfo(TEntitySet pipes) {
+void UpdatePipeInfo(TEntitySet pipes) { // NOLINT(performance-unnecessary-value-param): callers link it so
     if (pipes.GetCount() > 0)
         UpdatePipeInfo(pipes.GetAt(0));
 }

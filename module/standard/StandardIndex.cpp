@@ -164,7 +164,9 @@ void StandardIndex::Drop(const void* record) {
     const auto found = m_units.find(record);
     if (found == m_units.end())
         return;
-    Comparison(*this, found->second); // says nothing: takes everything back
+    {
+        const Comparison nothing(*this, found->second); // takes everything back when it ends
+    }
     m_units.erase(found);
 }
 

@@ -15,7 +15,7 @@ constexpr long in_base_plane = 39420;    // numbers that stand for characters be
 // The characters below U+10000 by their numbers; 0 for none.
 std::vector<char16_t> base_plane() {
     std::vector<char16_t> all(in_base_plane, u'\0');
-    const iconv_t handle = ::iconv_open("UTF-16LE", "GB18030");
+    iconv_t handle = ::iconv_open("UTF-16LE", "GB18030");
     if (handle == reinterpret_cast<iconv_t>(-1))
         return all;
     for (long number = 0; number < in_base_plane; ++number) {
