@@ -62,8 +62,10 @@ void CWindowsFonts::GetFaces(const CString& script, std::vector<CString>& faces)
 }
 
 const WindowsFont* CWindowsFonts::Find(const CString& face, const CString& script) const {
-    for (const WindowsFont& font : std::ranges::equal_range(m_fonts, face, KeyOrder(), &WindowsFont::m_face))
-        if (IsSameName(font.m_script, script))
-            return &font;
+    const KeyOrder before;
+    auto font = std::ranges::lower_bound(m_fonts, face, before, &WindowsFont::m_face);
+    for (; font != m_fonts.end() && !before(face, font->m_face); ++font)
+        if (IsSameName(font->m_script, script))
+            return &*font;
     return nullptr;
 }
