@@ -304,29 +304,29 @@ TEST(DxfRepair, ADamagedLineIsFoundWhereItIs) {
         groups(head + sound + "|0 LINE|5 1F|8 WALL|10 0.0|20 0.0|11 1.0|21 2.0|0 ENDSEC|0 EOF");
     const std::size_t first = bytes.find("0\nINSERT\n5\nA3");
     const std::size_t last = bytes.find("0\nINSERT\n5\nA4");
-    std::size_t line = 1;
-    for (std::size_t at = 0; at < bytes.size(); ++line) {
+    std::size_t number = 1;
+    for (std::size_t at = 0; at < bytes.size(); ++number) {
         const std::size_t next = bytes.find('\n', at) + 1;
         const std::string text = bytes.substr(at, next - at);
         const bool tried =
-            (at >= first && at < last) ||
-            (line > 4 && at < bytes.find("0\nENDSEC") && (text == "9\n" || text == "20\n" || text[0] == '$'));
+            (at >= first && at < last) || (number > 4 && at < bytes.find("0\nENDSEC") &&
+                                           (text == "9\n" || text == "20\n" || text[0] == '$'));
         for (const std::string& instead : {std::string(), text + text, std::string("\n")}) {
             std::string damaged = bytes;
             damaged.replace(at, text.size(), instead);
-            const bool is_code = line % 2 == 1;
+            const bool is_code = number % 2 == 1;
             const bool is_text =
                 text == "sign\n" || text == "DOOR\n" || text == "WALL\n" || text == "NOTES\n";
             const bool may_be = instead == "\n" && (is_text || bytes.substr(0, at).ends_with("\n5\n"));
             if (!tried || may_be) // a blank text is one
                 continue;
             const auto drawing = opened(damaged);
-            ASSERT_NE(drawing, nullptr) << line << instead;
+            ASSERT_NE(drawing, nullptr) << number << instead;
             const std::string where =
-                std::to_string(line) + " '" + text + "' -> '" + instead + "'\n" + test::messages(*drawing);
+                std::to_string(number) + " '" + text + "' -> '" + instead + "'\n" + test::messages(*drawing);
             ASSERT_FALSE(drawing->repairs().empty()) << where;
             const std::size_t told = drawing->repairs().front().line;
-            EXPECT_TRUE(told + 3 > line && told < line + 3) << where;
+            EXPECT_TRUE(told + 3 > number && told < number + 3) << where;
             const std::string repaired = written(*drawing);
             if (is_code || instead.size() > text.size()) {
                 EXPECT_EQ(changes(bytes, repaired), "") << where;
