@@ -8,9 +8,11 @@
 namespace sys {
 
 // The libraries behind it are large, and most runs ask for no font: they are loaded with the first question.
-// Where they are missing there is no font that we could find.
+// Where they are missing there is no font that we could find. They stay to the end: what they keep for
+// themselves is nobody's once they are gone.
 std::vector<installed_font> installed_fonts() {
-    static const auto library = dynamic_library::open(executable_folder() / "libzef_fonts.so");
+    static const auto& library =
+        *new base::result<dynamic_library>(dynamic_library::open(executable_folder() / "libzef_fonts.so"));
     std::vector<installed_font> listed;
     using list_fonts = void (*)(std::vector<installed_font>&);
     if (void* const found = library ? library->symbol("zef_list_fonts") : nullptr)
