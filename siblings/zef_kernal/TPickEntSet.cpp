@@ -5,6 +5,7 @@
 #include "acutmem.h"
 #include "dbobjptr.h"
 #include "geassign.h"
+#include "siblings/zef_kernal/ZefExport.h"
 
 namespace {
 
@@ -22,17 +23,6 @@ TEntitySet TakeEntities(const ads_name set) {
     }
     acedSSFree(set);
     return TEntitySet(std::move(entities));
-}
-
-// A pattern that only this name matches.
-CString Literally(const CString& name) {
-    CString pattern;
-    for (int i = 0; i < name.GetLength(); ++i) {
-        if (CString(L"#@.*?~[],-`").Find(name[i]) >= 0)
-            pattern += L'`';
-        pattern += name[i];
-    }
-    return pattern;
 }
 
 } // namespace
@@ -59,15 +49,21 @@ int TPickEntSet::SelectEntities(LPCTSTR prompt) {
     return answer;
 }
 
-bool TPickEntSet::SelectLayer(LPCTSTR layerName) {
+bool TPickEntSet::SelectDrawing(const resbuf* filter) {
     TEntitySet& entities = *this;
     entities = {};
-    resbuf* const filter = acutBuildList(RTDXF0, L"*", 8, Literally(layerName).GetString(), 0);
     ads_name set;
     if (acedSSGet(L"_X", nullptr, nullptr, filter, set) == RTNORM)
         entities = TakeEntities(set);
-    acutRelRb(filter);
     return GetCount() != 0;
+}
+
+bool TPickEntSet::SelectLayer(LPCTSTR layerName) {
+    resbuf* const filter =
+        acutBuildList(RTDXF0, L"*", 8, ZefExport::GetLiteralPattern(layerName).GetString(), 0);
+    const bool found = SelectDrawing(filter);
+    acutRelRb(filter);
+    return found;
 }
 
 CString TPickEntSet::GetLayerName(int index) const {

@@ -7,6 +7,8 @@
 #include "gepnt3d.h"
 #include "siblings/zef_kernal/TEntitySet.h"
 
+struct resbuf;
+
 // Each selection takes the place of what the set held; one that fails leaves it empty.
 class ZEF_KERNAL_PORT TPickEntSet : public TEntitySet {
 public:
@@ -16,8 +18,9 @@ public:
     // Where SelectEntity was answered, in the user's coordinates.
     const AcGePoint3d& GetPickPoint() const { return m_point; }
 
-    // All entities of the drawing on a layer: in model space and on sheets, seen or not. False when there are
-    // none.
+    // All entities of the drawing that fit a filter, as acedSSGet has it, or that are on a layer: in model
+    // space and on sheets, seen or not. False when there are none.
+    bool SelectDrawing(const resbuf* filter);
     bool SelectLayer(LPCTSTR layerName);
 
     // Of one of them, from 0 to GetCount() - 1: its layer's name, and its type as drawing files name it.

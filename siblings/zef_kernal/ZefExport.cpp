@@ -34,6 +34,16 @@ AcDbObjectId ZefExport::GetLayerIdFromString(LPCTSTR layerName) {
     return EntryOf<AcDbLayerTablePointer>(&AcDbDatabase::layerTableId, layerName);
 }
 
+CString ZefExport::GetLiteralPattern(LPCTSTR name) {
+    CString pattern;
+    for (const wchar_t c : std::wstring_view(name)) {
+        if (std::wstring_view(L"#@.*?~[],-`").find(c) != std::wstring_view::npos)
+            pattern += L'`';
+        pattern += c;
+    }
+    return pattern;
+}
+
 AcDbObjectId ZefExport::GetTextStyleId(LPCTSTR styleName) {
     return EntryOf<AcDbTextStyleTablePointer>(&AcDbDatabase::textStyleTableId, styleName);
 }

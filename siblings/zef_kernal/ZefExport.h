@@ -16,6 +16,9 @@ namespace ZefExport {
 // The layer of that name; null when there is none.
 ZEF_KERNAL_PORT AcDbObjectId GetLayerIdFromString(LPCTSTR layerName);
 
+// A pattern that only this name fits, for filters of selections.
+ZEF_KERNAL_PORT CString GetLiteralPattern(LPCTSTR name);
+
 // The text style of that name; null when there is none.
 ZEF_KERNAL_PORT AcDbObjectId GetTextStyleId(LPCTSTR styleName);
 // Adds a text style to a drawing, which owns it from then on, and closes it unless it is wanted open. Null,
