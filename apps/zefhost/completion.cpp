@@ -2,6 +2,7 @@
 
 #include "base/case_fold.h"
 #include "host/ed/command_stack.h"
+#include "host/ed/console_bars.h"
 #include "host/ed/editor.h"
 #include "host/ed/expected.h"
 #include "sys/folders.h"
@@ -24,6 +25,8 @@ completions commands(std::wstring_view typed) {
     for (const auto& [group, command] : ed::all_commands())
         if (begins_with(command->globalName(), typed))
             found.words.emplace_back(command->globalName());
+    if (begins_with(ed::bar_name, typed))
+        found.words.emplace_back(ed::bar_name);
     return found;
 }
 

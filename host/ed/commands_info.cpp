@@ -4,6 +4,7 @@
 #include "base/display_width.h"
 #include "host/ed/command_help.h"
 #include "host/ed/command_stack.h"
+#include "host/ed/console_bars.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/prompts.h"
@@ -75,10 +76,16 @@ void list_group(const std::wstring& name, std::vector<const AcEdCommand*> comman
         if (name != host_group || !is_other_name(command->globalName()))
             acutPrintf(L"  %ls  %ls\n", base::padded(command->globalName(), widest).c_str(),
                        text_of(*command).c_str());
+    if (name == host_group)
+        acutPrintf(L"  %ls  %ls\n", base::padded(bar_name, widest).c_str(), std::wstring(bar_help).c_str());
 }
 
 // False when there is no such command.
 bool tell_of(const std::wstring& typed) {
+    if (is_bar(typed)) {
+        acutPrintf(L"\n%ls  %ls\n", std::wstring(bar_name).c_str(), std::wstring(bar_help).c_str());
+        return true;
+    }
     for (const auto& [group, commands] : grouped_commands())
         for (const AcEdCommand* const command : commands) {
             if (!base::equal_no_case(command->globalName(), typed) &&

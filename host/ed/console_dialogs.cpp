@@ -5,6 +5,7 @@
 #include "base/number_text.h"
 #include "base/utf.h"
 #include "base/wildcard.h"
+#include "host/ed/console_bars.h"
 #include "host/ed/editor.h"
 #include "host/ed/expected.h"
 
@@ -58,7 +59,7 @@ std::wstring list_text(const ui::check_list& list, std::size_t first, std::size_
     return text;
 }
 
-void show(ui::dialog& dialog) {
+void print(ui::dialog& dialog) {
     const std::size_t digits = std::to_wstring(lines_of(dialog).size()).size();
     std::wstring text = dialog.title + L'\n';
     for (const ui::field& field : dialog.fields)
@@ -189,7 +190,7 @@ bool console_dialogs::run(ui::dialog& shown) {
     if (!editor::may_ask())
         return false;
     ui::dialog changed = shown;
-    show(changed);
+    print(changed);
     const std::wstring prompt = L"\n" + expectation(changed) + L" <OK>: ";
     std::vector<std::wstring> words = {std::wstring(accept), std::wstring(cancel)};
     for (const ui::field& field : changed.fields)
@@ -213,6 +214,14 @@ bool console_dialogs::run(ui::dialog& shown) {
             !reason.empty() && !editor.refuse(prompt, given, reason))
             return false;
     }
+}
+
+void console_dialogs::show(ui::bar& shown) {
+    show_bar(shown);
+}
+
+void console_dialogs::hide(ui::bar& shown) {
+    hide_bar(shown);
 }
 
 void console_dialogs::tell(std::wstring_view message) {

@@ -17,6 +17,9 @@ public:
     bool run(ui::dialog& shown) override;
     // Waits for nothing.
     void tell(std::wstring_view message) override;
+    // host/ed/console_bars.h
+    void show(ui::bar& shown) override;
+    void hide(ui::bar& shown) override;
 };
 
 } // namespace ed

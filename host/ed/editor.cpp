@@ -9,6 +9,7 @@
 #include "host/db/transactions.h"
 #include "host/ed/command_aliases.h"
 #include "host/ed/command_stack.h"
+#include "host/ed/console_bars.h"
 #include "host/ed/console_dialogs.h"
 #include "host/ed/editor_reactors.h"
 #include "host/ed/host_commands.h"
@@ -110,6 +111,11 @@ void editor::run() {
                 run_command(std::wstring(last_command_));
             break;
         case answer_kind::text:
+            if (const auto said = behind_bar(without_prefixes(typed.text))) {
+                if (const std::wstring reason = use_bars(*said); !reason.empty())
+                    refuse(command_prompt, typed, reason);
+                break;
+            }
             if (const auto reason = pick_before_command(typed)) {
                 if (!reason->empty())
                     refuse(command_prompt, typed, *reason);
@@ -139,6 +145,21 @@ void editor::run_calls() {
         if (documents.current() != nullptr || (as.flags & ACRX_CMD_SESSION) != 0)
             run_outermost(as, [&] { call.function(call.data); });
     }
+}
+
+void editor::run_press(std::wstring_view name, const std::function<void()>& press) {
+    running_command as;
+    as.name = as.shown = name;
+    as.flags = ACRX_CMD_SESSION;
+    as.is_press = true;
+    if (running_.empty()) {
+        run_outermost(as, press);
+        return;
+    }
+    const bool cancelled = running_.back().cancelled;
+    const ap::documents::in_context context(ap::document::owner::application);
+    run_inside(as, press);
+    running_.back().cancelled = cancelled;
 }
 
 void editor::quit() {
@@ -220,7 +241,8 @@ template<class Function>
 void editor::run_inside(const running_command& command, Function function) {
     running_.push_back(command);
     const std::wstring name = command.name;
-    tell_editor([&](AcEditorReactor& reactor) { reactor.commandWillStart(name.c_str()); });
+    if (!command.is_press)
+        tell_editor([&](AcEditorReactor& reactor) { reactor.commandWillStart(name.c_str()); });
     // Nothing that a command throws may end the program: the drawing is still there.
     try {
         function();
@@ -238,6 +260,8 @@ void editor::run_inside(const running_command& command, Function function) {
                                                 : outcome::ended;
     const outcome became = last_outcome_;
     tell_editor([&](AcEditorReactor& reactor) {
+        if (command.is_press)
+            return;
         if (became == outcome::failed)
             reactor.commandFailed(name.c_str());
         else if (became == outcome::cancelled)
@@ -354,6 +378,14 @@ answer editor::ask(std::wstring_view prompt, answer_rule rule) {
             given.text.front() != L'\'')
             return given;
         const std::wstring name(without_prefixes(given.text));
+        if (const auto said = behind_bar(name)) {
+            const std::wstring reason = use_bars(*said);
+            if (stopped_ || (!reason.empty() && !refuse(prompt, given, reason)))
+                return {};
+            command_line::instance().fresh_line();
+            command_line::instance().line_ended(); // the prompt brings a line feed of its own
+            continue;
+        }
         const AcEdCommand* const command = find_command(is_typed_variable(name) ? L"SETVAR" : name);
         if (command == nullptr)
             return given;
@@ -386,6 +418,17 @@ answer editor::next_given(std::wstring_view prompt) {
     return next;
 }
 
+// A press of a bar is one answer with all that stands behind it on its line.
+answer editor::read_answer(answer_rule rule, std::wstring_view prompt) {
+    answer given = input.next(rule, prompt);
+    const bool may_press = rule == answer_rule::word && given.kind == answer_kind::text && !given.quoted &&
+                           (running_.empty() || given.text.front() == L'\'');
+    if (may_press && is_bar(without_prefixes(given.text)))
+        if (const std::wstring rest = input.take_rest_of_line(); !rest.empty())
+            given.text += L' ' + rest;
+    return given;
+}
+
 answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
     if (stopped_ || !may_ask())
         return {};
@@ -397,14 +440,14 @@ answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
     if (input.next_is_silent()) {
         line.fresh_line();
         line.line_ended(); // as the Enter of an answer that is seen
-        return input.next(rule, {});
+        return read_answer(rule, {});
     }
     const bool terminal = input.at_terminal() && !input.typed_ahead();
     const std::size_t feed = prompt.rfind(L'\n');
     const std::wstring_view last = feed == prompt.npos ? prompt : prompt.substr(feed + 1);
     // A terminal shows the last line of the prompt itself, so that it can redraw it.
     line.print(terminal ? prompt.substr(0, prompt.size() - last.size()) : prompt);
-    answer given = input.next(rule, last);
+    answer given = read_answer(rule, last);
     switch (given.kind) {
     case answer_kind::end:
         line.fresh_line();

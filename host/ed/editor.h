@@ -6,6 +6,7 @@
 #include "host/ed/output.h"
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,9 @@ public:
     bool run_command(std::wstring_view typed);
     // Runs commands inside the one under way with the answers that a program gives; the codes of acedCmdS.
     int run_given(std::deque<answer> answers);
+    // Runs what a press of a button does, outside of any command's context: no command starts or ends. At the
+    // command prompt it is a step of undo of that name, inside a command a part of its step.
+    void run_press(std::wstring_view name, const std::function<void()>& press);
 
     run_status status() const { return status_; }
     // Notes a failure; the first one is the run's status. Without a person, and unless it is to go on, it
@@ -84,6 +88,7 @@ private:
         std::wstring name;                    // as reactors are told
         std::wstring shown;
         Adesk::Int32 flags = 0;
+        bool is_press = false;  // of a bar's button: nobody is told of a command
         bool cancelled = false; // the last answer was Escape, or none
         bool failed = false;
     };
@@ -101,6 +106,7 @@ private:
     void run_inside(const running_command& command, Function function);
     void run_calls();
     void close_left_open(const std::wstring& name);
+    answer read_answer(answer_rule rule, std::wstring_view prompt);
     answer next_answer(std::wstring_view prompt, answer_rule rule);
     answer next_given(std::wstring_view prompt);
 

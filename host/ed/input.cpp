@@ -171,7 +171,7 @@ answer input::next(answer_rule rule, std::wstring_view prompt) {
                 name_ = from.name;
                 number_ = from.number;
                 answer found = cut(from, rule);
-                found.sent = queue == &sent_;
+                found.sent = was_sent_ = queue == &sent_;
                 found.silent = from.silent;
                 return found;
             }
@@ -179,6 +179,14 @@ answer input::next(answer_rule rule, std::wstring_view prompt) {
         }
     }
     return {};
+}
+
+std::wstring input::take_rest_of_line() {
+    std::deque<source>& queue = was_sent_ ? sent_ : sources_;
+    if (queue.empty() || !queue.front().open)
+        return {};
+    queue.front().open = false;
+    return queue.front().line.substr(queue.front().at);
 }
 
 // Drops texts that were read to the end. Whether one is left.

@@ -49,6 +49,8 @@ public:
     // Without `echo` nothing of it is shown, nor of the questions that it answers.
     void send(std::wstring_view text, bool echo = true);
 
+    // What stands behind the answer read last on its line, which is read to its end with it.
+    std::wstring take_rest_of_line();
     // The next answer. `prompt` is shown by a terminal only.
     answer next(answer_rule rule, std::wstring_view prompt);
 
@@ -86,6 +88,7 @@ private:
     std::deque<source> sent_;
     std::wstring name_;
     int number_ = 0;
+    bool was_sent_ = false; // the answer read last
 };
 
 } // namespace ed
