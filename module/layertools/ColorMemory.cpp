@@ -1,12 +1,10 @@
 #include "module/layertools/ColorMemory.h"
 
 #include "acdbads.h"
-#include "acutmem.h"
 #include "dbapserv.h"
-#include "dbdict.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
-#include "dbxrecrd.h"
+#include "module/layertools/DrawingRecords.h"
 #include "module/layertools/LayerStates.h"
 #include "siblings/zef_kernal/ZefExport.h"
 
@@ -24,67 +22,6 @@ constexpr int numberCode = 90;
 constexpr int indexCode = 62;
 constexpr int rgbCode = 420;
 constexpr int bookCode = 430;
-
-struct FreeChain {
-    void operator()(resbuf* chain) const { acutRelRb(chain); }
-};
-using Chain = std::unique_ptr<resbuf, FreeChain>;
-
-// A chain that is being made.
-class CChainMaker {
-public:
-    void Add(int code, int value) { Append(acutBuildList(code, value, 0)); }
-    void Add(int code, const CString& value) { Append(acutBuildList(code, value.GetString(), 0)); }
-    const resbuf* Get() const { return m_chain.get(); }
-
-private:
-    void Append(resbuf* node) {
-        if (m_last == nullptr)
-            m_chain.reset(node);
-        else
-            m_last->rbnext = node;
-        m_last = node;
-    }
-
-    Chain m_chain;
-    resbuf* m_last = nullptr;
-};
-
-AcDbObjectId GetDictionaryId() {
-    return acdbHostApplicationServices()->workingDatabase()->namedObjectsDictionaryId();
-}
-
-Chain ReadRecord(const wchar_t* key) {
-    const AcDbDictionaryPointer dictionary(GetDictionaryId(), AcDb::kForRead);
-    AcDbObjectId id;
-    if (dictionary.openStatus() != Acad::eOk || dictionary->getAt(key, id) != Acad::eOk)
-        return nullptr;
-    const AcDbXrecordPointer record(id, AcDb::kForRead);
-    resbuf* chain = nullptr;
-    if (record.openStatus() == Acad::eOk)
-        record->rbChain(&chain);
-    return Chain(chain);
-}
-
-void RemoveRecord(const wchar_t* key) {
-    const AcDbDictionaryPointer dictionary(GetDictionaryId(), AcDb::kForWrite);
-    AcDbObjectId id;
-    if (dictionary.openStatus() != Acad::eOk || dictionary->remove(key, id) != Acad::eOk)
-        return;
-    const AcDbObjectPointer<AcDbObject> record(id, AcDb::kForWrite);
-    if (record.openStatus() == Acad::eOk)
-        record->erase();
-}
-
-bool WriteRecord(const wchar_t* key, const resbuf& chain) {
-    RemoveRecord(key);
-    const AcDbDictionaryPointer dictionary(GetDictionaryId(), AcDb::kForWrite);
-    AcDbXrecordPointer record;
-    AcDbObjectId id;
-    record.create();
-    return dictionary.openStatus() == Acad::eOk && dictionary->setAt(key, record, id) == Acad::eOk &&
-           record->setFromRbChain(chain) == Acad::eOk;
-}
 
 } // namespace
 
@@ -173,8 +110,8 @@ void CColorMemory::ReadExactColors(const resbuf* chain) {
 
 CColorMemory CColorMemory::Load() {
     CColorMemory memory;
-    memory.ReadPairs(ReadRecord(pairsKey).get());
-    memory.ReadExactColors(ReadRecord(exactKey).get());
+    memory.ReadPairs(DrawingRecords::Read(pairsKey).get());
+    memory.ReadExactColors(DrawingRecords::Read(exactKey).get());
     return memory;
 }
 
@@ -214,14 +151,14 @@ bool CColorMemory::Save(int painted, const CColorMemory& before) const {
         if (!color.exact->names.IsEmpty())
             exact.Add(bookCode, color.exact->names);
     }
-    RemoveRecord(exactKey);
-    return (exact.Get() == nullptr || WriteRecord(exactKey, *exact.Get())) &&
-           WriteRecord(pairsKey, *pairs.Get());
+    DrawingRecords::Remove(exactKey);
+    return (exact.Get() == nullptr || DrawingRecords::Write(exactKey, *exact.Get())) &&
+           DrawingRecords::Write(pairsKey, *pairs.Get());
 }
 
 void CColorMemory::Remove() {
-    RemoveRecord(exactKey);
-    RemoveRecord(pairsKey);
+    DrawingRecords::Remove(exactKey);
+    DrawingRecords::Remove(pairsKey);
 }
 
 void CColorMemory::Paint(int index) const {
