@@ -12,6 +12,7 @@
 #include "module/layertools/LayerControlBar.h"
 #include "tests/layer_support.h"
 #include "tests/sys_support.h"
+#include "ui/presenter.h"
 
 #include <gtest/gtest.h>
 
@@ -20,19 +21,19 @@
 
 namespace {
 
-struct shown {
-    bool enabled = false;
-    int refreshed = 0;
-};
-
-class bar : public CLayerControlBar {
+// Counts how often the bar was to be shown anew.
+class window : public ui::presenter {
 public:
-    explicit bar(shown& state) : state_(state) {}
-    void EnableWindow(bool enable) override { state_.enabled = enable; }
-    void Refresh() override { ++state_.refreshed; }
+    window() : before_(ui::set_presenter(this)) {}
+    ~window() override { ui::set_presenter(before_); }
+    bool run(ui::dialog&) override { return false; }
+    void tell(std::wstring_view) override {}
+    void refresh(ui::bar&) override { ++refreshed; }
+
+    int refreshed = 0;
 
 private:
-    shown& state_;
+    ui::presenter* before_;
 };
 
 // What the data of a document should be.
@@ -83,7 +84,8 @@ protected:
 
 TEST_F(ModuleDocuments, AreFollowedInEveryOrder) {
     std::mt19937 random(15);
-    shown window;
+    const window seen;
+    bool enabled = false;
     std::map<const AcApDocument*, expected> model;
     const auto touched = [&] {
         const AcDbObjectId id = touch(*current());
@@ -98,21 +100,27 @@ TEST_F(ModuleDocuments, AreFollowedInEveryOrder) {
         if (count == 0 || (act == 0 && count < 5)) {
             ASSERT_TRUE(docs.open(count % 2 != 0 ? test::drawing("r2018.dxf").wstring() : L"", false));
             model[current()];
-            window.enabled = window.enabled || (count == 0 && CLayerControlBar::Get() != nullptr);
+            enabled = enabled || (count == 0 && CLayerControlBar::Get() != nullptr);
         } else if (act == 1) {
             model.erase(any);
-            window.enabled = window.enabled && (count > 1 || CLayerControlBar::Get() == nullptr);
+            enabled = enabled && count > 1;
             ASSERT_TRUE(docs.close(*any));
         } else if (act == 2) {
             docs.activate(*any);
         } else if (act == 3) {
-            CLayerControlBar::Own(random() % 2 != 0 ? std::make_unique<bar>(window) : nullptr);
+            if (random() % 2 != 0) {
+                enabled = CLayerControlBar::Get() == nullptr || enabled;
+                CLayerControlBar::Create();
+            } else {
+                CLayerControlBar::Release();
+            }
         } else if (act == 4) {
             constexpr const wchar_t* names[] = {L"LINE", L"insert", L"QSAVE", L"SETDOLMOLAYTAG"};
             const auto* const name = names[random() % std::size(names)];
-            const int before = window.refreshed;
+            const int before = seen.refreshed;
             end_command(name);
-            EXPECT_EQ(window.refreshed - before, name == names[3] && CLayerControlBar::Get() != nullptr);
+            EXPECT_EQ(seen.refreshed - before, CLayerControlBar::Get() != nullptr &&
+                                                   (name == names[3] || !model[current()].layers.empty()));
             model[current()].layers.clear();
         } else if (act == 5) {
             ed::tell_editor([&](AcEditorReactor& reactor) {
@@ -131,6 +139,9 @@ TEST_F(ModuleDocuments, AreFollowedInEveryOrder) {
             touch(*any); // not the current document's
         } else {
             touched();
+        }
+        if (const auto* const bar = CLayerControlBar::Get(); bar != nullptr && act < 4) {
+            ASSERT_EQ(bar->content().enabled, enabled) << step;
         }
         const TPipeAppDocGlobals& data = *TPipeAppDocGlobals::Get();
         ASSERT_EQ(data.GetCount(), static_cast<int>(model.size()));

@@ -4,6 +4,7 @@
 #include "acutads.h"
 #include "afx.h"
 #include "module/frame/SettingsTransfer.h"
+#include "module/layertools/LayerControlBar.h"
 #include "module/layertools/LayerToolBar.h"
 #include "module/standard/StandardCommand.h"
 
@@ -50,7 +51,7 @@ constexpr CommandRow commands[] = {
     {L"dcsz", SettingsTransfer::ExportCommand, ACRX_CMD_REDRAW},
     {L"drsz", SettingsTransfer::ImportCommand, ACRX_CMD_REDRAW},
     LayerTool<L"SetAllPipeLayOpen", &CLayerToolBar::SetAllPipeLayOpen>(ACRX_CMD_TRANSPARENT),
-    Unfinished<L"tckz">(ACRX_CMD_USEPICKSET),
+    {L"tckz", ShowLayerControlBar, ACRX_CMD_USEPICKSET},
     Unfinished<L"gpsbs">(ACRX_CMD_USEPICKSET),
     Unfinished<L"CleanDolmoLayTag">(ACRX_CMD_USEPICKSET),
     LayerTool<L"UnLockSelLayer", &CLayerToolBar::UnLockSelLayer>(ACRX_CMD_USEPICKSET),

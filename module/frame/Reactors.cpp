@@ -40,6 +40,18 @@ void Note(const AcDbObject* object) {
         data->NoteLayer(object->objectId());
 }
 
+// The layer control bar shows what a command, which was cancelled or failed perhaps, has done to layers.
+void RefreshBar(const ACHAR* command) {
+    CLayerControlBar* const bar = CLayerControlBar::Get();
+    if (bar == nullptr)
+        return;
+    TPipePerDocData* const data = TPipeAppDocGlobals::CurrentData();
+    const auto isNamed = [&](const wchar_t* name) { return Is(command, name); };
+    if ((data != nullptr && data->Layers().GetCount() != 0) || isNamed(L"SETDOLMOLAYTAG") ||
+        std::ranges::any_of(undoing, isNamed))
+        bar->Refresh();
+}
+
 void GroupLayers(TLayerList& layers) {
     CLayerGrouping grouping;
     AcDbObjectId id;
@@ -96,14 +108,12 @@ void TCmdReactor::commandWillStart(const ACHAR*) {
 }
 
 void TCmdReactor::commandEnded(const ACHAR* command) {
+    RefreshBar(command);
     TPipePerDocData* const data = TPipeAppDocGlobals::CurrentData();
     const auto isNamed = [&](const wchar_t* name) { return Is(command, name); };
     const bool isPassedOver = std::ranges::any_of(passedOver, isNamed);
     const TDocData* const kernalData = GetCurDocData();
     if (!isPassedOver && kernalData != nullptr && kernalData->m_isUsed) {
-        CLayerControlBar* const bar = CLayerControlBar::Get();
-        if (bar != nullptr && Is(command, L"SETDOLMOLAYTAG"))
-            bar->Refresh();
         if (data != nullptr && std::ranges::none_of(undoing, isNamed))
             GroupLayers(data->Layers());
     }
@@ -111,10 +121,12 @@ void TCmdReactor::commandEnded(const ACHAR* command) {
         data->Layers().Clear();
 }
 
-void TCmdReactor::commandCancelled(const ACHAR*) {
+void TCmdReactor::commandCancelled(const ACHAR* command) {
+    RefreshBar(command);
 }
 
-void TCmdReactor::commandFailed(const ACHAR*) {
+void TCmdReactor::commandFailed(const ACHAR* command) {
+    RefreshBar(command);
 }
 
 TBanReactor::TBanReactor() {

@@ -1,7 +1,9 @@
 // The commands that turn layers on and off.
 #include "dbapserv.h"
 #include "dbobjptr.h"
+#include "module/layertools/BarMemory.h"
 #include "module/layertools/DocumentLock.h"
+#include "module/layertools/LayerControlBar.h"
 #include "module/layertools/LayerDisplay.h"
 #include "module/layertools/LayerNames.h"
 #include "module/layertools/LayerStates.h"
@@ -89,6 +91,8 @@ void CLayerToolBar::SetAllPipeLayOpen() {
         SetLayerState(layer, LayerState::Off, false);
     ShowPipeSystems();
     ShowModelSpace();
-    // Here the layer control bar will be refreshed when it is there.
+    NoteAllShown();
+    if (CLayerControlBar* const bar = CLayerControlBar::Get())
+        bar->Refresh();
     RegenerateDisplay();
 }
