@@ -6,11 +6,11 @@
 #include "module/layertools/DocumentLock.h"
 #include "module/layertools/ExternalBlock.h"
 #include "module/layertools/LayerDisplay.h"
-#include "module/layertools/LayerStates.h"
 #include "module/layertools/LayerToolBar.h"
 #include "module/standard/PipeSystemTool.h"
 #include "rxmfcapi.h"
 #include "siblings/zef_kernal/TPickEntSet.h"
+#include "siblings/zef_kernal/ZefExport.h"
 
 #include <memory>
 
@@ -59,7 +59,7 @@ private:
 };
 
 void TurnOff(const CString& layer) {
-    SetLayerState(layer, LayerState::Off, true);
+    ZefExport::SetLayerOnOff(layer, false);
 }
 
 CString GetLayer(const AcDbEntity& entity) {
@@ -98,8 +98,9 @@ void CloseTextLayers(const AcDbEntity& entity) {
 void CloseInReference(AcDbObjectId externalReference) {
     AcDbObjectId id;
     AcGePoint3d point;
+    AcGeMatrix3d toWorld;
     if (KolTool::SelectEntityFromExternalBlock(L"\n外部参照！请继续选择外部参照上要关闭的图元<退出>: ", id,
-                                               point) != RTNORM) {
+                                               point, toWorld, true) != RTNORM) {
         acedUsrBrk(); // Escape leaves this pick, not the command
         return;
     }

@@ -42,13 +42,21 @@ bool KolTool::IsExternalBlock(AcDbObjectId entity) {
     return definition.openStatus() == Acad::eOk && definition->isFromExternalReference();
 }
 
-int KolTool::SelectEntityFromExternalBlock(LPCTSTR prompt, AcDbObjectId& entity, AcGePoint3d& pickPoint) {
+int KolTool::SelectEntityFromExternalBlock(LPCTSTR prompt, AcDbObjectId& entity, AcGePoint3d& pickPoint,
+                                           AcGeMatrix3d& toWorld, bool pointInWorld) {
     ads_name name;
     AcGePoint3d point;
-    const int answer = acedNEntSelP(prompt, name, asDblArray(point), 0, nullptr, nullptr);
+    ads_matrix transform;
+    const int answer = acedNEntSelP(prompt, name, asDblArray(point), 0, transform, nullptr);
     if (answer != RTNORM)
         return answer;
     acdbGetObjectId(entity, name);
+    for (unsigned row = 0; row < 4; ++row)
+        for (unsigned column = 0; column < 4; ++column)
+            toWorld(row, column) = transform[row][column];
+    pickPoint = point;
+    if (!pointInWorld)
+        return answer;
     resbuf user{};
     user.restype = RTSHORT;
     user.resval.rint = 1;

@@ -3,16 +3,21 @@
 
 #include "afx.h"
 #include "dbid.h"
+#include "gemat3d.h"
 #include "gepnt3d.h"
+#include "module/frame/ModulePort.h"
 
 namespace KolTool {
 
 // Whether an entity is a reference to an external drawing.
-bool IsExternalBlock(AcDbObjectId entity);
+ZEF_PIPESYSTEM_PORT bool IsExternalBlock(AcDbObjectId entity);
 
-// Asks for an entity inside of a reference: the innermost one, and where it was picked, in the world. RTNORM;
-// else as acedNEntSelP, and nothing is given.
-int SelectEntityFromExternalBlock(LPCTSTR prompt, AcDbObjectId& entity, AcGePoint3d& pickPoint);
+// Asks for an entity inside of a reference: the innermost one, where it was picked, in the world or in the
+// user's coordinates, and the transformation from its block to the world. RTNORM; else as acedNEntSelP, and
+// nothing is given.
+ZEF_PIPESYSTEM_PORT int SelectEntityFromExternalBlock(LPCTSTR prompt, AcDbObjectId& entity,
+                                                      AcGePoint3d& pickPoint, AcGeMatrix3d& toWorld,
+                                                      bool pointInWorld);
 
 // The layer of the block reference inside of an external one that inserts the block `inserted` around a point
 // of the world, the first one if there are several. Each counts as 50 units larger all round. Where none does

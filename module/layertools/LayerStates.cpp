@@ -1,10 +1,9 @@
 #include "module/layertools/LayerStates.h"
 
-#include "dbapserv.h"
 #include "dbobjptr.h"
+#include "dbsymtb.h"
+#include "module/layertools/DrawingQueries.h"
 #include "siblings/zef_kernal/ZefExport.h"
-
-#include <memory>
 
 namespace {
 
@@ -22,17 +21,9 @@ bool HasState(const AcDbLayerTableRecord& layer, LayerState state) {
 } // namespace
 
 std::vector<AcDbObjectId> GetAllLayerIds() {
-    std::vector<AcDbObjectId> layers;
-    const AcDbLayerTablePointer table(acdbHostApplicationServices()->workingDatabase()->layerTableId());
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
-        return layers;
-    for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId layer;
-        if (each->getRecordId(layer) == Acad::eOk)
-            layers.push_back(layer);
-    }
-    return layers;
+    AcDbObjectIdArray layers;
+    KolTool::GetAllLayerIds(layers);
+    return {layers.begin(), layers.end()};
 }
 
 CString GetLayerName(AcDbObjectId layer) {

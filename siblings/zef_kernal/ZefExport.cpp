@@ -34,6 +34,23 @@ AcDbObjectId ZefExport::GetLayerIdFromString(LPCTSTR layerName) {
     return EntryOf<AcDbLayerTablePointer>(&AcDbDatabase::layerTableId, layerName);
 }
 
+bool ZefExport::SetLayerOnOff(LPCTSTR layerName, bool on) {
+    AcDbLayerTableRecordPointer layer(GetLayerIdFromString(layerName), AcDb::kForRead);
+    if (layer.openStatus() != Acad::eOk)
+        return false;
+    if (layer->isOff() == !on) // it needs no change
+        return true;
+    if (layer->upgradeOpen() != Acad::eOk)
+        return false;
+    layer->setIsOff(!on);
+    return true;
+}
+
+bool ZefExport::IsLayerOn(LPCTSTR layerName) {
+    const AcDbLayerTableRecordPointer layer(GetLayerIdFromString(layerName), AcDb::kForRead);
+    return layer.openStatus() != Acad::eOk || !layer->isOff();
+}
+
 CString ZefExport::GetLiteralPattern(LPCTSTR name) {
     CString pattern;
     for (const wchar_t c : std::wstring_view(name)) {

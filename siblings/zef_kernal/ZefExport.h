@@ -16,6 +16,11 @@ namespace ZefExport {
 // The layer of that name; null when there is none.
 ZEF_KERNAL_PORT AcDbObjectId GetLayerIdFromString(LPCTSTR layerName);
 
+// Turns the layer of that name on or off. False when there is none, or it can not be opened. Asks whether it
+// is on; true when there is none.
+ZEF_KERNAL_PORT bool SetLayerOnOff(LPCTSTR layerName, bool on);
+ZEF_KERNAL_PORT bool IsLayerOn(LPCTSTR layerName);
+
 // A pattern that only this name fits, for filters of selections.
 ZEF_KERNAL_PORT CString GetLiteralPattern(LPCTSTR name);
 
