@@ -3,6 +3,7 @@
 #include "aced.h"
 #include "module/layertools/BarActions.h"
 #include "module/layertools/DocumentLock.h"
+#include "module/layertools/LayerDefinition.h"
 #include "module/layertools/LayerDisplay.h"
 #include "module/layertools/LayerToolBar.h"
 #include "siblings/zef_kernal/KernalOptions.h"
@@ -273,6 +274,8 @@ void CLayerControlBar::press(int id) {
              L"CleanDolmoLayTag");
     } else if (id == kSetArchitectureTag) {
         Send(L"\x1bSetDolmoLayTag");
+    } else if (id == kDefineLayers) {
+        DefineLayers();
     } else if (id == kPageSize) {
         AskPageSize();
     } else {

@@ -8,6 +8,7 @@
 #include "sys/dbase_file.h"
 #include "sys/folders.h"
 
+#include <algorithm>
 #include <chrono>
 #include <optional>
 
@@ -183,6 +184,11 @@ int CUserLayers::GetProductOf(std::wstring_view layerName) const {
         if (Fits(layerName, m_rows[row].m_name))
             return m_rows[row].m_product;
     return kNoUserLayer;
+}
+
+bool CUserLayers::CanHold(const CString& name) {
+    auto table = MakeEmptyTable();
+    return table && table->append_row() && table->set_text(0, 1, ViewOf(name));
 }
 
 void CUserLayers::SetRows(std::vector<UserLayerRow> rows) {

@@ -40,6 +40,8 @@ public:
     // first. Where they say nothing of a layer of an external reference, what they say of its name there.
     int GetProduct(const CString& layerName) const;
 
+    // Whether a row can have that name: the file's code page is GBK, its column has 254 bytes.
+    static bool CanHold(const CString& name);
     // Puts other rows in the place of all those of the products above.
     void SetRows(std::vector<UserLayerRow> rows);
     // Writes the file when it differs; other rows, and columns that this does not know, stay as they are. A
