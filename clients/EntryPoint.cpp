@@ -1,6 +1,7 @@
 // What the host tells zef_client: it brings its commands, and takes them with it.
 #include "accmd.h"
 #include "clients/DrawPipes.h"
+#include "clients/MarkArchitecture.h"
 #include "clients/PlaceValves.h"
 #include "clients/SaveExploded.h"
 #include "rxregsvc.h"
@@ -20,6 +21,8 @@ extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packe
         stack->addCommand(commandGroup, L"hzlg", L"hzlg", ACRX_CMD_MODAL, DrawRisers);
         stack->addCommand(commandGroup, L"hzfj", L"hzfj", ACRX_CMD_MODAL, PlaceValves);
         stack->addCommand(commandGroup, L"zhcc", L"zhcc", ACRX_CMD_MODAL, SaveExploded);
+        stack->addCommand(commandGroup, L"SetDolmoLayTag", L"SetDolmoLayTag", ACRX_CMD_USEPICKSET,
+                          MarkArchitecture);
     } else if (message == AcRx::kUnloadAppMsg && stack != nullptr) {
         stack->removeGroup(commandGroup);
     }

@@ -23,9 +23,9 @@ typedef AcDbObjectPointer<AcDbObject> ObjectPointer;
 
 // Puts the data in the place of what the application keeps at an object.
 Acad::ErrorStatus Write(AcDbObject& object, const Chain& data) {
-    const Acad::ErrorStatus status = object.upgradeOpen();
-    if (status != Acad::eOk)
-        return status;
+    if (!object.isWriteEnabled())
+        if (const Acad::ErrorStatus status = object.upgradeOpen(); status != Acad::eOk)
+            return status;
     return data != nullptr ? object.setXData(data.get()) : Acad::eOutOfMemory;
 }
 
@@ -52,11 +52,15 @@ Acad::ErrorStatus MarkTool::SetMark(AcDbObjectId object, LPCTSTR mark) {
     return Write(*opened.object(), Chain(acutBuildList(applicationCode, kApplication, textCode, mark, 0)));
 }
 
+Acad::ErrorStatus MarkTool::ClearMark(AcDbObject& object) {
+    if (Chain(object.xData(kApplication)) == nullptr)
+        return Acad::eOk;
+    return Write(object, Chain(acutBuildList(applicationCode, kApplication, 0)));
+}
+
 Acad::ErrorStatus MarkTool::ClearMark(AcDbObjectId object) {
     const ObjectPointer opened(object, AcDb::kForRead);
-    if (opened.openStatus() != Acad::eOk || Chain(opened->xData(kApplication)) == nullptr)
-        return opened.openStatus();
-    return Write(*opened.object(), Chain(acutBuildList(applicationCode, kApplication, 0)));
+    return opened.openStatus() == Acad::eOk ? ClearMark(*opened.object()) : opened.openStatus();
 }
 
 std::vector<MarkedEntity> MarkTool::GetMarkedEntities() {

@@ -37,7 +37,8 @@ ZEF_PIPESYSTEM_PORT CString GetMark(AcDbObjectId object);
 // that is missing. What other applications keep at the object stays. An object that has this mark already is
 // not changed. Gives why it can not be marked: eOnLockedLayer for instance.
 ZEF_PIPESYSTEM_PORT Acad::ErrorStatus SetMark(AcDbObjectId object, LPCTSTR mark);
-// Takes the mark away. An object that has none is not changed.
+// Takes the mark away. An object that has none is not changed. One that is open may be open for reading.
+ZEF_PIPESYSTEM_PORT Acad::ErrorStatus ClearMark(AcDbObject& object);
 ZEF_PIPESYSTEM_PORT Acad::ErrorStatus ClearMark(AcDbObjectId object);
 
 // All marked entities of the current drawing, in model space and on sheets, seen or not; the newest first.
