@@ -6,6 +6,7 @@
 #include "module/frame/SettingsTransfer.h"
 #include "module/layertools/LayerControlBar.h"
 #include "module/layertools/LayerToolBar.h"
+#include "module/layertools/MarkCommands.h"
 #include "module/standard/StandardCommand.h"
 
 #include <algorithm>
@@ -52,8 +53,8 @@ constexpr CommandRow commands[] = {
     {L"drsz", SettingsTransfer::ImportCommand, ACRX_CMD_REDRAW},
     LayerTool<L"SetAllPipeLayOpen", &CLayerToolBar::SetAllPipeLayOpen>(ACRX_CMD_TRANSPARENT),
     {L"tckz", ShowLayerControlBar, ACRX_CMD_USEPICKSET},
-    Unfinished<L"gpsbs">(ACRX_CMD_USEPICKSET),
-    Unfinished<L"CleanDolmoLayTag">(ACRX_CMD_USEPICKSET),
+    {L"gpsbs", MarkForSystem, ACRX_CMD_USEPICKSET},
+    {L"CleanDolmoLayTag", CleanArchitectureMarks, ACRX_CMD_USEPICKSET},
     LayerTool<L"UnLockSelLayer", &CLayerToolBar::UnLockSelLayer>(ACRX_CMD_USEPICKSET),
     LayerTool<L"LockSelLayer", &CLayerToolBar::LockSelLayer>(ACRX_CMD_USEPICKSET),
     LayerTool<L"sfxc", &CLayerToolBar::sfxc>(ACRX_CMD_USEPICKSET),

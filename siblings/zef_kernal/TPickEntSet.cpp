@@ -49,11 +49,19 @@ int TPickEntSet::SelectEntities(LPCTSTR prompt) {
     return answer;
 }
 
+bool TPickEntSet::SelectPickedFirst() {
+    return Select(L"_I", nullptr);
+}
+
 bool TPickEntSet::SelectDrawing(const resbuf* filter) {
+    return Select(L"_X", filter);
+}
+
+bool TPickEntSet::Select(LPCTSTR mode, const resbuf* filter) {
     TEntitySet& entities = *this;
     entities = {};
     ads_name set;
-    if (acedSSGet(L"_X", nullptr, nullptr, filter, set) == RTNORM)
+    if (acedSSGet(mode, nullptr, nullptr, filter, set) == RTNORM)
         entities = TakeEntities(set);
     return GetCount() != 0;
 }

@@ -15,6 +15,8 @@ public:
     // Ask for one entity, or for any number. RTNORM; RTCAN for Escape; RTERROR when nothing was picked.
     int SelectEntity(LPCTSTR prompt);
     int SelectEntities(LPCTSTR prompt);
+    // What was picked before the command; false when there is nothing, or the command does not use it.
+    bool SelectPickedFirst();
     // Where SelectEntity was answered, in the user's coordinates.
     const AcGePoint3d& GetPickPoint() const { return m_point; }
 
@@ -33,5 +35,7 @@ public:
     std::vector<Acad::ErrorStatus> Erase() const;
 
 private:
+    bool Select(LPCTSTR mode, const resbuf* filter);
+
     AcGePoint3d m_point;
 };
