@@ -184,13 +184,14 @@ TEST(LayerMarking, TravelsWithTheDrawingAndGoesWithoutATrace) {
     // What was hidden with the system comes back when its marks go; another system's stay.
     drafter.run("tckz\nBAR 给水管线 ON\n");
     EXPECT_TRUE(holds(drafter.changed(), "212: 60 1"));
-    drafter.run("tckz\nBAR 给水管线 ON\n-LAYER LO 说明\n\nBAR 消防管线\nS\nD\n\n");
+    drafter.run("tckz\nBAR 给水管线 ON\nBAR 消防管线\nS\nD\n\n");
     EXPECT_TRUE(holds(drafter.changed(), "212: 1000 给水"));
-    drafter.run("tckz\nBAR 给水管线 ON\n");
+    drafter.run("tckz\nBAR 给水管线 ON\n-LAYER LO 说明\n\n");
     test::run_result ran = drafter.run(bar + std::string("S\nD\n\n"));
     EXPECT_TRUE(says(ran, "\n已成功删除\"给水\"中的图元标识！") &&
                 says(ran, "\n已成功删除\"给水\"中的图层标识！"));
     EXPECT_TRUE(says(ran, "\n1 个图元没有清除标识：1 个在锁定的图层上。"));
+    EXPECT_TRUE(holds(drafter.changed(), "212: 60 1") && !holds(drafter.changed(), "213: 60 1"));
     drafter.run(bar + std::string("S\n\nBAR 2025\n-LAYER U 说明\n\n") + bar + "S\n\n");
     texts left = marks(drafter);
     EXPECT_EQ(left, texts()) << "other programs' data too";
@@ -278,6 +279,9 @@ TEST(LayerMarking, DefinesLayersInADialog) {
             frozen.push_back(change);
     EXPECT_EQ(frozen, (texts{"plan|墙体: 70 17", "plan|说明: 70 20", "说明: 70 4", "plan|墙体: -70 16",
                              "plan|说明: -70 16", "说明: -70 0"}));
+    // A mark says more than they do: it is no longer the architecture's that are unlocked.
+    drafter.run(bar + std::string("A\n") + picks({"212"}) + "\nBAR 2036\n");
+    EXPECT_TRUE(holds(drafter.changed(), "说明: 70 4") && !holds(drafter.changed(), "plan|说明: 70 20"));
 }
 
 TEST(LayerMarking, MarksArchitectureAndCleansIt) {
