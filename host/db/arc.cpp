@@ -14,8 +14,8 @@ namespace {
 // An arc is a circle with two angles more.
 constexpr int circle_order[] = {39, 10, 20, 30, 40, 210, 220, 230};
 constexpr dxf::group_place circle_place{"AcDbCircle", circle_order};
-constexpr int order[] = {50, 51};
-constexpr dxf::group_place place{"AcDbArc", order};
+constexpr int arc_order[] = {50, 51};
+constexpr dxf::group_place arc_place{"AcDbArc", arc_order};
 
 constexpr double full = 2.0 * std::numbers::pi;
 
@@ -73,25 +73,25 @@ Acad::ErrorStatus AcDbArc::setRadius(double radius) {
 
 double AcDbArc::startAngle() const {
     assertReadEnabled();
-    return in_one_turn(db::radians(db::read_real(imp(), place, 50)));
+    return in_one_turn(db::radians(db::read_real(imp(), arc_place, 50)));
 }
 
 Acad::ErrorStatus AcDbArc::setStartAngle(double angle) {
     assertWriteEnabled();
     if (angle != startAngle())
-        db::write_real(imp(), place, 50, db::degrees(in_one_turn(angle)));
+        db::write_real(imp(), arc_place, 50, db::degrees(in_one_turn(angle)));
     return Acad::eOk;
 }
 
 double AcDbArc::endAngle() const {
     assertReadEnabled();
-    return in_one_turn(db::radians(db::read_real(imp(), place, 51)));
+    return in_one_turn(db::radians(db::read_real(imp(), arc_place, 51)));
 }
 
 Acad::ErrorStatus AcDbArc::setEndAngle(double angle) {
     assertWriteEnabled();
     if (angle != endAngle())
-        db::write_real(imp(), place, 51, db::degrees(in_one_turn(angle)));
+        db::write_real(imp(), arc_place, 51, db::degrees(in_one_turn(angle)));
     return Acad::eOk;
 }
 
@@ -119,15 +119,15 @@ Acad::ErrorStatus AcDbArc::setThickness(double thickness) {
 // The normal may stand in either section: programs differ.
 AcGeVector3d AcDbArc::normal() const {
     assertReadEnabled();
-    const bool behind = imp().groups().find(place, 210) != dxf::group_list::npos;
-    return db::read_normal(imp(), behind ? place : circle_place);
+    const bool behind = imp().groups().find(arc_place, 210) != dxf::group_list::npos;
+    return db::read_normal(imp(), behind ? arc_place : circle_place);
 }
 
 Acad::ErrorStatus AcDbArc::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
     const AcGePoint3d kept = center();
-    const bool behind = imp().groups().find(place, 210) != dxf::group_list::npos;
-    db::write_normal(imp(), behind ? place : circle_place, normal.normal());
+    const bool behind = imp().groups().find(arc_place, 210) != dxf::group_list::npos;
+    db::write_normal(imp(), behind ? arc_place : circle_place, normal.normal());
     return setCenter(kept);
 }
 

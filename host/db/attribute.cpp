@@ -17,8 +17,8 @@ namespace {
 
 constexpr int definition_order[] = {3, 2, 70, 73, 74};
 constexpr dxf::group_place definition_place{"AcDbAttributeDefinition", definition_order};
-constexpr int order[] = {2, 70, 73, 74};
-constexpr dxf::group_place place{"AcDbAttribute", order};
+constexpr int attribute_order[] = {2, 70, 73, 74};
+constexpr dxf::group_place attribute_place{"AcDbAttribute", attribute_order};
 
 // Bits of group 70.
 constexpr int invisible_bit = 1;
@@ -265,48 +265,48 @@ AcDbAttribute::AcDbAttribute(const AcGePoint3d& position, const ACHAR* text, con
 AcDbAttribute::~AcDbAttribute() = default;
 
 ACHAR* AcDbAttribute::tag() const {
-    return text_of(*this, place, 2);
+    return text_of(*this, attribute_place, 2);
 }
 
 Acad::ErrorStatus AcDbAttribute::setTag(const ACHAR* tag) {
-    return set_tag(*this, place, tag);
+    return set_tag(*this, attribute_place, tag);
 }
 
 Adesk::Boolean AcDbAttribute::isInvisible() const {
-    return flag(*this, place, invisible_bit);
+    return flag(*this, attribute_place, invisible_bit);
 }
 
 Acad::ErrorStatus AcDbAttribute::setInvisible(Adesk::Boolean invisible) {
-    return set_flag(*this, place, invisible_bit, invisible);
+    return set_flag(*this, attribute_place, invisible_bit, invisible);
 }
 
 Adesk::Boolean AcDbAttribute::isConstant() const {
-    return flag(*this, place, constant_bit);
+    return flag(*this, attribute_place, constant_bit);
 }
 
 Adesk::Boolean AcDbAttribute::isVerifiable() const {
-    return flag(*this, place, verify_bit);
+    return flag(*this, attribute_place, verify_bit);
 }
 
 Adesk::Boolean AcDbAttribute::isPreset() const {
-    return flag(*this, place, preset_bit);
+    return flag(*this, attribute_place, preset_bit);
 }
 
 Adesk::UInt16 AcDbAttribute::fieldLength() const {
     assertReadEnabled();
-    return static_cast<Adesk::UInt16>(db::read_integer(imp(), place, 73));
+    return static_cast<Adesk::UInt16>(db::read_integer(imp(), attribute_place, 73));
 }
 
 Acad::ErrorStatus AcDbAttribute::setFieldLength(Adesk::UInt16 length) {
-    return set_field_length(*this, place, length);
+    return set_field_length(*this, attribute_place, length);
 }
 
 bool AcDbAttribute::lockPositionInBlock() const {
-    return is_locked(*this, place);
+    return is_locked(*this, attribute_place);
 }
 
 Acad::ErrorStatus AcDbAttribute::setLockPositionInBlock(bool locked) {
-    return set_locked(*this, place, locked);
+    return set_locked(*this, attribute_place, locked);
 }
 
 Acad::ErrorStatus AcDbAttribute::setAttributeFromBlock(const AcDbAttributeDefinition* definition,
@@ -327,10 +327,10 @@ Acad::ErrorStatus AcDbAttribute::setAttributeFromBlock(const AcDbAttributeDefini
         else
             imp().edit().set_text(text_place, code, dxf::trimmed(from.text(code)));
     }
-    imp().edit().set_text(place, 2, imp().encode(definition->imp().decode(from.text(2))));
+    imp().edit().set_text(attribute_place, 2, imp().encode(definition->imp().decode(from.text(2))));
     for (const int code : {70, 73, 74})
-        db::write_integer(imp(), place, code, from.integer(code));
-    set_locked(*this, place, definition->lockPositionInBlock());
+        db::write_integer(imp(), attribute_place, code, from.integer(code));
+    set_locked(*this, attribute_place, definition->lockPositionInBlock());
     return transformBy(blockTransform);
 }
 

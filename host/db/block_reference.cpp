@@ -21,9 +21,9 @@ ACRX_CONS_DEFINE_MEMBERS(AcDbMInsertBlock, AcDbBlockReference, 0)
 
 namespace {
 
-constexpr int order[] = {66, 2, 10, 20, 30, 41, 42, 43, 50, 70, 71, 44, 45, 210, 220, 230};
-constexpr dxf::group_place plain_place{"AcDbBlockReference", order};
-constexpr dxf::group_place array_place{"AcDbMInsertBlock", order};
+constexpr int block_reference_order[] = {66, 2, 10, 20, 30, 41, 42, 43, 50, 70, 71, 44, 45, 210, 220, 230};
+constexpr dxf::group_place plain_place{"AcDbBlockReference", block_reference_order};
+constexpr dxf::group_place array_place{"AcDbMInsertBlock", block_reference_order};
 
 const dxf::group_place& place_of(const AcDbImpObject& object) {
     for (const dxf::group& group : object.groups().groups())

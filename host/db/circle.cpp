@@ -10,8 +10,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbCircle, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMRelea
 
 namespace {
 
-constexpr int order[] = {39, 10, 20, 30, 40, 210, 220, 230};
-constexpr dxf::group_place place{"AcDbCircle", order};
+constexpr int circle_order[] = {39, 10, 20, 30, 40, 210, 220, 230};
+constexpr dxf::group_place circle_place{"AcDbCircle", circle_order};
 
 } // namespace
 
@@ -31,48 +31,48 @@ AcDbCircle::~AcDbCircle() = default;
 // In the file the center is in the coordinates of the plane.
 AcGePoint3d AcDbCircle::center() const {
     assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), place, 10);
+    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), circle_place, 10);
 }
 
 Acad::ErrorStatus AcDbCircle::setCenter(const AcGePoint3d& center) {
     assertWriteEnabled();
-    db::write_point(imp(), place, 10, AcGeMatrix3d::worldToPlane(normal()) * center);
+    db::write_point(imp(), circle_place, 10, AcGeMatrix3d::worldToPlane(normal()) * center);
     return Acad::eOk;
 }
 
 double AcDbCircle::radius() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 40);
+    return db::read_real(imp(), circle_place, 40);
 }
 
 Acad::ErrorStatus AcDbCircle::setRadius(double radius) {
     assertWriteEnabled();
     if (!(radius >= 0.0))
         return Acad::eInvalidInput;
-    db::write_real(imp(), place, 40, radius);
+    db::write_real(imp(), circle_place, 40, radius);
     return Acad::eOk;
 }
 
 double AcDbCircle::thickness() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 39);
+    return db::read_real(imp(), circle_place, 39);
 }
 
 Acad::ErrorStatus AcDbCircle::setThickness(double thickness) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 39, thickness);
+    db::write_real(imp(), circle_place, 39, thickness);
     return Acad::eOk;
 }
 
 AcGeVector3d AcDbCircle::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), circle_place);
 }
 
 Acad::ErrorStatus AcDbCircle::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
     const AcGePoint3d kept = center();
-    db::write_normal(imp(), place, normal.normal());
+    db::write_normal(imp(), circle_place, normal.normal());
     return setCenter(kept);
 }
 
@@ -101,6 +101,6 @@ Acad::ErrorStatus AcDbCircle::subTransformBy(const AcGeMatrix3d& matrix) {
     const AcGePoint3d moved = matrix * center();
     setThickness(thickness() * (matrix * normal()).length());
     setRadius(radius() * change.scale);
-    db::write_normal(imp(), place, change.normal);
+    db::write_normal(imp(), circle_place, change.normal);
     return setCenter(moved);
 }

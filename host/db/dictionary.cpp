@@ -34,7 +34,7 @@ struct entry {
     dxf::record_id object;
 };
 
-constexpr dxf::group_place place{"AcDbDictionary"};
+constexpr dxf::group_place dictionary_place{"AcDbDictionary"};
 
 bool is_owner_code(int code) {
     return code == 350 || code == 360;
@@ -184,7 +184,8 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
     while (end > 0 && (groups.groups()[end - 1].code >= 1000))
         --end;
     for (std::size_t i = entries.all.empty() ? 0 : entries.all.back().at; i < end; ++i)
-        if (groups.groups()[i].code == 100 && dxf::trimmed(groups.groups()[i].value) != place.marker)
+        if (groups.groups()[i].code == 100 &&
+            dxf::trimmed(groups.groups()[i].value) != dictionary_place.marker)
             end = i;
     groups.splice(end, end, pair);
     entries.add({end, key, database.record(id)});
@@ -234,14 +235,14 @@ bool AcDbDictionary::setName(const ACHAR* oldKey, const ACHAR* newKey) {
 
 bool AcDbDictionary::isTreatElementsAsHard() const {
     assertReadEnabled();
-    return imp().groups().integer(place, 280).value_or(0) == 1;
+    return imp().groups().integer(dictionary_place, 280).value_or(0) == 1;
 }
 
 void AcDbDictionary::setTreatElementsAsHard(bool hard) {
     assertWriteEnabled();
     static constexpr int order[] = {280, 281};
     if (isTreatElementsAsHard() != hard)
-        imp().edit().set_integer({place.marker, order}, 280, hard ? 1 : 0);
+        imp().edit().set_integer({dictionary_place.marker, order}, 280, hard ? 1 : 0);
 }
 
 AcDbDictionaryIterator* AcDbDictionary::newIterator() const {

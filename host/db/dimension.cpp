@@ -38,9 +38,9 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbRadialDimensionLarge, AcDbDimension, AcDb::kDHL_CURR
 
 namespace {
 
-constexpr int order[] = {280, 2,  10, 20, 30, 11, 21, 31, 12, 22,  32,  70,  1, 71,
-                         72,  41, 42, 73, 74, 75, 53, 51, 54, 210, 220, 230, 3};
-constexpr dxf::group_place place{"AcDbDimension", order};
+constexpr int dimension_order[] = {280, 2,  10, 20, 30, 11, 21, 31, 12, 22,  32,  70,  1, 71,
+                                   72,  41, 42, 73, 74, 75, 53, 51, 54, 210, 220, 230, 3};
+constexpr dxf::group_place dimension_place{"AcDbDimension", dimension_order};
 constexpr int own_order[] = {13, 23, 33, 14, 24, 34, 15, 25, 35, 16, 26,
                              36, 70, 40, 41, 71, 17, 27, 37, 50, 52};
 constexpr dxf::group_place linear_place{"AcDbAlignedDimension", own_order};
@@ -86,7 +86,7 @@ const kind_row& kind_of(const AcDbDimension& dimension) {
 void leave_block(AcDbImpObject& imp) {
     dxf::group_list& groups = imp.edit();
     for (const int code : {2, 42, 12, 22, 32})
-        groups.remove(place, code);
+        groups.remove(dimension_place, code);
     db::write_proxy_graphics(imp, {});
 }
 
@@ -100,7 +100,7 @@ Acad::ErrorStatus set_point(AcDbImpObject& imp, const dxf::group_place& where, i
 }
 
 dxf::record_id block_of(const AcDbImpObject& imp) {
-    const std::string_view name = dxf::trimmed(imp.groups().text(place, 2).value_or(""));
+    const std::string_view name = dxf::trimmed(imp.groups().text(dimension_place, 2).value_or(""));
     if (imp.database == nullptr || name.empty())
         return dxf::no_record;
     return imp.database->find_entry(db::table_kind::block, imp.decode(name));
@@ -111,7 +111,7 @@ AcGeMatrix3d block_to_world(const AcDbDimension& dimension) {
 }
 
 std::string_view style_of(const AcDbImpObject& imp) {
-    return imp.groups().text(place, 3).value_or("Standard");
+    return imp.groups().text(dimension_place, 3).value_or("Standard");
 }
 
 // ---- what the points give
@@ -159,7 +159,7 @@ std::optional<shown_arc> arc_of_two_lines(const AcDb2LineAngularDimension& dimen
 
 std::optional<shown_arc> arc_of(const AcDbDimension& dimension) {
     const AcGeVector3d normal = dimension.normal();
-    const AcGePoint3d passing = db::read_point(dimension.imp(), place, 10);
+    const AcGePoint3d passing = db::read_point(dimension.imp(), dimension_place, 10);
     if (const auto* const angle = AcDb3PointAngularDimension::cast(&dimension))
         return arc_past(angle->centerPoint(), angle->xLine1Point() - angle->centerPoint(),
                         angle->xLine2Point() - angle->centerPoint(), passing, normal);
@@ -175,7 +175,7 @@ std::optional<shown_arc> arc_of(const AcDbDimension& dimension) {
 AcGeVector3d direction_of(const AcDbDimension& dimension) {
     const dxf::group_place& where = kind_of(dimension).place;
     const AcDbImpObject& imp = dimension.imp();
-    const AcGePoint3d ten = db::read_point(imp, place, 10);
+    const AcGePoint3d ten = db::read_point(imp, dimension_place, 10);
     if (const auto* const rotated = AcDbRotatedDimension::cast(&dimension))
         return AcGeMatrix3d::planeToWorld(dimension.normal()) *
                AcGeVector3d(std::cos(rotated->rotation()), std::sin(rotated->rotation()), 0.0);
@@ -198,7 +198,7 @@ double measured(const AcDbDimension& dimension) {
     }
     const kind_row& kind = kind_of(dimension);
     const AcDbImpObject& imp = dimension.imp();
-    const AcGePoint3d ten = db::read_point(imp, place, 10);
+    const AcGePoint3d ten = db::read_point(imp, dimension_place, 10);
     const AcGePoint3d first = db::read_point(imp, kind.place, kind.points[0]);
     if (kind.measures_angle)
         return 0.0;
@@ -236,7 +236,7 @@ public:
           normal_(dimension.normal()) {}
 
     void run() {
-        const AcGePoint3d ten = db::read_point(imp_, place, 10);
+        const AcGePoint3d ten = db::read_point(imp_, dimension_place, 10);
         if (const auto arc = arc_of(dimension_))
             angular(*arc);
         else if (kind_.place.marker == linear_place.marker)
@@ -376,52 +376,54 @@ Acad::ErrorStatus AcDbDimension::setDimBlockId(const AcDbObjectId& blockId) {
         return Acad::eNullObjectId;
     if (imp().database->class_of(record) != AcDbBlockTableRecord::desc())
         return Acad::eWrongObjectType;
-    imp().edit().set_text(place, 2, imp().encode(imp().database->name_of(record)));
+    imp().edit().set_text(dimension_place, 2, imp().encode(imp().database->name_of(record)));
     return Acad::eOk;
 }
 
 AcGePoint3d AcDbDimension::dimBlockPosition() const {
     assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), place, 12);
+    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), dimension_place, 12);
 }
 
 Acad::ErrorStatus AcDbDimension::setDimBlockPosition(const AcGePoint3d& position) {
     assertWriteEnabled();
     if (!position.isEqualTo(dimBlockPosition()))
-        db::write_point(imp(), place, 12, AcGeMatrix3d::worldToPlane(normal()) * position);
+        db::write_point(imp(), dimension_place, 12, AcGeMatrix3d::worldToPlane(normal()) * position);
     return Acad::eOk;
 }
 
 AcGePoint3d AcDbDimension::textPosition() const {
     assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), place, 11);
+    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), dimension_place, 11);
 }
 
 Acad::ErrorStatus AcDbDimension::setTextPosition(const AcGePoint3d& position) {
     assertWriteEnabled();
-    return set_point(imp(), place, 11, AcGeMatrix3d::worldToPlane(normal()) * position);
+    return set_point(imp(), dimension_place, 11, AcGeMatrix3d::worldToPlane(normal()) * position);
 }
 
 bool AcDbDimension::isUsingDefaultTextPosition() const {
     assertReadEnabled();
-    return (db::read_integer(imp(), place, 70) & text_was_placed) == 0;
+    return (db::read_integer(imp(), dimension_place, 70) & text_was_placed) == 0;
 }
 
 Acad::ErrorStatus AcDbDimension::useSetTextPosition() {
     assertWriteEnabled();
-    db::write_integer(imp(), place, 70, db::read_integer(imp(), place, 70) | text_was_placed);
+    db::write_integer(imp(), dimension_place, 70,
+                      db::read_integer(imp(), dimension_place, 70) | text_was_placed);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbDimension::useDefaultTextPosition() {
     assertWriteEnabled();
-    db::write_integer(imp(), place, 70, db::read_integer(imp(), place, 70) & ~text_was_placed);
+    db::write_integer(imp(), dimension_place, 70,
+                      db::read_integer(imp(), dimension_place, 70) & ~text_was_placed);
     return Acad::eOk;
 }
 
 AcGeVector3d AcDbDimension::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), dimension_place);
 }
 
 Acad::ErrorStatus AcDbDimension::setNormal(const AcGeVector3d& normal) {
@@ -430,19 +432,19 @@ Acad::ErrorStatus AcDbDimension::setNormal(const AcGeVector3d& normal) {
         return Acad::eInvalidInput;
     const AcGePoint3d text = textPosition();
     leave_block(imp());
-    db::write_normal(imp(), place, normal.normal());
+    db::write_normal(imp(), dimension_place, normal.normal());
     return setTextPosition(text);
 }
 
 double AcDbDimension::elevation() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 31);
+    return db::read_real(imp(), dimension_place, 31);
 }
 
 ACHAR* AcDbDimension::dimensionText() const {
     assertReadEnabled();
     ACHAR* copy = nullptr;
-    acutNewString(imp().decode(imp().groups().text(place, 1).value_or("")).c_str(), copy);
+    acutNewString(imp().decode(imp().groups().text(dimension_place, 1).value_or("")).c_str(), copy);
     return copy;
 }
 
@@ -450,26 +452,26 @@ Acad::ErrorStatus AcDbDimension::setDimensionText(const ACHAR* text) {
     assertWriteEnabled();
     if (text == nullptr)
         return Acad::eInvalidInput;
-    imp().edit().set_text(place, 1, imp().encode(text));
+    imp().edit().set_text(dimension_place, 1, imp().encode(text));
     leave_block(imp());
     return Acad::eOk;
 }
 
 double AcDbDimension::textRotation() const {
     assertReadEnabled();
-    return db::radians(db::read_real(imp(), place, 53));
+    return db::radians(db::read_real(imp(), dimension_place, 53));
 }
 
 Acad::ErrorStatus AcDbDimension::setTextRotation(double rotation) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 53, db::degrees(rotation));
+    db::write_real(imp(), dimension_place, 53, db::degrees(rotation));
     leave_block(imp());
     return Acad::eOk;
 }
 
 double AcDbDimension::horizontalRotation() const {
     assertReadEnabled();
-    return db::radians(db::read_real(imp(), place, 51));
+    return db::radians(db::read_real(imp(), dimension_place, 51));
 }
 
 AcDbObjectId AcDbDimension::dimensionStyle() const {
@@ -489,14 +491,14 @@ Acad::ErrorStatus AcDbDimension::setDimensionStyle(AcDbObjectId styleId) {
         return Acad::eNullObjectId;
     if (imp().database->records().type(record) != dxf::type_dimstyle)
         return Acad::eWrongObjectType;
-    imp().edit().set_text(place, 3, imp().encode(imp().database->name_of(record)));
+    imp().edit().set_text(dimension_place, 3, imp().encode(imp().database->name_of(record)));
     leave_block(imp());
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbDimension::measurement(double& measurement) const {
     assertReadEnabled();
-    const auto saved = imp().groups().real(place, 42);
+    const auto saved = imp().groups().real(dimension_place, 42);
     measurement = saved ? *saved : measured(*this);
     return Acad::eOk;
 }
@@ -525,8 +527,8 @@ Acad::ErrorStatus AcDbDimension::subTransformBy(const AcGeMatrix3d& matrix) {
     const bool only_moved = matrix == AcGeMatrix3d::translation(matrix.translation());
     const AcGePoint3d text = matrix * textPosition();
     const AcGePoint3d block = dimBlockPosition() + matrix.translation();
-    const auto measured_before = imp().groups().real(place, 42);
-    db::write_point(imp(), place, 10, matrix * db::read_point(imp(), place, 10));
+    const auto measured_before = imp().groups().real(dimension_place, 42);
+    db::write_point(imp(), dimension_place, 10, matrix * db::read_point(imp(), dimension_place, 10));
     for (const int code : kind.points)
         if (code != 0 && imp().groups().find(kind.place, code) != dxf::group_list::npos)
             db::write_point(imp(), kind.place, code, matrix * db::read_point(imp(), kind.place, code));
@@ -536,15 +538,16 @@ Acad::ErrorStatus AcDbDimension::subTransformBy(const AcGeMatrix3d& matrix) {
         db::write_real(imp(), kind.place, 50,
                        db::degrees(change.turned(db::radians(db::read_real(imp(), kind.place, 50)))));
     if (turn != 0.0 && AcDbOrdinateDimension::cast(this) != nullptr)
-        db::write_real(imp(), place, 51, db::degrees(horizontalRotation() - turn));
+        db::write_real(imp(), dimension_place, 51, db::degrees(horizontalRotation() - turn));
     if (!only_moved)
         leave_block(imp());
-    db::write_normal(imp(), place, change.normal);
-    db::write_point(imp(), place, 11, AcGeMatrix3d::worldToPlane(change.normal) * text);
+    db::write_normal(imp(), dimension_place, change.normal);
+    db::write_point(imp(), dimension_place, 11, AcGeMatrix3d::worldToPlane(change.normal) * text);
     if (only_moved)
         setDimBlockPosition(block);
     else if (measured_before)
-        imp().edit().set_real(place, 42, *measured_before * (kind.measures_angle ? 1.0 : change.scale));
+        imp().edit().set_real(dimension_place, 42,
+                              *measured_before * (kind.measures_angle ? 1.0 : change.scale));
     db::write_proxy_graphics(imp(), {});
     return Acad::eOk;
 }
@@ -601,7 +604,7 @@ AcDbRotatedDimension::AcDbRotatedDimension() {
 AcDbRotatedDimension::~AcDbRotatedDimension() = default;
 DIMENSION_POINT(AcDbRotatedDimension, xLine1Point, setXLine1Point, linear_place, 13)
 DIMENSION_POINT(AcDbRotatedDimension, xLine2Point, setXLine2Point, linear_place, 14)
-DIMENSION_POINT(AcDbRotatedDimension, dimLinePoint, setDimLinePoint, place, 10)
+DIMENSION_POINT(AcDbRotatedDimension, dimLinePoint, setDimLinePoint, dimension_place, 10)
 
 double AcDbRotatedDimension::rotation() const {
     assertReadEnabled();
@@ -626,7 +629,7 @@ AcDbAlignedDimension::AcDbAlignedDimension() {
 AcDbAlignedDimension::~AcDbAlignedDimension() = default;
 DIMENSION_POINT(AcDbAlignedDimension, xLine1Point, setXLine1Point, linear_place, 13)
 DIMENSION_POINT(AcDbAlignedDimension, xLine2Point, setXLine2Point, linear_place, 14)
-DIMENSION_POINT(AcDbAlignedDimension, dimLinePoint, setDimLinePoint, place, 10)
+DIMENSION_POINT(AcDbAlignedDimension, dimLinePoint, setDimLinePoint, dimension_place, 10)
 
 double AcDbAlignedDimension::oblique() const {
     assertReadEnabled();
@@ -638,7 +641,7 @@ AcDb3PointAngularDimension::AcDb3PointAngularDimension() {
         NEW_DIMENSION("DIMENSION", "37", "AcDb3PointAngularDimension", POINT_13 POINT_14 POINT_15));
 }
 AcDb3PointAngularDimension::~AcDb3PointAngularDimension() = default;
-DIMENSION_POINT(AcDb3PointAngularDimension, arcPoint, setArcPoint, place, 10)
+DIMENSION_POINT(AcDb3PointAngularDimension, arcPoint, setArcPoint, dimension_place, 10)
 DIMENSION_POINT(AcDb3PointAngularDimension, centerPoint, setCenterPoint, three_point_place, 15)
 DIMENSION_POINT(AcDb3PointAngularDimension, xLine1Point, setXLine1Point, three_point_place, 13)
 DIMENSION_POINT(AcDb3PointAngularDimension, xLine2Point, setXLine2Point, three_point_place, 14)
@@ -652,13 +655,13 @@ DIMENSION_POINT(AcDb2LineAngularDimension, arcPoint, setArcPoint, two_line_place
 DIMENSION_POINT(AcDb2LineAngularDimension, xLine1Start, setXLine1Start, two_line_place, 13)
 DIMENSION_POINT(AcDb2LineAngularDimension, xLine1End, setXLine1End, two_line_place, 14)
 DIMENSION_POINT(AcDb2LineAngularDimension, xLine2Start, setXLine2Start, two_line_place, 15)
-DIMENSION_POINT(AcDb2LineAngularDimension, xLine2End, setXLine2End, place, 10)
+DIMENSION_POINT(AcDb2LineAngularDimension, xLine2End, setXLine2End, dimension_place, 10)
 
 AcDbRadialDimension::AcDbRadialDimension() {
     imp().begin_as(NEW_DIMENSION("DIMENSION", "36", "AcDbRadialDimension", POINT_15 "40\n0.0\n"));
 }
 AcDbRadialDimension::~AcDbRadialDimension() = default;
-DIMENSION_POINT(AcDbRadialDimension, center, setCenter, place, 10)
+DIMENSION_POINT(AcDbRadialDimension, center, setCenter, dimension_place, 10)
 DIMENSION_POINT(AcDbRadialDimension, chordPoint, setChordPoint, radial_place, 15)
 
 double AcDbRadialDimension::leaderLength() const {
@@ -671,7 +674,7 @@ AcDbDiametricDimension::AcDbDiametricDimension() {
 }
 AcDbDiametricDimension::~AcDbDiametricDimension() = default;
 DIMENSION_POINT(AcDbDiametricDimension, chordPoint, setChordPoint, diametric_place, 15)
-DIMENSION_POINT(AcDbDiametricDimension, farChordPoint, setFarChordPoint, place, 10)
+DIMENSION_POINT(AcDbDiametricDimension, farChordPoint, setFarChordPoint, dimension_place, 10)
 
 double AcDbDiametricDimension::leaderLength() const {
     assertReadEnabled();
@@ -682,13 +685,13 @@ AcDbOrdinateDimension::AcDbOrdinateDimension() {
     imp().begin_as(NEW_DIMENSION("DIMENSION", "38", "AcDbOrdinateDimension", POINT_13 POINT_14));
 }
 AcDbOrdinateDimension::~AcDbOrdinateDimension() = default;
-DIMENSION_POINT(AcDbOrdinateDimension, origin, setOrigin, place, 10)
+DIMENSION_POINT(AcDbOrdinateDimension, origin, setOrigin, dimension_place, 10)
 DIMENSION_POINT(AcDbOrdinateDimension, definingPoint, setDefiningPoint, ordinate_place, 13)
 DIMENSION_POINT(AcDbOrdinateDimension, leaderEndPoint, setLeaderEndPoint, ordinate_place, 14)
 
 bool AcDbOrdinateDimension::isUsingXAxis() const {
     assertReadEnabled();
-    return (db::read_integer(imp(), place, 70) & ordinate_along_x) != 0;
+    return (db::read_integer(imp(), dimension_place, 70) & ordinate_along_x) != 0;
 }
 
 AcDbArcDimension::AcDbArcDimension() {
@@ -697,7 +700,7 @@ AcDbArcDimension::AcDbArcDimension() {
                                                             "17\n0.0\n27\n0.0\n37\n0.0\n"));
 }
 AcDbArcDimension::~AcDbArcDimension() = default;
-DIMENSION_POINT(AcDbArcDimension, arcPoint, setArcPoint, place, 10)
+DIMENSION_POINT(AcDbArcDimension, arcPoint, setArcPoint, dimension_place, 10)
 DIMENSION_POINT(AcDbArcDimension, centerPoint, setCenterPoint, arc_place, 15)
 DIMENSION_POINT(AcDbArcDimension, xLine1Point, setXLine1Point, arc_place, 13)
 DIMENSION_POINT(AcDbArcDimension, xLine2Point, setXLine2Point, arc_place, 14)
@@ -737,7 +740,7 @@ AcDbRadialDimensionLarge::AcDbRadialDimensionLarge() {
                                  POINT_13 POINT_14 POINT_15 "40\n0.0\n"));
 }
 AcDbRadialDimensionLarge::~AcDbRadialDimensionLarge() = default;
-DIMENSION_POINT(AcDbRadialDimensionLarge, center, setCenter, place, 10)
+DIMENSION_POINT(AcDbRadialDimensionLarge, center, setCenter, dimension_place, 10)
 DIMENSION_POINT(AcDbRadialDimensionLarge, chordPoint, setChordPoint, large_place, 13)
 DIMENSION_POINT(AcDbRadialDimensionLarge, overrideCenter, setOverrideCenter, large_place, 14)
 DIMENSION_POINT(AcDbRadialDimensionLarge, jogPoint, setJogPoint, large_place, 15)

@@ -12,20 +12,20 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbEllipse, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMRele
 
 namespace {
 
-constexpr int order[] = {10, 20, 30, 11, 21, 31, 210, 220, 230, 40, 41, 42};
-constexpr dxf::group_place place{"AcDbEllipse", order};
+constexpr int ellipse_order[] = {10, 20, 30, 11, 21, 31, 210, 220, 230, 40, 41, 42};
+constexpr dxf::group_place ellipse_place{"AcDbEllipse", ellipse_order};
 
 constexpr double full = 2.0 * std::numbers::pi;
 constexpr double least_ratio = 1e-6; // the editor's own limit
 
 double start_param(const AcDbImpObject& object) {
-    return db::read_real(object, place, 41);
+    return db::read_real(object, ellipse_place, 41);
 }
 
 // The parameter of the end is made to lie above that of the start, a whole turn when they are the same.
 double end_param(const AcDbImpObject& object) {
     const double start = start_param(object);
-    const double sweep = std::fmod(db::read_real(object, place, 42, full) - start, full);
+    const double sweep = std::fmod(db::read_real(object, ellipse_place, 42, full) - start, full);
     if (!std::isfinite(sweep))
         return start + full;
     return start + (sweep > 1e-12 ? sweep : sweep + full);
@@ -66,23 +66,23 @@ AcDbEllipse::~AcDbEllipse() = default;
 
 AcGePoint3d AcDbEllipse::center() const {
     assertReadEnabled();
-    return db::read_point(imp(), place, 10);
+    return db::read_point(imp(), ellipse_place, 10);
 }
 
 Acad::ErrorStatus AcDbEllipse::setCenter(const AcGePoint3d& center) {
     assertWriteEnabled();
-    db::write_point(imp(), place, 10, center);
+    db::write_point(imp(), ellipse_place, 10, center);
     return Acad::eOk;
 }
 
 AcGeVector3d AcDbEllipse::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), ellipse_place);
 }
 
 AcGeVector3d AcDbEllipse::majorAxis() const {
     assertReadEnabled();
-    return db::read_point(imp(), place, 11).asVector();
+    return db::read_point(imp(), ellipse_place, 11).asVector();
 }
 
 AcGeVector3d AcDbEllipse::minorAxis() const {
@@ -99,26 +99,26 @@ double AcDbEllipse::minorRadius() const {
 
 double AcDbEllipse::radiusRatio() const {
     assertReadEnabled();
-    return std::fabs(db::read_real(imp(), place, 40, 1.0));
+    return std::fabs(db::read_real(imp(), ellipse_place, 40, 1.0));
 }
 
 Acad::ErrorStatus AcDbEllipse::setRadiusRatio(double ratio) {
     assertWriteEnabled();
     if (!(ratio >= least_ratio && ratio <= 1.0))
         return Acad::eInvalidInput;
-    db::write_real(imp(), place, 40, ratio, 1.0);
+    db::write_real(imp(), ellipse_place, 40, ratio, 1.0);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbEllipse::setStartParam(double startParam) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 41, startParam);
+    db::write_real(imp(), ellipse_place, 41, startParam);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbEllipse::setEndParam(double endParam) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 42, endParam, full);
+    db::write_real(imp(), ellipse_place, 42, endParam, full);
     return Acad::eOk;
 }
 
@@ -169,8 +169,8 @@ Acad::ErrorStatus AcDbEllipse::set(const AcGePoint3d& center, const AcGeVector3d
     if (const Acad::ErrorStatus status = setRadiusRatio(radiusRatio); status != Acad::eOk)
         return status;
     setCenter(center);
-    db::write_normal(imp(), place, unitNormal.normal());
-    db::write_point(imp(), place, 11, AcGePoint3d::kOrigin + majorAxis);
+    db::write_normal(imp(), ellipse_place, unitNormal.normal());
+    db::write_point(imp(), ellipse_place, 11, AcGePoint3d::kOrigin + majorAxis);
     setStartAngle(startAngle);
     return setEndAngle(endAngle);
 }
@@ -228,9 +228,9 @@ Acad::ErrorStatus AcDbEllipse::subTransformBy(const AcGeMatrix3d& matrix) {
         start = -start;
         end = -end;
     }
-    db::write_point(imp(), place, 10, matrix * arc.center);
-    db::write_point(imp(), place, 11, AcGePoint3d::kOrigin + major);
-    db::write_normal(imp(), place, up);
+    db::write_point(imp(), ellipse_place, 10, matrix * arc.center);
+    db::write_point(imp(), ellipse_place, 11, AcGePoint3d::kOrigin + major);
+    db::write_normal(imp(), ellipse_place, up);
     if (std::fabs(ratio - radiusRatio()) > slack)
         setRadiusRatio(ratio);
     if (arc.is_whole() || (turn == 0.0 && !behind))

@@ -9,15 +9,15 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbFace, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleas
 
 namespace {
 
-constexpr int order[] = {10, 20, 30, 11, 21, 31, 12, 22, 32, 13, 23, 33, 70};
-constexpr dxf::group_place place{"AcDbFace", order};
+constexpr int face_order[] = {10, 20, 30, 11, 21, 31, 12, 22, 32, 13, 23, 33, 70};
+constexpr dxf::group_place face_place{"AcDbFace", face_order};
 constexpr Adesk::UInt16 corners = 4;
 
 Acad::ErrorStatus set_edge(AcDbImpObject& object, Adesk::UInt16 index, bool visible) {
     if (index >= corners)
         return Acad::eInvalidIndex;
-    const int flags = db::read_integer(object, place, 70);
-    db::write_integer(object, place, 70, visible ? flags & ~(1 << index) : flags | 1 << index);
+    const int flags = db::read_integer(object, face_place, 70);
+    db::write_integer(object, face_place, 70, visible ? flags & ~(1 << index) : flags | 1 << index);
     return Acad::eOk;
 }
 
@@ -53,8 +53,8 @@ Acad::ErrorStatus AcDbFace::getVertexAt(Adesk::UInt16 index, AcGePoint3d& point)
     if (index >= corners)
         return Acad::eInvalidIndex;
     // Without a fourth corner it is where the third is.
-    const bool missing = index == 3 && imp().groups().find(place, 13) == dxf::group_list::npos;
-    point = db::read_point(imp(), place, missing ? 12 : 10 + index);
+    const bool missing = index == 3 && imp().groups().find(face_place, 13) == dxf::group_list::npos;
+    point = db::read_point(imp(), face_place, missing ? 12 : 10 + index);
     return Acad::eOk;
 }
 
@@ -62,7 +62,7 @@ Acad::ErrorStatus AcDbFace::setVertexAt(Adesk::UInt16 index, const AcGePoint3d& 
     assertWriteEnabled();
     if (index >= corners)
         return Acad::eInvalidIndex;
-    db::write_point(imp(), place, 10 + index, point);
+    db::write_point(imp(), face_place, 10 + index, point);
     return Acad::eOk;
 }
 
@@ -70,7 +70,7 @@ Acad::ErrorStatus AcDbFace::isEdgeVisibleAt(Adesk::UInt16 index, Adesk::Boolean&
     assertReadEnabled();
     if (index >= corners)
         return Acad::eInvalidIndex;
-    visible = (db::read_integer(imp(), place, 70) & 1 << index) == 0;
+    visible = (db::read_integer(imp(), face_place, 70) & 1 << index) == 0;
     return Acad::eOk;
 }
 
@@ -101,7 +101,7 @@ Adesk::Boolean AcDbFace::subWorldDraw(AcGiWorldDraw* draw) {
 Acad::ErrorStatus AcDbFace::subTransformBy(const AcGeMatrix3d& matrix) {
     for (Adesk::UInt16 i = 0; i < corners; ++i) {
         AcGePoint3d point;
-        if (i < 3 || imp().groups().find(place, 13) != dxf::group_list::npos) {
+        if (i < 3 || imp().groups().find(face_place, 13) != dxf::group_list::npos) {
             getVertexAt(i, point);
             setVertexAt(i, matrix * point);
         }

@@ -19,7 +19,7 @@ namespace {
 
 using fresh_groups = std::vector<dxf::group_list::fresh_group>;
 
-constexpr dxf::group_place place{"AcDbHatch"};
+constexpr dxf::group_place hatch_place{"AcDbHatch"};
 
 // A family of parallel lines of a pattern.
 struct line_family {
@@ -32,7 +32,7 @@ struct line_family {
 // The groups that tell of the pattern behind its type: angle, scale, doubling and the families of lines.
 std::pair<std::size_t, std::size_t> range_of_pattern(const dxf::group_list& groups) {
     const auto& all = groups.groups();
-    std::size_t first = groups.find(place, 76);
+    std::size_t first = groups.find(hatch_place, 76);
     if (first == dxf::group_list::npos)
         return {all.size(), all.size()};
     const auto belongs = [](int code) {
@@ -89,9 +89,9 @@ struct pattern {
 
 pattern read_pattern(const AcDbImpObject& imp) {
     pattern found;
-    found.angle = db::read_real(imp, place, 52);
-    found.scale = db::read_real(imp, place, 41, 1.0);
-    found.is_double = db::read_integer(imp, place, 77) != 0;
+    found.angle = db::read_real(imp, hatch_place, 52);
+    found.scale = db::read_real(imp, hatch_place, 41, 1.0);
+    found.is_double = db::read_integer(imp, hatch_place, 77) != 0;
     found.families = read_families(imp.groups());
     return found;
 }
@@ -161,7 +161,7 @@ void write_loops(AcDbImpObject& imp, const std::vector<db::hatch_loop>& loops) {
     for (const db::hatch_loop& loop : loops)
         db::append_loop(fresh, loop);
     imp.edit().splice(first, last, fresh);
-    imp.edit().set_integer(place, 91, static_cast<std::int64_t>(loops.size()));
+    imp.edit().set_integer(hatch_place, 91, static_cast<std::int64_t>(loops.size()));
 }
 
 // What is filled: by the normal style everything inside of an odd number of loops; by the outer one only
@@ -238,36 +238,36 @@ AcDbHatch::~AcDbHatch() = default;
 
 AcGeVector3d AcDbHatch::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), hatch_place);
 }
 
 Acad::ErrorStatus AcDbHatch::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
     if (normal.isZeroLength())
         return Acad::eInvalidInput;
-    db::write_normal(imp(), place, normal.normal());
+    db::write_normal(imp(), hatch_place, normal.normal());
     return Acad::eOk;
 }
 
 double AcDbHatch::elevation() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 30);
+    return db::read_real(imp(), hatch_place, 30);
 }
 
 Acad::ErrorStatus AcDbHatch::setElevation(double elevation) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 30, elevation);
+    db::write_real(imp(), hatch_place, 30, elevation);
     return Acad::eOk;
 }
 
 bool AcDbHatch::associative() const {
     assertReadEnabled();
-    return db::read_integer(imp(), place, 71) != 0;
+    return db::read_integer(imp(), hatch_place, 71) != 0;
 }
 
 Acad::ErrorStatus AcDbHatch::setAssociative(bool isAssociative) {
     assertWriteEnabled();
-    db::write_integer(imp(), place, 71, isAssociative ? 1 : 0);
+    db::write_integer(imp(), hatch_place, 71, isAssociative ? 1 : 0);
     return Acad::eOk;
 }
 
@@ -345,7 +345,7 @@ Acad::ErrorStatus AcDbHatch::appendLoop(Adesk::Int32 loopType, const AcGePoint2d
     fresh_groups fresh;
     db::append_loop(fresh, loop);
     imp().edit().splice(at, at, fresh);
-    imp().edit().set_integer(place, 91, count + 1);
+    imp().edit().set_integer(hatch_place, 91, count + 1);
     return Acad::eOk;
 }
 
@@ -383,12 +383,13 @@ Acad::ErrorStatus AcDbHatch::getAssocObjIds(AcDbObjectIdArray& ids) const {
 
 AcDbHatch::HatchPatternType AcDbHatch::patternType() const {
     assertReadEnabled();
-    return static_cast<HatchPatternType>(std::clamp(db::read_integer(imp(), place, 76, kPreDefined), 0, 2));
+    return static_cast<HatchPatternType>(
+        std::clamp(db::read_integer(imp(), hatch_place, 76, kPreDefined), 0, 2));
 }
 
 const ACHAR* AcDbHatch::patternName() const {
     assertReadEnabled();
-    m_name = imp().decode(dxf::trimmed(imp().groups().text(place, 2).value_or(""))).c_str();
+    m_name = imp().decode(dxf::trimmed(imp().groups().text(hatch_place, 2).value_or(""))).c_str();
     return m_name;
 }
 
@@ -401,9 +402,9 @@ Acad::ErrorStatus AcDbHatch::setPattern(HatchPatternType patType, const ACHAR* p
         return Acad::eNotImplementedYet;
     pattern made = read_pattern(imp());
     dxf::group_list& groups = imp().edit();
-    groups.set_text(place, 2, imp().encode(patName));
-    groups.set_integer(place, 70, solid ? 1 : 0);
-    groups.set_integer(place, 76, patType);
+    groups.set_text(hatch_place, 2, imp().encode(patName));
+    groups.set_integer(hatch_place, 70, solid ? 1 : 0);
+    groups.set_integer(hatch_place, 76, patType);
     if (solid) {
         const auto [first, last] = range_of_pattern(groups);
         groups.splice(first, last, {});
@@ -416,7 +417,7 @@ Acad::ErrorStatus AcDbHatch::setPattern(HatchPatternType patType, const ACHAR* p
 
 double AcDbHatch::patternAngle() const {
     assertReadEnabled();
-    return db::radians(db::read_real(imp(), place, 52));
+    return db::radians(db::read_real(imp(), hatch_place, 52));
 }
 
 Acad::ErrorStatus AcDbHatch::setPatternAngle(double angle) {
@@ -433,7 +434,7 @@ Acad::ErrorStatus AcDbHatch::setPatternAngle(double angle) {
 
 double AcDbHatch::patternSpace() const {
     assertReadEnabled();
-    return patternType() == kUserDefined ? db::read_real(imp(), place, 41, 1.0) : 1.0;
+    return patternType() == kUserDefined ? db::read_real(imp(), hatch_place, 41, 1.0) : 1.0;
 }
 
 Acad::ErrorStatus AcDbHatch::setPatternSpace(double space) {
@@ -442,7 +443,7 @@ Acad::ErrorStatus AcDbHatch::setPatternSpace(double space) {
 
 double AcDbHatch::patternScale() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 41, 1.0);
+    return db::read_real(imp(), hatch_place, 41, 1.0);
 }
 
 Acad::ErrorStatus AcDbHatch::setPatternScale(double scale) {
@@ -462,7 +463,7 @@ Acad::ErrorStatus AcDbHatch::setPatternScale(double scale) {
 
 bool AcDbHatch::patternDouble() const {
     assertReadEnabled();
-    return db::read_integer(imp(), place, 77) != 0;
+    return db::read_integer(imp(), hatch_place, 77) != 0;
 }
 
 Acad::ErrorStatus AcDbHatch::setPatternDouble(bool isDouble) {
@@ -504,23 +505,23 @@ Acad::ErrorStatus AcDbHatch::getPatternDefinitionAt(int index, double& angle, do
 
 AcDbHatch::HatchStyle AcDbHatch::hatchStyle() const {
     assertReadEnabled();
-    return static_cast<HatchStyle>(std::clamp(db::read_integer(imp(), place, 75), 0, 2));
+    return static_cast<HatchStyle>(std::clamp(db::read_integer(imp(), hatch_place, 75), 0, 2));
 }
 
 Acad::ErrorStatus AcDbHatch::setHatchStyle(HatchStyle hstyle) {
     assertWriteEnabled();
-    db::write_integer(imp(), place, 75, hstyle);
+    db::write_integer(imp(), hatch_place, 75, hstyle);
     return Acad::eOk;
 }
 
 bool AcDbHatch::isSolidFill() const {
     assertReadEnabled();
-    return db::read_integer(imp(), place, 70) != 0;
+    return db::read_integer(imp(), hatch_place, 70) != 0;
 }
 
 AcDbHatch::HatchObjectType AcDbHatch::hatchObjectType() const {
     assertReadEnabled();
-    return db::read_integer(imp(), place, 450) != 0 ? kGradientObject : kHatchObject;
+    return db::read_integer(imp(), hatch_place, 450) != 0 ? kGradientObject : kHatchObject;
 }
 
 // Gradients of users are for the editor's future.
@@ -530,28 +531,28 @@ AcDbHatch::GradientPatternType AcDbHatch::gradientType() const {
 
 const ACHAR* AcDbHatch::gradientName() const {
     assertReadEnabled();
-    m_name = imp().decode(dxf::trimmed(imp().groups().text(place, 470).value_or(""))).c_str();
+    m_name = imp().decode(dxf::trimmed(imp().groups().text(hatch_place, 470).value_or(""))).c_str();
     return m_name;
 }
 
 double AcDbHatch::gradientAngle() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 460); // radians
+    return db::read_real(imp(), hatch_place, 460); // radians
 }
 
 float AcDbHatch::gradientShift() const {
     assertReadEnabled();
-    return static_cast<float>(db::read_real(imp(), place, 461));
+    return static_cast<float>(db::read_real(imp(), hatch_place, 461));
 }
 
 bool AcDbHatch::getGradientOneColorMode() const {
     assertReadEnabled();
-    return db::read_integer(imp(), place, 452) != 0;
+    return db::read_integer(imp(), hatch_place, 452) != 0;
 }
 
 float AcDbHatch::getShadeTintValue() const {
     assertReadEnabled();
-    return static_cast<float>(db::read_real(imp(), place, 462));
+    return static_cast<float>(db::read_real(imp(), hatch_place, 462));
 }
 
 Acad::ErrorStatus AcDbHatch::evaluateHatch(bool /*bUnderestimateNumLines*/) {
@@ -622,7 +623,7 @@ Acad::ErrorStatus AcDbHatch::subTransformBy(const AcGeMatrix3d& matrix) {
     write_loops(imp(), loops);
     // Seed points stand behind their number.
     dxf::group_list& groups = imp().edit();
-    if (const std::size_t at = groups.find(place, 98); at != dxf::group_list::npos) {
+    if (const std::size_t at = groups.find(hatch_place, 98); at != dxf::group_list::npos) {
         const auto& all = groups.groups();
         std::size_t end = at + 1;
         fresh_groups seeds;
@@ -635,9 +636,9 @@ Acad::ErrorStatus AcDbHatch::subTransformBy(const AcGeMatrix3d& matrix) {
         groups.splice(at + 1, end, seeds);
     }
     if (isGradient())
-        db::write_real(imp(), place, 460,
+        db::write_real(imp(), hatch_place, 460,
                        (change.mirrored ? -gradientAngle() : gradientAngle()) + db::radians(turn));
-    db::write_real(imp(), place, 30, (moving * AcGePoint3d::kOrigin).z);
-    db::write_normal(imp(), place, change.normal);
+    db::write_real(imp(), hatch_place, 30, (moving * AcGePoint3d::kOrigin).z);
+    db::write_normal(imp(), hatch_place, change.normal);
     return Acad::eOk;
 }

@@ -15,17 +15,17 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbLeader, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMRelea
 
 namespace {
 
-constexpr int order[] = {3,   71,  72,  73,  74,  75,  40,  41,  76,  10,  20,  30,  77,
-                         340, 210, 220, 230, 211, 221, 231, 212, 222, 232, 213, 223, 233};
-constexpr dxf::group_place place{"AcDbLeader", order};
+constexpr int leader_order[] = {3,   71,  72,  73,  74,  75,  40,  41,  76,  10,  20,  30,  77,
+                                340, 210, 220, 230, 211, 221, 231, 212, 222, 232, 213, 223, 233};
+constexpr dxf::group_place leader_place{"AcDbLeader", leader_order};
 
 std::vector<AcGePoint3d> vertices(const AcDbImpObject& imp) {
-    return db::read_points(imp, place, 10);
+    return db::read_points(imp, leader_place, 10);
 }
 
 // Behind the last vertex.
 std::size_t end_of_vertices(const dxf::group_list& groups) {
-    const auto [first, last] = groups.extent(place);
+    const auto [first, last] = groups.extent(leader_place);
     std::size_t end = first;
     for (std::size_t i = first; i < last; ++i) {
         const int code = groups.groups()[i].code;
@@ -40,7 +40,7 @@ ge::bspline curve_of(const AcDbImpObject& imp) {
 }
 
 void set_flag(AcDbImpObject& imp, int code, bool value) {
-    imp.edit().set_integer(place, code, value ? 1 : 0);
+    imp.edit().set_integer(leader_place, code, value ? 1 : 0);
     db::write_proxy_graphics(imp, {});
 }
 
@@ -55,7 +55,7 @@ AcDbLeader::~AcDbLeader() = default;
 
 AcGeVector3d AcDbLeader::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), leader_place);
 }
 
 int AcDbLeader::numVertices() const {
@@ -76,7 +76,8 @@ Adesk::Boolean AcDbLeader::setVertexAt(int index, const AcGePoint3d& point) {
     if (index < 0 || index >= numVertices())
         return false;
     int at = 0;
-    db::change_points(imp(), place, 10, [&](const AcGePoint3d& old) { return at++ == index ? point : old; });
+    db::change_points(imp(), leader_place, 10,
+                      [&](const AcGePoint3d& old) { return at++ == index ? point : old; });
     db::write_proxy_graphics(imp(), {});
     return true;
 }
@@ -85,7 +86,7 @@ Adesk::Boolean AcDbLeader::appendVertex(const AcGePoint3d& point) {
     assertWriteEnabled();
     const int count = numVertices();
     dxf::group_list& groups = imp().edit();
-    groups.set_integer(place, 76, count + 1);
+    groups.set_integer(leader_place, 76, count + 1);
     const std::size_t end = end_of_vertices(groups);
     const dxf::group_list::fresh_group fresh[] = {
         {10, base::real_text(point.x)}, {20, base::real_text(point.y)}, {30, base::real_text(point.z)}};
@@ -105,13 +106,13 @@ void AcDbLeader::removeLastVertex() {
     while (groups.groups()[begin].code != 10)
         --begin;
     groups.splice(begin, end, {});
-    groups.set_integer(place, 76, count - 1);
+    groups.set_integer(leader_place, 76, count - 1);
     db::write_proxy_graphics(imp(), {});
 }
 
 bool AcDbLeader::hasArrowHead() const {
     assertReadEnabled();
-    return db::read_integer(imp(), place, 71, 1) != 0;
+    return db::read_integer(imp(), leader_place, 71, 1) != 0;
 }
 
 void AcDbLeader::enableArrowHead() {
@@ -126,12 +127,12 @@ void AcDbLeader::disableArrowHead() {
 
 bool AcDbLeader::hasHookLine() const {
     assertReadEnabled();
-    return db::read_integer(imp(), place, 75) != 0;
+    return db::read_integer(imp(), leader_place, 75) != 0;
 }
 
 bool AcDbLeader::isSplined() const {
     assertReadEnabled();
-    return db::read_integer(imp(), place, 72) != 0;
+    return db::read_integer(imp(), leader_place, 72) != 0;
 }
 
 void AcDbLeader::setToSplineLeader() {
@@ -146,7 +147,7 @@ void AcDbLeader::setToStraightLeader() {
 
 AcDbLeader::AnnoType AcDbLeader::annoType() const {
     assertReadEnabled();
-    const int type = db::read_integer(imp(), place, 73, kNoAnno);
+    const int type = db::read_integer(imp(), leader_place, 73, kNoAnno);
     return type >= kMText && type <= kNoAnno ? static_cast<AnnoType>(type) : kNoAnno;
 }
 
@@ -154,29 +155,29 @@ AcDbObjectId AcDbLeader::annotationObjId() const {
     assertReadEnabled();
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
-    return imp().database->id(imp().database->records().find(imp().groups().handle(place, 340)));
+    return imp().database->id(imp().database->records().find(imp().groups().handle(leader_place, 340)));
 }
 
 double AcDbLeader::annoHeight() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 40);
+    return db::read_real(imp(), leader_place, 40);
 }
 
 double AcDbLeader::annoWidth() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 41);
+    return db::read_real(imp(), leader_place, 41);
 }
 
 AcGeVector3d AcDbLeader::annotationOffset() const {
     assertReadEnabled();
-    return db::read_point(imp(), place, 213).asVector();
+    return db::read_point(imp(), leader_place, 213).asVector();
 }
 
 AcDbObjectId AcDbLeader::dimensionStyle() const {
     assertReadEnabled();
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
-    const std::string_view name = dxf::trimmed(imp().groups().text(place, 3).value_or("Standard"));
+    const std::string_view name = dxf::trimmed(imp().groups().text(leader_place, 3).value_or("Standard"));
     return imp().database->id(imp().database->find_entry(db::table_kind::dim_style, imp().decode(name)));
 }
 
@@ -208,7 +209,7 @@ Adesk::Boolean AcDbLeader::subWorldDraw(AcGiWorldDraw* draw) {
             pointing = -curve.at(curve.first()).first;
         }
     }
-    const std::string_view style = imp().groups().text(place, 3).value_or("Standard");
+    const std::string_view style = imp().groups().text(leader_place, 3).value_or("Standard");
     // Where texts stand above the line it goes on under the note.
     if (hasHookLine() && annoType() == kMText && points.size() > 1 &&
         db::style_real(imp(), style, 77, 0.0) != 0.0) {
@@ -227,16 +228,16 @@ Acad::ErrorStatus AcDbLeader::subTransformBy(const AcGeMatrix3d& matrix) {
     const AcGeVector3d up = matrix * normal();
     if (up.isZeroLength())
         return Acad::eCannotScaleNonUniformly;
-    db::change_points(imp(), place, 10, [&](const AcGePoint3d& old) { return matrix * old; });
+    db::change_points(imp(), leader_place, 10, [&](const AcGePoint3d& old) { return matrix * old; });
     for (const int code : {211, 212, 213})
-        if (imp().groups().find(place, code) != dxf::group_list::npos) {
-            const AcGeVector3d moved = matrix * db::read_point(imp(), place, code).asVector();
-            db::write_point(imp(), place, code,
+        if (imp().groups().find(leader_place, code) != dxf::group_list::npos) {
+            const AcGeVector3d moved = matrix * db::read_point(imp(), leader_place, code).asVector();
+            db::write_point(imp(), leader_place, code,
                             AcGePoint3d::kOrigin + (code == 211 ? moved.normal() : moved));
         }
     for (const int code : {40, 41})
-        db::write_real(imp(), place, code, db::read_real(imp(), place, code) * matrix.scale());
-    db::write_normal(imp(), place, up.normal());
+        db::write_real(imp(), leader_place, code, db::read_real(imp(), leader_place, code) * matrix.scale());
+    db::write_normal(imp(), leader_place, up.normal());
     db::write_proxy_graphics(imp(), {});
     return Acad::eOk;
 }

@@ -9,8 +9,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbLine, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMRelease
 
 namespace {
 
-constexpr int order[] = {39, 10, 20, 30, 11, 21, 31, 210, 220, 230};
-constexpr dxf::group_place place{"AcDbLine", order};
+constexpr int line_order[] = {39, 10, 20, 30, 11, 21, 31, 210, 220, 230};
+constexpr dxf::group_place line_place{"AcDbLine", line_order};
 
 } // namespace
 
@@ -28,45 +28,45 @@ AcDbLine::~AcDbLine() = default;
 
 AcGePoint3d AcDbLine::startPoint() const {
     assertReadEnabled();
-    return db::read_point(imp(), place, 10);
+    return db::read_point(imp(), line_place, 10);
 }
 
 Acad::ErrorStatus AcDbLine::setStartPoint(const AcGePoint3d& point) {
     assertWriteEnabled();
-    db::write_point(imp(), place, 10, point);
+    db::write_point(imp(), line_place, 10, point);
     return Acad::eOk;
 }
 
 AcGePoint3d AcDbLine::endPoint() const {
     assertReadEnabled();
-    return db::read_point(imp(), place, 11);
+    return db::read_point(imp(), line_place, 11);
 }
 
 Acad::ErrorStatus AcDbLine::setEndPoint(const AcGePoint3d& point) {
     assertWriteEnabled();
-    db::write_point(imp(), place, 11, point);
+    db::write_point(imp(), line_place, 11, point);
     return Acad::eOk;
 }
 
 double AcDbLine::thickness() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 39);
+    return db::read_real(imp(), line_place, 39);
 }
 
 Acad::ErrorStatus AcDbLine::setThickness(double thickness) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 39, thickness);
+    db::write_real(imp(), line_place, 39, thickness);
     return Acad::eOk;
 }
 
 AcGeVector3d AcDbLine::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), line_place);
 }
 
 Acad::ErrorStatus AcDbLine::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
-    db::write_normal(imp(), place, normal);
+    db::write_normal(imp(), line_place, normal);
     return Acad::eOk;
 }
 

@@ -14,8 +14,8 @@ ACRX_CONS_DEFINE_MEMBERS(AcDbLinetypeTableRecord, AcDbSymbolTableRecord, 0)
 
 namespace {
 
-constexpr int order[] = {2, 70, 3, 72, 73, 40};
-constexpr dxf::group_place place{"AcDbLinetypeTableRecord", order};
+constexpr int linetype_order[] = {2, 70, 3, 72, 73, 40};
+constexpr dxf::group_place linetype_place{"AcDbLinetypeTableRecord", linetype_order};
 
 // Bits of a dash's group 74.
 constexpr int oriented_bit = 1;
@@ -41,7 +41,7 @@ struct extent {
 // Where each dash stands.
 std::vector<extent> dashes_of(const dxf::group_list& groups) {
     std::vector<extent> dashes;
-    const auto [first, last] = groups.extent(place);
+    const auto [first, last] = groups.extent(linetype_place);
     for (std::size_t i = first; i < last; ++i) {
         if (groups.groups()[i].code == 49)
             dashes.push_back({i, i});
@@ -152,7 +152,7 @@ AcDbLinetypeTableRecord::~AcDbLinetypeTableRecord() = default;
 ACHAR* AcDbLinetypeTableRecord::comments() const {
     assertReadEnabled();
     ACHAR* text = nullptr;
-    acutNewString(imp().decode(imp().groups().text(place, 3).value_or("")).c_str(), text);
+    acutNewString(imp().decode(imp().groups().text(linetype_place, 3).value_or("")).c_str(), text);
     return text;
 }
 
@@ -160,30 +160,30 @@ Acad::ErrorStatus AcDbLinetypeTableRecord::setComments(const ACHAR* text) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
     assertWriteEnabled();
-    imp().edit().set_text(place, 3, imp().encode(text != nullptr ? text : L""));
+    imp().edit().set_text(linetype_place, 3, imp().encode(text != nullptr ? text : L""));
     return Acad::eOk;
 }
 
 double AcDbLinetypeTableRecord::patternLength() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 40);
+    return db::read_real(imp(), linetype_place, 40);
 }
 
 void AcDbLinetypeTableRecord::setPatternLength(double length) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 40, length);
+    db::write_real(imp(), linetype_place, 40, length);
 }
 
 int AcDbLinetypeTableRecord::numDashes() const {
     assertReadEnabled();
-    return db::read_integer(imp(), place, 73);
+    return db::read_integer(imp(), linetype_place, 73);
 }
 
 void AcDbLinetypeTableRecord::setNumDashes(int count) {
     assertWriteEnabled();
     const std::vector<extent> dashes = dashes_of(imp().groups());
     const std::size_t wanted = static_cast<std::size_t>(std::max(count, 0));
-    db::write_integer(imp(), place, 73, static_cast<int>(wanted));
+    db::write_integer(imp(), linetype_place, 73, static_cast<int>(wanted));
     if (wanted < dashes.size()) {
         imp().edit().splice(dashes[wanted].first, dashes.back().last, {});
     } else if (wanted > dashes.size()) {
@@ -191,11 +191,11 @@ void AcDbLinetypeTableRecord::setNumDashes(int count) {
         for (std::size_t i = dashes.size(); i < wanted; ++i)
             for (auto& group : groups_of({}))
                 fresh.push_back(std::move(group));
-        const std::size_t length = imp().groups().find(place, 40);
+        const std::size_t length = imp().groups().find(linetype_place, 40);
         const std::size_t end =
-            dashes.empty()
-                ? (length != dxf::group_list::npos ? length + 1 : imp().groups().extent(place).second)
-                : dashes.back().last;
+            dashes.empty() ? (length != dxf::group_list::npos ? length + 1
+                                                              : imp().groups().extent(linetype_place).second)
+                           : dashes.back().last;
         imp().edit().splice(end, end, fresh);
     }
 }

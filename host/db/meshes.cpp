@@ -16,9 +16,9 @@ namespace flag = db::polyline_flag;
 
 namespace {
 
-constexpr int order[] = {66, 10, 20, 30, 70, 71, 72, 73, 74, 75};
-constexpr dxf::group_place mesh_place{"AcDbPolygonMesh", order};
-constexpr dxf::group_place polyface_place{"AcDbPolyFaceMesh", order};
+constexpr int meshes_order[] = {66, 10, 20, 30, 70, 71, 72, 73, 74, 75};
+constexpr dxf::group_place mesh_place{"AcDbPolygonMesh", meshes_order};
+constexpr dxf::group_place polyface_place{"AcDbPolyFaceMesh", meshes_order};
 constexpr int vertex_order[] = {10, 20, 30, 70};
 constexpr dxf::group_place mesh_vertex_place{"AcDbPolygonMeshVertex", vertex_order};
 constexpr dxf::group_place polyface_vertex_place{"AcDbPolyFaceMeshVertex", vertex_order};

@@ -14,8 +14,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbMline, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMRelea
 
 namespace {
 
-constexpr int order[] = {2, 340, 40, 70, 71, 72, 73, 10, 20, 30, 210, 220, 230, 11, 21, 31};
-constexpr dxf::group_place place{"AcDbMline", order};
+constexpr int mline_order[] = {2, 340, 40, 70, 71, 72, 73, 10, 20, 30, 210, 220, 230, 11, 21, 31};
+constexpr dxf::group_place mline_place{"AcDbMline", mline_order};
 
 constexpr int closed_flag = 2;
 
@@ -30,7 +30,7 @@ struct mline_vertex {
 
 std::vector<mline_vertex> read_vertices(const AcDbImpObject& object) {
     const dxf::group_list& groups = object.groups();
-    const auto [first, last] = groups.extent(place);
+    const auto [first, last] = groups.extent(mline_place);
     std::vector<mline_vertex> vertices;
     for (std::size_t i = first; i < last; ++i) {
         const dxf::group& group = groups.groups()[i];
@@ -75,7 +75,7 @@ std::vector<mline_vertex> read_vertices(const AcDbImpObject& object) {
 std::vector<std::array<AcGePoint3d, 2>> read_lines(const AcDbImpObject& object) {
     std::vector<mline_vertex> vertices = read_vertices(object);
     std::vector<std::array<AcGePoint3d, 2>> drawn;
-    if (vertices.size() > 1 && (db::read_integer(object, place, 71) & closed_flag) != 0)
+    if (vertices.size() > 1 && (db::read_integer(object, mline_place, 71) & closed_flag) != 0)
         vertices.push_back(vertices.front());
     for (std::size_t i = 0; i + 1 < vertices.size(); ++i) {
         const mline_vertex& from = vertices[i];
@@ -108,38 +108,39 @@ AcDbMline::~AcDbMline() = default;
 AcDbObjectId AcDbMline::style() const {
     assertReadEnabled();
     AcDbImpDatabase* const database = imp().database;
-    return database != nullptr ? database->id(database->records().find(imp().groups().handle(place, 340)))
-                               : AcDbObjectId::kNull;
+    return database != nullptr
+               ? database->id(database->records().find(imp().groups().handle(mline_place, 340)))
+               : AcDbObjectId::kNull;
 }
 
 Mline::MlineJustification AcDbMline::justification() const {
     assertReadEnabled();
-    return static_cast<Mline::MlineJustification>(std::clamp(db::read_integer(imp(), place, 70), 0, 2));
+    return static_cast<Mline::MlineJustification>(std::clamp(db::read_integer(imp(), mline_place, 70), 0, 2));
 }
 
 double AcDbMline::scale() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 40, 1.0);
+    return db::read_real(imp(), mline_place, 40, 1.0);
 }
 
 AcGeVector3d AcDbMline::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), mline_place);
 }
 
 bool AcDbMline::closedMline() const {
     assertReadEnabled();
-    return (db::read_integer(imp(), place, 71) & closed_flag) != 0;
+    return (db::read_integer(imp(), mline_place, 71) & closed_flag) != 0;
 }
 
 int AcDbMline::numVertices() const {
     assertReadEnabled();
-    return static_cast<int>(db::read_points(imp(), place, 11).size());
+    return static_cast<int>(db::read_points(imp(), mline_place, 11).size());
 }
 
 AcGePoint3d AcDbMline::vertexAt(int index) const {
     assertReadEnabled();
-    const std::vector<AcGePoint3d> points = db::read_points(imp(), place, 11);
+    const std::vector<AcGePoint3d> points = db::read_points(imp(), mline_place, 11);
     return index >= 0 && index < static_cast<int>(points.size()) ? points[static_cast<std::size_t>(index)]
                                                                  : AcGePoint3d();
 }
@@ -173,15 +174,15 @@ Acad::ErrorStatus AcDbMline::subTransformBy(const AcGeMatrix3d& matrix) {
         return AcGePoint3d::kOrigin + (matrix * direction.asVector()) / scale;
     };
     for (const int code : {10, 11})
-        db::change_points(imp(), place, code, moved);
+        db::change_points(imp(), mline_place, code, moved);
     for (const int code : {12, 13})
-        db::change_points(imp(), place, code, turned);
+        db::change_points(imp(), mline_place, code, turned);
     const AcGeVector3d up = (matrix * normal()) / scale;
-    db::write_normal(imp(), place, up);
+    db::write_normal(imp(), mline_place, up);
     // Lengths along miters and axes, and of the filling.
     if (scale != 1.0) {
         dxf::group_list& groups = imp().edit();
-        const auto [first, last] = groups.extent(place);
+        const auto [first, last] = groups.extent(mline_place);
         for (std::size_t i = first; i < last; ++i)
             if (const int code = groups.groups()[i].code; code >= 40 && code <= 42)
                 groups.set_real_at(i, dxf::leading_real(groups.groups()[i].value).value_or(0.0) * scale);

@@ -16,9 +16,9 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbMText, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMRelea
 
 namespace {
 
-constexpr int order[] = {10,  20, 30, 40, 41, 46, 71, 72, 3,  1,  7,  210, 220,
-                         230, 11, 21, 31, 42, 43, 50, 73, 44, 90, 63, 45,  441};
-constexpr dxf::group_place place{"AcDbMText", order};
+constexpr int mtext_order[] = {10,  20, 30, 40, 41, 46, 71, 72, 3,  1,  7,  210, 220,
+                               230, 11, 21, 31, 42, 43, 50, 73, 44, 90, 63, 45,  441};
+constexpr dxf::group_place mtext_place{"AcDbMText", mtext_order};
 
 constexpr int embedded_marker = 101;
 
@@ -156,7 +156,7 @@ void write_contents(AcDbImpObject& object, std::wstring_view contents) {
         fresh.push_back({3, object.encode(contents.substr(0, length))});
         contents.remove_prefix(length);
     }
-    groups.set_text(place, 1, object.encode(contents));
+    groups.set_text(mtext_place, 1, object.encode(contents));
     std::size_t at = dxf::group_list::npos;
     for (std::size_t i = main_section(groups).last; i-- > 0;) {
         if (groups.groups()[i].code == 1)
@@ -212,7 +212,7 @@ void follow_in_embedded(AcDbImpObject& object, const db::mtext_values& before, d
 }
 
 void write_real(AcDbImpObject& object, int code, double value, double missing) {
-    db::write_real(object, place, code, value, missing);
+    db::write_real(object, mtext_place, code, value, missing);
 }
 
 // The direction alone tells how the text is turned: what an angle said goes.
@@ -221,11 +221,11 @@ void write_direction(AcDbImpObject& object, const AcGeVector3d& direction) {
     if ((now.direction - direction).length() < 1e-14)
         return;
     dxf::group_list& groups = object.edit();
-    if (const std::size_t angle = groups.find(place, 50); angle != dxf::group_list::npos)
-        if (const std::size_t columns = groups.find(place, 75); angle < columns)
-            groups.remove(place, 50);
+    if (const std::size_t angle = groups.find(mtext_place, 50); angle != dxf::group_list::npos)
+        if (const std::size_t columns = groups.find(mtext_place, 75); angle < columns)
+            groups.remove(mtext_place, 50);
     for (int axis = 0; axis < 3; ++axis)
-        groups.set_real(place, 11 + axis * 10, direction[static_cast<unsigned>(axis)]);
+        groups.set_real(mtext_place, 11 + axis * 10, direction[static_cast<unsigned>(axis)]);
 }
 
 } // namespace
@@ -352,7 +352,7 @@ AcGePoint3d AcDbMText::location() const {
 Acad::ErrorStatus AcDbMText::setLocation(const AcGePoint3d& location) {
     assertWriteEnabled();
     const db::mtext_values before(imp());
-    db::write_point(imp(), place, 10, location);
+    db::write_point(imp(), mtext_place, 10, location);
     follow_in_embedded(imp(), before, 1.0);
     return Acad::eOk;
 }
@@ -368,7 +368,7 @@ Acad::ErrorStatus AcDbMText::setNormal(const AcGeVector3d& normal) {
         return Acad::eInvalidInput;
     const db::mtext_values before(imp());
     const double angle = rotation();
-    db::write_normal(imp(), place, normal.normal());
+    db::write_normal(imp(), mtext_place, normal.normal());
     write_direction(imp(),
                     AcGeMatrix3d::planeToWorld(normal) * AcGeVector3d(std::cos(angle), std::sin(angle), 0.0));
     follow_in_embedded(imp(), before, 1.0);
@@ -443,7 +443,7 @@ Acad::ErrorStatus AcDbMText::setAttachment(AttachmentPoint attachment) {
     assertWriteEnabled();
     if (attachment < kTopLeft || attachment > kBottomRight)
         return Acad::eInvalidInput;
-    db::write_integer(imp(), place, 71, attachment, kTopLeft);
+    db::write_integer(imp(), mtext_place, 71, attachment, kTopLeft);
     return Acad::eOk;
 }
 
@@ -462,12 +462,12 @@ Acad::ErrorStatus AcDbMText::setAttachmentMovingLocation(AttachmentPoint attachm
 
 AcDbMText::FlowDirection AcDbMText::flowDirection() const {
     assertReadEnabled();
-    return static_cast<FlowDirection>(std::clamp(db::read_integer(imp(), place, 72, kLtoR), 1, 5));
+    return static_cast<FlowDirection>(std::clamp(db::read_integer(imp(), mtext_place, 72, kLtoR), 1, 5));
 }
 
 Acad::ErrorStatus AcDbMText::setFlowDirection(FlowDirection direction) {
     assertWriteEnabled();
-    db::write_integer(imp(), place, 72, direction, kLtoR);
+    db::write_integer(imp(), mtext_place, 72, direction, kLtoR);
     return Acad::eOk;
 }
 
@@ -478,7 +478,7 @@ AcDb::LineSpacingStyle AcDbMText::lineSpacingStyle() const {
 
 Acad::ErrorStatus AcDbMText::setLineSpacingStyle(AcDb::LineSpacingStyle style) {
     assertWriteEnabled();
-    db::write_integer(imp(), place, 73, style, AcDb::kAtLeast);
+    db::write_integer(imp(), mtext_place, 73, style, AcDb::kAtLeast);
     return Acad::eOk;
 }
 
@@ -499,12 +499,12 @@ Acad::ErrorStatus AcDbMText::setLineSpacingFactor(double factor) {
 
 AcDbObjectId AcDbMText::textStyle() const {
     assertReadEnabled();
-    return db::style_of(imp(), place);
+    return db::style_of(imp(), mtext_place);
 }
 
 Acad::ErrorStatus AcDbMText::setTextStyle(AcDbObjectId style) {
     assertWriteEnabled();
-    return db::set_style(imp(), place, style);
+    return db::set_style(imp(), mtext_place, style);
 }
 
 Acad::ErrorStatus AcDbMText::contents(AcString& contents) const {
@@ -642,14 +642,14 @@ Acad::ErrorStatus AcDbMText::subTransformBy(const AcGeMatrix3d& matrix) {
         std::fabs(x.dotProduct(y)) > slack * factor * factor)
         return Acad::eCannotScaleNonUniformly;
     const bool same_size = std::fabs(factor - 1.0) <= 1e-12;
-    db::write_point(imp(), place, 10, matrix * before.location);
-    db::write_normal(imp(), place, x.crossProduct(y).normal());
+    db::write_point(imp(), mtext_place, 10, matrix * before.location);
+    db::write_normal(imp(), mtext_place, x.crossProduct(y).normal());
     write_direction(imp(), x / factor);
     if (!same_size) {
         write_real(imp(), 40, before.frame.height * factor, 0.0);
         for (const int code : {41, 42, 43, 46})
-            if (imp().groups().find(place, code) != dxf::group_list::npos)
-                imp().edit().set_real(place, code, db::read_real(imp(), place, code) * factor);
+            if (imp().groups().find(mtext_place, code) != dxf::group_list::npos)
+                imp().edit().set_real(mtext_place, code, db::read_real(imp(), mtext_place, code) * factor);
         write_contents(imp(), with_heights_scaled(imp().decode(before.contents), factor));
     }
     follow_in_embedded(imp(), before, same_size ? 1.0 : factor);

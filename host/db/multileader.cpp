@@ -14,7 +14,7 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbMLeader, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMRel
 
 namespace {
 
-constexpr dxf::group_place place{"AcDbMLeader"};
+constexpr dxf::group_place multileader_place{"AcDbMLeader"};
 
 // The vertices of all leader lines, each as far as the landing.
 std::vector<std::vector<AcGePoint3d>> lines_of(const db::multileader_context& context) {
@@ -162,8 +162,8 @@ Adesk::Boolean AcDbMLeader::subWorldDraw(AcGiWorldDraw* draw) {
     for (const std::vector<AcGePoint3d>& line : lines_of(context)) {
         geometry.polyline(static_cast<Adesk::UInt32>(line.size()), line.data());
         if (line.size() > 1 && context.arrow_size > 0.0)
-            db::draw_arrowhead(imp(), imp().groups().handle(place, 342), line[0], line[0] - line[1],
-                               context.normal, context.arrow_size, *draw);
+            db::draw_arrowhead(imp(), imp().groups().handle(multileader_place, 342), line[0],
+                               line[0] - line[1], context.normal, context.arrow_size, *draw);
     }
     for (const db::multileader_context::leader& leader : context.leaders)
         if (leader.has_landing && leader.has_dogleg) {
@@ -188,7 +188,8 @@ Acad::ErrorStatus AcDbMLeader::subTransformBy(const AcGeMatrix3d& matrix) {
     if (!db::change_plane(db::read_context(imp()).normal, matrix, change))
         return Acad::eCannotScaleNonUniformly;
     db::transform_context(imp(), matrix, change.scale);
-    db::write_real(imp(), place, 45, db::read_real(imp(), place, 45, 1.0) * change.scale, 1.0);
+    db::write_real(imp(), multileader_place, 45,
+                   db::read_real(imp(), multileader_place, 45, 1.0) * change.scale, 1.0);
     db::write_proxy_graphics(imp(), {});
     return Acad::eOk;
 }

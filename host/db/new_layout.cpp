@@ -18,7 +18,7 @@ namespace db {
 namespace {
 
 constexpr dxf::group_place layout_place{"AcDbLayout"};
-constexpr dxf::group_place block_place{"AcDbBlockTableRecord"};
+constexpr dxf::group_place record_place{"AcDbBlockTableRecord"};
 constexpr dxf::group_place plot_place{"AcDbPlotSettings"};
 
 // A sheet of A3, lying, as new drawings have it.
@@ -114,7 +114,7 @@ Acad::ErrorStatus add_layout(AcDbImpDatabase& database, const std::wstring& name
     AcDbObjectId sheet_id;
     AcDbObjectPointer<AcDbBlockTableRecord> sheet;
     sheet.create();
-    sheet->imp().edit().set_text(block_place, 2, sheet->imp().encode(free_sheet_name(database)));
+    sheet->imp().edit().set_text(record_place, 2, sheet->imp().encode(free_sheet_name(database)));
     if (const Acad::ErrorStatus status = add_block(database, *sheet.object(), sheet_id, true);
         status != Acad::eOk)
         return status;
@@ -139,7 +139,7 @@ Acad::ErrorStatus add_layout(AcDbImpDatabase& database, const std::wstring& name
         status != Acad::eOk)
         return status;
     layout.release()->close(); // the drawing's now
-    sheet->imp().edit().set_text(block_place, 340,
+    sheet->imp().edit().set_text(record_place, 340,
                                  handle_text(database.records().handle(database.record(layout_id))));
     if (like == dxf::no_record)
         add_sheet_viewport(*sheet.object(), paper_width, paper_height);

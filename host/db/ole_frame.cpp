@@ -10,7 +10,7 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbOle2Frame, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMR
 
 namespace {
 
-constexpr dxf::group_place place{"AcDbOle2Frame"};
+constexpr dxf::group_place ole_frame_place{"AcDbOle2Frame"};
 
 } // namespace
 
@@ -28,22 +28,22 @@ void AcDbOle2Frame::getLocation(AcGePoint3d& location) const {
 
 AcGePoint3d AcDbOle2Frame::location() const {
     assertReadEnabled();
-    return db::read_point(imp(), place, 10);
+    return db::read_point(imp(), ole_frame_place, 10);
 }
 
 double AcDbOle2Frame::wcsWidth() const {
     assertReadEnabled();
-    return std::fabs(db::read_point(imp(), place, 11).x - location().x);
+    return std::fabs(db::read_point(imp(), ole_frame_place, 11).x - location().x);
 }
 
 double AcDbOle2Frame::wcsHeight() const {
     assertReadEnabled();
-    return std::fabs(db::read_point(imp(), place, 11).y - location().y);
+    return std::fabs(db::read_point(imp(), ole_frame_place, 11).y - location().y);
 }
 
 Adesk::Boolean AcDbOle2Frame::subWorldDraw(AcGiWorldDraw* draw) {
     const AcGePoint3d a = location();
-    const AcGePoint3d b = db::read_point(imp(), place, 11);
+    const AcGePoint3d b = db::read_point(imp(), ole_frame_place, 11);
     const AcGePoint3d rim[] = {a, {b.x, a.y, a.z}, b, {a.x, b.y, b.z}, a};
     draw->geometry().polyline(5, rim);
     return true;
@@ -55,7 +55,7 @@ Acad::ErrorStatus AcDbOle2Frame::subTransformBy(const AcGeMatrix3d& matrix) {
             if (row != column && matrix(row, column) != 0.0)
                 return Acad::eCannotScaleNonUniformly;
     for (const int code : {10, 11})
-        db::write_point(imp(), place, code, matrix * db::read_point(imp(), place, code));
+        db::write_point(imp(), ole_frame_place, code, matrix * db::read_point(imp(), ole_frame_place, code));
     db::write_proxy_graphics(imp(), {});
     return Acad::eOk;
 }

@@ -7,8 +7,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbPoint, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMRelea
 
 namespace {
 
-constexpr int order[] = {10, 20, 30, 39, 210, 220, 230, 50};
-constexpr dxf::group_place place{"AcDbPoint", order};
+constexpr int point_order[] = {10, 20, 30, 39, 210, 220, 230, 50};
+constexpr dxf::group_place point_place{"AcDbPoint", point_order};
 
 } // namespace
 
@@ -24,34 +24,34 @@ AcDbPoint::~AcDbPoint() = default;
 
 AcGePoint3d AcDbPoint::position() const {
     assertReadEnabled();
-    return db::read_point(imp(), place, 10);
+    return db::read_point(imp(), point_place, 10);
 }
 
 Acad::ErrorStatus AcDbPoint::setPosition(const AcGePoint3d& position) {
     assertWriteEnabled();
-    db::write_point(imp(), place, 10, position);
+    db::write_point(imp(), point_place, 10, position);
     return Acad::eOk;
 }
 
 double AcDbPoint::thickness() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 39);
+    return db::read_real(imp(), point_place, 39);
 }
 
 Acad::ErrorStatus AcDbPoint::setThickness(double thickness) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 39, thickness);
+    db::write_real(imp(), point_place, 39, thickness);
     return Acad::eOk;
 }
 
 AcGeVector3d AcDbPoint::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), point_place);
 }
 
 Acad::ErrorStatus AcDbPoint::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
-    db::write_normal(imp(), place, normal);
+    db::write_normal(imp(), point_place, normal);
     return Acad::eOk;
 }
 

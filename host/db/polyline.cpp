@@ -14,8 +14,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbPolyline, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMRel
 
 namespace {
 
-constexpr int order[] = {90, 70, 43, 38, 39, 210, 220, 230, 10, 20, 91, 40, 41, 42};
-constexpr dxf::group_place place{"AcDbPolyline", order};
+constexpr int polyline_order[] = {90, 70, 43, 38, 39, 210, 220, 230, 10, 20, 91, 40, 41, 42};
+constexpr dxf::group_place polyline_place{"AcDbPolyline", polyline_order};
 
 constexpr int closed_flag = 1;
 constexpr int plinegen_flag = 128;
@@ -53,7 +53,7 @@ public:
     void set_widths(AcDbImpObject& object, std::size_t index, double start, double end);
     void set_constant_width(AcDbImpObject& object, double width);
     void scale_shared_width(AcDbImpObject& object, double factor) {
-        db::write_real(object, place, 43, width_ * factor);
+        db::write_real(object, polyline_place, 43, width_ * factor);
     }
     db::flat_path path(const AcDbPolyline& polyline) const;
     // Puts the vertices of a path with as many in the place of these.
@@ -87,12 +87,12 @@ private:
 void AcDbImpPolyline::read(const AcDbImpObject& object) {
     const dxf::group_list& groups = object.groups();
     revision_ = object.revision();
-    width_ = groups.real(place, 43).value_or(0.0);
-    elevation_ = groups.real(place, 38).value_or(0.0);
-    to_world_ = AcGeMatrix3d::planeToWorld(db::read_normal(object, place));
-    count_at_ = groups.find(place, 90);
+    width_ = groups.real(polyline_place, 43).value_or(0.0);
+    elevation_ = groups.real(polyline_place, 38).value_or(0.0);
+    to_world_ = AcGeMatrix3d::planeToWorld(db::read_normal(object, polyline_place));
+    count_at_ = groups.find(polyline_place, 90);
     vertices_.clear();
-    const auto [first, last] = groups.extent(place);
+    const auto [first, last] = groups.extent(polyline_place);
     end_ = last;
     bool in_vertex = false;
     for (std::size_t i = first; i < last; ++i) {
@@ -186,7 +186,7 @@ void AcDbImpPolyline::rewrite(AcDbImpObject& object, Write write) {
 
 // Takes the width that all segments share to each vertex.
 void AcDbImpPolyline::give_each_its_width(AcDbImpObject& object) {
-    if (object.groups().find(place, 43) == none)
+    if (object.groups().find(polyline_place, 43) == none)
         return;
     rewrite(object, [](const vertex_groups& vertex, std::span<const dxf::group> groups, fresh& out) {
         const auto give = [&] {
@@ -204,7 +204,7 @@ void AcDbImpPolyline::give_each_its_width(AcDbImpObject& object) {
         if (!given)
             give();
     });
-    edit(object).remove(place, 43);
+    edit(object).remove(polyline_place, 43);
     read(object);
 }
 
@@ -229,7 +229,7 @@ void AcDbImpPolyline::set_constant_width(AcDbImpObject& object, double width) {
                 if (group.code != 40 && group.code != 41)
                     out.push_back({group.code, std::string(group.value)});
         });
-    db::write_real(object, place, 43, width);
+    db::write_real(object, polyline_place, 43, width);
     read(object);
 }
 
@@ -461,50 +461,50 @@ Adesk::Boolean AcDbPolyline::hasWidth() const {
 
 bool AcDbPolyline::isClosed() const {
     assertReadEnabled();
-    return (db::read_integer(imp(), place, 70) & closed_flag) != 0;
+    return (db::read_integer(imp(), polyline_place, 70) & closed_flag) != 0;
 }
 
 void AcDbPolyline::setClosed(Adesk::Boolean closed) {
     assertWriteEnabled();
-    const int flags = db::read_integer(imp(), place, 70);
-    db::write_integer(imp(), place, 70, closed ? flags | closed_flag : flags & ~closed_flag);
+    const int flags = db::read_integer(imp(), polyline_place, 70);
+    db::write_integer(imp(), polyline_place, 70, closed ? flags | closed_flag : flags & ~closed_flag);
 }
 
 Adesk::Boolean AcDbPolyline::hasPlinegen() const {
     assertReadEnabled();
-    return (db::read_integer(imp(), place, 70) & plinegen_flag) != 0;
+    return (db::read_integer(imp(), polyline_place, 70) & plinegen_flag) != 0;
 }
 
 void AcDbPolyline::setPlinegen(Adesk::Boolean generated) {
     assertWriteEnabled();
-    const int flags = db::read_integer(imp(), place, 70);
-    db::write_integer(imp(), place, 70, generated ? flags | plinegen_flag : flags & ~plinegen_flag);
+    const int flags = db::read_integer(imp(), polyline_place, 70);
+    db::write_integer(imp(), polyline_place, 70, generated ? flags | plinegen_flag : flags & ~plinegen_flag);
 }
 
 double AcDbPolyline::elevation() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 38);
+    return db::read_real(imp(), polyline_place, 38);
 }
 
 void AcDbPolyline::setElevation(double elevation) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 38, elevation);
+    db::write_real(imp(), polyline_place, 38, elevation);
 }
 
 double AcDbPolyline::thickness() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 39);
+    return db::read_real(imp(), polyline_place, 39);
 }
 
 Acad::ErrorStatus AcDbPolyline::setThickness(double thickness) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 39, thickness);
+    db::write_real(imp(), polyline_place, 39, thickness);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbPolyline::getConstantWidth(double& width) const {
     const AcDbImpPolyline& all = vertices();
-    const double first = all.size() > 0 ? all[0].start_width : db::read_real(imp(), place, 43);
+    const double first = all.size() > 0 ? all[0].start_width : db::read_real(imp(), polyline_place, 43);
     for (std::size_t i = 0; i < all.size(); ++i)
         if (all[i].start_width != first || all[i].end_width != first)
             return Acad::eInvalidContext;
@@ -522,14 +522,14 @@ Acad::ErrorStatus AcDbPolyline::setConstantWidth(double width) {
 
 AcGeVector3d AcDbPolyline::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), polyline_place);
 }
 
 Acad::ErrorStatus AcDbPolyline::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
     if (normal.isZeroLength())
         return Acad::eInvalidInput;
-    db::write_normal(imp(), place, normal.normal());
+    db::write_normal(imp(), polyline_place, normal.normal());
     return Acad::eOk;
 }
 

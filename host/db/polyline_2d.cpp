@@ -15,8 +15,8 @@ namespace flag = db::polyline_flag;
 
 namespace {
 
-constexpr int order[] = {66, 10, 20, 30, 39, 70, 40, 41, 71, 72, 73, 74, 75, 210, 220, 230};
-constexpr dxf::group_place place{"AcDb2dPolyline", order};
+constexpr int polyline_2d_order[] = {66, 10, 20, 30, 39, 70, 40, 41, 71, 72, 73, 74, 75, 210, 220, 230};
+constexpr dxf::group_place polyline_2d_place{"AcDb2dPolyline", polyline_2d_order};
 constexpr int vertex_order[] = {10, 20, 30, 40, 41, 42, 70, 50, 91};
 constexpr dxf::group_place vertex_place{"AcDb2dVertex", vertex_order};
 
@@ -25,17 +25,17 @@ constexpr int quadratic = 5;
 constexpr int cubic = 6;
 
 int read_flags(const AcDbImpObject& object) {
-    return db::read_integer(object, place, 70);
+    return db::read_integer(object, polyline_2d_place, 70);
 }
 
 void set_flag(AcDbImpObject& object, int bit, bool set) {
     const int flags = read_flags(object);
-    db::write_integer(object, place, 70, set ? flags | bit : flags & ~bit);
+    db::write_integer(object, polyline_2d_place, 70, set ? flags | bit : flags & ~bit);
 }
 
 // The old height above the plane, which files before R11 write, stands for one that is missing.
 double read_elevation(const AcDbImpObject& object) {
-    return db::read_real(object, place, 30, db::read_real(object, place, 38));
+    return db::read_real(object, polyline_2d_place, 30, db::read_real(object, polyline_2d_place, 38));
 }
 
 db::path_vertex path_vertex(const db::vertex_data& vertex, double start_width, double end_width) {
@@ -47,14 +47,14 @@ db::path_vertex path_vertex(const db::vertex_data& vertex, double start_width, d
 
 db::flat_path read_path(const AcDbImpObject& object) {
     db::flat_path path;
-    const double start_width = db::read_real(object, place, 40);
-    const double end_width = db::read_real(object, place, 41);
+    const double start_width = db::read_real(object, polyline_2d_place, 40);
+    const double end_width = db::read_real(object, polyline_2d_place, 41);
     for (const db::vertex_data& vertex : db::drawn_vertices(object))
         path.vertices.push_back(path_vertex(vertex, start_width, end_width));
     path.closed = (read_flags(object) & flag::closed) != 0;
     path.elevation = read_elevation(object);
-    path.normal = db::read_normal(object, place);
-    path.thickness = db::read_real(object, place, 39);
+    path.normal = db::read_normal(object, polyline_2d_place);
+    path.thickness = db::read_real(object, polyline_2d_place, 39);
     return path;
 }
 
@@ -76,7 +76,7 @@ AcDb2dPolyline::AcDb2dPolyline(AcDb::Poly2dType type, const AcGePoint3dArray& ve
     set_flag(imp(), flag::curve_fit, type == AcDb::k2dFitCurvePoly);
     set_flag(imp(), flag::spline_fit, type == AcDb::k2dQuadSplinePoly || type == AcDb::k2dCubicSplinePoly);
     if (type == AcDb::k2dQuadSplinePoly || type == AcDb::k2dCubicSplinePoly)
-        db::write_integer(imp(), place, 75, type == AcDb::k2dQuadSplinePoly ? quadratic : cubic);
+        db::write_integer(imp(), polyline_2d_place, 75, type == AcDb::k2dQuadSplinePoly ? quadratic : cubic);
     for (int i = 0; i < vertices.length(); ++i) {
         const double bulge = bulges != nullptr && i < bulges->length() ? (*bulges)[i] : 0.0;
         appendVertex(
@@ -90,8 +90,8 @@ AcDb::Poly2dType AcDb2dPolyline::polyType() const {
     assertReadEnabled();
     const int flags = read_flags(imp());
     if ((flags & flag::spline_fit) != 0)
-        return db::read_integer(imp(), place, 75) == quadratic ? AcDb::k2dQuadSplinePoly
-                                                               : AcDb::k2dCubicSplinePoly;
+        return db::read_integer(imp(), polyline_2d_place, 75) == quadratic ? AcDb::k2dQuadSplinePoly
+                                                                           : AcDb::k2dCubicSplinePoly;
     return (flags & flag::curve_fit) != 0 ? AcDb::k2dFitCurvePoly : AcDb::k2dSimplePoly;
 }
 
@@ -114,51 +114,51 @@ Acad::ErrorStatus AcDb2dPolyline::makeOpen() {
 
 double AcDb2dPolyline::defaultStartWidth() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 40);
+    return db::read_real(imp(), polyline_2d_place, 40);
 }
 
 Acad::ErrorStatus AcDb2dPolyline::setDefaultStartWidth(double width) {
     assertWriteEnabled();
     if (!(width >= 0.0))
         return Acad::eInvalidInput;
-    db::write_real(imp(), place, 40, width);
+    db::write_real(imp(), polyline_2d_place, 40, width);
     return Acad::eOk;
 }
 
 double AcDb2dPolyline::defaultEndWidth() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 41);
+    return db::read_real(imp(), polyline_2d_place, 41);
 }
 
 Acad::ErrorStatus AcDb2dPolyline::setDefaultEndWidth(double width) {
     assertWriteEnabled();
     if (!(width >= 0.0))
         return Acad::eInvalidInput;
-    db::write_real(imp(), place, 41, width);
+    db::write_real(imp(), polyline_2d_place, 41, width);
     return Acad::eOk;
 }
 
 double AcDb2dPolyline::thickness() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 39);
+    return db::read_real(imp(), polyline_2d_place, 39);
 }
 
 Acad::ErrorStatus AcDb2dPolyline::setThickness(double thickness) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 39, thickness);
+    db::write_real(imp(), polyline_2d_place, 39, thickness);
     return Acad::eOk;
 }
 
 AcGeVector3d AcDb2dPolyline::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), polyline_2d_place);
 }
 
 Acad::ErrorStatus AcDb2dPolyline::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
     if (normal.isZeroLength())
         return Acad::eInvalidInput;
-    db::write_normal(imp(), place, normal.normal());
+    db::write_normal(imp(), polyline_2d_place, normal.normal());
     return Acad::eOk;
 }
 
@@ -170,7 +170,7 @@ double AcDb2dPolyline::elevation() const {
 Acad::ErrorStatus AcDb2dPolyline::setElevation(double elevation) {
     assertWriteEnabled();
     if (read_elevation(imp()) != elevation)
-        imp().edit().set_real(place, 30, elevation);
+        imp().edit().set_real(polyline_2d_place, 30, elevation);
     return Acad::eOk;
 }
 

@@ -12,8 +12,8 @@ namespace flag = db::polyline_flag;
 
 namespace {
 
-constexpr int order[] = {66, 10, 20, 30, 70, 75};
-constexpr dxf::group_place place{"AcDb3dPolyline", order};
+constexpr int polyline_3d_order[] = {66, 10, 20, 30, 70, 75};
+constexpr dxf::group_place polyline_3d_place{"AcDb3dPolyline", polyline_3d_order};
 constexpr int vertex_order[] = {10, 20, 30, 70};
 constexpr dxf::group_place vertex_place{"AcDb3dPolylineVertex", vertex_order};
 
@@ -25,14 +25,14 @@ std::vector<AcGePoint3d> read_points(const AcDbImpObject& object) {
     std::vector<AcGePoint3d> points;
     for (const db::vertex_data& vertex : db::drawn_vertices(object))
         points.push_back(vertex.position);
-    if (points.size() > 1 && (db::read_integer(object, place, 70) & flag::closed) != 0)
+    if (points.size() > 1 && (db::read_integer(object, polyline_3d_place, 70) & flag::closed) != 0)
         points.push_back(points.front());
     return points;
 }
 
 void set_flag(AcDbImpObject& object, int bit, bool set) {
-    const int flags = db::read_integer(object, place, 70);
-    db::write_integer(object, place, 70, set ? flags | bit : flags & ~bit);
+    const int flags = db::read_integer(object, polyline_3d_place, 70);
+    db::write_integer(object, polyline_3d_place, 70, set ? flags | bit : flags & ~bit);
 }
 
 } // namespace
@@ -47,7 +47,7 @@ AcDb3dPolyline::AcDb3dPolyline(AcDb::Poly3dType type, const AcGePoint3dArray& ve
     set_flag(imp(), flag::closed, closed);
     if (type != AcDb::k3dSimplePoly) {
         set_flag(imp(), flag::spline_fit, true);
-        db::write_integer(imp(), place, 75, type == AcDb::k3dQuadSplinePoly ? quadratic : cubic);
+        db::write_integer(imp(), polyline_3d_place, 75, type == AcDb::k3dQuadSplinePoly ? quadratic : cubic);
     }
     for (const AcGePoint3d& point : vertices)
         appendVertex(new AcDb3dPolylineVertex(point));
@@ -57,15 +57,15 @@ AcDb3dPolyline::~AcDb3dPolyline() = default;
 
 AcDb::Poly3dType AcDb3dPolyline::polyType() const {
     assertReadEnabled();
-    if ((db::read_integer(imp(), place, 70) & flag::spline_fit) == 0)
+    if ((db::read_integer(imp(), polyline_3d_place, 70) & flag::spline_fit) == 0)
         return AcDb::k3dSimplePoly;
-    return db::read_integer(imp(), place, 75) == quadratic ? AcDb::k3dQuadSplinePoly
-                                                           : AcDb::k3dCubicSplinePoly;
+    return db::read_integer(imp(), polyline_3d_place, 75) == quadratic ? AcDb::k3dQuadSplinePoly
+                                                                       : AcDb::k3dCubicSplinePoly;
 }
 
 bool AcDb3dPolyline::isClosed() const {
     assertReadEnabled();
-    return (db::read_integer(imp(), place, 70) & flag::closed) != 0;
+    return (db::read_integer(imp(), polyline_3d_place, 70) & flag::closed) != 0;
 }
 
 Acad::ErrorStatus AcDb3dPolyline::makeClosed() {

@@ -13,10 +13,10 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbWipeout, AcDbRasterImage, AcDb::kDHL_CURRENT, AcDb::
 
 namespace {
 
-constexpr int order[] = {90,  10, 20,  30,  11,  21,  31,  12,  22, 32, 13, 23,
-                         340, 70, 280, 281, 282, 283, 290, 360, 71, 91, 14, 24};
-constexpr dxf::group_place image_place{"AcDbRasterImage", order};
-constexpr dxf::group_place wipeout_place{"AcDbWipeout", order};
+constexpr int image_order[] = {90,  10, 20,  30,  11,  21,  31,  12,  22, 32, 13, 23,
+                               340, 70, 280, 281, 282, 283, 290, 360, 71, 91, 14, 24};
+constexpr dxf::group_place image_place{"AcDbRasterImage", image_order};
+constexpr dxf::group_place wipeout_place{"AcDbWipeout", image_order};
 
 const dxf::group_place& place_of(const AcDbRasterImage& image) {
     return image.isKindOf(AcDbWipeout::desc()) ? wipeout_place : image_place;

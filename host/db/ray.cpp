@@ -12,9 +12,9 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbXline, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleas
 
 namespace {
 
-constexpr int order[] = {10, 20, 30, 11, 21, 31};
-constexpr dxf::group_place ray_place{"AcDbRay", order};
-constexpr dxf::group_place xline_place{"AcDbXline", order};
+constexpr int ray_order[] = {10, 20, 30, 11, 21, 31};
+constexpr dxf::group_place ray_place{"AcDbRay", ray_order};
+constexpr dxf::group_place xline_place{"AcDbXline", ray_order};
 
 AcGeVector3d read_direction(const AcDbImpObject& object, const dxf::group_place& place) {
     return db::read_point(object, place, 11).asVector().normal();

@@ -11,8 +11,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbShape, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMRelea
 
 namespace {
 
-constexpr int order[] = {39, 10, 20, 30, 40, 2, 50, 41, 51, 210, 220, 230};
-constexpr dxf::group_place place{"AcDbShape", order};
+constexpr int shape_order[] = {39, 10, 20, 30, 40, 2, 50, 41, 51, 210, 220, 230};
+constexpr dxf::group_place shape_place{"AcDbShape", shape_order};
 
 } // namespace
 
@@ -25,64 +25,64 @@ AcDbShape::~AcDbShape() = default;
 
 AcGePoint3d AcDbShape::position() const {
     assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), place, 10);
+    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), shape_place, 10);
 }
 
 Acad::ErrorStatus AcDbShape::setPosition(const AcGePoint3d& position) {
     assertWriteEnabled();
-    db::write_point(imp(), place, 10, AcGeMatrix3d::worldToPlane(normal()) * position);
+    db::write_point(imp(), shape_place, 10, AcGeMatrix3d::worldToPlane(normal()) * position);
     return Acad::eOk;
 }
 
 double AcDbShape::size() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 40);
+    return db::read_real(imp(), shape_place, 40);
 }
 
 Acad::ErrorStatus AcDbShape::setSize(double size) {
     assertWriteEnabled();
     if (!(size > 0.0))
         return Acad::eInvalidInput;
-    db::write_real(imp(), place, 40, size);
+    db::write_real(imp(), shape_place, 40, size);
     return Acad::eOk;
 }
 
 ACHAR* AcDbShape::name() const {
     assertReadEnabled();
     ACHAR* copy = nullptr;
-    acutNewString(imp().decode(dxf::trimmed(imp().groups().text(place, 2).value_or(""))).c_str(), copy);
+    acutNewString(imp().decode(dxf::trimmed(imp().groups().text(shape_place, 2).value_or(""))).c_str(), copy);
     return copy;
 }
 
 double AcDbShape::rotation() const {
     assertReadEnabled();
-    return db::radians(db::read_real(imp(), place, 50));
+    return db::radians(db::read_real(imp(), shape_place, 50));
 }
 
 Acad::ErrorStatus AcDbShape::setRotation(double rotation) {
     assertWriteEnabled();
-    db::write_real(imp(), place, 50, db::degrees(rotation));
+    db::write_real(imp(), shape_place, 50, db::degrees(rotation));
     return Acad::eOk;
 }
 
 double AcDbShape::widthFactor() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 41, 1.0);
+    return db::read_real(imp(), shape_place, 41, 1.0);
 }
 
 double AcDbShape::oblique() const {
     assertReadEnabled();
-    return db::radians(db::read_real(imp(), place, 51));
+    return db::radians(db::read_real(imp(), shape_place, 51));
 }
 
 double AcDbShape::thickness() const {
     assertReadEnabled();
-    return db::read_real(imp(), place, 39);
+    return db::read_real(imp(), shape_place, 39);
 }
 
 AcGeVector3d AcDbShape::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), shape_place);
 }
 
 Adesk::Boolean AcDbShape::subWorldDraw(AcGiWorldDraw* draw) {
@@ -104,13 +104,14 @@ Acad::ErrorStatus AcDbShape::subTransformBy(const AcGeMatrix3d& matrix) {
         return Acad::eCannotScaleNonUniformly;
     const AcGePoint3d moved = matrix * position();
     const double turned = change.turned(rotation());
-    db::write_real(imp(), place, 39, thickness() * (matrix * normal()).length());
-    db::write_real(imp(), place, 40, size() * change.scale);
+    db::write_real(imp(), shape_place, 39, thickness() * (matrix * normal()).length());
+    db::write_real(imp(), shape_place, 40, size() * change.scale);
     if (change.mirrored) { // read from behind
-        db::write_real(imp(), place, 41, -widthFactor(), 1.0);
-        db::write_real(imp(), place, 51, -db::degrees(oblique()));
+        db::write_real(imp(), shape_place, 41, -widthFactor(), 1.0);
+        db::write_real(imp(), shape_place, 51, -db::degrees(oblique()));
     }
-    db::write_real(imp(), place, 50, db::degrees(change.mirrored ? turned + 3.14159265358979323846 : turned));
-    db::write_normal(imp(), place, change.normal);
+    db::write_real(imp(), shape_place, 50,
+                   db::degrees(change.mirrored ? turned + 3.14159265358979323846 : turned));
+    db::write_normal(imp(), shape_place, change.normal);
     return setPosition(moved);
 }

@@ -12,43 +12,43 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbTrace, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMRelea
 // Files call both by one class, and write the corners in the coordinates of the plane.
 namespace {
 
-constexpr int order[] = {10, 20, 30, 11, 21, 31, 12, 22, 32, 13, 23, 33, 39, 210, 220, 230};
-constexpr dxf::group_place place{"AcDbTrace", order};
+constexpr int solid_order[] = {10, 20, 30, 11, 21, 31, 12, 22, 32, 13, 23, 33, 39, 210, 220, 230};
+constexpr dxf::group_place solid_place{"AcDbTrace", solid_order};
 constexpr Adesk::UInt16 corners = 4;
 
 bool has_fourth(const AcDbImpObject& object) {
-    return object.groups().find(place, 13) != dxf::group_list::npos;
+    return object.groups().find(solid_place, 13) != dxf::group_list::npos;
 }
 
 AcGePoint3d read_corner(const AcDbImpObject& object, Adesk::UInt16 index) {
-    return db::read_point(object, place, index == 3 && !has_fourth(object) ? 12 : 10 + index);
+    return db::read_point(object, solid_place, index == 3 && !has_fourth(object) ? 12 : 10 + index);
 }
 
 Acad::ErrorStatus get_point(const AcDbImpObject& object, Adesk::UInt16 index, AcGePoint3d& point) {
     if (index >= corners)
         return Acad::eInvalidIndex;
-    point = AcGeMatrix3d::planeToWorld(db::read_normal(object, place)) * read_corner(object, index);
+    point = AcGeMatrix3d::planeToWorld(db::read_normal(object, solid_place)) * read_corner(object, index);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus set_point(AcDbImpObject& object, Adesk::UInt16 index, const AcGePoint3d& point) {
     if (index >= corners)
         return Acad::eInvalidIndex;
-    db::write_point(object, place, 10 + index,
-                    AcGeMatrix3d::worldToPlane(db::read_normal(object, place)) * point);
+    db::write_point(object, solid_place, 10 + index,
+                    AcGeMatrix3d::worldToPlane(db::read_normal(object, solid_place)) * point);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus set_normal(AcDbImpObject& object, const AcGeVector3d& normal) {
     if (normal.isZeroLength())
         return Acad::eInvalidInput;
-    db::write_normal(object, place, normal.normal());
+    db::write_normal(object, solid_place, normal.normal());
     return Acad::eOk;
 }
 
 void draw_solid(const AcDbImpObject& object, AcGiWorldDraw& draw) {
     const AcGiWorldGeometry& to = draw.geometry();
-    const double thickness = db::read_real(object, place, 39);
+    const double thickness = db::read_real(object, solid_place, 39);
     std::array<AcGePoint3d, corners> base;
     std::array<AcGePoint3d, corners> top;
     constexpr std::array<Adesk::UInt16, corners> around{0, 1, 3, 2};
@@ -56,7 +56,7 @@ void draw_solid(const AcDbImpObject& object, AcGiWorldDraw& draw) {
         base[i] = read_corner(object, around[i]);
         top[i] = base[i] + AcGeVector3d::kZAxis * thickness;
     }
-    draw.geometry().pushModelTransform(db::read_normal(object, place));
+    draw.geometry().pushModelTransform(db::read_normal(object, solid_place));
     to.polygon(corners, base.data());
     if (thickness != 0.0) {
         to.polygon(corners, top.data());
@@ -71,15 +71,15 @@ void draw_solid(const AcDbImpObject& object, AcGiWorldDraw& draw) {
 
 Acad::ErrorStatus transform(AcDbImpObject& object, const AcGeMatrix3d& matrix) {
     db::plane_change change;
-    const AcGeVector3d normal = db::read_normal(object, place);
+    const AcGeVector3d normal = db::read_normal(object, solid_place);
     if (!db::change_any_plane(normal, matrix, change))
         return Acad::eDegenerateGeometry;
     for (Adesk::UInt16 i = 0; i < corners; ++i)
         if (i < 3 || has_fourth(object))
-            db::write_point(object, place, 10 + i, change.plane_to_plane * read_corner(object, i));
-    db::write_real(object, place, 39,
-                   db::read_real(object, place, 39) * change.normal.dotProduct(matrix * normal));
-    db::write_normal(object, place, change.normal);
+            db::write_point(object, solid_place, 10 + i, change.plane_to_plane * read_corner(object, i));
+    db::write_real(object, solid_place, 39,
+                   db::read_real(object, solid_place, 39) * change.normal.dotProduct(matrix * normal));
+    db::write_normal(object, solid_place, change.normal);
     return Acad::eOk;
 }
 
@@ -134,16 +134,16 @@ AcDbTrace::~AcDbTrace() = default;
     }                                                                                                        \
     double CLASS::thickness() const {                                                                        \
         assertReadEnabled();                                                                                 \
-        return db::read_real(imp(), place, 39);                                                              \
+        return db::read_real(imp(), solid_place, 39);                                                        \
     }                                                                                                        \
     Acad::ErrorStatus CLASS::setThickness(double thickness) {                                                \
         assertWriteEnabled();                                                                                \
-        db::write_real(imp(), place, 39, thickness);                                                         \
+        db::write_real(imp(), solid_place, 39, thickness);                                                   \
         return Acad::eOk;                                                                                    \
     }                                                                                                        \
     AcGeVector3d CLASS::normal() const {                                                                     \
         assertReadEnabled();                                                                                 \
-        return db::read_normal(imp(), place);                                                                \
+        return db::read_normal(imp(), solid_place);                                                          \
     }                                                                                                        \
     Acad::ErrorStatus CLASS::setNormal(const AcGeVector3d& normal) {                                         \
         assertWriteEnabled();                                                                                \

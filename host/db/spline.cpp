@@ -18,7 +18,7 @@ namespace {
 
 constexpr int spline_order[] = {210, 220, 230, 70, 71, 72, 73, 74, 42, 43, 44, 12, 22,
                                 32,  13,  23,  33, 40, 41, 10, 20, 30, 11, 21, 31};
-constexpr dxf::group_place place{"AcDbSpline", spline_order};
+constexpr dxf::group_place spline_place{"AcDbSpline", spline_order};
 
 constexpr int helix_order[] = {90, 91, 10, 20, 30, 11, 21, 31, 12, 22, 32, 40, 41, 42, 290, 280};
 constexpr dxf::group_place helix_place{"AcDbHelix", helix_order};
@@ -57,7 +57,7 @@ namespace {
 
 std::vector<double> read_reals(const AcDbImpObject& object, int code) {
     const dxf::group_list& groups = object.groups();
-    const auto [first, last] = groups.extent(place);
+    const auto [first, last] = groups.extent(spline_place);
     std::vector<double> found;
     for (std::size_t i = first; i < last; ++i)
         if (groups.groups()[i].code == code)
@@ -79,15 +79,16 @@ bool is_index(int index, std::size_t size) {
 } // namespace
 
 AcDbImpSpline::AcDbImpSpline(const AcDbImpObject& object)
-    : flags(db::read_integer(object, place, 70)), fit(db::read_points(object, place, 11)),
-      start_tangent(db::read_point(object, place, 12).asVector()),
-      end_tangent(db::read_point(object, place, 13).asVector()),
-      knot_tolerance(db::read_real(object, place, 42, default_knot_tolerance)),
-      point_tolerance(db::read_real(object, place, 43, default_knot_tolerance)),
-      fit_tolerance(db::read_real(object, place, 44, default_fit_tolerance)), revision(object.revision()) {
-    control.degree = db::read_integer(object, place, 71, 3);
+    : flags(db::read_integer(object, spline_place, 70)), fit(db::read_points(object, spline_place, 11)),
+      start_tangent(db::read_point(object, spline_place, 12).asVector()),
+      end_tangent(db::read_point(object, spline_place, 13).asVector()),
+      knot_tolerance(db::read_real(object, spline_place, 42, default_knot_tolerance)),
+      point_tolerance(db::read_real(object, spline_place, 43, default_knot_tolerance)),
+      fit_tolerance(db::read_real(object, spline_place, 44, default_fit_tolerance)),
+      revision(object.revision()) {
+    control.degree = db::read_integer(object, spline_place, 71, 3);
     control.knots = read_reals(object, 40);
-    control.points = db::read_points(object, place, 10);
+    control.points = db::read_points(object, spline_place, 10);
     control.weights = read_reals(object, 41);
 }
 
@@ -136,7 +137,7 @@ void AcDbImpSpline::write(AcDbImpObject& object) const {
 
     // The groups of a spline stand together, but in a record without markers others stand around them.
     dxf::group_list& groups = object.edit();
-    auto [first, last] = groups.extent(place);
+    auto [first, last] = groups.extent(spline_place);
     const auto is_own = [&](std::size_t index) {
         return std::find(std::begin(spline_order), std::end(spline_order), groups.groups()[index].code) !=
                std::end(spline_order);
@@ -212,7 +213,8 @@ Acad::ErrorStatus AcDbSpline::setControlPointAt(int index, const AcGePoint3d& po
     if (!is_index(index, data().control.points.size()))
         return Acad::eInvalidIndex;
     int at = 0;
-    db::change_points(imp(), place, 10, [&](const AcGePoint3d& old) { return at++ == index ? point : old; });
+    db::change_points(imp(), spline_place, 10,
+                      [&](const AcGePoint3d& old) { return at++ == index ? point : old; });
     return purgeFitData();
 }
 
@@ -396,18 +398,19 @@ Acad::ErrorStatus AcDbSpline::subTransformBy(const AcGeMatrix3d& matrix) {
         made.write(imp());
     }
     for (const int code : {10, 11})
-        db::change_points(imp(), place, code, [&](const AcGePoint3d& point) { return matrix * point; });
+        db::change_points(imp(), spline_place, code,
+                          [&](const AcGePoint3d& point) { return matrix * point; });
     for (const int code : {12, 13})
-        db::change_points(imp(), place, code, [&](const AcGePoint3d& tangent) {
+        db::change_points(imp(), spline_place, code, [&](const AcGePoint3d& tangent) {
             return AcGePoint3d::kOrigin + matrix * tangent.asVector();
         });
     // The normal of the plane that it lies in stands at right angles to what two directions in it become.
-    if (imp().groups().find(place, 210) != dxf::group_list::npos) {
-        const AcGeVector3d x = db::read_normal(imp(), place).perpVector();
-        const AcGeVector3d y = db::read_normal(imp(), place).crossProduct(x);
+    if (imp().groups().find(spline_place, 210) != dxf::group_list::npos) {
+        const AcGeVector3d x = db::read_normal(imp(), spline_place).perpVector();
+        const AcGeVector3d y = db::read_normal(imp(), spline_place).crossProduct(x);
         const AcGeVector3d up = (matrix * x).crossProduct(matrix * y);
         if (!up.isZeroLength())
-            db::write_normal(imp(), place, up.normal());
+            db::write_normal(imp(), spline_place, up.normal());
     }
     return Acad::eOk;
 }

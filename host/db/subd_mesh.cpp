@@ -10,13 +10,13 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbSubDMesh, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMRe
 
 namespace {
 
-constexpr dxf::group_place place{"AcDbSubDMesh"};
+constexpr dxf::group_place subd_mesh_place{"AcDbSubDMesh"};
 
 // The entries of the list of faces: group 93 counts them, and edges (94) follow.
 std::vector<Adesk::Int32> face_entries(const AcDbImpObject& imp) {
     std::vector<Adesk::Int32> entries;
     const auto& all = imp.groups().groups();
-    const std::size_t count = imp.groups().find(place, 93);
+    const std::size_t count = imp.groups().find(subd_mesh_place, 93);
     if (count == dxf::group_list::npos)
         return entries;
     for (std::size_t i = count + 1; i < all.size() && all[i].code == 90; ++i) {
@@ -39,13 +39,13 @@ AcDbSubDMesh::~AcDbSubDMesh() = default;
 
 Acad::ErrorStatus AcDbSubDMesh::subdLevel(Adesk::Int32& level) const {
     assertReadEnabled();
-    level = std::max(db::read_integer(imp(), place, 91), 0);
+    level = std::max(db::read_integer(imp(), subd_mesh_place, 91), 0);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbSubDMesh::numOfVertices(Adesk::Int32& count) const {
     assertReadEnabled();
-    count = static_cast<Adesk::Int32>(db::read_points(imp(), place, 10).size());
+    count = static_cast<Adesk::Int32>(db::read_points(imp(), subd_mesh_place, 10).size());
     return Acad::eOk;
 }
 
@@ -61,7 +61,7 @@ Acad::ErrorStatus AcDbSubDMesh::numOfFaces(Adesk::Int32& count) const {
 Acad::ErrorStatus AcDbSubDMesh::getVertices(AcGePoint3dArray& vertices) const {
     assertReadEnabled();
     vertices.removeAll();
-    for (const AcGePoint3d& vertex : db::read_points(imp(), place, 10))
+    for (const AcGePoint3d& vertex : db::read_points(imp(), subd_mesh_place, 10))
         vertices.append(vertex);
     return Acad::eOk;
 }
@@ -84,7 +84,7 @@ Adesk::Boolean AcDbSubDMesh::subWorldDraw(AcGiWorldDraw* draw) {
             return true;
         }
     }
-    const std::vector<AcGePoint3d> points = db::read_points(imp(), place, 10);
+    const std::vector<AcGePoint3d> points = db::read_points(imp(), subd_mesh_place, 10);
     const std::vector<Adesk::Int32> faces = face_entries(imp());
     if (!points.empty())
         draw->geometry().shell(static_cast<Adesk::UInt32>(points.size()), points.data(),
@@ -93,7 +93,7 @@ Adesk::Boolean AcDbSubDMesh::subWorldDraw(AcGiWorldDraw* draw) {
 }
 
 Acad::ErrorStatus AcDbSubDMesh::subTransformBy(const AcGeMatrix3d& matrix) {
-    db::change_points(imp(), place, 10, [&](const AcGePoint3d& point) { return matrix * point; });
+    db::change_points(imp(), subd_mesh_place, 10, [&](const AcGePoint3d& point) { return matrix * point; });
     db::write_proxy_graphics(imp(), {});
     return Acad::eOk;
 }

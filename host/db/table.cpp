@@ -16,7 +16,7 @@ namespace {
 
 constexpr int reference_order[] = {2, 10, 20, 30, 210, 220, 230};
 constexpr dxf::group_place reference_place{"AcDbBlockReference", reference_order};
-constexpr dxf::group_place place{"AcDbTable"};
+constexpr dxf::group_place table_place{"AcDbTable"};
 
 dxf::record_id block_of(const AcDbImpObject& imp) {
     if (imp.database == nullptr)
@@ -25,7 +25,7 @@ dxf::record_id block_of(const AcDbImpObject& imp) {
     const dxf::record_id named = imp.database->find_entry(db::table_kind::block, imp.decode(name));
     if (named != dxf::no_record)
         return named;
-    const dxf::record_id found = imp.database->records().find(imp.groups().handle(place, 343));
+    const dxf::record_id found = imp.database->records().find(imp.groups().handle(table_place, 343));
     return found != dxf::no_record && imp.database->class_of(found) == AcDbBlockTableRecord::desc()
                ? found
                : dxf::no_record;
@@ -55,7 +55,7 @@ Acad::ErrorStatus AcDbTable::setPosition(const AcGePoint3d& position) {
 
 AcGeVector3d AcDbTable::direction() const {
     assertReadEnabled();
-    const AcGeVector3d direction = db::read_point(imp(), place, 11).asVector();
+    const AcGeVector3d direction = db::read_point(imp(), table_place, 11).asVector();
     return direction.isZeroLength() ? AcGeMatrix3d::planeToWorld(normal()) * AcGeVector3d::kXAxis
                                     : direction.normal();
 }
@@ -72,12 +72,12 @@ AcDbObjectId AcDbTable::blockTableRecord() const {
 
 Adesk::UInt32 AcDbTable::numRows() const {
     assertReadEnabled();
-    return static_cast<Adesk::UInt32>(std::max(db::read_integer(imp(), place, 91), 0));
+    return static_cast<Adesk::UInt32>(std::max(db::read_integer(imp(), table_place, 91), 0));
 }
 
 Adesk::UInt32 AcDbTable::numColumns() const {
     assertReadEnabled();
-    return static_cast<Adesk::UInt32>(std::max(db::read_integer(imp(), place, 92), 0));
+    return static_cast<Adesk::UInt32>(std::max(db::read_integer(imp(), table_place, 92), 0));
 }
 
 Adesk::Boolean AcDbTable::subWorldDraw(AcGiWorldDraw* draw) {
@@ -103,6 +103,6 @@ Acad::ErrorStatus AcDbTable::subTransformBy(const AcGeMatrix3d& matrix) {
     const AcGePoint3d moved = matrix * position();
     const AcGeVector3d along = matrix * direction();
     db::write_normal(imp(), reference_place, change.normal);
-    db::write_point(imp(), place, 11, AcGePoint3d::kOrigin + along.normal());
+    db::write_point(imp(), table_place, 11, AcGePoint3d::kOrigin + along.normal());
     return setPosition(moved);
 }

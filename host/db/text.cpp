@@ -17,10 +17,10 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbText, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleas
 
 namespace {
 
-constexpr int order[] = {39, 10, 20, 30, 40, 1, 50, 41, 51, 7, 71, 72, 11, 21, 31, 210, 220, 230};
-constexpr dxf::group_place place{"AcDbText", order};
+constexpr int text_order[] = {39, 10, 20, 30, 40, 1, 50, 41, 51, 7, 71, 72, 11, 21, 31, 210, 220, 230};
+constexpr dxf::group_place text_place{"AcDbText", text_order};
 // Attributes may have what belongs to the text behind their own marker.
-constexpr dxf::group_place anywhere{"*", order};
+constexpr dxf::group_place anywhere{"*", text_order};
 
 // The vertical mode stands behind a second marker of the class, in attributes in a group of their own.
 constexpr int vertical_order[] = {39, 10, 20, 30, 40, 1,   50,  41,  51,  7,
@@ -32,9 +32,9 @@ constexpr dxf::group_place definition_place{"AcDbAttributeDefinition", attribute
 
 const dxf::group_place& place_of(const AcDbImpObject& object, int code) {
     const dxf::group_list& groups = object.groups();
-    const bool elsewhere = groups.find(place, code) == dxf::group_list::npos &&
+    const bool elsewhere = groups.find(text_place, code) == dxf::group_list::npos &&
                            groups.find(anywhere, code) != dxf::group_list::npos;
-    return elsewhere ? anywhere : place;
+    return elsewhere ? anywhere : text_place;
 }
 
 std::string_view type_of(const AcDbImpObject& object) {

@@ -13,11 +13,11 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbFcf, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMRelease
 
 namespace {
 
-constexpr int order[] = {3, 10, 20, 30, 1, 210, 220, 230, 11, 21, 31};
-constexpr dxf::group_place place{"AcDbFcf", order};
+constexpr int tolerance_order[] = {3, 10, 20, 30, 1, 210, 220, 230, 11, 21, 31};
+constexpr dxf::group_place tolerance_place{"AcDbFcf", tolerance_order};
 
 std::string_view style_of(const AcDbImpObject& imp) {
-    return imp.groups().text(place, 3).value_or("Standard");
+    return imp.groups().text(tolerance_place, 3).value_or("Standard");
 }
 
 // The parts of a text between separators; empty ones at the end are left out.
@@ -70,7 +70,7 @@ AcDbFcf::~AcDbFcf() = default;
 ACHAR* AcDbFcf::text() const {
     assertReadEnabled();
     ACHAR* copy = nullptr;
-    acutNewString(imp().decode(imp().groups().text(place, 1).value_or("")).c_str(), copy);
+    acutNewString(imp().decode(imp().groups().text(tolerance_place, 1).value_or("")).c_str(), copy);
     return copy;
 }
 
@@ -78,31 +78,31 @@ Acad::ErrorStatus AcDbFcf::setText(const ACHAR* text) {
     assertWriteEnabled();
     if (text == nullptr)
         return Acad::eInvalidInput;
-    imp().edit().set_text(place, 1, imp().encode(text));
+    imp().edit().set_text(tolerance_place, 1, imp().encode(text));
     return Acad::eOk;
 }
 
 AcGePoint3d AcDbFcf::location() const {
     assertReadEnabled();
-    return db::read_point(imp(), place, 10);
+    return db::read_point(imp(), tolerance_place, 10);
 }
 
 Acad::ErrorStatus AcDbFcf::setLocation(const AcGePoint3d& location) {
     assertWriteEnabled();
-    db::write_point(imp(), place, 10, location);
+    db::write_point(imp(), tolerance_place, 10, location);
     return Acad::eOk;
 }
 
 AcGeVector3d AcDbFcf::direction() const {
     assertReadEnabled();
-    const AcGeVector3d direction = db::read_point(imp(), place, 11).asVector();
+    const AcGeVector3d direction = db::read_point(imp(), tolerance_place, 11).asVector();
     return direction.isZeroLength() ? AcGeMatrix3d::planeToWorld(normal()) * AcGeVector3d::kXAxis
                                     : direction.normal();
 }
 
 AcGeVector3d AcDbFcf::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), tolerance_place);
 }
 
 AcDbObjectId AcDbFcf::dimensionStyle() const {
@@ -123,7 +123,7 @@ Adesk::Boolean AcDbFcf::subWorldDraw(AcGiWorldDraw* draw) {
     AcGiTextStyle style = db::text_style(imp().database, "");
     style.setTextSize(height);
     AcGePoint3d row = location() - y * height;
-    const std::wstring words = imp().decode(imp().groups().text(place, 1).value_or(""));
+    const std::wstring words = imp().decode(imp().groups().text(tolerance_place, 1).value_or(""));
     for (const std::wstring& line : parts_of(words, {L"\n", L"^J", L"\\P"})) {
         AcGePoint3d corner = row;
         for (const std::wstring& cell : parts_of(line, {L"%%v", L"%%V"})) {
@@ -148,8 +148,8 @@ Acad::ErrorStatus AcDbFcf::subTransformBy(const AcGeMatrix3d& matrix) {
         return Acad::eCannotScaleNonUniformly;
     const AcGeVector3d along = (matrix * direction()).normal();
     setLocation(matrix * location());
-    db::write_normal(imp(), place, change.normal);
-    db::write_point(imp(), place, 11, AcGePoint3d::kOrigin + along);
+    db::write_normal(imp(), tolerance_place, change.normal);
+    db::write_point(imp(), tolerance_place, 11, AcGePoint3d::kOrigin + along);
     db::write_proxy_graphics(imp(), {});
     return Acad::eOk;
 }

@@ -16,8 +16,8 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbDgnReference, AcDbUnderlayReference, AcDb::kDHL_CURR
 
 namespace {
 
-constexpr int order[] = {340, 10, 20, 30, 41, 42, 43, 50, 210, 220, 230, 280, 281, 282, 11, 21};
-constexpr dxf::group_place place{"AcDbUnderlayReference", order};
+constexpr int underlay_order[] = {340, 10, 20, 30, 41, 42, 43, 50, 210, 220, 230, 280, 281, 282, 11, 21};
+constexpr dxf::group_place underlay_place{"AcDbUnderlayReference", underlay_order};
 
 // Bits of group 280.
 constexpr int clip_flag = 1;
@@ -49,36 +49,36 @@ AcDbDgnReference::~AcDbDgnReference() = default;
 
 AcGePoint3d AcDbUnderlayReference::position() const {
     assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), place, 10);
+    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), underlay_place, 10);
 }
 
 Acad::ErrorStatus AcDbUnderlayReference::setPosition(const AcGePoint3d& position) {
     assertWriteEnabled();
-    db::write_point(imp(), place, 10, AcGeMatrix3d::worldToPlane(normal()) * position);
+    db::write_point(imp(), underlay_place, 10, AcGeMatrix3d::worldToPlane(normal()) * position);
     return Acad::eOk;
 }
 
 AcGeScale3d AcDbUnderlayReference::scaleFactors() const {
     assertReadEnabled();
-    return {db::read_real(imp(), place, 41, 1.0), db::read_real(imp(), place, 42, 1.0),
-            db::read_real(imp(), place, 43, 1.0)};
+    return {db::read_real(imp(), underlay_place, 41, 1.0), db::read_real(imp(), underlay_place, 42, 1.0),
+            db::read_real(imp(), underlay_place, 43, 1.0)};
 }
 
 double AcDbUnderlayReference::rotation() const {
     assertReadEnabled();
-    return db::radians(db::read_real(imp(), place, 50));
+    return db::radians(db::read_real(imp(), underlay_place, 50));
 }
 
 AcGeVector3d AcDbUnderlayReference::normal() const {
     assertReadEnabled();
-    return db::read_normal(imp(), place);
+    return db::read_normal(imp(), underlay_place);
 }
 
 AcGeMatrix3d AcDbUnderlayReference::transform() const {
     const AcGeVector3d x(std::cos(rotation()), std::sin(rotation()), 0.0);
     const AcGeScale3d scale = scaleFactors();
     AcGeMatrix3d in_plane;
-    in_plane.setCoordSystem(db::read_point(imp(), place, 10), x * scale.sx,
+    in_plane.setCoordSystem(db::read_point(imp(), underlay_place, 10), x * scale.sx,
                             AcGeVector3d(-x.y, x.x, 0.0) * scale.sy, AcGeVector3d::kZAxis * scale.sz);
     return AcGeMatrix3d::planeToWorld(normal()) * in_plane;
 }
@@ -87,23 +87,23 @@ AcDbObjectId AcDbUnderlayReference::definitionId() const {
     assertReadEnabled();
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
-    return imp().database->id(imp().database->records().find(imp().groups().handle(place, 340)));
+    return imp().database->id(imp().database->records().find(imp().groups().handle(underlay_place, 340)));
 }
 
 bool AcDbUnderlayReference::isClipped() const {
     assertReadEnabled();
-    return (db::read_integer(imp(), place, 280) & clip_flag) != 0 && clipBoundary().length() > 1;
+    return (db::read_integer(imp(), underlay_place, 280) & clip_flag) != 0 && clipBoundary().length() > 1;
 }
 
 bool AcDbUnderlayReference::isOn() const {
     assertReadEnabled();
-    return (db::read_integer(imp(), place, 280) & on_flag) != 0;
+    return (db::read_integer(imp(), underlay_place, 280) & on_flag) != 0;
 }
 
 const AcGePoint2dArray& AcDbUnderlayReference::clipBoundary() const {
     assertReadEnabled();
     m_boundary.removeAll();
-    for (const AcGePoint3d& corner : db::read_points(imp(), place, 11))
+    for (const AcGePoint3d& corner : db::read_points(imp(), underlay_place, 11))
         m_boundary.append(AcGePoint2d(corner.x, corner.y));
     return m_boundary;
 }
@@ -131,12 +131,12 @@ Acad::ErrorStatus AcDbUnderlayReference::subTransformBy(const AcGeMatrix3d& matr
     const AcGePoint3d moved = matrix * position();
     const AcGeScale3d scale = scaleFactors();
     const double turned = change.turned(rotation());
-    db::write_real(imp(), place, 41, scale.sx * change.scale, 1.0);
+    db::write_real(imp(), underlay_place, 41, scale.sx * change.scale, 1.0);
     // A mirror in the plane turns the page over.
-    db::write_real(imp(), place, 42, scale.sy * change.scale * (change.mirrored ? -1.0 : 1.0), 1.0);
-    db::write_real(imp(), place, 43, scale.sz * change.scale, 1.0);
-    db::write_real(imp(), place, 50, db::degrees(turned));
-    db::write_normal(imp(), place, change.normal);
+    db::write_real(imp(), underlay_place, 42, scale.sy * change.scale * (change.mirrored ? -1.0 : 1.0), 1.0);
+    db::write_real(imp(), underlay_place, 43, scale.sz * change.scale, 1.0);
+    db::write_real(imp(), underlay_place, 50, db::degrees(turned));
+    db::write_normal(imp(), underlay_place, change.normal);
     db::write_proxy_graphics(imp(), {});
     return setPosition(moved);
 }

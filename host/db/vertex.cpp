@@ -19,11 +19,11 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbFaceRecord, AcDbVertex, AcDb::kDHL_CURRENT, AcDb::kM
 
 namespace {
 
-constexpr int order[] = {10, 20, 30, 40, 41, 42, 70, 50, 91};
-constexpr dxf::group_place flat_place{"AcDb2dVertex", order};
-constexpr dxf::group_place space_place{"AcDb3dPolylineVertex", order};
-constexpr dxf::group_place mesh_place{"AcDbPolygonMeshVertex", order};
-constexpr dxf::group_place polyface_place{"AcDbPolyFaceMeshVertex", order};
+constexpr int vertex_order[] = {10, 20, 30, 40, 41, 42, 70, 50, 91};
+constexpr dxf::group_place flat_place{"AcDb2dVertex", vertex_order};
+constexpr dxf::group_place space_place{"AcDb3dPolylineVertex", vertex_order};
+constexpr dxf::group_place mesh_place{"AcDbPolygonMeshVertex", vertex_order};
+constexpr dxf::group_place polyface_place{"AcDbPolyFaceMeshVertex", vertex_order};
 constexpr int face_order[] = {10, 20, 30, 70, 71, 72, 73, 74};
 constexpr dxf::group_place face_place{"AcDbFaceRecord", face_order};
 

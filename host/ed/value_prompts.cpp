@@ -48,7 +48,7 @@ verdict judge_point(const answer& given, int bits, AcGePoint3d& point) {
     return {};
 }
 
-int ask_point(const ACHAR* prompt, const input_rules& rules, AcGePoint3d& point) {
+int prompt_point(const ACHAR* prompt, const input_rules& rules, AcGePoint3d& point) {
     return ask_judged(prompt, rules, answer_rule::word,
                       [&](const answer& given) { return judge_point(given, rules.bits, point); });
 }
@@ -74,11 +74,11 @@ int ask_typed_or_shown(const ads_real* base, const ACHAR* prompt, const input_ru
     if (base != nullptr)
         return RTNORM;
     // The second point is an answer to the same question, but the words are no answers to it any more.
-    return ask_point(L"Specify second point: ", {rules.bits | RSG_NONULL, {}}, points.second);
+    return prompt_point(L"Specify second point: ", {rules.bits | RSG_NONULL, {}}, points.second);
 }
 
 // With `absolute` from the x axis, else from the direction that the drawing measures angles from.
-int ask_angle(const ads_real* base, const ACHAR* prompt, bool absolute, ads_real* result) {
+int prompt_angle(const ads_real* base, const ACHAR* prompt, bool absolute, ads_real* result) {
     const input_rules rules = take_input_rules();
     double direction = 0.0;
     points_shown points;
@@ -167,16 +167,16 @@ int acedGetDist(const ads_point base, const ACHAR* prompt, ads_real* result) {
 }
 
 int acedGetAngle(const ads_point base, const ACHAR* prompt, ads_real* result) {
-    return ed::ask_angle(base, prompt, false, result);
+    return ed::prompt_angle(base, prompt, false, result);
 }
 
 int acedGetOrient(const ads_point base, const ACHAR* prompt, ads_real* result) {
-    return ed::ask_angle(base, prompt, true, result);
+    return ed::prompt_angle(base, prompt, true, result);
 }
 
 int acedGetPoint(const ads_point /*base*/, const ACHAR* prompt, ads_point result) {
     AcGePoint3d point;
-    const int answered = ed::ask_point(prompt, ed::take_input_rules(), point);
+    const int answered = ed::prompt_point(prompt, ed::take_input_rules(), point);
     if (answered == RTNORM && result != nullptr)
         asPnt3d(result) = point;
     return answered;
