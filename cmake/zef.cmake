@@ -4,7 +4,9 @@
 
 add_library(zef_flags INTERFACE)
 target_compile_options(zef_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    -Wall -Wextra -Wpedantic -Wconversion -Werror
+    # Where sources are compiled as one, a name in a header may be one that another of them keeps to itself.
+    $<$<NOT:$<BOOL:${ZEF_TOGETHER}>>:-Wshadow>
     # A CString handed to printf's like is an error to clang and silent nonsense to GCC without this.
     $<$<CXX_COMPILER_ID:GNU>:-Wconditionally-supported>
     # Nobody replaces our functions from outside, so a shared library may call its own directly.
@@ -37,6 +39,24 @@ if(CMAKE_CXX_COMPILER_LAUNCHER MATCHES "ccache")
     # So that the cache of compilers sees what a precompiled header was made of.
     target_compile_options(zef_flags INTERFACE $<IF:$<CXX_COMPILER_ID:GNU>,-fpch-preprocess,SHELL:-Xclang -fno-pch-timestamp>)
 endif()
+
+# zef_compile_together(TARGET SOURCES MOST): sources that do not disturb each other are compiled as one, at most so many: quicker
+# as a whole, but a change costs its whole group. The groups are asked for anew when a source changes.
+function(zef_compile_together target sources most)
+    find_package(Python3 COMPONENTS Interpreter)
+    if(NOT Python3_FOUND)
+        return()
+    endif()
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources} ${CMAKE_SOURCE_DIR}/scripts/source_groups.py)
+    execute_process(COMMAND ${Python3_EXECUTABLE} ${CMAKE_SOURCE_DIR}/scripts/source_groups.py ${most} ${sources}
+        OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY OUTPUT_STRIP_TRAILING_WHITESPACE)
+    string(REPLACE "\n" ";" groups "${groups}")
+    foreach(line IN LISTS groups)
+        string(REGEX MATCH "^(.*)=([0-9]+)$" line "${line}")
+        set_source_files_properties(${CMAKE_MATCH_1} PROPERTIES UNITY_GROUP group_${CMAKE_MATCH_2})
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+endfunction()
 
 # zef_precompile(TARGET SOURCES): a target of a few sources would only wait for its precompiled header.
 function(zef_precompile target sources)
@@ -76,6 +96,9 @@ function(zef_library name)
     target_link_libraries(${name} PRIVATE zef_flags)
     zef_link(${name} ${arg_LINK})
     zef_precompile(${name} "${sources}")
+    if(ZEF_TOGETHER)
+        zef_compile_together(${name} "${sources}" 30)
+    endif()
 endfunction()
 
 # zef_application(NAME SOURCES PATTERN... [LINK TARGET...]): an ObjectARX application, NAME.arx. Only what it
@@ -100,4 +123,7 @@ function(zef_program name)
     target_link_libraries(${name} PRIVATE zef_flags)
     zef_link(${name} ${arg_LINK})
     zef_precompile(${name} "${sources}")
+    if(ZEF_TOGETHER)
+        zef_compile_together(${name} "${sources}" 30)
+    endif()
 endfunction()

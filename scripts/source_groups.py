@@ -1,0 +1,56 @@
+#!/usr/bin/env python3
+"""source_groups.py MOST SOURCE...: which of the sources can be compiled as one, MOST of them in a group; prints each with the
+number of its group.
+
+Compiling sources as one reads the headers that they share once. Two sources stand apart when one uses a name that the other
+keeps to itself (in an unnamed namespace, or static): the word would then mean something else, or two things.
+"""
+import re
+import sys
+from pathlib import Path
+
+
+def code(text):
+    """A source without comments and without what stands in quotes."""
+    text = re.sub(r'R"(\w*)\(.*?\)\1"', '""', text, flags=re.S)
+    return re.sub(r'"(?:\\.|[^"\\\n])*"|//[^\n]*|/\*.*?\*/', " ", text, flags=re.S)
+
+
+def kept_names(text):
+    """What a source declares for itself alone: the names at the line's start between `namespace {` and its end."""
+    inside = re.findall(r"^namespace \{\n(.*?)^\} // namespace$", text, re.S | re.M)
+    lines = code("".join(inside)).split("\n") + re.findall(r"^static (.*)", text, re.M)
+    names = set()
+    for line in lines:
+        if not re.match(r"[A-Za-z]", line) or re.match(r"TEST|using namespace|using [\w:]+;|namespace ", line):
+            continue
+        declared = re.match(r"(?:struct|class|enum class|enum|using)\s+(\w+)", line) or re.search(r"(\w+)\s*(?:[(={;[]|$)", line)
+        if declared:
+            names.add(declared.group(1))
+    return names
+
+
+def groups(sources, most):
+    """Lists of at most so many sources that can be compiled as one."""
+    texts = {source: Path(source).read_text(encoding="utf-8") for source in sources}
+    kept = {source: kept_names(texts[source]) for source in sources}
+    used = {source: set(re.findall(r"(?<![.\w>])\w+", code(texts[source]))) for source in sources}
+    found = []
+    for source in sorted(sources):
+        fitting = (group for group in found if len(group) < most and all(
+            kept[source].isdisjoint(used[other]) and kept[other].isdisjoint(used[source]) for other in group))
+        group = next(fitting, None)
+        if group is None:
+            found.append(group := [])
+        group.append(source)
+    return found
+
+
+def main():
+    for number, group in enumerate(groups(sys.argv[2:], int(sys.argv[1]))):
+        for source in group:
+            print(f"{source}={number}")
+
+
+if __name__ == "__main__":
+    main()
