@@ -4,8 +4,7 @@
 A source that was found clean is looked at again only when it, or something that it includes, has changed. --changed looks
 only at the sources that differ from main and, for a header that does, at the source of the same name.
 
-Most of clang-tidy's time goes into the standard library's headers, so some twenty sources of a folder are judged as one. Those
-that define a name twice between them are judged alone.
+Most of clang-tidy's time goes into the standard library's headers, so sources that do not disturb each other are judged as one.
 """
 import hashlib
 import json
@@ -17,10 +16,11 @@ import tempfile
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
+from source_groups import groups
+
 root = Path(__file__).resolve().parent.parent
 floors = ("base", "sys", "ui", "host", "siblings", "module", "clients", "apps")
 clean = root / "build/tidy"
-together = 20
 
 
 def output(*command):
@@ -62,7 +62,7 @@ def keys(sources):
     names = sorted(str(path.relative_to(root)) for floor in floors for path in (root / floor).rglob("*")
                    if path.suffix in (".h", ".cpp"))
     rules = output("clang-tidy", "--version").stdout + "".join(
-        (root / file).read_text() for file in (".clang-tidy", "cmake/zef.cmake", "CMakePresets.json", "scripts/check_tidy.py"))
+        (root / file).read_text() for file in (".clang-tidy", "cmake/zef.cmake", "CMakePresets.json", "scripts/check_tidy.py", "scripts/source_groups.py"))
     sums = {name: hashlib.sha1((root / name).read_bytes()).digest() for name in names}
     graph = include_graph(names)
     found = {}
@@ -85,28 +85,15 @@ def changed():
 
 
 def judge(sources, commands, folder):
-    """What is found in the sources, which are judged as one as far as they can be."""
+    """What is found in the sources, which are judged as one."""
     directory, command = commands[sources[0]]
     work = Path(tempfile.mkdtemp(dir=folder))
-    one, apart = work / "sources.cpp", []
-    while True:
-        one.write_text("".join(f'#include "{root / name}"\n' for name in sources))
-        if len(sources) == 1:
-            break
-        told = subprocess.run(["clang++", "-fsyntax-only", "-w", "-ferror-limit=0", *command.split()[1:], str(one)],
-                              cwd=directory, capture_output=True, text=True, check=False)
-        blamed = [name for name in sources[1:] if f"{root / name}:" in "".join(re.findall(r"^.*: error: ", told.stderr, re.M))]
-        if not told.returncode or not blamed:
-            break
-        apart += blamed
-        sources = [name for name in sources if name not in blamed]
+    one = work / "sources.cpp"
+    one.write_text("".join(f'#include "{root / name}"\n' for name in sources))
     entry = {"directory": directory, "command": f"{command} -c {one}", "file": str(one)}
     (work / "compile_commands.json").write_text(json.dumps([entry]))
     told = output("clang-tidy", "--quiet", f"--config-file={root / '.clang-tidy'}", "-p", str(work), str(one))
-    found = told.stdout + told.stderr if told.returncode else ""
-    if found and len(sources) > 1 and "clang-diagnostic-error" in found:
-        apart, found = sources + apart, ""  # they do not stand together for a reason that names none of them
-    return found + "".join(judge([name], commands, folder) for name in apart)
+    return told.stdout + told.stderr if told.returncode else ""
 
 
 def main():
@@ -118,9 +105,9 @@ def main():
         wanted = sorted(changed().intersection(wanted))
     batches, by_command = [], {}
     for name in wanted:
-        by_command.setdefault((os.path.dirname(name), commands[name]), []).append(name)
+        by_command.setdefault(commands[name], []).append(name)
     for names in by_command.values():
-        batches += [names[at:at + together] for at in range(0, len(names), together)]
+        batches += groups(names, 30)  # more would keep one core waiting for the other at the end
     batches.sort(key=len, reverse=True)
     told, status = set(), 0
     with tempfile.TemporaryDirectory() as folder, ThreadPoolExecutor(os.cpu_count()) as pool:
