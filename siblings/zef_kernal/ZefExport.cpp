@@ -7,9 +7,13 @@
 #include "dbobjptr.h"
 #include "dbsymtb.h"
 #include "siblings/zef_kernal/KernalOptions.h"
+#include "siblings/zef_kernal/TDrawingWatch.h"
 #include "sys/folders.h"
 
 #include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -30,8 +34,19 @@ AcDbObjectId EntryOf(AcDbObjectId (AcDbDatabase::*tableId)() const, LPCTSTR name
 
 } // namespace
 
+// Whoever draws or updates many entities asks for the same few layers again and again.
 AcDbObjectId ZefExport::GetLayerIdFromString(LPCTSTR layerName) {
-    return EntryOf<AcDbLayerTablePointer>(&AcDbDatabase::layerTableId, layerName);
+    static TDrawingWatch watch({&AcDbLayerTableRecord::desc});
+    static std::map<std::wstring, AcDbObjectId, std::less<>> found;
+    if (!watch.IsUnchanged(acdbHostApplicationServices()->workingDatabase()))
+        found.clear();
+    const std::wstring_view name = layerName != nullptr ? layerName : L"";
+    if (const auto known = found.find(name); known != found.end() && !known->second.isErased())
+        return known->second;
+    const AcDbObjectId layer = EntryOf<AcDbLayerTablePointer>(&AcDbDatabase::layerTableId, layerName);
+    if (!layer.isNull())
+        found.insert_or_assign(std::wstring(name), layer);
+    return layer;
 }
 
 bool ZefExport::SetLayerOnOff(LPCTSTR layerName, bool on) {

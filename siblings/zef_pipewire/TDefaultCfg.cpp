@@ -1,5 +1,8 @@
 #include "siblings/zef_pipewire/TDefaultCfg.h"
 
+#include "dbapserv.h"
+#include "dbdict.h"
+#include "siblings/zef_kernal/TDrawingWatch.h"
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 
 #include <map>
@@ -29,10 +32,20 @@ bool Get(const std::map<int, T>& defaults, bool fits, int index, T& value) {
     return true;
 }
 
-TPsLook LookOf(AcDbDatabase* database) {
-    TPsLook look;
+// Each pipe that is drawn asks for it.
+const TPsLook& LookOf(AcDbDatabase* database) {
+    static TDrawingWatch watch({&TDbPsConfig::desc, &AcDbDictionary::desc});
+    static TPsLook look;
+    static Acad::ErrorStatus status = Acad::eNoDatabase;
+    if (database == nullptr)
+        database = acdbHostApplicationServices()->workingDatabase();
+    const bool isKnown = status == Acad::eOk || status == Acad::eKeyNotFound; // not while another writes it
+    if (watch.IsUnchanged(database) && isKnown)
+        return look;
+    look = {};
     TDbPsConfig* config = nullptr;
-    if (GetDwgPsGlobal(config, AcDb::kForRead, database) == Acad::eOk) {
+    status = GetDwgPsGlobal(config, AcDb::kForRead, database);
+    if (status == Acad::eOk) {
         look = config->GetLook();
         config->close();
     }
