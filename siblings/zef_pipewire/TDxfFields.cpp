@@ -96,6 +96,8 @@ Acad::ErrorStatus TDxfFields::Read(AcDbDxfFiler* filer) const {
     for (const Field& field : m_fields)
         std::visit(Emptier{}, field.target);
     resbuf value{};
+    const auto hasCode = [&value](const Field& field) { return field.code == value.restype; };
+    auto next = m_fields.begin(); // they mostly come in their order
     while (filer->readResBuf(&value) == Acad::eOk) {
         if (value.restype == AcDb::kDxfSubclass) { // the next class begins
             filer->pushBackItem();
@@ -103,8 +105,12 @@ Acad::ErrorStatus TDxfFields::Read(AcDbDxfFiler* filer) const {
         }
         if (value.restype == versionCode && value.resval.rint > m_version)
             return Acad::eMakeMeProxy;
-        const auto field = std::ranges::find(m_fields, static_cast<int>(value.restype), &Field::code);
-        if (field != m_fields.end())
+        auto field = std::find_if(next, m_fields.end(), hasCode);
+        if (field == m_fields.end())
+            field = std::find_if(m_fields.begin(), next, hasCode);
+        else
+            next = field;
+        if (field != m_fields.end() && hasCode(*field))
             std::visit(Reader{value}, field->target);
     }
     return filer->filerStatus();
