@@ -1,5 +1,6 @@
 #include "clients/DrawPipes.h"
 
+#include "clients/Crossings.h"
 #include "clients/CurrentSpace.h"
 #include "clients/Joints.h"
 
@@ -126,8 +127,8 @@ void ApplyStandard(TDbPipe& pipe) {
     }
 }
 
-// False when the drawing does not take it, which the user is told.
-bool DrawPipe(CJoints& joints, const AcGePoint3d& start, const AcGePoint3d& end) {
+// A riser crosses nothing. False when the drawing does not take it, which the user is told.
+bool DrawPipe(CJoints& joints, CCrossings* crossings, const AcGePoint3d& start, const AcGePoint3d& end) {
     auto pipe = std::make_unique<TDbPipe>();
     pipe->SetEnds(start, end);
     CString layer;
@@ -138,6 +139,8 @@ bool DrawPipe(CJoints& joints, const AcGePoint3d& start, const AcGePoint3d& end)
         return false;
     }
     ApplyStandard(*pipe);
+    if (crossings != nullptr)
+        crossings->GoUnder(*pipe);
     const AcDbObjectId ends[] = {joints.FindOrAdd(start, layerId), joints.FindOrAdd(end, layerId)};
     pipe->SetNodes(ends[0], ends[1]);
     const AcDbObjectId id = AppendToCurrentSpace(std::move(pipe));
@@ -148,6 +151,8 @@ bool DrawPipe(CJoints& joints, const AcGePoint3d& start, const AcGePoint3d& end)
     for (const AcDbObjectId joint : ends)
         if (!CJoints::AddPipe(joint, id))
             acutPrintf(L"\n节点所在的图层已锁定，管线没有与它相连！");
+    if (const int untold = crossings != nullptr ? crossings->GoOver(id) : 0; untold != 0)
+        acutPrintf(L"\n有%d根被跨越的管线所在的图层已锁定，没有断开！", untold);
     return true;
 }
 
@@ -158,13 +163,14 @@ void DrawPipes() {
         return;
     std::optional<AcGePoint3d> from = AskForPoint(L"\n请指定管线起点<退出>:", std::nullopt);
     CJoints joints;
+    CCrossings crossings;
     while (from) {
         const auto to = AskForPoint(L"\n请指定管线下一点<结束>:", from);
         if (to && to->distanceTo(*from) < CJoints::nearBy) {
             acutPrintf(L"\n两点重合，请重新指定！");
             continue;
         }
-        if (to && !DrawPipe(joints, *from, *to))
+        if (to && !DrawPipe(joints, &crossings, *from, *to))
             return;
         from = to;
     }
@@ -182,6 +188,7 @@ void DrawRisers() {
     } while (isLevel());
     CJoints joints;
     while (const auto at = AskForPoint(L"\n请指定立管位置<退出>:", std::nullopt))
-        if (!DrawPipe(joints, {at->x, at->y, g_last.m_bottom * metre}, {at->x, at->y, g_last.m_top * metre}))
+        if (!DrawPipe(joints, nullptr, {at->x, at->y, g_last.m_bottom * metre},
+                      {at->x, at->y, g_last.m_top * metre}))
             return;
 }

@@ -72,6 +72,41 @@ TEST_F(PipeCommands, DrawPipesThatMeetInJoints) {
     EXPECT_TRUE(test::read(kept) == test::read(plan));
 }
 
+TEST_F(PipeCommands, OfPipesThatCrossOnePassesOverTheOther) {
+    const test::folder folder;
+    const std::string out = (folder / "out.dxf").string();
+    // One above the first, one below it, one that only touches it; at its height one of its system, and last
+    // one of another, which is taken back and drawn anew.
+    const std::string script =
+        "hzgx 给水 50 0,0,0 3000,0,0 \nhzgx 污水 50 500,-500,900 500,500,900 \n"
+        "hzgx 污水 50 1000,-500,-900 1000,500,-900 \nhzgx 污水 50 1500,0,0 1500,500,0 \n"
+        "hzgx 给水 50 2000,-500,0 2000,500,0 \n";
+    const std::string last = "hzgx 消防 50 2500,-500,0 2500,500,0 \n";
+    auto run = test::zefhost({plan, "-c", script + last + "U\n" + last, "-o", out});
+    ASSERT_EQ(run.status, 0) << run.err << run.out;
+    const auto there = holding(test::read(out));
+    std::vector<std::vector<std::size_t>> over; // of each pipe, by their numbers
+    std::vector<AcDbObjectId> pipes;
+    AcDbImpDatabase& imp = there->imp();
+    for (const dxf::record_id record : imp.entities(imp.block(ACDB_MODEL_SPACE)))
+        if (imp.records().type_name(record) == "ZEF_PIPE")
+            pipes.push_back(imp.id(record));
+    for (const AcDbObjectId id : pipes) {
+        const AcDbObjectPointer<TDbPipe> pipe(id, AcDb::kForRead);
+        ASSERT_EQ(pipe.openStatus(), Acad::eOk);
+        over.emplace_back();
+        for (int i = 0; i < pipe->GetPassingPipes().length(); ++i)
+            over.back().push_back(static_cast<std::size_t>(
+                std::ranges::find(pipes, pipe->GetPassingPipes()[i]) - pipes.begin()));
+    }
+    EXPECT_EQ(over, (std::vector<std::vector<std::size_t>>{{1, 5}, {}, {0}, {}, {}, {}}));
+
+    run = test::zefhost({plan, "-c",
+                         "hzgx 给水 50 0,0,9 3000,0,9 \n-LAYER LO PIPE-给水 \n"
+                         "hzgx 污水 50 500,-500,900 500,500,900 \n"});
+    EXPECT_EQ(count(run.out, "\n有1根被跨越的管线所在的图层已锁定，没有断开！"), 1U) << run.out;
+}
+
 TEST_F(PipeCommands, PutSymbolsOnPipes) {
     const test::folder folder;
     const std::string out = (folder / "out.dxf").string();
