@@ -150,19 +150,3 @@ TEST_F(LayerCreation, LinetypesThatTheTableLacksComeFromFiles) {
     EXPECT_EQ(LinetypeName(KolTool::LoadVrLineType(L"office")), L"OFFICE");
     EXPECT_TRUE(KolTool::LoadVrLineType(L"none").isNull());
 }
-
-TEST(Linetypes, PatternsAreReadAsFilesOfLinetypesHaveThem) {
-    const auto dashes = ParseLinetypePattern(L"A, .5,-.2 ,[\"A, B]\",STANDARD,S=.1,A=45,x=-0.1,Y=-.05],-.25");
-    ASSERT_TRUE(dashes.has_value());
-    ASSERT_EQ(dashes->size(), 3U);
-    EXPECT_EQ((*dashes)[0].m_length, 0.5);
-    EXPECT_EQ((*dashes)[1].m_text, L"A, B]");
-    EXPECT_EQ((*dashes)[1].m_style, L"STANDARD");
-    EXPECT_EQ((*dashes)[1].m_size, 0.1);
-    EXPECT_TRUE((*dashes)[1].m_isAbsolute);
-    EXPECT_EQ((*dashes)[1].m_x, -0.1);
-    for (const wchar_t* bad : {L"", L"A", L"A,", L"B,1", L"A,1,x", L"A,nan", L"A,[\"J\",STANDARD]", L"A,1,[",
-                               L"A,1,[]", L"A,1,[\"J\"]", L"A,1,[\"J\",STANDARD,S=]", L"A,1,[J,STANDARD]",
-                               L"A,1,[\"J\",S,Q=1]", L"A,1,[\"J\",S", L"A,1,\"", L"A,1]"})
-        EXPECT_FALSE(ParseLinetypePattern(bad).has_value()) << base::narrow(bad);
-}
