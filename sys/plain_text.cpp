@@ -2,45 +2,39 @@
 
 #include "base/utf.h"
 #include "sys/code_page.h"
+#include "sys/text_stream.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace sys {
 
 namespace {
 
-std::wstring utf16_text(std::string_view bytes, bool big_endian) {
-    std::string utf8;
-    char32_t high = 0;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        const auto first = static_cast<unsigned char>(bytes[i]);
-        const auto second = static_cast<unsigned char>(bytes[i + 1]);
-        const char32_t unit = big_endian ? static_cast<char32_t>(first << 8 | second)
-                                         : static_cast<char32_t>(second << 8 | first);
-        if (unit >= 0xD800 && unit < 0xDC00) {
-            high = unit;
-            continue;
-        }
-        if (unit >= 0xDC00 && unit < 0xE000 && high != 0)
-            base::append_utf8(utf8, 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00));
-        else
-            base::append_utf8(utf8, unit);
-        high = 0;
-    }
-    return base::widen(utf8);
+constexpr std::pair<std::string_view, int> marks[] = {
+    {"\xEF\xBB\xBF", text_form::utf8}, {"\xFF\xFE", 1200}, {"\xFE\xFF", 1201}};
+
+text_form form_of(std::string_view bytes) {
+    for (const auto& [mark, page] : marks)
+        if (bytes.starts_with(mark))
+            return {page, std::string(mark)};
+    return {base::is_utf8(bytes) ? text_form::utf8 : ansi_code_page(), {}};
 }
 
 } // namespace
 
 std::wstring plain_text(std::string_view bytes) {
-    if (bytes.starts_with("\xFF\xFE"))
-        return utf16_text(bytes.substr(2), false);
-    if (bytes.starts_with("\xFE\xFF"))
-        return utf16_text(bytes.substr(2), true);
-    if (bytes.starts_with("\xEF\xBB\xBF"))
-        bytes.remove_prefix(3);
-    const code_page* const page = code_page::find(ansi_code_page());
-    return base::is_utf8(bytes) || page == nullptr ? base::widen(bytes) : page->decode(bytes);
+    const text_form form = form_of(bytes);
+    bytes.remove_prefix(form.mark.size());
+    if (form.page == text_form::utf8)
+        return base::widen(bytes);
+    if (form.mark.empty()) {
+        const code_page* const page = code_page::find(form.page);
+        return page != nullptr ? page->decode(bytes) : base::widen(bytes);
+    }
+    std::wstring text(bytes.size(), L'\0');
+    text.resize(text_stream::open(form.page)->decode(bytes, text.data()).units);
+    return text;
 }
 
 bool next_line(std::wstring_view text, std::size_t& at, std::wstring_view& line) {
@@ -52,6 +46,36 @@ bool next_line(std::wstring_view text, std::size_t& at, std::wstring_view& line)
     if (!line.empty() && line.back() == L'\r')
         line.remove_suffix(1);
     return true;
+}
+
+std::optional<std::string> utf8_of(std::string_view bytes, text_form& form) {
+    form = form_of(bytes);
+    bytes.remove_prefix(form.mark.size());
+    if (form.page == text_form::utf8)
+        return base::is_utf8(bytes) ? std::optional<std::string>(bytes) : std::nullopt;
+    const auto stream = text_stream::open(form.page);
+    if (stream == nullptr)
+        return std::nullopt;
+    std::wstring text(bytes.size(), L'\0');
+    const auto done = stream->decode(bytes, text.data());
+    if (done.bytes < bytes.size() || done.lost > 0)
+        return std::nullopt;
+    text.resize(done.units);
+    return base::narrow(text);
+}
+
+std::optional<std::string> bytes_of(std::string_view utf8, const text_form& form) {
+    if (form.page == text_form::utf8)
+        return form.mark + std::string(utf8);
+    const auto stream = text_stream::open(form.page);
+    const std::wstring text = base::widen(utf8);
+    if (stream == nullptr)
+        return std::nullopt;
+    std::vector<char> bytes((text.size() + 1) * text_stream::longest);
+    const auto done = stream->encode(text, bytes.data());
+    if (done.units < text.size())
+        return std::nullopt;
+    return form.mark + std::string(bytes.data(), done.bytes);
 }
 
 } // namespace sys

@@ -4,7 +4,7 @@
 #include "base/utf.h"
 #include "sys/file.h"
 #include "sys/folders.h"
-#include "sys/text_form.h"
+#include "sys/plain_text.h"
 
 #include <filesystem>
 #include <system_error>

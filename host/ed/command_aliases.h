@@ -4,7 +4,7 @@
 //     L,        *LINE
 //
 // Lines in which no * stands before the second name are programs of the system, which are not run. The file
-// is read anew when it was changed, in whatever encoding editors write it (sys/text_form.h).
+// is read anew when it was changed, in whatever encoding editors write it (sys/plain_text.h).
 #pragma once
 
 #include "adesk.h"

@@ -5,7 +5,7 @@
 #include "module/engines/VRbTree.h"
 #include "sys/file.h"
 #include "sys/folders.h"
-#include "sys/text_form.h"
+#include "sys/plain_text.h"
 
 namespace {
 

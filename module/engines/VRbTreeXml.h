@@ -13,7 +13,7 @@ class CVRbTree;
 // between child elements are no value. 0, and the tree as it was, when the file does not exist, is not
 // well-formed or has no root element. `fault` becomes what is wrong with the file; a file that was read may
 // have one, too, and else it becomes none. With `judgesBytes` a file whose bytes are none of the encoding
-// that it names is read by its bytes alone (sys/text_form.h), if that gives a text.
+// that it names is read by its bytes alone (sys/plain_text.h), if that gives a text.
 int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fault = nullptr,
                     bool judgesBytes = false);
 

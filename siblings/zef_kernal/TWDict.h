@@ -14,7 +14,7 @@
 
 #include "afx.h"
 #include "siblings/zef_kernal/KernalPort.h"
-#include "sys/text_form.h"
+#include "sys/plain_text.h"
 
 #include <memory>
 #include <string>
