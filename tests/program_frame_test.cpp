@@ -39,8 +39,14 @@ TEST(ProgramFrame, TheModuleComesAndGoesInItsOrder) {
                                  "no command of others drsz |",
                                  "command gxsz |",
                                  "command xxyh2 |",
-                                 "hears of commands | standard documents flanges",
-                                 "no group ZEF_PIPESTSTEM | standard documents flanges",
+                                 "registry | standard",                  // the file is chosen
+                                 "registry | standard loaded documents", // and remembered
+                                 "registry | standard loaded documents", // the module's own option
+                                 "drawing default | standard loaded documents",
+                                 "drawing default | standard loaded documents",
+                                 "hears of commands | standard loaded documents flanges",
+                                 "no group ZEF_PIPESTSTEM | standard loaded documents flanges",
+                                 "registry | flanges",
                                  "hears no more of commands |",
                              }))
         << run.out;

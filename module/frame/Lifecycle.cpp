@@ -14,7 +14,7 @@
 void InitialiseModule() {
     RemoveForeignCommands();
     RegisterCommands();
-    CStandardManager::Create();
+    CStandardManager::Create().Choose();
     TPipeAppDocGlobals::Create();
     CStandardManager::Create().ChooseAndLoad();
     OptionTool::ReadAlignType();

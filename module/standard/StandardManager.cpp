@@ -74,10 +74,16 @@ void CStandardManager::Release() {
 CStandardManager::CStandardManager() = default;
 CStandardManager::~CStandardManager() = default;
 
+void CStandardManager::Choose() {
+    m_chosen = ChosenFile();
+}
+
 void CStandardManager::ChooseAndLoad() {
     if (m_isLoaded)
         return;
-    if (Load(ChosenFile(), false)) {
+    if (m_chosen.IsEmpty())
+        Choose();
+    if (Load(m_chosen, false)) {
         Remember();
     } else {
         Replace(MakeDefaultStandard());

@@ -19,10 +19,11 @@ public:
     CStandardManager& operator=(const CStandardManager&) = delete;
     ~CStandardManager();
 
-    // Chooses the standard file and loads it: that of the registry ("PipeSystemSetting", "StandardFile"; a
-    // name without a backslash lies in the system folder) when there is such a file, else "kol.vrsl" of the
-    // system folder; its full name goes to the registry. When that can not be read the built-in standard
-    // counts, and one line tells the user why, as one tells of a file whose bytes are none of the encoding
+    // Chooses the standard file: that of the registry ("PipeSystemSetting", "StandardFile"; a name without a
+    // backslash lies in the system folder) when there is such a file, else "kol.vrsl" of the system folder.
+    void Choose();
+    // Loads the chosen file, which is chosen first when none is; its full name goes to the registry. When it
+    // can not be read the built-in standard counts, and one line tells the user why, as one tells of a file whose bytes are none of the encoding
     // that it declares: without a person at the terminal the run does not end well then. Then writes the
     // layer definition file and brings old system names up to date. Does nothing when a standard is loaded
     // already.
@@ -71,6 +72,7 @@ private:
     mutable std::optional<StandardIndex> m_index; // none until it is asked for
     mutable Changed m_changed;
     int m_edits = 0;
+    CString m_chosen; // empty until Choose
     CString m_fileName;
     CString m_fault;
     bool m_isLoaded = false;

@@ -1,11 +1,13 @@
-// An application that stands between the host and the module: it puts itself in the place of the dynamic
-// linker, the command stack and the editor, hands on what they are asked, and writes down the order with what
-// the module has at that moment.
+// An application that stands between the host and the module: it puts itself in the place of the command
+// stack and the editor, and in front of two functions of the sibling applications that the module calls on
+// its way, hands on what they are asked, and writes down the order with what the module has at that moment.
 #include "aced.h"
+#include "afx.h"
 #include "arxEntryPoint.h"
 #include "rxdlinkr.h"
 
 #include <bit>
+#include <dlfcn.h>
 
 namespace {
 
@@ -24,8 +26,9 @@ void* flangeFunction() {
 void* builtInFlanges = nullptr;
 
 void trace(const ACHAR* what, const ACHAR* name = _T("")) {
-    acutPrintf(_T("\n~ %s%s |%s%s%s"), what, name,
+    acutPrintf(_T("\n~ %s%s |%s%s%s%s"), what, name,
                has("_ZN16CStandardManager7CurrentEv") ? _T(" standard") : _T(""),
+               has("_ZN16CStandardManager6LoadedEv") ? _T(" loaded") : _T(""),
                has("_ZN18TPipeAppDocGlobals3GetEv") ? _T(" documents") : _T(""),
                flangeFunction() != builtInFlanges ? _T(" flanges") : _T(""));
 }
@@ -91,13 +94,45 @@ public:
     }
 };
 
+template<class Function>
+Function* functionOf(const ACHAR* application, const char* symbol) {
+    return std::bit_cast<Function*>(acrxDynamicLinker->getSymbolAddress(application, symbol));
+}
+
 struct Spies {
     StackSpy stack;
     EditorSpy editor;
 };
 Spies* spies = nullptr;
 
+// Lets applications that are loaded from now on find this one's functions before those of the siblings.
+void standInFront() {
+    Dl_info self{};
+    if (::dladdr(std::bit_cast<void*>(&standInFront), &self) != 0)
+        ::dlopen(self.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_GLOBAL);
+}
+
 } // namespace
+
+// Asked whenever options are looked up in the registry.
+__declspec(dllexport) CString GetRegLocation() {
+    if (spies != nullptr)
+        trace(_T("registry"));
+    return functionOf<CString()>(_T("zef_kernal"), "_Z14GetRegLocationv")();
+}
+
+class TDefaultCfg {
+public:
+    enum Kind { kBoolean, kInteger, kReal };
+    __declspec(dllexport) static bool SetDefaultValue(Kind kind, int index, bool value);
+};
+
+bool TDefaultCfg::SetDefaultValue(Kind kind, int index, bool value) {
+    if (spies != nullptr)
+        trace(_T("drawing default"));
+    return functionOf<bool(Kind, int, bool)>(
+        _T("zef_pipewire"), "_ZN11TDefaultCfg15SetDefaultValueENS_4KindEib")(kind, index, value);
+}
 
 class FrameTracing : public AcRxArxApp {
 public:
@@ -105,10 +140,12 @@ public:
         const AcRx::AppRetCode answer = AcRxArxApp::On_kInitAppMsg(packet);
         builtInFlanges = flangeFunction();
         spies = new Spies;
+        standInFront();
         return answer;
     }
     AcRx::AppRetCode On_kUnloadAppMsg(void* packet) override {
         delete spies;
+        spies = nullptr;
         return AcRxArxApp::On_kUnloadAppMsg(packet);
     }
     void RegisterServerComponents() override {}
