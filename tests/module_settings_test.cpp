@@ -187,6 +187,18 @@ TEST_F(ModuleSettings, SomeFoldersAreNotEmptied) {
     ap::documents::instance().close_all();
 }
 
+TEST_F(ModuleSettings, ATemporaryFolderOfTooLongANameIsNotTaken) {
+    const fs::path first(std::string(120, 'a'));
+    const auto named = [&](std::size_t length) { // its temporary folder, slash included, is so long
+        const std::size_t others = wide(root_ / (first / "temp/").string().c_str()).size() + 1;
+        return (first / std::string(length - others, 'b')).string();
+    };
+    become(named(255).c_str());
+    EXPECT_EQ(wide(SettingsFolder::Default()).size(), 255U + std::wstring_view(L"KolSetting").size());
+    become(named(256).c_str());
+    EXPECT_TRUE(SettingsFolder::Default().empty());
+}
+
 TEST_F(ModuleSettings, WhatAFullDiskOrAReadOnlyFolderRefusesStaysAndTheRestIsCopied) {
     ASSERT_EQ(Export(wide(root_ / "from").c_str(), everything), 13);
     test::put(root_ / "from" / "acad.pgp", "new");

@@ -52,7 +52,9 @@ bool Holds(const fs::path& folder, const fs::path& place) {
 } // namespace
 
 fs::path SettingsFolder::Default() {
-    return sys::temp_folder() / "KolSetting";
+    constexpr std::size_t longest = 255;
+    const fs::path temporary = sys::temp_folder() / ""; // with its slash
+    return sys::from_path(temporary).size() <= longest ? temporary / "KolSetting" : fs::path();
 }
 
 CString SettingsFolder::WhyNotEmptied(const fs::path& folder) {

@@ -9,8 +9,8 @@
 
 namespace SettingsFolder {
 
-// "KolSetting" in the user's temporary folder.
-std::filesystem::path Default();
+// "KolSetting" in the user's temporary folder; empty when the path of that has more than 255 characters.
+ZEF_PIPESYSTEM_PORT std::filesystem::path Default();
 
 // Why a folder must not be emptied, in words for the user: it is a link or no folder, a root, the home
 // folder, the system folder, the program's or the temporary one, or holds one of these or an open drawing. ""

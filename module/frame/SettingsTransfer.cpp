@@ -193,6 +193,10 @@ void ExportCommand() {
                                              : std::optional(SettingsFolder::Default());
     if (!folder)
         return;
+    if (folder->empty()) {
+        acutPrintf(L"\n系统临时文件夹的路径超过255个字符，请选择“导出到指定文件夹”。");
+        return;
+    }
     if (const int count = Export(TextOf(*folder), groups); count >= 0)
         TellCount(L"已导出", count, *folder);
 }
