@@ -1,14 +1,39 @@
 // What the pipe entities file in drawings.
 #include "host/db/record_text.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
+#include "tests/binary_form.h"
 #include "tests/pipe_support.h"
 
 using PipeFiling = test::pipe_drawing;
 
+namespace {
+
+// Drawings in code page 936 and in UTF-8, in both forms of files.
+struct form {
+    const char* name;
+    bool binary;
+};
+
+class PipeFilingIn : public test::pipe_drawing, public testing::WithParamInterface<form> {};
+
+INSTANTIATE_TEST_SUITE_P(Forms, PipeFilingIn,
+                         testing::Values(form{"r2000_gbk", false}, form{"r2000_gbk", true},
+                                         form{"r2018", false}, form{"r2018", true}),
+                         [](const auto& each) {
+                             return std::string(each.param.name) + (each.param.binary ? "_binary" : "");
+                         });
+
+} // namespace
+
 // Every value is another one, so that none can stand for its neighbour.
-TEST_F(PipeFiling, FilesWhatItHolds) {
+TEST_P(PipeFilingIn, FilesWhatItHolds) {
+    const std::string ascii = test::read(test::drawing(std::string(GetParam().name) + ".dxf"));
+    database = holding(GetParam().binary ? test::as_binary(ascii, true) : ascii);
     const AcDbObjectId other = append(new TDbPipeNode);
+    const AcDbObjectId passing = append(test::pipe_between({0, 5, 9}, {9, 0, 9}));
     const AcDbObjectId layer = database->clayer();
+    const AcDbObjectId style =
+        database->imp().id(database->imp().find_entry(db::table_kind::text_style, L"Standard"));
     const std::string node = db::handle_text(other.handle());
     const std::string layer_handle = db::handle_text(layer.handle());
     struct row {
@@ -23,6 +48,9 @@ TEST_F(PipeFiling, FilesWhatItHolds) {
     pipe->EnableDrawLabel(false);
     pipe->AddAttachment(other);
     pipe->AddAttachment(other);
+    AcDbObjectIdArray over;
+    over.append(passing);
+    pipe->SetPassingPipes(over);
     pipe->SetOuterDn(108);
     pipe->SetNodes(other, AcDbObjectId::kNull);
     pipe->SetArrowLayerId(layer);
@@ -44,6 +72,8 @@ TEST_F(PipeFiling, FilesWhatItHolds) {
     values.m_isChanged = true;
     values.m_isOldLabel = false;
     values.m_oldDimType = -1;
+    values.m_labelLayer = layer;
+    values.m_labelStyle = style;
     auto* const walls = new TDbDoubleLinePipe;
     walls->SetDns(100, 80);
     walls->SetFlange(180, 20);
@@ -76,8 +106,9 @@ TEST_F(PipeFiling, FilesWhatItHolds) {
              "|100 TDbPipe|70 1|10 1.0|20 2.0|30 3.0|11 4.0|21 5.0|31 6.0|40 100.0|41 108.0|71 3|42 0.7|43 "
              "0.6|"
              "44 0.25|72 -1|45 2.5|1 De|2 %%c|47 4.0|290 1|291 0|46 -1.0|330 " +
-             node + "|331 0|340 0|341 " + layer_handle +
-             "|342 0|300 PIPE_THICK|140 2.3|90 0|90 3|73 1|91 3|301 长|302 m|92 2|93 1"},
+             node + "|331 0|332 " + db::handle_text(passing.handle()) + "|340 " + layer_handle + "|341 " +
+             layer_handle + "|342 " + db::handle_text(style.handle()) +
+             "|300 PIPE_THICK|140 2.3|90 0|90 3|73 1|91 3|301 长|302 m|92 2|93 1"},
         {"TDbDoubleLinePipe", walls, "70 1|40 100.0|41 80.0|42 180.0|43 20.0"},
         {"TDbPipeAttachment", valve, "70 1|10 1.0|20 2.0|30 3.0|50 0.5|40 250.0|71 2|1 污水|330 " + node},
         {"TDbPipeNode", joint, "70 1|10 7.0|20 8.0|30 9.0|290 1|330 " + node},
@@ -89,6 +120,7 @@ TEST_F(PipeFiling, FilesWhatItHolds) {
     for (const row& row : rows) {
         const AcDbObjectId id = append(row.entity);
         EXPECT_EQ(test::section(id, row.marker), row.expected) << row.marker;
+        const std::string with_it = saved(*database);
         const auto again = holding(saved(*database));
         AcDbObjectId there;
         ASSERT_EQ(again->getAcDbObjectId(there, false, id.handle()), Acad::eOk);
@@ -99,6 +131,22 @@ TEST_F(PipeFiling, FilesWhatItHolds) {
         read.close();
         EXPECT_EQ(test::section(append(*again, copy), row.marker), row.expected)
             << row.marker << ", read and written";
+
+        if (std::string_view(row.marker) != "TDbPipePrototype")
+            continue;
+        // Mirrored to there and back it is what it was; undone it is that byte for byte.
+        database->imp().records().begin_step("MIRROR");
+        AcGeMatrix3d mirror;
+        mirror.entry[0][0] = -1;
+        for (const double x : {-1.0, 1.0}) {
+            const AcDbObjectPointer<TDbPipe> mirrored(id, AcDb::kForWrite);
+            ASSERT_EQ(mirrored->transformBy(mirror), Acad::eOk);
+            EXPECT_EQ(mirrored->GetStartPoint(), AcGePoint3d(x, 2, 3));
+            mirrored->ChangeValues().m_flow = x < 0 ? kFlowUnknown : kFlowToStart;
+        }
+        EXPECT_EQ(test::section(id, row.marker), row.expected) << "mirrored twice";
+        database->imp().undo();
+        EXPECT_TRUE(saved(*database) == with_it) << "undone";
     }
     EXPECT_NE(saved(*database).find("TDbVerticalSectionFeed"), std::string::npos);
 }

@@ -1,6 +1,7 @@
 // The groups that a class writes into an object's record.
 #pragma once
 
+#include "base/utf.h"
 #include "host/db/imp_database.h"
 #include "host/dxf/group_reader.h"
 #include "host/dxf/record_header.h"
@@ -9,7 +10,7 @@
 
 namespace test {
 
-// The groups behind a marker up to the record's end, "40 32.0|1 ...".
+// The groups behind a marker up to the record's end, "40 32.0|1 ...", in UTF-8 whatever the drawing's encoding.
 inline std::string section(AcDbObjectId id, const std::string& marker) {
     const AcDbImpDatabase& imp = id.database()->imp();
     std::string found;
@@ -19,7 +20,7 @@ inline std::string section(AcDbObjectId id, const std::string& marker) {
     while (reader.next(group)) {
         if (inside)
             found += (found.empty() ? "" : "|") + std::to_string(group.code) + " " +
-                     std::string(dxf::trimmed(group.value));
+                     base::narrow(imp.drawing().codec().decode(dxf::trimmed(group.value)));
         inside = inside || (group.code == 100 && dxf::trimmed(group.value) == marker);
     }
     return found;
