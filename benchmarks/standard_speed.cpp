@@ -1,10 +1,12 @@
 // standard_speed FILE ROUNDS: loads a pipe-system standard that often and prints the seconds of each time.
 // standard_speed FILE: asks it, and prints a line for each question: name, nanoseconds, and nanoseconds of a
-// walk through the records that gives the same answer; then two changes, each with a question behind it,
+// walk through the records that gives the same answer; then changes, each with a question behind it,
 // beside an edit that gave out the whole standard. Fails when an answer differs.
 #include "base/utf.h"
 #include "benchmarks/stop_watch.h"
+#include "module/standard/PipeSystemCreation.h"
 #include "module/standard/PipeSystemTool.h"
+#include "module/standard/PipeSystemUpdates.h"
 #include "module/standard/StandardEdit.h"
 
 #include <cstdlib>
@@ -196,6 +198,46 @@ bool Change(const Asked& asked, int number, bool rename, bool everything) {
            (!rename || GetPipeSystemNameByLayer(name, asked.type) == asked.system);
 }
 
+// The exported functions that change the standard, each with a look-up behind it.
+bool CallAll(const std::vector<Asked>& all, double everything) {
+    struct Call {
+        const char* name;
+        std::function<bool(const Asked&, LPCTSTR)> act;
+    };
+    const Call calls[] = {{"SetPipeStatus, asked for",
+                           [](const Asked& a, LPCTSTR) {
+                               SetPipeStatus(a.system, 3);
+                               return true;
+                           }},
+                          {"SetTextStyleHeight, asked for",
+                           [](const Asked&, LPCTSTR) {
+                               SetTextStyleHeight(kPipeDnTextStyle,
+                                                  3.5); // false, since these standards have no styles
+                               return true;
+                           }},
+                          {"AddLayer to a system, asked for",
+                           [](const Asked& a, LPCTSTR name) {
+                               return AddLayer(true, name, a.system, name, 1, L"", AcDb::kLnWt030, L"");
+                           }},
+                          {"AddLayer to a new group, asked for", [](const Asked&, LPCTSTR name) {
+                               return AddLayer(false, name, name, name, 1, L"", AcDb::kLnWt030, L"");
+                           }}};
+    for (const Call& call : calls) {
+        constexpr int count = 200;
+        const auto begin = std::chrono::steady_clock::now();
+        for (int i = 0; i < count; ++i) {
+            CString name;
+            name.Format(L"new %d", i);
+            const Asked& asked = all[static_cast<std::size_t>(i) % all.size()];
+            if (!call.act(asked, name) || GetLayerName(asked.system, asked.type, false).IsEmpty())
+                return false;
+        }
+        const std::chrono::duration<double, std::nano> time = std::chrono::steady_clock::now() - begin;
+        std::printf("%s\t%.1f\t%.1f\n", call.name, time.count() / count, everything);
+    }
+    return true;
+}
+
 bool ChangeAll() {
     std::vector<Asked> all = AllAsked();
     std::erase_if(all, [](const Asked& asked) { return !IsPipeSystemOfCurrentStandard(asked.system); });
@@ -212,6 +254,8 @@ bool ChangeAll() {
         }
         std::printf("%s, asked for\t%.1f\t%.1f\n", rename ? "a new layer name" : "a new status",
                     nanoseconds[0], nanoseconds[1]);
+        if (!rename && !CallAll(all, nanoseconds[1]))
+            return false;
     }
     return true;
 }
