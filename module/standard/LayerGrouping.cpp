@@ -92,7 +92,8 @@ Chain ChainOf(const AcDbXrecord& record) {
 
 // ---- the drawing's filters
 
-// A dictionary under a key of another one, made when it is missing; null when that fails.
+// A dictionary under a key of another one, made when it is missing; null when that fails. It names what it
+// holds as the editor's own does in drawings that have filters: softly.
 AcDbObjectId EnsureDictionary(AcDbObjectId owner, const wchar_t* key) {
     AcDbObjectId id;
     AcDbDictionaryPointer dictionary(owner, AcDb::kForRead);
@@ -100,7 +101,6 @@ AcDbObjectId EnsureDictionary(AcDbObjectId owner, const wchar_t* key) {
         return id;
     AcDbDictionaryPointer made;
     made.create();
-    made->setTreatElementsAsHard(true); // the filters are its own
     const bool isMade =
         dictionary->upgradeOpen() == Acad::eOk && dictionary->setAt(key, made.object(), id) == Acad::eOk;
     return isMade ? id : AcDbObjectId::kNull;
