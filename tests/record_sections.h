@@ -10,7 +10,8 @@
 
 namespace test {
 
-// The groups behind a marker up to the record's end, "40 32.0|1 ...", in UTF-8 whatever the drawing's encoding.
+// The groups behind a marker up to the record's end, "40 32.0|1 ...", in UTF-8 whatever the drawing's
+// encoding.
 inline std::string section(AcDbObjectId id, const std::string& marker) {
     const AcDbImpDatabase& imp = id.database()->imp();
     std::string found;

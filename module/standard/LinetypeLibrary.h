@@ -1,6 +1,6 @@
 // The linetypes that the module brings along: the table "linetype.dbf" of the system folder, with the columns
-// NAME, DESCR and PATTERN, whose patterns are written as in files of linetypes (AcDbDatabase::loadLineTypeFile
-// reads both). Its names are read when they are first asked for.
+// NAME, DESCR and PATTERN, whose patterns are written as in files of linetypes
+// (AcDbDatabase::loadLineTypeFile reads both). Its names are read when they are first asked for.
 #pragma once
 
 #include "module/frame/ModulePort.h"

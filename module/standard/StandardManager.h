@@ -23,10 +23,10 @@ public:
     // backslash lies in the system folder) when there is such a file, else "kol.vrsl" of the system folder.
     void Choose();
     // Loads the chosen file, which is chosen first when none is; its full name goes to the registry. When it
-    // can not be read the built-in standard counts, and one line tells the user why, as one tells of a file whose bytes are none of the encoding
-    // that it declares: without a person at the terminal the run does not end well then. Then writes the
-    // layer definition file and brings old system names up to date. Does nothing when a standard is loaded
-    // already.
+    // can not be read the built-in standard counts, and one line tells the user why, as one tells of a file
+    // whose bytes are none of the encoding that it declares: without a person at the terminal the run does
+    // not end well then. Then writes the layer definition file and brings old system names up to date. Does
+    // nothing when a standard is loaded already.
     void ChooseAndLoad();
 
     // Loads a standard file. False when it can not be read: then the standard stays as it was, and with
