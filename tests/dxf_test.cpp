@@ -1,4 +1,5 @@
 // Drawing files: what the index finds, what a change writes, what survives.
+#include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
 #include "tests/dxf_support.h"
 #include "tests/support.h"
@@ -136,6 +137,31 @@ TEST(Dxf, AChangeTouchesItsGroupAloneAndUndoGivesTheBytesBack) {
         EXPECT_EQ(records.unsaved(), 1u);
         EXPECT_EQ(touched, (std::vector<dxf::record_id>{layer, layer}));
     }
+}
+
+// One more group, or one less, of any code at any place: the index knows what one made anew would know.
+TEST(Dxf, TheIndexFollowsEveryChangeOfARecord) {
+    const std::string line =
+        "0 LINE|5 A1|102 {X|330 7|102 }|330 1F|100 AcDbEntity|8 walls|62 8|100 AcDbLine|10 8";
+    const auto drawing = opened(with_entities(line));
+    dxf::record_table& records = drawing->records();
+    const dxf::record_id id = records.find(0xA1);
+    ASSERT_NE(id, dxf::no_record);
+    std::uint64_t owner = 0x1F; // as the record says: an index made by place has the space until it changes
+    const std::string begun = groups(line + "|39 1") + std::string(64, '\0');
+    ASSERT_TRUE(records.replace(id, std::string_view(begun).substr(0, begun.size() - 64)));
+    for (const std::string group : {"60 1", "8 roof", "330 20", "62 8", "6 8", "100 AcDbLine", "102 {A"})
+        for (std::size_t at = line.find('|'); at != line.npos; at = line.find('|', at + 1))
+            for (const std::string& said : {line.substr(0, at + 1) + group + line.substr(at), line}) {
+                const std::string text = groups(said);
+                const std::string readable = text + std::string(64, '\0');
+                ASSERT_TRUE(records.replace(id, std::string_view(readable).substr(0, text.size()))) << said;
+                const auto header =
+                    dxf::read_entity_header(std::string_view(readable).substr(0, text.size()));
+                owner = header.owner != 0 ? header.owner : owner;
+                EXPECT_EQ(records.layer_names()[records.layer(id)], header.layer) << said;
+                EXPECT_EQ(records.owner_handle(id), owner) << said;
+            }
 }
 
 TEST(Dxf, StepsKeepTheirOrderAndAnEmptyOneIsNone) {

@@ -7,6 +7,7 @@
 #include "host/db/new_entity.h"
 #include "host/db/properties.h"
 #include "host/db/xref_names.h"
+#include "host/dxf/code_line.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/extents.h"
 #include "host/gi/tracer.h"
@@ -55,23 +56,6 @@ std::wstring layer_of(const AcDbEntity& entity, const AcDbImpObject& imp) {
         return imp.database->layer_name(imp.record);
     const auto name = imp.groups().text(entity_place, 8);
     return name && !dxf::trimmed(*name).empty() ? imp.decode(dxf::trimmed(*name)) : L"0";
-}
-
-// Whether a line of a record is a group's code and nothing else. Where none is, the record need not be read
-// to know that it does not hold the group.
-bool may_hold(std::string_view record, std::string_view code) {
-    const auto is = [&](std::size_t at, std::string_view any) { return any.find(record[at]) != any.npos; };
-    for (std::size_t at = record.find(code); at != record.npos; at = record.find(code, at + 1)) {
-        std::size_t first = at;
-        while (first != 0 && is(first - 1, " \t0"))
-            --first;
-        std::size_t behind = at + code.size();
-        while (behind != record.size() && is(behind, " \t\r"))
-            ++behind;
-        if ((first == 0 || is(first - 1, "\n")) && (behind == record.size() || is(behind, "\n")))
-            return true;
-    }
-    return false;
 }
 
 // The drawing in which an entity's names are looked up: a new one's is the one that the user works with. Null
@@ -297,7 +281,7 @@ Acad::ErrorStatus AcDbEntity::setLineWeight(AcDb::LineWeight weight, bool doSube
 AcDb::Visibility AcDbEntity::visibility() const {
     assertReadEnabled();
     if (imp().database != nullptr && !imp().is_read() &&
-        !may_hold(imp().database->records().text(imp().record), "60"))
+        !dxf::may_hold(imp().database->records().text(imp().record), "60"))
         return AcDb::kVisible;
     return imp().groups().integer(entity_place, 60).value_or(0) == 1 ? AcDb::kInvisible : AcDb::kVisible;
 }

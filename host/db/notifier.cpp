@@ -153,6 +153,10 @@ bool notifier::remove(dxf::record_id record, AcDbObjectReactor* reactor) {
 // The objects of applications among those whose handles stand in the object's record. Each is opened for the
 // time of the call, unless it is open.
 void notifier::tell_persistent(const AcDbImpObject& object, const std::function<void(AcDbObject&)>& news) {
+    // Most name none; then their groups need not be read again.
+    if (!object.changed() &&
+        database_.records().text(object.record).find(reactor_braces) == std::string_view::npos)
+        return;
     std::vector<dxf::record_id> reactors;
     for (const std::uint64_t handle : links(object.groups(), reactor_braces)) {
         const dxf::record_id record = database_.records().find(handle);

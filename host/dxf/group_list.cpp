@@ -316,7 +316,11 @@ void group_list::splice(std::size_t first, std::size_t last, std::span<const fre
 }
 
 std::string group_list::write(const group_style& style) const {
+    std::size_t size = rest_.size();
+    for (const group& group : groups_)
+        size += group.source.empty() ? group.value.size() + 16 : group.source.size();
     std::string out;
+    out.reserve(size);
     for (const group& group : groups_) {
         if (!group.source.empty())
             out += group.source;

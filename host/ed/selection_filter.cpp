@@ -6,6 +6,7 @@
 #include "base/utf.h"
 #include "base/wildcard.h"
 #include "host/db/spaces.h"
+#include "host/dxf/code_line.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -122,6 +123,17 @@ std::optional<double> default_number(std::string_view type, int code) {
 
 std::wstring default_text(std::string_view type, int code) {
     return code == 6 ? L"ByLayer" : code == 7 && type == "TEXT" ? L"Standard" : L"";
+}
+
+// Whether a record has no letter that a name without wildcards begins with: most have none of an
+// application's name.
+bool lacks_first_letter(std::string_view record, std::wstring_view name) {
+    if (name.empty() || name.find_first_of(L"#@.*?~[,`") != name.npos)
+        return false;
+    const wchar_t upper =
+        name.front() >= L'a' && name.front() <= L'z' ? name.front() - L'a' + L'A' : name.front();
+    return upper >= L'A' && upper <= L'Z' && record.find(static_cast<char>(upper)) == record.npos &&
+           record.find(static_cast<char>(upper - L'A' + L'a')) == record.npos;
 }
 
 } // namespace
@@ -454,6 +466,9 @@ bool selection_filter::fits_point(const node& tested, candidate& entity) const {
 }
 
 bool selection_filter::fits_application(const node& tested, candidate& entity) const {
+    const std::string_view text = database_->records().text(entity.record);
+    if (lacks_first_letter(text, tested.pattern) || !dxf::may_hold(text, "1001"))
+        return false;
     const std::span<const dxf::group> groups = entity.all_groups();
     return std::any_of(groups.begin(), groups.end(), [&](const dxf::group& group) {
         return group.code == application_code &&
