@@ -1,4 +1,5 @@
 #include "acgi.h"
+#include "base/number_text.h"
 #include "dbents.h"
 #include "host/db/geometry_groups.h"
 #include "host/db/imp_curve.h"
@@ -19,9 +20,15 @@ AcDbLine::AcDbLine() {
                    "10\n0.0\n20\n0.0\n30\n0.0\n11\n0.0\n21\n0.0\n31\n0.0\n");
 }
 
-AcDbLine::AcDbLine(const AcGePoint3d& start, const AcGePoint3d& end) : AcDbLine() {
-    setStartPoint(start);
-    setEndPoint(end);
+// What is taken apart becomes many lines, so each is written at once.
+AcDbLine::AcDbLine(const AcGePoint3d& start, const AcGePoint3d& end) {
+    std::string text = "0\nLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n";
+    const dxf::group_style plain{"\n", false, 0, 0};
+    for (const auto& [code, point] : {std::pair(10, start), std::pair(11, end)})
+        for (const unsigned axis : {0u, 1u, 2u})
+            dxf::append_group(text, plain, code + 10 * static_cast<int>(axis),
+                              base::real_text(point[axis] + 0.0)); // no zero with a sign
+    imp().begin_new(std::move(text));
 }
 
 AcDbLine::~AcDbLine() = default;

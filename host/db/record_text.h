@@ -4,6 +4,7 @@
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -38,7 +39,7 @@ public:
     }
     // A group of a new object, its text in the encoding of the file.
     void transcoded(const AcDbImpObject& object, const dxf::group& group) {
-        if (dxf::kind_of_code(group.code) == dxf::value_kind::text)
+        if (dxf::kind_of_code(group.code) == dxf::value_kind::text && !is_plain(group.value))
             add(group.code, database_.drawing().codec().encode(object.decode(group.value)));
         else
             add(group.code, group.value);
@@ -51,6 +52,13 @@ public:
     int version() const { return database_.drawing().version(); }
 
 private:
+    // Whether a text is the same bytes in all encodings, and none that stand for another character.
+    static bool is_plain(std::string_view text) {
+        return std::all_of(text.begin(), text.end(), [](char byte) {
+            return byte >= ' ' && byte <= '~' && byte != '\\' && byte != '^';
+        });
+    }
+
     AcDbImpDatabase& database_;
     std::string text_;
 };

@@ -155,6 +155,8 @@ bool is_common(const group_place& place, int code) {
 
 // The first group of a common code that is the entity's, from one on.
 std::size_t find_common(const std::vector<group>& groups, int code, std::size_t from = 0) {
+    if (std::none_of(groups.begin(), groups.end(), [code](const group& one) { return one.code == code; }))
+        return group_list::npos; // of most codes, so this is asked first
     common_parts parts(groups.empty() ? std::string_view() : trimmed(groups.front().value));
     bool in_braces = false;
     for (std::size_t i = 0; i < groups.size(); ++i) {
@@ -237,8 +239,8 @@ std::size_t group_list::insertion_point(const group_place& place, int code) cons
 }
 
 void group_list::put_new(std::size_t at, int code, std::string value) {
-    own_.push_back(std::move(value));
-    groups_.insert(groups_.begin() + static_cast<std::ptrdiff_t>(at), group{code, own_.back(), {}});
+    own_.push_front(std::move(value));
+    groups_.insert(groups_.begin() + static_cast<std::ptrdiff_t>(at), group{code, own_.front(), {}});
     changed_ = true;
 }
 
@@ -248,14 +250,14 @@ void group_list::put_value(std::size_t at, std::string_view value) {
     const std::string written = as_wide_as(std::string(value), changed.value, changed.code);
     changed_ = true;
     if (changed.source.empty()) {
-        own_.push_back(written);
-        changed.value = own_.back();
+        own_.push_front(written);
+        changed.value = own_.front();
         return;
     }
     const auto begin = static_cast<std::size_t>(changed.value.data() - changed.source.data());
-    own_.push_back(std::string(changed.source.substr(0, begin)) + written);
-    own_.back() += changed.source.substr(begin + changed.value.size());
-    changed.source = own_.back();
+    own_.push_front(std::string(changed.source.substr(0, begin)) + written);
+    own_.front() += changed.source.substr(begin + changed.value.size());
+    changed.source = own_.front();
     changed.value = changed.source.substr(begin, written.size());
 }
 
@@ -308,8 +310,8 @@ void group_list::splice(std::size_t first, std::size_t last, std::span<const fre
     std::vector<group> added;
     added.reserve(groups.size());
     for (const fresh_group& fresh : groups) {
-        own_.push_back(fresh.value);
-        added.push_back({fresh.code, own_.back(), {}});
+        own_.push_front(fresh.value);
+        added.push_back({fresh.code, own_.front(), {}});
     }
     groups_.insert(at, added.begin(), added.end());
     changed_ = true;

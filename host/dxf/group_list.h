@@ -9,7 +9,7 @@
 #include "host/dxf/group_reader.h"
 
 #include <cstdint>
-#include <deque>
+#include <forward_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -96,8 +96,8 @@ private:
     void put_value(std::size_t at, std::string_view value);
 
     std::vector<group> groups_;
-    std::string_view rest_;       // behind the last whole group, in damaged files
-    std::deque<std::string> own_; // values written anew
+    std::string_view rest_;              // behind the last whole group, in damaged files
+    std::forward_list<std::string> own_; // values written anew; most lists have none
     bool changed_ = false;
 };
 
