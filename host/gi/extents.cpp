@@ -75,7 +75,7 @@ const AcDbExtents& block_extents::of(dxf::record_id block) {
     follow_changes();
     if (const auto at = known_.find(block); at != known_.end())
         return at->second;
-    if (depth_ == most_nested_blocks) {
+    if (depth_ > most_nested_blocks) { // a space holds the first of them
         static const AcDbExtents nothing;
         tell_too_deep(database_);
         return nothing;
