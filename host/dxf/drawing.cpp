@@ -3,6 +3,7 @@
 #include "base/utf.h"
 #include "host/dxf/encoding_guess.h"
 #include "host/dxf/handle_text.h"
+#include "host/dxf/name_repair.h"
 #include "host/dxf/record_header.h"
 #include "host/dxf/record_repair.h"
 #include "host/dxf/space_repair.h"
@@ -229,8 +230,10 @@ base::result<void> drawing::index(std::string_view text, int encoding) {
 
     placed_repairs repairs;
     const drawing_manner manner{version_, style_, codec_};
-    repair_records(*records_, index->parts(), index->damage(), manner, repairs);
-    repair_spaces(*records_, index->parts(), manner, repairs);
+    file_places places;
+    repair_names(*records_, index->parts(), manner, repairs, places);
+    repair_records(*records_, index->parts(), index->damage(), manner, repairs, places);
+    repair_spaces(*records_, index->parts(), manner, repairs, places);
     take(repairs);
     index->settle();
     parts_ = std::move(index->parts());

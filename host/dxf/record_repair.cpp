@@ -26,8 +26,9 @@ constexpr group_place layout_place = {"AcDbLayout"};
 class record_mender {
 public:
     record_mender(record_table& records, drawing_parts& parts, const drawing_damage& damage,
-                  const drawing_manner& manner, placed_repairs& repairs)
-        : records_(records), parts_(parts), damage_(damage), manner_(manner), repairs_(repairs) {}
+                  const drawing_manner& manner, placed_repairs& repairs, file_places& places)
+        : records_(records), parts_(parts), damage_(damage), manner_(manner), repairs_(repairs),
+          places_(places) {}
 
     void run() {
         for (const drawing_damage::missing_end& end : damage_.ends)
@@ -79,10 +80,7 @@ private:
     bool modern() const { return manner_.version >= first_with_handles; }
 
     // Where a record stands in the file, also when its text is another one by now.
-    const char* place(record_id id) const {
-        const auto moved = places_.find(id);
-        return moved == places_.end() ? records_.text(id).data() : moved->second;
-    }
+    const char* place(record_id id) const { return place_of(id, records_, places_); }
     void tell(record_id at, repair_kind kind, std::wstring what, std::wstring done) {
         repairs_.push_back({place(at), kind, std::move(what), std::move(done)});
     }
@@ -166,7 +164,7 @@ private:
     const drawing_damage& damage_;
     const drawing_manner& manner_;
     placed_repairs& repairs_;
-    std::unordered_map<record_id, const char*> places_; // of records that were rewritten or are new
+    file_places& places_;
     bool has_handles_ = false; // whether the drawing is one whose records have handles
     std::uint64_t first_new_ = 0;
     std::uint64_t highest_given_ = 0;
@@ -240,8 +238,15 @@ record_id record_mender::section_of_entities() {
 
 // The records that the index put in for missing ends get their text.
 void record_mender::write_ends() {
-    if (damage_.open_line)
-        rewrite(damage_.last, std::string(records_.text(damage_.last)) + std::string(manner_.style.line_end));
+    if (damage_.open_line) { // a blank one that is open says nothing
+        const std::string_view lines = records_.text(damage_.last);
+        const std::size_t whole = lines.rfind('\n') + 1;
+        const group_list groups(lines);
+        const bool is_more = !groups.empty() && groups.groups().back().value.find('\n') != lines.npos;
+        rewrite(damage_.last, is_more && is_blank(lines.substr(whole))
+                                  ? std::string(lines.substr(0, whole))
+                                  : std::string(lines) + std::string(manner_.style.line_end));
+    }
     if (damage_.last != no_record) {
         drop_half_point(damage_.last);
         drop_beginning(damage_.last);
@@ -556,8 +561,8 @@ void record_mender::add_block(record_id record) {
 } // namespace
 
 void repair_records(record_table& records, drawing_parts& parts, const drawing_damage& damage,
-                    const drawing_manner& manner, placed_repairs& repairs) {
-    record_mender(records, parts, damage, manner, repairs).run();
+                    const drawing_manner& manner, placed_repairs& repairs, file_places& places) {
+    record_mender(records, parts, damage, manner, repairs, places).run();
 }
 
 } // namespace dxf

@@ -14,15 +14,17 @@ namespace dxf {
 enum class repair_kind {
     zero_bytes,           // between the lines' characters
     cut_end,              // the file ends inside of a group
-    lost_code,            // a value without its group code, which its neighbours tell
+    lost_code,            // a group without its code or its value, which its neighbours tell
     stray_line,           // a line that is no part of a group, or a group whose code is lost for good
     missing_end,          // SEQEND, ENDBLK, ENDTAB, ENDSEC, EOF
     needless_end,         // an ENDSEC where no section is open
     repeated_section,     // of blocks, entities or objects: its members belong to the first one
     outside_of_sections,  // entities between two sections
+    wrong_space,          // an entity of model space that names another block as its owner
     missing_handle,       // also an empty one, zero, or one that is no number
     duplicate_handle,     // the first one keeps it
     low_handle_seed,      // $HANDSEED, when new handles are given
+    lost_name,            // of a block record, which its block tells
     block_without_record, // a BLOCK that has no entry in the table
     record_without_block, // and the other way round
     layout_without_block, // a sheet whose block is missing

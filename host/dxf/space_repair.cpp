@@ -43,7 +43,7 @@ std::string with_owner(std::string_view text, std::uint64_t owner, const group_s
 } // namespace
 
 void repair_spaces(record_table& records, const drawing_parts& parts, const drawing_manner& manner,
-                   placed_repairs& repairs) {
+                   placed_repairs& repairs, const file_places& places) {
     if (parts.entities == no_record)
         return;
     const record_id model = model_space(records, manner);
@@ -54,7 +54,7 @@ void repair_spaces(record_table& records, const drawing_parts& parts, const draw
         if (records.kind(id) != record_kind::entity || named == 0 || named == owner ||
             !is_block(records, records.find(named)) || read_entity_header(records.text(id)).paper)
             continue;
-        repairs.push_back({records.text(id).data(), repair_kind::outside_of_sections,
+        repairs.push_back({place_of(id, records, places), repair_kind::wrong_space,
                            L"a " + base::widen(records.type_name(id)) + L" of model space names the block " +
                                name_of(records, manner, records.find(named)) + L" as its owner",
                            L"put in model space"});

@@ -9,6 +9,6 @@ namespace dxf {
 // block, model space is put there instead; that is added to `repairs`. Between repair_records() and
 // indexer::settle().
 ACDB_PORT void repair_spaces(record_table& records, const drawing_parts& parts, const drawing_manner& manner,
-                             placed_repairs& repairs);
+                             placed_repairs& repairs, const file_places& places);
 
 } // namespace dxf
