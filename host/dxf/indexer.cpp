@@ -56,9 +56,16 @@ std::size_t first_code_line(std::string_view text) {
     return 0;
 }
 
-// Whether a group of a record without a value is damage.
-bool is_lost(int code, std::uint32_t type) {
-    return must_have_value(code) || (code == 9 && type == type_section) || (code == 2 && type == type_block);
+// Whether the line in front of a place names the version.
+bool is_version(std::string_view before) {
+    const std::size_t end = before.find_last_not_of(" \r\n");
+    return before.substr(0, end + 1).ends_with("$ACADVER");
+}
+
+// Whether a group of a record without a value is damage. `before` is what stands in front of it.
+bool is_lost(int code, std::uint32_t type, std::string_view before) {
+    return must_have_value(code) || (code == 2 && type == type_block) ||
+           (type == type_section && (code == 9 || (code == 1 && is_version(before))));
 }
 
 bool is_part(std::uint32_t type) {
@@ -105,7 +112,8 @@ std::optional<refusal> indexer::run() {
     };
     while (!ended && groups.next(group)) {
         if ((group.value.empty() || group.value.back() == ' ') && is_blank(group.value) &&
-            is_lost(group.code, records_.type(current)))
+            is_lost(group.code, records_.type(current),
+                    {text_.data(), static_cast<std::size_t>(group.begin - text_.data())}))
             mixed_up = true;
         if (group.code != 0) {
             if (in_header && !taker.take(group))
@@ -116,8 +124,9 @@ std::optional<refusal> indexer::run() {
         }
         // The last lines that were met may stand behind this group: they are none of its value.
         const bool met_lines = std::exchange(stray_lines, groups.stray_lines()) != groups.stray_lines();
+        const std::size_t first_line = met_lines ? group.value.find('\n') : group.value.npos;
         if (met_lines)
-            group.value = group.value.substr(0, group.value.find('\n'));
+            group.value = group.value.substr(0, first_line);
         mixed_up = mixed_up || met_lines;
         if (is_blank(group.value) || is_number(trimmed(group.value))) {
             mixed_up = true;
@@ -125,7 +134,7 @@ std::optional<refusal> indexer::run() {
         }
         if (!finish(group.begin))
             return refusal{records_.text(current).data(), L"the object that begins here has no end"};
-        mixed_up = met_lines;
+        mixed_up = first_line != group.value.npos;
         current = begin_record(group);
         taker = header_taker(records_.type_name(current));
         scattered = scattered_taker(records_.type_name(current));

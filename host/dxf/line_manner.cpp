@@ -161,12 +161,14 @@ void line_manner::learn(std::string_view record, bool damaged) {
             if (at.code >= 0 && !damaged) {
                 behind_place_[key(at)].count(group.code, 1);
                 if (at.marker != 0)
-                    behind_place_[key({0, at.marker, at.code, at.in_braces})].count(group.code, 1);
+                    behind_place_[key({0, at.marker, at.code, at.braces})].count(group.code, 1);
             }
             anywhere_.count(group.code, 1);
         }
         if (sound && is_name(group.code))
             names_.insert(value);
+        if (sound && may_hold_lines(group.code) && !value.empty())
+            texts_.insert(value);
         if (kind_of_code(group.code) == value_kind::real)
             ++(value.find_first_of(".eE") != value.npos ? points_ : whole_reals_);
         if (sound && group.code == 100 && marker_numbers_.emplace(value, markers_.size()).second)
@@ -175,7 +177,7 @@ void line_manner::learn(std::string_view record, bool damaged) {
         at = behind(at, group.code, value);
         if (sound && group.code == 100)
             for (const std::uint32_t type : {before.type, 0u})
-                next_markers_[key({type, before.marker, -1, false})].count(static_cast<int>(at.marker), 1);
+                next_markers_[key({type, before.marker, -1})].count(static_cast<int>(at.marker), 1);
         sound_before = sound;
     }
     if (read == record.size() && !damaged)
@@ -204,8 +206,13 @@ line_manner::place line_manner::behind(const place& before, int code, std::strin
         return {type_number(trimmed(value)), 0, 0};
     place at = before;
     at.code = code;
-    if (code == 102)
-        at.in_braces = trimmed(value).starts_with('{');
+    if (code == 102) {
+        const std::string_view name = trimmed(value);
+        at.braces = !name.starts_with('{')        ? 0
+                    : name == "{ACAD_XDICTIONARY" ? 1
+                    : name == "{ACAD_REACTORS"    ? 2
+                                                  : 3;
+    }
     if (code == 100) {
         const auto found = marker_numbers_.find(trimmed(value));
         at.marker = found == marker_numbers_.end() ? 0 : found->second;
@@ -223,7 +230,9 @@ bool line_manner::names_part(const place& before, int code) const {
 // then how often a code is met at all.
 double line_manner::surprise(const place& before, int code) const {
     constexpr double codes = 1024; // there are
-    constexpr double against_rules = 14;
+    constexpr double against_rules = 24;
+    constexpr double least = 1.0 / 4096;      // of a code that is met nowhere else
+    constexpr double next_number = 1.0 / 128; // and whose number follows
     if (code < -5 || code > 1071)
         return impossible;
     // Points come as x, y, z, with codes ten apart.
@@ -240,8 +249,12 @@ double line_manner::surprise(const place& before, int code) const {
         return code == 2 ? 0 : against_rules;
     } else if (code != 0 && (type == "ENDSEC" || type == "ENDTAB" || type == "EOF")) {
         return against_rules;
+    } else if (code == 9 && before.type != 0) { // which names variables of the header and nothing else
+        return against_rules;
     }
-    double likely = (anywhere_.times(code) + 1 / codes) / (anywhere_.total + 1.0);
+    double likely = std::max((anywhere_.times(code) + 1 / codes) / (anywhere_.total + 1.0), least);
+    if (code == before.code + 1 && code > 59)
+        likely = std::max(likely, next_number);
     if (goes_on)
         likely = std::max(likely, is_x(before.code) ? 0.9 : 0.4);
     else if (is_x(before.code))
@@ -255,7 +268,7 @@ double line_manner::surprise(const place& before, int code) const {
             likely = (found->second.times(code) + likely) / (found->second.total + 1.0);
     };
     if (before.marker != 0)
-        learn_from({0, before.marker, before.code, before.in_braces});
+        learn_from({0, before.marker, before.code, before.braces});
     learn_from(before);
     if (type == "SECTION") // variables are as they are
         likely = std::max(likely, 0.004);
@@ -277,19 +290,22 @@ double line_manner::surprise(const place& before, int code, std::string_view val
         const auto found = marker_numbers_.find(text);
         if (found == marker_numbers_.end())
             return text.starts_with("AcDb") ? 8 : 20;
-        const auto next = next_markers_.find(key({before.type, before.marker, -1, false}));
-        return next != next_markers_.end() && next->second.times(static_cast<int>(found->second)) != 0 ? 0
-                                                                                                       : 5;
+        const auto next = next_markers_.find(key({before.type, before.marker, -1}));
+        if (next == next_markers_.end())
+            return 5;
+        return next->second.times(static_cast<int>(found->second)) != 0 ? 0 : 12;
     }
     case 102:
         return text.starts_with('{') || text == "}" ? 0 : 8;
+    case 1002:
+        return text == "{" || text == "}" ? 0 : strange;
     case 5:
     case 105:
         return is_hexadecimal(text, 16) || text.empty() ? 0 : strange;
     case 2:
-        if (types_[before.type] == "SECTION")
+        if (types_[before.type] == "SECTION" && before.code == 0)
             return is_one_of(sections) ? 0 : strange;
-        if (types_[before.type] == "TABLE")
+        if (types_[before.type] == "TABLE" && before.code == 0)
             return is_one_of(tables) ? 0 : strange;
         break;
     default:
@@ -314,8 +330,11 @@ double line_manner::surprise(const place& before, int code, std::string_view val
         return !has_point && points_ > 50 * (whole_reals_ + 1) ? 5 : 0;
     }
     default:
-        if (base::parse_integer(text))
-            return 0;
+        if (const auto number = base::parse_integer(text)) {
+            constexpr std::int64_t most = 0xFFFF; // of 16 bits, whatever their sign
+            const bool small = kind_of_code(code) == value_kind::small_integer;
+            return small && (*number > most || *number < -most) ? strange : 0;
+        }
         return base::parse_real(text) || (!text.empty() && text[0] >= '0' && text[0] <= '9') ? 8 : strange;
     }
 }
@@ -326,11 +345,36 @@ double line_manner::surprise_of_columns(std::string_view code_line) const {
     return unpadded_ && code_line.starts_with(' ') ? 5 : 0;
 }
 
+double line_manner::surprise_of_columns(int code, std::string_view value) const {
+    const value_kind kind = kind_of_code(code);
+    const std::size_t columns = kind == value_kind::small_integer || kind == value_kind::flag
+                                    ? style_.short_columns
+                                : kind == value_kind::integer ? style_.long_columns
+                                                              : 0;
+    return (columns == 0 ? value.starts_with(' ') : value.size() < columns) ? 5 : 0;
+}
+
 double line_manner::surprise_of_type(std::uint32_t before, std::uint32_t type) const {
     double likely = 0.5 / static_cast<double>(types_.size());
     if (const auto found = next_types_.find(before); found != next_types_.end())
         likely = (found->second.times(static_cast<int>(type)) + likely) / (found->second.total + 1.0);
     return -std::log2(likely);
+}
+
+double line_manner::surprise_of_parts(std::string_view before, std::string_view type, std::string_view next) {
+    constexpr double apart = 20;
+    const auto is_part = [](std::string_view name) {
+        return name == "VERTEX" || name == "ATTRIB" || name == "SEQEND";
+    };
+    const auto may_follow = [](std::string_view part, std::string_view ahead) {
+        const bool of_polyline = ahead == "POLYLINE" || ahead == "VERTEX";
+        const bool of_insert = ahead == "INSERT" || ahead == "ATTRIB";
+        return (of_polyline && part != "ATTRIB") || (of_insert && part != "VERTEX");
+    };
+    const bool parted = is_part(type) && !may_follow(type, before);
+    const bool parts = is_part(next) && !may_follow(next, type);
+    const bool endless = is_part(type) && type != "SEQEND" && !next.empty() && !is_part(next);
+    return (parted ? apart : 0) + (parts ? apart : 0) + (endless ? apart : 0);
 }
 
 std::vector<int> line_manner::likely_codes(const place& before) const {
@@ -364,7 +408,7 @@ std::vector<int> line_manner::likely_codes(const place& before) const {
 std::vector<std::string_view> line_manner::likely_markers(const place& before) const {
     std::vector<std::string_view> found;
     for (const std::uint32_t type : {before.type, 0u}) { // 0: behind this marker, whatever the type
-        const auto next = next_markers_.find(key({type, before.marker, -1, false}));
+        const auto next = next_markers_.find(key({type, before.marker, -1}));
         if (next == next_markers_.end() || !found.empty())
             continue;
         for (const follower& one : next->second.codes)

@@ -39,7 +39,7 @@ constexpr bool may_hold_lines(int code) {
 inline bool must_have_value(int code) {
     const value_kind kind = kind_of_code(code);
     return code != 5 && code != 105 &&
-           (code == 0 || code == 100 || (kind != value_kind::text && kind != value_kind::binary));
+           (code == 0 || code == 100 || code == 102 || (kind != value_kind::text && kind != value_kind::binary));
 }
 
 class ACDB_PORT line_manner {
@@ -53,7 +53,7 @@ public:
         std::uint32_t type = 0;   // 0: none, or one that is not known
         std::uint32_t marker = 0; // the last one; 0: none
         int code = -1;            // -1: nothing
-        bool in_braces = false;   // of an application's groups (102)
+        unsigned braces = 0;      // in which of an application's groups (102); 0: in none
         bool operator==(const place&) const = default;
     };
     place behind(const place& before, int code, std::string_view value) const;
@@ -63,8 +63,13 @@ public:
     double surprise(const place& before, int code, std::string_view value) const;
     // The same of how a line that is a code stands in its columns.
     double surprise_of_columns(std::string_view code_line) const;
+    // And of one that is the value of a code.
+    double surprise_of_columns(int code, std::string_view value) const;
     // That a type follows another one.
     double surprise_of_type(std::uint32_t before, std::uint32_t type) const;
+    // And that it stands between two: parts (VERTEX, ATTRIB, SEQEND) follow one another and what they are
+    // parts of.
+    static double surprise_of_parts(std::string_view before, std::string_view type, std::string_view next);
 
     // Codes that stand behind others most often, the most frequent first.
     std::vector<int> likely_codes(const place& before) const;
@@ -72,6 +77,10 @@ public:
     const std::vector<std::string_view>& types() const { return types_; }
     std::vector<std::string_view> likely_markers(const place& before) const;
     std::uint32_t type_number(std::string_view name) const;
+    // Whether groups stand behind markers, as from R13 on.
+    bool has_markers() const { return markers_.size() > 1; }
+    // Whether a sound record says a text that may hold lines: it is more than a further line of one.
+    bool says(std::string_view text) const { return texts_.contains(text); }
     // Whether a group names the section, table or block that it stands in, or a variable of the header.
     bool names_part(const place& before, int code) const;
 
@@ -80,7 +89,7 @@ public:
     // A number that no other place has.
     static std::uint64_t key(const place& at) {
         return static_cast<std::uint64_t>(at.type) << 40 | static_cast<std::uint64_t>(at.marker) << 20 |
-               static_cast<std::uint64_t>(at.in_braces) << 18 | static_cast<std::uint64_t>(at.code + 8);
+               static_cast<std::uint64_t>(at.braces) << 18 | static_cast<std::uint64_t>(at.code + 8);
     }
 
 private:
@@ -108,6 +117,7 @@ private:
     std::unordered_map<std::uint64_t, followers> next_markers_; // numbers of markers, by type and marker
     std::unordered_map<std::uint32_t, followers> next_types_;
     std::unordered_set<std::string_view> names_; // values of codes that name things
+    std::unordered_set<std::string_view> texts_; // and of those that may hold lines
     group_style style_;
     std::size_t points_ = 0;      // reals that have a point
     std::size_t whole_reals_ = 0; // and those that have none

@@ -25,8 +25,10 @@ constexpr double missing = 18;
 constexpr double blanked = 8;
 constexpr double wrong = 16; // a 0 for another code
 constexpr double line_in_text = 18;
-constexpr double misfit = 6;      // of a value: nobody would guess such a code for it
-constexpr double known_type = 10; // makes it so much likelier that a line is a type
+constexpr double misfit = 6;       // of a value: nobody would guess such a code for it
+constexpr double known_type = 10;  // makes it so much likelier that a line is a type
+constexpr double known_text = 8;   // that it is a text of its own
+constexpr double code_as_text = 6; // of what may as well be a code
 
 constexpr double strange = 9;             // a group that surprises so much makes its surroundings suspect
 constexpr std::size_t lines_before = 60;  // of what is strange, that are suspect,
@@ -72,8 +74,8 @@ struct reading {
 
 class line_reader {
 public:
-    line_reader(const std::vector<text_line>& lines, const line_manner& manner)
-        : lines_(lines), manner_(manner) {
+    line_reader(const std::vector<text_line>& lines, const line_manner& manner, std::string_view following)
+        : lines_(lines), manner_(manner), following_(following) {
         codes_.reserve(lines.size());
         for (const text_line& line : lines)
             codes_.push_back(code_of(line));
@@ -181,6 +183,18 @@ private:
         add(to, next);
     }
 
+    // Whether the version of the drawing stands behind a line's code.
+    bool is_version(std::size_t i, const reading& from) const {
+        return from.at.code == 9 && i > 0 && trimmed(lines_[i - 1].text()) == "$ACADVER";
+    }
+    // The oldest version that has what the drawing has.
+    std::string version_lost() const {
+        const bool is_later = std::any_of(lines_.begin(), lines_.end(), [](const text_line& line) {
+            return trimmed(line.text()) == "$CAMERADISPLAY";
+        });
+        return is_later ? "AC1021" : manner_.has_markers() ? "AC1015" : "AC1009";
+    }
+
     // All that the line at which a reading has arrived may be.
     void go_on(std::size_t i, const reading& from) {
         const int code = codes_[i];
@@ -189,8 +203,10 @@ private:
         if (code != no_code && has_next)
             read_group(i, from);
         const bool in_text = from.in_text && code == no_code;
+        // What is a group's value elsewhere is seldom a further line of a text, or needless.
+        const double own = trimmed(line).starts_with("AcDb") ? known_type : is_number(line) ? 4 : 0;
         if (in_text && !(is_blank(line) && from.last_blank))
-            step(i + 1, from, line_in_text + (from.last_blank ? 6 : 0), act::more_text, i, from.at.code,
+            step(i + 1, from, line_in_text + (from.last_blank ? 6 : 0) + own, act::more_text, i, from.at.code,
                  line);
         if (!suspect_[i])
             return;
@@ -198,27 +214,29 @@ private:
             (i > 0 && line == lines_[i - 1].text()) || (has_next && line == lines_[i + 1].text());
         // A blank line behind a text may be its own.
         const double blank = in_text && !from.last_blank ? line_in_text + 4 : blanked;
-        const double again = is_number(line) && code == no_code ? number_twice : twice;
+        // Where codes follow themselves, the value between two may have gone as well.
+        const bool repeats =
+            code == no_code ? is_number(line) : manner_.surprise(manner_.behind(from.at, code, {}), code) < 4;
+        const double again = repeats ? number_twice : twice;
         const double needless = code == no_code && is_blank(line) ? blank
                                 : same                            ? again
                                 : code != no_code                 ? too_many + 4
                                                                   : too_many;
-        step(i + 1, from, needless, act::needless, i, code, line);
+        step(i + 1, from, needless + (same || own != known_type ? 0 : own), act::needless, i, code, line);
         if (code != no_code)
             lose_value(i, from, missing, act::no_value);
-        if (is_blank(line)) {
-            if (has_next)
-                guess_code(i, from, blanked, act::blank_code, lines_[i + 1].text(), i + 2);
-        } else {
+        if (is_blank(line) && has_next)
+            guess_code(i, from, blanked, act::blank_code, lines_[i + 1].text(), i + 2);
+        if (!is_blank(line) || lines_[i].end[-1] == '\n') // else the file ends inside of it
             guess_code(i, from, missing, act::lost_code, line, i + 1);
-        }
     }
 
     void read_group(std::size_t i, const reading& from) {
         const int code = codes_[i];
         const std::string_view value = lines_[i + 1].text();
         const double cost = manner_.surprise_of_columns(lines_[i].text()) + manner_.surprise(from.at, code);
-        if (is_blank(value) && (must_have_value(code) || manner_.names_part(from.at, code))) {
+        if (is_blank(value) && (must_have_value(code) || manner_.names_part(from.at, code) ||
+                                (code == 1 && is_version(i, from)))) {
             lose_value(i, from, blanked, act::blank_value);
             return;
         }
@@ -233,15 +251,20 @@ private:
     // A value whose code is not there.
     void guess_code(std::size_t i, const reading& from, double cost, act what, std::string_view value,
                     std::size_t to) {
+        const bool version = is_version(i, from);
         const auto consider = [&](int code) {
-            if (what == act::wrong_code && code == 0)
+            if ((what == act::wrong_code && code == 0) || (is_blank(value) && !may_hold_lines(code)) ||
+                (version && (code != 1 || !value.starts_with("AC"))))
                 return;
             const double fit = manner_.surprise(from.at, code, value);
-            if (fit >= misfit && kind_of_code(code) != value_kind::text)
+            if (fit >= misfit && (kind_of_code(code) != value_kind::text || code == 1002))
                 return;
-            double all = cost + manner_.surprise(from.at, code) + fit;
+            double all =
+                cost + manner_.surprise(from.at, code) + fit + manner_.surprise_of_columns(code, value);
             if (code == 0 && manner_.type_number(trimmed(value)) != 0)
                 all -= known_type;
+            if (may_hold_lines(code))
+                all += manner_.says(trimmed(value)) ? -known_text : codes_[i] != no_code ? code_as_text : 0;
             step(to, from, all, what, i, code, value);
         };
         const auto [found, is_new] = likely_codes_.try_emplace(line_manner::key(from.at));
@@ -274,7 +297,8 @@ private:
     void lose_value(std::size_t i, const reading& from, double cost, act what) {
         const int code = codes_[i];
         const std::size_t behind = what == act::no_value ? i + 1 : i + 2;
-        const lost found = value_lost(from, code, behind);
+        const lost found =
+            is_version(i, from) && code == 1 ? lost{version_lost()} : value_lost(from, code, behind);
         values_.push_back(found.value);
         left_out_.push_back(found.left_out);
         step(behind, from,
@@ -289,7 +313,9 @@ private:
         switch (code) {
         case 0:
             return type_lost(from, behind);
-        case 9:
+        case 9: // the version is the one that a drawing can not be without
+            if (behind + 1 < lines_.size() && lines_[behind + 1].text().starts_with("AC1"))
+                return {"$ACADVER"};
             return {"", true};
         case 100:
             return marker_lost(at, behind);
@@ -309,7 +335,7 @@ private:
         case 67:
             return {"1"};
         case 102:
-            return {at.in_braces                                      ? "}"
+            return {at.braces != 0                                    ? "}"
                     : behind < codes_.size() && codes_[behind] == 360 ? "{ACAD_XDICTIONARY"
                                                                       : "{ACAD_REACTORS"};
         case 1001:
@@ -374,13 +400,17 @@ private:
         const auto known = types_found_.find(behind);
         if (known != types_found_.end() && known->second.first == type_before)
             return known->second.second;
+        const std::string_view next = next_type(behind);
         lost best{"", true};
         double least = std::numeric_limits<double>::max();
         for (std::uint32_t type = 1; type < manner_.types().size(); ++type) {
             if (!may_be(manner_.types()[type], behind))
                 continue;
-            const place at = {type, 0, 0, false};
-            const double cost = manner_.surprise_of_type(type_before, type) + surprise_of_rest(at, behind);
+            const place at = {type, 0, 0};
+            const double cost =
+                manner_.surprise_of_type(type_before, type) +
+                line_manner::surprise_of_parts(manner_.types()[type_before], manner_.types()[type], next) +
+                surprise_of_rest(at, behind);
             if (cost < least) {
                 least = cost;
                 best = {std::string(manner_.types()[type]), false, type};
@@ -424,10 +454,11 @@ private:
     }
     std::string table_name(std::size_t behind) const { return std::string(next_type(behind)); }
     std::string_view next_type(std::size_t line) const {
-        for (std::size_t i = line; i + 1 < lines_.size(); i += 2)
+        const std::size_t end = std::min(lines_.size(), line + 400);
+        for (std::size_t i = line; i + 1 < end; i += 2)
             if (codes_[i] == 0)
                 return trimmed(lines_[i + 1].text());
-        return following_;
+        return end == lines_.size() ? following_ : std::string_view();
     }
 
     std::vector<line_step> steps_of(const reading& last) const {
@@ -445,12 +476,9 @@ private:
         return steps;
     }
 
-public:
-    std::string_view following_; // the type of the record behind
-
-private:
     const std::vector<text_line>& lines_;
     const line_manner& manner_;
+    std::string_view following_; // the type of the record behind
     std::vector<int> codes_;
     std::vector<bool> suspect_;
     std::size_t most_readings_ = most_readings;
@@ -466,9 +494,7 @@ private:
 
 std::vector<line_step> read_lines(const std::vector<text_line>& lines, const line_manner& manner,
                                   std::string_view before, std::string_view following) {
-    line_reader reader(lines, manner);
-    reader.following_ = following;
-    return reader.read(before);
+    return line_reader(lines, manner, following).read(before);
 }
 
 } // namespace dxf

@@ -77,7 +77,7 @@ private:
                                   : base::parse_real(value) ? L"the number "
                                                             : L"the text ";
         repairs_.push_back({lines_[step.line].begin, repair_kind::lost_code,
-                            what + shown(value) +
+                            (is_blank(value) ? L"an empty text" : what + shown(value)) +
                                 (step.what == act::wrong_code   ? L" stands where a type should"
                                  : step.what == act::blank_code ? L" has a blank line for its group code"
                                                                 : L" has no group code"),
