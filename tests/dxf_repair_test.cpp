@@ -252,6 +252,30 @@ TEST(DxfRepair, LinesThatLostTheirCodes) {
               "repair 2: line 12: the line 'ever' belongs to no group: left out\n",
               "- what|- ever",
               {}},
+             // What another record says as a text is one here too, not a further line of the one before.
+             {drawing(
+                  "0\nLINE\n8\nA\n1001\nB\n1000\nhot\n1000\nDe25\n0\nLINE\n8\nA\n1001\nB\n1000\nhot\nDe25\n"),
+              "repair 1: line 27: the text 'De25' has no group code: read as group 1000\n",
+              "+ 1000",
+              {}},
+             {groups(
+                  "0 SECTION|2 HEADER|9 $ACADVER|1 |9 $CLAYER|8 0|0 ENDSEC|0 SECTION|2 ENTITIES|0 LINE|8 0|0 "
+                  "ENDSEC|0 EOF"),
+              "repair 1: line 7: the value of group 1 is missing: read as 'AC1009'\n",
+              "- |+ AC1009",
+              {}},
+             // Parts tell what they are parts of.
+             {drawing("0\n\n8\nB\n66\n1\n0\nVERTEX\n8\nB\n10\n1.5\n20\n2.5\n0\nSEQEND\n8\nB\n"),
+              "repair 1: line 9: the value of group 0 is missing: read as 'POLYLINE'\n",
+              "- |+ POLYLINE",
+              {}},
+             {groups("0 SECTION|2 BLOCKS|0 BLOCK|8 0|2 A|3 A|1 |0 ENDBLK|8 0|0 BLOCK|8 0|2 B|3 B|1 |0 "
+                     "ENDBLK|8 0|"
+                     "0 BLOCK|8 0|2 C|3 C") +
+                  "\n" + groups("0 ENDBLK|8 0|0 ENDSEC|0 EOF"),
+              "repair 1: line 41: an empty text has no group code: read as group 1\n",
+              "+ 1",
+              {}},
              {drawing("62\n3\n0\n7.5\n6\nDASHED\n"),
               "repair 1: line 12: the line '7.5' belongs to no group: left out\n",
               "- 0|- 7.5",
@@ -364,6 +388,13 @@ TEST(DxfRepair, Handles) {
               "repair 2: line #: $HANDSEED is 40, not above the handles: raised to 52\n",
               "- 40|+ 52|- 50|+ 51",
               {"0 LINE|5 50", "5 40"}},
+             // Two repairs of one entity stand in one line.
+             {with(line, groups("0 LINE|5 30|330 1F|8 0|0 LINE|5 30|330 22|8 0")),
+              "repair 1: line #: a LINE of model space names the block DOOR as its owner: put in model "
+              "space\n"
+              "repair 2: line #: duplicate handle 30 of a LINE: given the handle 40\n",
+              "?",
+              {"0 LINE|5 30|330 22", "0 LINE|5 30|330 22"}},
              // Parts follow the entity that they stand behind.
              {with(line,
                    groups("0 POLYLINE|5 30|330 1F|8 0|0 SEQEND|5 33|330 30|8 0|0 POLYLINE|5 30|330 1F|8 0|"
@@ -421,6 +452,10 @@ TEST(DxfRepair, BlocksTheirRecordsAndLayouts) {
               "repair 1: line #: the block DOOR has no block record: one added with the handle 22\n",
               "?",
               {"0 BLOCK|5 23"}},
+             {with(record, groups(record.substr(0, record.size() - 4))),
+              "repair 1: line #: a block record has no name: named DOOR as its block\n",
+              "- |+ DOOR",
+              {"0 BLOCK_RECORD|5 22"}},
              {without(door),
               "repair 1: line #: the block record DOOR has no block: an empty one added\n",
               "?",
