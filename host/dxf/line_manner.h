@@ -39,7 +39,8 @@ constexpr bool may_hold_lines(int code) {
 inline bool must_have_value(int code) {
     const value_kind kind = kind_of_code(code);
     return code != 5 && code != 105 &&
-           (code == 0 || code == 100 || code == 102 || (kind != value_kind::text && kind != value_kind::binary));
+           (code == 0 || code == 100 || code == 102 ||
+            (kind != value_kind::text && kind != value_kind::binary));
 }
 
 class ACDB_PORT line_manner {
