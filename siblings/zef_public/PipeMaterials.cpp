@@ -91,6 +91,11 @@ CString GetPipeMaterialByIdx(int index) {
                : CString();
 }
 
+CString GetDnByMat(LPCTSTR material) {
+    const auto one = std::ranges::find(Materials(), CString(material), &PipeMaterial::m_name);
+    return one != Materials().end() && !one->m_prefix.IsEmpty() ? one->m_prefix : L"DN";
+}
+
 const PipeDiameter* FindPipeDiameter(LPCTSTR material, double dn) {
     constexpr double slack = 0.001;
     const auto one = std::ranges::find(Materials(), CString(material), &PipeMaterial::m_name);

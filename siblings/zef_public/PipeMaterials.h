@@ -32,6 +32,9 @@ ZEF_PUBLIC_PORT void ReloadPipeMaterials();
 ZEF_PUBLIC_PORT void GetPipeMaterialList(std::vector<CString>& names);
 // "" when there is no such material.
 ZEF_PUBLIC_PORT CString GetPipeMaterialByIdx(int index);
+// What a label says in front of a diameter of the material when it is made by itself: the material's prefix,
+// "DN" for one without.
+ZEF_PUBLIC_PORT CString GetDnByMat(LPCTSTR material);
 // The row of a nominal diameter, which agrees within 0.001, of the material of exactly that name; null when
 // the table has none.
 ZEF_PUBLIC_PORT const PipeDiameter* FindPipeDiameter(LPCTSTR material, double dn);
