@@ -17,7 +17,7 @@ std::unique_ptr<AcDbText> MakeProbe(const TDbPipe& pipe) {
     probe->setPropertiesFrom(&pipe);
     if (!values.m_labelStyle.isNull())
         probe->setTextStyle(values.m_labelStyle);
-    probe->setHeight(values.m_labelHeight * pipe.GetPlotScale());
+    probe->setHeight(pipe.GetLabelHeight());
     probe->setRotation(0.0);
     probe->setHorizontalMode(AcDb::kTextCenter);
     probe->setVerticalMode(AcDb::kTextVertMid);

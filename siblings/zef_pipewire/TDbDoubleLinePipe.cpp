@@ -1,8 +1,11 @@
 #include "siblings/zef_pipewire/TDbDoubleLinePipe.h"
 
 #include "dbproxy.h"
+#include "siblings/zef_pipewire/TDefaultCfg.h"
 #include "siblings/zef_pipewire/TDxfFields.h"
 #include "siblings/zef_pipewire/TPen.h"
+
+#include <algorithm>
 
 ACRX_DXF_DEFINE_MEMBERS(TDbDoubleLinePipe, TDbPipe, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
                         AcDbProxyEntity::kAllAllowedBits, ZEF_DOUBLELINEPIPE, "ZEF_PIPEWIRE|pipe entities")
@@ -52,6 +55,27 @@ void TDbDoubleLinePipe::DrawBody(TPen& pen) const {
     const AcGeVector3d thick = along * m_flangeThickness;
     for (const auto& [at, inward] : {std::pair(start, thick), std::pair(end, -thick)})
         pen.Line({at + half, at - half, at - half + inward, at + half + inward, at + half});
+}
+
+double TDbDoubleLinePipe::GetLabelDn() const {
+    int atEnd = 0;
+    TDefaultCfg::GetDefaultValue(TDefaultCfg::kInteger, 4, atEnd);
+    return atEnd == 1 ? m_endDn : m_startDn;
+}
+
+CString TDbDoubleLinePipe::GetLabelText() const {
+    assertReadEnabled();
+    return SignedDiameter(L"DN", GetLabelDn());
+}
+
+bool TDbDoubleLinePipe::HasLabel() const {
+    return !GetValues().m_labelStyle.isNull() && IsDrawLabelEnabled() && !IsVertical() && GetLabelDn() > 0.0;
+}
+
+// Beyond the walls and the flanges.
+double TDbDoubleLinePipe::GetLabelGap() const {
+    return std::max({m_startDn, m_endDn, m_flangeDiameter}) / 2 +
+           GetPsPipeTextDis(database()) * GetPlotScale();
 }
 
 TDxfFields TDbDoubleLinePipe::Fields() {

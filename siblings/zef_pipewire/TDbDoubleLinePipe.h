@@ -1,4 +1,7 @@
 // A pipe that shows both its walls: two lines as far apart as it is wide at each end, and the flanges there.
+//
+// It is labelled with its own diameter, beside the wall, as soon as it has a text style for that: that at its
+// start, or that at its end where the default says so (TDefaultCfg.h, integer 4 is 1).
 #pragma once
 
 #include "siblings/zef_pipewire/TDbPipe.h"
@@ -20,11 +23,17 @@ public:
     Acad::ErrorStatus dxfInFields(AcDbDxfFiler* filer) override;
     Acad::ErrorStatus dxfOutFields(AcDbDxfFiler* filer) const override;
 
+    // Nominal, as its diameters are: "DN100".
+    CString GetLabelText() const override;
+
 protected:
     void DrawBody(TPen& pen) const override;
+    bool HasLabel() const override;
+    double GetLabelGap() const override;
 
 private:
     TDxfFields Fields();
+    double GetLabelDn() const;
 
     double m_startDn = 0.0;
     double m_endDn = 0.0;

@@ -40,13 +40,13 @@ struct TPipeValues {
     // circle.
     double m_vPipeSecond = -2.0;
     int m_flow = kFlowUnknown;
-    AcDbObjectId m_labelLayer; // null: the pipe's own
-    AcDbObjectId m_labelStyle; // of text; null: the font txt
-    double m_labelHeight = 3.5;
-    CString m_labelPrefix;    // of the material, in front of diameters without a format
-    CString m_labelFormat;    // in front of the diameter; one with "%%c" tells the thickness too
-    double m_thickness = 0.0; // of the wall as the label tells it, mm; 0: it does not
-    bool m_isChanged = false; // whether what labels tell was changed
+    AcDbObjectId m_labelLayer;  // null: the pipe's own
+    AcDbObjectId m_labelStyle;  // of text; null: the font txt
+    double m_labelHeight = 3.5; // mm on paper, or of the model where the drawing's sizes are absolute
+    CString m_labelPrefix;      // of the material, in front of diameters without a format
+    CString m_labelFormat;      // in front of the diameter; one with "%%c" tells the thickness too
+    double m_thickness = 0.0;   // of the wall as the label tells it, mm; 0: it does not
+    bool m_isChanged = false;   // whether what labels tell was changed
     bool m_isOldLabel = false;
     double m_oldDimType = 0.0;
 };
@@ -103,8 +103,12 @@ public:
     void SetDimElementSuffix(int type, LPCTSTR suffix);
     void SetDimElementPrecision(int type, int precision, bool keepZeros);
 
-    // Diameter by the label format, "DN100", "%%c108x4".
-    CString GetLabelText() const;
+    // The sign of the label format, else of the prefix, else "DN", and the diameter that belongs to it:
+    // "DN100", "%%c108x4". Behind De, dn and Dw it is the outer one, behind others the pipe's DN, which is
+    // the outer one when it is labelled by a format with "%%c".
+    virtual CString GetLabelText() const;
+    // The height of a line of it, in the model.
+    double GetLabelHeight() const;
     // The label by its arrangement, line by line; GetLabelText without one.
     std::vector<CString> GetMultiLineDimTextByDimElements() const;
 
@@ -123,6 +127,11 @@ protected:
     // The pipe itself, which does not stand upright: its visible parts, as thick as they plot where that is
     // the default.
     virtual void DrawBody(TPen& pen) const;
+    // A sign and the diameter behind it.
+    static CString SignedDiameter(const CString& sign, double diameter);
+    // Whether its label is drawn, which a riser never has; and how far from its centre line that begins.
+    virtual bool HasLabel() const;
+    virtual double GetLabelGap() const;
     // Along the pipe, level; of no length for a riser.
     AcGeVector3d GetDirection() const;
 
@@ -131,7 +140,6 @@ private:
     void Draw(TPen& pen) const;
     void DrawRiser(TPen& pen) const;
     void DrawArrow(TPen& pen) const;
-    bool HasLabel() const;
     TLabel GetLabel() const;
     CString ElementText(int type) const;
     std::size_t FindElement(int type) const;

@@ -1,6 +1,7 @@
 // How a pipe is drawn, and what comes of it when it is exploded.
 #include "siblings/zef_pipewire/Drawing.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
+#include "siblings/zef_pipewire/TDbPsConfig.h"
 #include "siblings/zef_pipewire/TDefaultCfg.h"
 #include "siblings/zef_pipewire/TPen.h"
 
@@ -111,6 +112,15 @@ bool TDbPipe::HasLabel() const {
     return IsLabelled() && IsDrawLabelEnabled() && !IsVertical();
 }
 
+double TDbPipe::GetLabelGap() const {
+    return std::fabs(GetLabelDistance());
+}
+
+double TDbPipe::GetLabelHeight() const {
+    assertReadEnabled();
+    return m_values.m_labelHeight * (DocGetSettings(database()).m_isAbsoluteSize ? 1.0 : GetPlotScale());
+}
+
 TLabel TDbPipe::GetLabel() const {
     AcGeVector3d along = GetDirection();
     // Readable from below or from the right.
@@ -118,12 +128,11 @@ TLabel TDbPipe::GetLabel() const {
         along = -along;
     TLabel label;
     label.m_angle = std::atan2(along.y, along.x);
-    label.m_height = m_values.m_labelHeight * GetPlotScale();
+    label.m_height = GetLabelHeight();
     label.m_style = m_values.m_labelStyle;
     label.m_lines = GetMultiLineDimTextByDimElements();
-    const double distance = GetLabelDistance();
-    const double away = std::fabs(distance) + label.GetTotalHeight() / 2;
+    const double away = GetLabelGap() + label.GetTotalHeight() / 2;
     label.m_middle = m_start + (m_end - m_start) / 2 +
-                     AcGeVector3d(-along.y, along.x, 0.0) * (distance < 0.0 ? -away : away);
+                     AcGeVector3d(-along.y, along.x, 0.0) * (GetLabelDistance() < 0.0 ? -away : away);
     return label;
 }

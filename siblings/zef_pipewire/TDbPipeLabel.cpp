@@ -37,6 +37,13 @@ CString NumberText(double number, int decimals, bool keepZeros) {
     return text;
 }
 
+// Whether a diameter behind it is an outer one: the signs of plastic pipes, of copper and of thin steel.
+bool IsSignOfOuter(CString sign) {
+    sign.TrimRight();
+    const CString last = sign.Right(2);
+    return last == L"De" || last == L"dn" || last == L"Dw";
+}
+
 } // namespace
 
 std::size_t TDbPipe::FindElement(int type) const {
@@ -84,18 +91,22 @@ void TDbPipe::SetDimElementPrecision(int type, int precision, bool keepZeros) {
     m_keepZeros[at] = keepZeros ? 1 : 0;
 }
 
+CString TDbPipe::SignedDiameter(const CString& sign, double diameter) {
+    return sign + NumberText(diameter, 1, false);
+}
+
 CString TDbPipe::GetLabelText() const {
     assertReadEnabled();
-    const CString diameter = NumberText(m_values.m_dn, 1, false);
     const CString& format = m_values.m_labelFormat;
     if (format.Find(L"%%c") >= 0) {
         const CString thickness =
             m_values.m_thickness > 0.0 ? L"x" + NumberText(m_values.m_thickness, 1, false) : CString();
-        return format + diameter + thickness;
+        return SignedDiameter(format, m_values.m_dn) + thickness;
     }
-    if (!format.IsEmpty())
-        return format + diameter;
-    return (m_values.m_labelPrefix.IsEmpty() ? CString(L"DN") : m_values.m_labelPrefix) + diameter;
+    const CString& prefix = m_values.m_labelPrefix;
+    const CString sign = !format.IsEmpty() ? format : !prefix.IsEmpty() ? prefix : CString(L"DN");
+    const bool tellsOuter = IsSignOfOuter(sign) && m_outerDn > 0.0;
+    return SignedDiameter(sign, tellsOuter ? m_outerDn : m_values.m_dn);
 }
 
 CString TDbPipe::ElementText(int type) const {

@@ -18,7 +18,7 @@ public:
     int GetSystemType() const;
     void SetSystemType(int type);
 
-    // The symbols that stand on it.
+    // The symbols that stand on it, and the texts about it (TDbText.h), which each have it as their subject.
     const AcDbObjectIdArray& GetAttachments() const;
     // Adds one unless it is there; takes one away, if it is there.
     void AddAttachment(AcDbObjectId attachment);

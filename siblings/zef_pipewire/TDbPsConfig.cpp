@@ -1,7 +1,9 @@
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 
 #include "dbapserv.h"
+#include "dbdict.h"
 #include "dbobjptr.h"
+#include "siblings/zef_kernal/TDrawingWatch.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
 #include "siblings/zef_pipewire/TDxfFields.h"
 
@@ -150,6 +152,29 @@ Acad::ErrorStatus InitDwgPsGlobal(TDbPsConfig*& config, AcDbDatabase* database) 
     if (status == Acad::eOk)
         config = made.release();
     return status;
+}
+
+// Each pipe that is drawn asks for it.
+TPsSettings DocGetSettings(AcDbDatabase* database) {
+    static TDrawingWatch watch({&TDbPsConfig::desc, &AcDbDictionary::desc});
+    static TPsSettings settings;
+    static Acad::ErrorStatus status = Acad::eNoDatabase;
+    database = DatabaseOr(database);
+    const bool isKnown = status == Acad::eOk || status == Acad::eKeyNotFound; // not while another writes it
+    if (watch.IsUnchanged(database) && isKnown)
+        return settings;
+    settings = {};
+    TDbPsConfig* config = nullptr;
+    status = GetDwgPsGlobal(config, AcDb::kForRead, database);
+    if (status == Acad::eOk) {
+        settings = {config->GetPlotScale(), config->IsAbsoluteSize(), config->GetLook()};
+        config->close();
+    }
+    return settings;
+}
+
+double DocGetPScale(AcDbDatabase* database) {
+    return DocGetSettings(database).m_plotScale;
 }
 
 bool IsPipeSystemShown(AcDbDatabase* database, LPCTSTR systemName) {

@@ -50,9 +50,9 @@ public:
 private:
     TDxfFields Fields();
 
+    static constexpr double usualPlotScale = 100.0;
     std::vector<int> m_hiddenTypes;
     std::vector<CString> m_hiddenNames;
-    static constexpr double usualPlotScale = 100.0;
     double m_plotScale = usualPlotScale;
     bool m_isAbsoluteSize = false;
     TPsLook m_look;
@@ -64,6 +64,16 @@ ZEF_PIPEWIRE_PORT Acad::ErrorStatus GetDwgPsGlobal(TDbPsConfig*& config, AcDb::O
                                                    AcDbDatabase* database = nullptr);
 // The same for writing; one is made when there is none.
 ZEF_PIPEWIRE_PORT Acad::ErrorStatus InitDwgPsGlobal(TDbPsConfig*& config, AcDbDatabase* database = nullptr);
+
+// What a drawing's configuration says, or the current one's; of a drawing without one what a new one says.
+struct TPsSettings {
+    double m_plotScale = 100.0;
+    bool m_isAbsoluteSize = false;
+    TPsLook m_look;
+};
+ZEF_PIPEWIRE_PORT TPsSettings DocGetSettings(AcDbDatabase* database = nullptr);
+// Its plot scale alone.
+ZEF_PIPEWIRE_PORT double DocGetPScale(AcDbDatabase* database = nullptr);
 
 // Whether a drawing shows the system, by its code or its name. True without a configuration.
 ZEF_PIPEWIRE_PORT bool IsPipeSystemShown(AcDbDatabase* database, LPCTSTR systemName);

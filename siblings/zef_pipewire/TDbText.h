@@ -13,7 +13,7 @@ public:
 
     CString GetPipeSystemName() const;
     void SetPipeSystemName(LPCTSTR name);
-    // What it tells about; null for none.
+    // What it tells about; null for none. A pipe has the texts about it among its attachments.
     AcDbObjectId GetSubject() const;
     void SetSubject(AcDbObjectId subject);
 

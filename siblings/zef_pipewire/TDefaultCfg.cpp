@@ -1,8 +1,5 @@
 #include "siblings/zef_pipewire/TDefaultCfg.h"
 
-#include "dbapserv.h"
-#include "dbdict.h"
-#include "siblings/zef_kernal/TDrawingWatch.h"
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 
 #include <map>
@@ -32,24 +29,8 @@ bool Get(const std::map<int, T>& defaults, bool fits, int index, T& value) {
     return true;
 }
 
-// Each pipe that is drawn asks for it.
-const TPsLook& LookOf(AcDbDatabase* database) {
-    static TDrawingWatch watch({&TDbPsConfig::desc, &AcDbDictionary::desc});
-    static TPsLook look;
-    static Acad::ErrorStatus status = Acad::eNoDatabase;
-    if (database == nullptr)
-        database = acdbHostApplicationServices()->workingDatabase();
-    const bool isKnown = status == Acad::eOk || status == Acad::eKeyNotFound; // not while another writes it
-    if (watch.IsUnchanged(database) && isKnown)
-        return look;
-    look = {};
-    TDbPsConfig* config = nullptr;
-    status = GetDwgPsGlobal(config, AcDb::kForRead, database);
-    if (status == Acad::eOk) {
-        look = config->GetLook();
-        config->close();
-    }
-    return look;
+TPsLook LookOf(AcDbDatabase* database) {
+    return DocGetSettings(database).m_look;
 }
 
 } // namespace
