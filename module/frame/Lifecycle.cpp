@@ -1,5 +1,6 @@
 #include "module/frame/Lifecycle.h"
 
+#include "module/annotation/PipeTexts.h"
 #include "module/fonts/FontCatalogues.h"
 #include "module/frame/CommandTable.h"
 #include "module/frame/DrawingDefaults.h"
@@ -20,6 +21,7 @@ void InitialiseModule() {
     OptionTool::ReadAlignType();
     LoadDrawingDefaults();
     SpecData::Load();
+    PipeTexts::Load();
     TCmdReactor::Create();
 }
 
@@ -29,6 +31,7 @@ void ShutDownModule() {
     CStandardManager::Release();
     TPipeAppDocGlobals::Release();
     OptionTool::WriteAlignType();
+    PipeTexts::Release();
     SpecData::Release();
     TCmdReactor::Release();
     CLayerToolBar::Release();
