@@ -23,19 +23,28 @@ def changed_standard():
     return changed
 
 
-def run(bench):
-    standard = changed_standard()
+def make_drawing():
     drawing = PLACE / "pipes.dxf"
     subprocess.run([BIN / "pipe_speed", "make", ROOT / "samples/storey.dxf", drawing, str(PIPES)], check=True)
+    return drawing
+
+
+def change(what, drawing, standard):
+    """Seconds, and the megabytes that memory grew by."""
+    told = subprocess.run([BIN / "pipe_speed", what, drawing, standard], capture_output=True, text=True, check=True)
+    pipes, seconds, kib = told.stdout.split()
+    assert int(pipes) == PIPES
+    return float(seconds), int(kib) * 1024 / 1e6
+
+
+def run(bench):
+    standard = changed_standard()
+    drawing = make_drawing()
     rows = []
     peers = bench.peers(drawing)
     opening = bench.compare({"dime": peers["dime"]}) if "dime" in peers else {}
     for _ in range(bench.rounds):
-        told = subprocess.run([BIN / "pipe_speed", "update", drawing, standard], capture_output=True, text=True,
-                              check=True).stdout
-        pipes, seconds, kib = told.split()
-        assert int(pipes) == PIPES
-        rows.append((float(seconds), int(kib) * 1024 / 1e6))
+        rows.append(change("update", drawing, standard))
     seconds = statistics.median(row[0] for row in rows)
     memory = statistics.median(row[1] for row in rows)
     print(f"    {size_of(drawing):.0f} MB; the updates take {seconds:.3f} s "
