@@ -5,7 +5,8 @@
 #include "dbid.h"
 #include "gepnt3d.h"
 
-#include <vector>
+#include <cstdint>
+#include <unordered_map>
 
 class CJoints {
 public:
@@ -27,5 +28,7 @@ private:
         AcGePoint3d m_position;
         AcDbObjectId m_id;
     };
-    std::vector<Joint> m_joints;
+    // By the cell that they lie in, a cube as long as `nearBy`: what is nearer lies in the same one or next
+    // to it.
+    std::unordered_multimap<std::uint64_t, Joint> m_joints;
 };
