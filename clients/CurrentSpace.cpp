@@ -26,10 +26,9 @@ AcGePoint3d Transformed(const AcGePoint3d& point, short from, short to) {
 
 } // namespace
 
-std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR type) {
+std::vector<AcDbObjectId> EntitiesOfDrawing(LPCTSTR types) {
     std::vector<AcDbObjectId> found;
-    const AcDbObjectId space = acdbHostApplicationServices()->workingDatabase()->currentSpaceId();
-    resbuf* const filter = acutBuildList(RTDXF0, type, RTNONE);
+    resbuf* const filter = acutBuildList(RTDXF0, types, RTNONE);
     ads_name set;
     if (acedSSGet(L"_X", nullptr, nullptr, filter, set) == RTNORM) {
         Adesk::Int32 length = 0;
@@ -37,15 +36,22 @@ std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR type) {
         for (Adesk::Int32 i = 0; i < length; ++i) {
             ads_name name;
             AcDbObjectId id;
-            if (acedSSName(set, i, name) != RTNORM || acdbGetObjectId(id, name) != Acad::eOk)
-                continue;
-            const AcDbEntityPointer entity(id, AcDb::kForRead);
-            if (entity.openStatus() == Acad::eOk && entity->blockId() == space)
+            if (acedSSName(set, i, name) == RTNORM && acdbGetObjectId(id, name) == Acad::eOk)
                 found.push_back(id);
         }
         acedSSFree(set);
     }
     acutRelRb(filter);
+    return found;
+}
+
+std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR types) {
+    const AcDbObjectId space = acdbHostApplicationServices()->workingDatabase()->currentSpaceId();
+    std::vector<AcDbObjectId> found = EntitiesOfDrawing(types);
+    std::erase_if(found, [space](AcDbObjectId id) {
+        const AcDbEntityPointer entity(id, AcDb::kForRead);
+        return entity.openStatus() != Acad::eOk || entity->blockId() != space;
+    });
     return found;
 }
 

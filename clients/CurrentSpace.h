@@ -1,4 +1,4 @@
-// The space of the current drawing that the user edits.
+// The current drawing, and the space of it that the user edits.
 #pragma once
 
 #include "afx.h"
@@ -7,10 +7,12 @@
 #include <memory>
 #include <vector>
 
-// The entities of a type in it, by the type's name in drawing files.
-std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR type);
+// The entities of types, by their names in drawing files with commas between: of the whole drawing, and of
+// that space.
+std::vector<AcDbObjectId> EntitiesOfDrawing(LPCTSTR types);
+std::vector<AcDbObjectId> EntitiesOfCurrentSpace(LPCTSTR types);
 
-// Puts an entity into it. Null when that fails.
+// Puts an entity into that space. Null when that fails.
 AcDbObjectId AppendToCurrentSpace(std::unique_ptr<AcDbEntity> entity);
 
 // Why nothing is to be drawn on a layer, as the end of a sentence that begins with it: the drawing could not
