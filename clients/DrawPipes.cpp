@@ -2,15 +2,14 @@
 
 #include "clients/Crossings.h"
 #include "clients/CurrentSpace.h"
-#include "clients/Joints.h"
+#include "clients/NewPipe.h"
+#include "clients/PipeLabelling.h"
+#include "clients/Questions.h"
 
 #include "acedads.h"
 #include "geassign.h"
-#include "module/standard/PipeSystemCreation.h"
-#include "module/standard/PipeSystemUpdates.h"
+#include "module/standard/PipeSystemTool.h"
 #include "siblings/zef_kernal/ZefExport.h"
-#include "siblings/zef_pipewire/TDbPipe.h"
-#include "siblings/zef_pipewire/TDbPsConfig.h"
 #include "siblings/zef_public/SharedOptions.h"
 
 #include <cmath>
@@ -22,8 +21,8 @@ constexpr double metre = 1000.0;
 
 // What was answered last, and so is offered next.
 struct Answers {
-    CString m_system;
-    int m_dn = 0;
+    TPipeKind m_kind;
+    bool m_isLabelled = false;
     double m_bottom = 0.0; // of risers, m
     double m_top = 3.0;
 };
@@ -75,19 +74,19 @@ bool AskForPipe() {
         acdbFail(L"\n当前标准中没有管线系统！");
         return false;
     }
-    if (!PipeSystemTool::IsPipeSystemOfCurrentStandard(g_last.m_system))
-        g_last.m_system = systems.front();
-    CString system = g_last.m_system;
+    if (!PipeSystemTool::IsPipeSystemOfCurrentStandard(g_last.m_kind.m_system))
+        g_last.m_kind.m_system = systems.front();
+    CString system = g_last.m_kind.m_system;
     if (!AskForSystem(systems, system))
         return false;
-    int dn = g_last.m_dn > 0 ? g_last.m_dn : g_iDefaultPipeDn;
+    int dn = g_last.m_kind.m_dn > 0 ? g_last.m_kind.m_dn : g_iDefaultPipeDn;
     CString prompt;
     prompt.Format(L"\n请输入公称直径<%d>:", dn);
     acedInitGet(RSG_NOZERO | RSG_NONEG, nullptr);
     if (const int given = acedGetInt(prompt, &dn); given != RTNORM && given != RTNONE)
         return false;
-    g_last.m_system = system;
-    g_last.m_dn = dn;
+    g_last.m_kind.m_system = system;
+    g_last.m_kind.m_dn = dn;
     return true;
 }
 
@@ -110,56 +109,18 @@ std::optional<AcGePoint3d> AskForPoint(LPCTSTR prompt, const std::optional<AcGeP
     return ToWorld(given);
 }
 
-// What the standard says about pipes of the system.
-void ApplyStandard(TDbPipe& pipe) {
-    using namespace PipeSystemTool;
-    pipe.ChangeValues().m_dn = g_last.m_dn;
-    SetPipeSystemName(&pipe, g_last.m_system);
-    UpdateMaterialLineWeight(&pipe, true, true, kIndoorMaterial);
-    UpdatePipeInfo(&pipe);
-    UpdatePipeLabel(&pipe);
-    UpdateVPipeRadius(&pipe);
-    SetPipeLayer(&pipe, g_last.m_system);
-    TDbPsConfig* config = nullptr;
-    if (GetDwgPsGlobal(config, AcDb::kForRead) == Acad::eOk) {
-        pipe.SetPlotScale(config->GetPlotScale());
-        config->close();
-    }
-}
-
-// A riser crosses nothing. False when the drawing does not take it, which the user is told.
-bool DrawPipe(CJoints& joints, CCrossings* crossings, const AcGePoint3d& start, const AcGePoint3d& end) {
-    auto pipe = std::make_unique<TDbPipe>();
-    pipe->SetEnds(start, end);
-    CString layer;
-    const AcDbObjectId layerId =
-        PipeSystemTool::InitLayer(g_last.m_system, pipe->IsVertical() ? L"立管" : L"管线", &layer);
-    if (const CString why = WhyNotOnLayer(layer); !why.IsEmpty()) {
-        acdbFail(L"\n图层\"" + layer + L"\"" + why + L"，不能绘制！");
-        return false;
-    }
-    ApplyStandard(*pipe);
-    if (crossings != nullptr)
-        crossings->GoUnder(*pipe);
-    const AcDbObjectId ends[] = {joints.FindOrAdd(start, layerId), joints.FindOrAdd(end, layerId)};
-    pipe->SetNodes(ends[0], ends[1]);
-    const AcDbObjectId id = AppendToCurrentSpace(std::move(pipe));
-    if (id.isNull()) {
-        acdbFail(L"\n管线不能加入当前图形！");
-        return false;
-    }
-    for (const AcDbObjectId joint : ends)
-        if (!CJoints::AddPipe(joint, id))
-            acutPrintf(L"\n节点所在的图层已锁定，管线没有与它相连！");
-    if (const int untold = crossings != nullptr ? crossings->GoOver(id) : 0; untold != 0)
-        acutPrintf(L"\n有%d根被跨越的管线所在的图层已锁定，没有断开！", untold);
-    return true;
+// As the last labelling was, with the diameter that the pipe has.
+void Label(AcDbObjectId pipe) {
+    TLabelOrder order = LastLabelOrder();
+    order.m_dn = 0;
+    if (LabelPipe(pipe, order) == kTooShort)
+        acutPrintf(L"\n管线太短，标注不显示。");
 }
 
 } // namespace
 
 void DrawPipes() {
-    if (!AskForPipe())
+    if (!AskForPipe() || !AskYesNo(L"标注管径", g_last.m_isLabelled))
         return;
     std::optional<AcGePoint3d> from = AskForPoint(L"\n请指定管线起点<退出>:", std::nullopt);
     CJoints joints;
@@ -170,8 +131,13 @@ void DrawPipes() {
             acutPrintf(L"\n两点重合，请重新指定！");
             continue;
         }
-        if (to && !DrawPipe(joints, &crossings, *from, *to))
-            return;
+        if (to) {
+            const AcDbObjectId pipe = DrawPipe(joints, &crossings, g_last.m_kind, *from, *to);
+            if (pipe.isNull())
+                return;
+            if (g_last.m_isLabelled)
+                Label(pipe);
+        }
         from = to;
     }
 }
@@ -188,7 +154,8 @@ void DrawRisers() {
     } while (isLevel());
     CJoints joints;
     while (const auto at = AskForPoint(L"\n请指定立管位置<退出>:", std::nullopt))
-        if (!DrawPipe(joints, nullptr, {at->x, at->y, g_last.m_bottom * metre},
-                      {at->x, at->y, g_last.m_top * metre}))
+        if (DrawPipe(joints, nullptr, g_last.m_kind, {at->x, at->y, g_last.m_bottom * metre},
+                     {at->x, at->y, g_last.m_top * metre})
+                .isNull())
             return;
 }

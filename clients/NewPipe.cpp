@@ -24,7 +24,7 @@ void ApplyStandard(TDbPipe& pipe, const TPipeKind& kind) {
 
 } // namespace
 
-AcDbObjectId DrawPipe(CJoints& joints, const TPipeKind& kind, const AcGePoint3d& start,
+AcDbObjectId DrawPipe(CJoints& joints, CCrossings* crossings, const TPipeKind& kind, const AcGePoint3d& start,
                       const AcGePoint3d& end) {
     auto pipe = std::make_unique<TDbPipe>();
     pipe->SetEnds(start, end);
@@ -36,6 +36,8 @@ AcDbObjectId DrawPipe(CJoints& joints, const TPipeKind& kind, const AcGePoint3d&
         return AcDbObjectId::kNull;
     }
     ApplyStandard(*pipe, kind);
+    if (crossings != nullptr)
+        crossings->GoUnder(*pipe);
     const AcDbObjectId ends[] = {joints.FindOrAdd(start, layerId), joints.FindOrAdd(end, layerId)};
     pipe->SetNodes(ends[0], ends[1]);
     const AcDbObjectId id = AppendToCurrentSpace(std::move(pipe));
@@ -46,5 +48,7 @@ AcDbObjectId DrawPipe(CJoints& joints, const TPipeKind& kind, const AcGePoint3d&
     for (const AcDbObjectId joint : ends)
         if (!CJoints::AddPipe(joint, id))
             acutPrintf(L"\n节点所在的图层已锁定，管线没有与它相连！");
+    if (const int untold = crossings != nullptr ? crossings->GoOver(id) : 0; untold != 0)
+        acutPrintf(L"\n有%d根被跨越的管线所在的图层已锁定，没有断开！", untold);
     return id;
 }

@@ -1,6 +1,7 @@
 // Draws one pipe by the current standard.
 #pragma once
 
+#include "clients/Crossings.h"
 #include "clients/Joints.h"
 
 // What a pipe is drawn as.
@@ -10,6 +11,7 @@ struct TPipeKind {
 };
 
 // A pipe between two points of the world, a riser when it stands upright, in the layer of its system, with
-// the joints at its ends. Null when the drawing does not take it, which the user is told.
-AcDbObjectId DrawPipe(CJoints& joints, const TPipeKind& kind, const AcGePoint3d& start,
+// the joints at its ends, and the pipes that it passes when it is to know them. Null when the drawing does
+// not take it, which the user is told.
+AcDbObjectId DrawPipe(CJoints& joints, CCrossings* crossings, const TPipeKind& kind, const AcGePoint3d& start,
                       const AcGePoint3d& end);

@@ -1,0 +1,5 @@
+// The command that labels pipes with their diameters.
+#pragma once
+
+// bzgj: asks how and which pipes.
+void LabelPipes();
