@@ -20,18 +20,18 @@ TEST_F(PipeCommands, DrawPipesThatMeetInJoints) {
     const test::folder folder;
     const std::string out = (folder / "out.dxf").string();
     // Two pipes, a third one from where they end, and a riser on their beginning.
-    const std::string script = "hzgx 给水2 50 0,0 3000,0 3000,2000 \\n"
-                               "hzgx\\n\\n\\n3000,2000 3000,2000 6000,2000 \\n"
+    const std::string script = "hzgx 给水2 50 N 0,0 3000,0 3000,2000 \\n"
+                               "hzgx\\n\\n\\n\\n3000,2000 3000,2000 6000,2000 \\n"
                                "hzlg\\n\\n65\\n0\\n\\n0,0 \\n"
                                "LIST 1500,0 4500,2000 \\n";
     auto run = test::zefhost({plan, "-c", script, "-o", out});
     ASSERT_EQ(run.status, 0) << run.err << run.out;
     for (const char* part :
          {"\n请输入管线系统<给水>:", "\n请输入管线系统<给水2>:", "\n请输入公称直径<50>:",
-          "\n请指定管线起点<退出>:", "\n请指定管线下一点<结束>:", "\n两点重合，请重新指定！",
-          "\n请输入底标高(m)<0.000>:", "\n请输入顶标高(m)<3.000>:", "\n请指定立管位置<退出>:",
-          "Upper bound X=3000.0000  Y=0.0000  Z=0.0000", "Lower bound X=3000.0000  Y=2000.0000  Z=0.0000",
-          "Layer: \"PIPE-给水2\""})
+          "\n标注管径[是(Y)/否(N)]<否>:", "\n请指定管线起点<退出>:", "\n请指定管线下一点<结束>:",
+          "\n两点重合，请重新指定！", "\n请输入底标高(m)<0.000>:", "\n请输入顶标高(m)<3.000>:",
+          "\n请指定立管位置<退出>:", "Upper bound X=3000.0000  Y=0.0000  Z=0.0000",
+          "Lower bound X=3000.0000  Y=2000.0000  Z=0.0000", "Layer: \"PIPE-给水2\""})
         EXPECT_EQ(count(run.out, part) > 0, true) << part << run.out;
     const std::string drawn = test::read(out);
     EXPECT_EQ(count(drawn, "\r\nZEF_PIPE\r\n") - 1, 4U) << "and the class";
@@ -67,7 +67,7 @@ TEST_F(PipeCommands, DrawPipesThatMeetInJoints) {
 
     // One step each, and none when nothing is drawn.
     run = test::zefhost(
-        {plan, "-c", "hzgx 污水 100 0,0 50,0 80,0 \nhzlg  \n\n\n0,0 1,1 \nhzgx\n\n\n\nU\nU", "-o", kept});
+        {plan, "-c", "hzgx 污水 100 N 0,0 50,0 80,0 \nhzlg  \n\n\n0,0 1,1 \nhzgx\n\n\n\n\nU\nU", "-o", kept});
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_TRUE(test::read(kept) == test::read(plan));
 }
@@ -78,10 +78,10 @@ TEST_F(PipeCommands, OfPipesThatCrossOnePassesOverTheOther) {
     // One above the first, one below it, one that only touches it; at its height one of its system, and last
     // one of another, which is taken back and drawn anew.
     const std::string script =
-        "hzgx 给水 50 0,0,0 3000,0,0 \nhzgx 污水 50 500,-500,900 500,500,900 \n"
-        "hzgx 污水 50 1000,-500,-900 1000,500,-900 \nhzgx 污水 50 1500,0,0 1500,500,0 \n"
-        "hzgx 给水 50 2000,-500,0 2000,500,0 \n";
-    const std::string last = "hzgx 消防 50 2500,-500,0 2500,500,0 \n";
+        "hzgx 给水 50 N 0,0,0 3000,0,0 \nhzgx 污水 50 N 500,-500,900 500,500,900 \n"
+        "hzgx 污水 50 N 1000,-500,-900 1000,500,-900 \nhzgx 污水 50 N 1500,0,0 1500,500,0 \n"
+        "hzgx 给水 50 N 2000,-500,0 2000,500,0 \n";
+    const std::string last = "hzgx 消防 50 N 2500,-500,0 2500,500,0 \n";
     auto run = test::zefhost({plan, "-c", script + last + "U\n" + last, "-o", out});
     ASSERT_EQ(run.status, 0) << run.err << run.out;
     const auto there = holding(test::read(out));
@@ -102,8 +102,8 @@ TEST_F(PipeCommands, OfPipesThatCrossOnePassesOverTheOther) {
     EXPECT_EQ(over, (std::vector<std::vector<std::size_t>>{{1, 5}, {}, {0}, {}, {}, {}}));
 
     run = test::zefhost({plan, "-c",
-                         "hzgx 给水 50 0,0,9 3000,0,9 \n-LAYER LO PIPE-给水 \n"
-                         "hzgx 污水 50 500,-500,900 500,500,900 \n"});
+                         "hzgx 给水 50 N 0,0,9 3000,0,9 \n-LAYER LO PIPE-给水 \n"
+                         "hzgx 污水 50 N 500,-500,900 500,500,900 \n"});
     EXPECT_EQ(count(run.out, "\n有1根被跨越的管线所在的图层已锁定，没有断开！"), 1U) << run.out;
 }
 
@@ -111,7 +111,7 @@ TEST_F(PipeCommands, PutSymbolsOnPipes) {
     const test::folder folder;
     const std::string out = (folder / "out.dxf").string();
     // The pick lies a little beside the pipe, whose middle the symbol stands on; a riser takes none.
-    const std::string script = "hzgx 给水 50 0,0 3000,3000 \\nhzlg  \\n\\n\\n9000,0 \\n"
+    const std::string script = "hzgx 给水 50 N 0,0 3000,3000 \\nhzlg  \\n\\n\\n9000,0 \\n"
                                "hzfj H 1501,1500 9050,0 \\nhzfj\\n\\n2500,2500 \\nU\\n"
                                "LIST 1400,1400 \\n";
     const auto run = test::zefhost({plan, "-c", script, "-o", out});
@@ -130,8 +130,9 @@ TEST_F(PipeCommands, GoOnWhereAnAnswerFitsNothing) {
     const test::folder folder;
     const std::string out = (folder / "out.dxf").string();
     // The last riser stands on a joint that can not be changed.
-    const std::string script = "hzgx 给水 50 0,0 0.05,0.05 3000,0 \\nhzlg  \\n3\\n\\n3.00001\\n6\\n9000,0 \\n"
-                               "hzfj Z 8000,8000 1500,0 \\n-LAYER LO PIPE-给水 \\nhzlg  \\n0\\n\\n0,0 \\n";
+    const std::string script =
+        "hzgx 给水 50 N 0,0 0.05,0.05 3000,0 \\nhzlg  \\n3\\n\\n3.00001\\n6\\n9000,0 \\n"
+        "hzfj Z 8000,8000 1500,0 \\n-LAYER LO PIPE-给水 \\nhzlg  \\n0\\n\\n0,0 \\n";
     const auto run = test::zefhost({plan, "-c", script, "-o", out});
     ASSERT_EQ(run.status, 0) << run.err << run.out;
     for (const char* message :
@@ -145,7 +146,7 @@ TEST_F(PipeCommands, GoOnWhereAnAnswerFitsNothing) {
 }
 
 TEST_F(PipeCommands, AskAgainForASystemThatTheStandardLacks) {
-    for (const char* script : {"hzgx 空调 给水 50 0,0 3000,0 \n", "hzlg 空调 给水 50 0 1 0,0 \n"}) {
+    for (const char* script : {"hzgx 空调 给水 50 N 0,0 3000,0 \n", "hzlg 空调 给水 50 0 1 0,0 \n"}) {
         const auto run = test::zefhost({plan, "--keep-going"}, std::string(script) + "LIST L\n\n");
         EXPECT_EQ(run.status, 4) << "a refused answer";
         EXPECT_EQ(count(run.out, "请输入管线系统<"), 2U) << run.out;
@@ -165,7 +166,7 @@ TEST_F(PipeCommands, RefuseWhatTheyCanNotDraw) {
           row{"r12.dxf", "hzgx", "不能保存管线！请先用SAVEAS 2018"},
           row{"r12.dxf", "hzlg", "不能保存管线！请先用SAVEAS 2018"},
           row{"r12.dxf", "hzfj", "不能保存附件！请先用SAVEAS 2018"},
-          row{"r2018.dxf", "hzgx 给水 50 0,0 1,0 \\n-LAYER LO PIPE-给水 \\nhzgx\\n\\n\\n5,0 9,0 ",
+          row{"r2018.dxf", "hzgx 给水 50 N 0,0 1,0 \\n-LAYER LO PIPE-给水 \\nhzgx\\n\\n\\n\\n5,0 9,0 ",
               "图层\"PIPE-给水\"已锁定，不能绘制！"},
           row{"r2018.dxf", "hzlg 给水 50 0 1 0,0 \\n-LAYER OFF VPIPE-给水 \\nhzlg\\n\\n\\n\\n\\n5,5 ",
               "图层\"VPIPE-给水\"已关闭，不能绘制！"}}) {
@@ -185,7 +186,7 @@ TEST_F(PipeCommands, DrawSixSystemsAndTakeThemApart) {
     const char* const systems[] = {"给水", "热给水", "消防", "喷淋", "污水", "雨水"};
     for (int i = 0; i < 6; ++i) {
         const std::string y = std::to_string(i * 1000);
-        script += "hzgx\n" + std::string(systems[i]) + "\n50\n0," + y + "\n3000," + y + "\n\n";
+        script += "hzgx\n" + std::string(systems[i]) + "\n50\nN\n0," + y + "\n3000," + y + "\n\n";
     }
     script += "hzlg\n污水\n50\n0\n3\n0,9000\n\nzhcc\n" + copy + "\n";
     const auto run = test::zefhost({plan, "-c", script, "-o", out});

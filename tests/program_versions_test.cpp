@@ -51,7 +51,7 @@ TEST(Versions, PipesAreDrawnInANewerDrawingAndSeenInAnOlderOne) {
     test::run_result run;
     save_as(folder, test::drawing("r12.dxf"), "2018", run);
     const std::string drawn =
-        save_as(folder, folder / "2018.dxf", "2013", run, "hzgx\\n\\n\\n0,0 3000,0 \\n");
+        save_as(folder, folder / "2018.dxf", "2013", run, "hzgx\\n\\n\\n\\n0,0 3000,0 \\n");
     EXPECT_TRUE(has(drawn, "ZEF_PIPE\n") || has(drawn, "ZEF_PIPE\r\n"));
     const std::string seen = save_as(folder, folder / "2013.dxf", "R12", run);
     EXPECT_TRUE(has(run.err, "ZEF_PIPE: 1 written as blocks of lines")) << run.err;
