@@ -1,23 +1,16 @@
 #include "module/layertools/Marks.h"
 
 #include "acdbads.h"
-#include "acutmem.h"
 #include "dbmain.h"
 #include "dbobjptr.h"
+#include "module/layertools/DrawingRecords.h"
 #include "siblings/zef_kernal/TPickEntSet.h"
-
-#include <memory>
 
 namespace {
 
 constexpr int applicationCode = 1001;
 constexpr int textCode = 1000;
 constexpr int extendedDataCode = -3;
-
-struct FreeChain {
-    void operator()(resbuf* chain) const { acutRelRb(chain); }
-};
-using Chain = std::unique_ptr<resbuf, FreeChain>;
 
 typedef AcDbObjectPointer<AcDbObject> ObjectPointer;
 
