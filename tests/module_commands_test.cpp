@@ -239,9 +239,9 @@ TEST_F(ModuleCommands, LoadReadsTheDrawingDefaultsAndTheFlanges) {
 }
 
 TEST(ModuleCommand, WithoutItsPartSaysSoAndFails) {
-    const test::run_result ran = test::zefhost({}, "hbtc\n");
+    const test::run_result ran = test::zefhost({}, "xxyh2\n");
     EXPECT_EQ(ran.status, 4);
-    EXPECT_NE(ran.out.find("\n命令 hbtc 尚未完成，本次不执行。\n"), ran.out.npos) << ran.out;
+    EXPECT_NE(ran.out.find("\n命令 xxyh2 尚未完成，本次不执行。\n"), ran.out.npos) << ran.out;
 }
 
 } // namespace

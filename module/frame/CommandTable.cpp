@@ -63,7 +63,7 @@ constexpr CommandRow commands[] = {
     LayerTool<L"CloseSelLayer", &CLayerToolBar::CloseSelLayer>(ACRX_CMD_USEPICKSET),
     LayerTool<L"EraseSelLayer", &CLayerToolBar::EraseSelLayer>(ACRX_CMD_USEPICKSET),
     LayerTool<L"ConvertLayer", &CLayerToolBar::ConvertLayer>(ACRX_CMD_USEPICKSET),
-    Unfinished<L"hbtc">(ACRX_CMD_USEPICKSET),
+    LayerTool<L"hbtc", &CLayerToolBar::hbtc>(ACRX_CMD_USEPICKSET),
     Unfinished<L"gxgd">(ACRX_CMD_USEPICKSET),
     Unfinished<L"tcdc">(ACRX_CMD_USEPICKSET),
     Unfinished<L"tctq">(ACRX_CMD_USEPICKSET),

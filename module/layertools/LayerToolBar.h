@@ -37,6 +37,10 @@ public:
     // Of two entities picked, all that is on the layer of the first one goes to that of the second one.
     void ConvertLayer();
 
+    // What is on layers that are picked, named or chosen from a list goes to another one, and the layers go;
+    // before that the user sees what lies on them, and confirms.
+    void hbtc();
+
     // Of the layers that are off those that the user chooses are turned on, and their hidden entities shown.
     void OpenLayer();
 
