@@ -88,7 +88,7 @@ TEST(LayerBar, ButtonsDoWhatTheySay) {
         {"给水管线/ON", "A2 B2 B3 C2, DIM_给水 off, PIPE-给水 off, WINDOW off, 底图 locked",
          "给水管线 开关: 关"},
         {"给水管线/ON 给水管线/ON", shown},
-        {"污水管线/FREEZE", "A2 B2 C2, PIPE-污水 frozen, WINDOW off, 底图 locked"},
+        {"污水管线/冻结", "A2 B2 C2, PIPE-污水 frozen, WINDOW off, 底图 locked"},
         {"给水管线/LOCK 给水管线/FREEZE",
          "A2 B2 C2, DIM_给水 frozen locked, PIPE-给水 frozen locked, WINDOW off, 底图 locked"},
         {"热给水管线/LOCK", shown, "本图中没有\"热给水\"的图层！"},

@@ -15,7 +15,8 @@ struct bar_button {
     std::wstring state = {}; // what the picture tells, in words; empty for a button that has no state
 };
 
-// One column of buttons in the rows: what stands above it, and the word that means it in an answer.
+// One column of buttons in the rows: what stands above it, and the word that means it in an answer as the
+// name does.
 struct bar_column {
     std::wstring name;
     std::wstring word;

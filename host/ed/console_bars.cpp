@@ -110,21 +110,21 @@ bool is_named(const ui::bar_button& button, std::wstring_view label) {
     return base::equal_no_case(trimmed(button.label), label);
 }
 
-// Fits all buttons of a bar until one is the wanted one. `test` is told the word of a row's button, too.
+// Fits all buttons of a bar until one is the wanted one. `test` is told the column of a row's button, too.
 template<class Test>
 std::optional<found_button> find(ui::bar* bar, const ui::bar_content& content, Test test) {
     for (const auto& group : content.groups)
         for (const ui::bar_button& button : group)
-            if (test(button, nullptr, std::wstring_view()))
+            if (test(button, nullptr, ui::bar_column()))
                 return found_button{bar, button};
     for (const ui::bar_button& button : content.paging)
-        if (test(button, nullptr, std::wstring_view()))
+        if (test(button, nullptr, ui::bar_column()))
             return found_button{bar, button};
     for (const ui::bar_row& row : content.rows) {
-        if (test(row.name, &row, std::wstring_view(content.row_names.word)))
+        if (test(row.name, &row, content.row_names))
             return found_button{bar, row.name, &row};
         for (std::size_t c = 0; c < row.buttons.size() && c < content.columns.size(); ++c)
-            if (test(row.buttons[c], &row, std::wstring_view(content.columns[c].word)))
+            if (test(row.buttons[c], &row, content.columns[c]))
                 return found_button{bar, row.buttons[c], &row};
     }
     return std::nullopt;
@@ -142,9 +142,11 @@ std::optional<found_button> find(ui::bar* bar, const ui::bar_content& content, s
         return std::nullopt;
     const std::wstring_view name = trimmed(said.substr(0, split));
     const std::wstring_view word = trimmed(said.substr(split + 1));
-    return find(bar, content, [&](const ui::bar_button&, const ui::bar_row* row, std::wstring_view column) {
-        return row != nullptr && is_named(row->name, name) && base::equal_no_case(column, word);
-    });
+    return find(bar, content,
+                [&](const ui::bar_button&, const ui::bar_row* row, const ui::bar_column& column) {
+                    return row != nullptr && is_named(row->name, name) &&
+                           (base::equal_no_case(column.word, word) || base::equal_no_case(column.name, word));
+                });
 }
 
 // What U says when it takes a press back.
