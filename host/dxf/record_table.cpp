@@ -203,7 +203,12 @@ void record_table::put(record_id id, const record_content& content) {
     layers_[id] = content.layer;
     owners_[id] = content.owner;
     marks_[id] =
-        static_cast<std::uint8_t>((content.gone ? gone_mark : 0) | (content.implied ? implied_mark : 0));
+        static_cast<std::uint8_t>((marks_[id] & (noted_mark | saved_mark)) | (content.gone ? gone_mark : 0) |
+                                  (content.implied ? implied_mark : 0));
+}
+
+record_table::saved_state record_table::state(record_id id) const {
+    return {texts_[id], lengths_[id], id, gone(id), implied(id)};
 }
 
 // Keeps what a record is before it changes: for undo, and to know what differs from the file.
@@ -214,13 +219,20 @@ void record_table::note(record_id id, bool appended) {
         next_name_.clear();
         ++done_;
         open_ = true;
+        for (const record_id before : noted_)
+            marks_[before] &= static_cast<std::uint8_t>(~noted_mark);
         noted_.clear();
     }
-    if (noted_.insert(id).second) // a step goes back to what was before it, not to what it passed through
-        steps_.back().changes.push_back({id, content(id), appended});
+    // A step goes back to what was before it, not to what it passed through.
+    if ((marks_[id] & noted_mark) == 0) {
+        noted_.push_back(id);
+        steps_.back().changes.push_back({content(id), id, appended});
+    }
     if (!parts_.empty() && parts_.back().noted.insert(id).second)
-        parts_.back().changes.push_back({id, content(id), appended});
-    saved_.try_emplace(id, content(id));
+        parts_.back().changes.push_back({content(id), id, appended});
+    if ((marks_[id] & saved_mark) == 0)
+        saved_.push_back(state(id));
+    marks_[id] |= noted_mark | saved_mark;
 }
 
 bool record_table::replace(record_id id, std::string_view text) {
@@ -297,7 +309,7 @@ record_id record_table::insert_after(record_id previous, std::string_view text, 
     const record_id id = add_behind(previous, text, kind, owner);
     marks_[id] = gone_mark;
     note(id, true);
-    marks_[id] = 0;
+    marks_[id] ^= gone_mark;
     journal_.push_back(id);
     return id;
 }
@@ -432,7 +444,8 @@ void record_table::take_back_part(std::vector<replay>& replayed) {
     std::vector<change>& changes = steps_.back().changes;
     const std::size_t before = taken.open ? taken.step_size : 0;
     while (changes.size() > before) {
-        noted_.erase(changes.back().id);
+        marks_[changes.back().id] &= static_cast<std::uint8_t>(~noted_mark);
+        noted_.pop_back();
         changes.pop_back();
     }
     if (!taken.open) {
@@ -444,15 +457,15 @@ void record_table::take_back_part(std::vector<replay>& replayed) {
 }
 
 void record_table::mark_saved() {
-    for (auto& [id, saved] : saved_)
-        saved = content(id);
+    for (saved_state& saved : saved_)
+        saved = state(saved.id);
 }
 
 std::size_t record_table::unsaved() const {
-    return static_cast<std::size_t>(std::count_if(saved_.begin(), saved_.end(), [&](const auto& entry) {
-        const auto& [id, saved] = entry;
-        return gone(id) ? !saved.gone
-                        : saved.gone || saved.implied != implied(id) || saved.view() != text(id);
+    return static_cast<std::size_t>(std::ranges::count_if(saved_, [&](const saved_state& saved) {
+        return gone(saved.id) ? !saved.gone
+                              : saved.gone || saved.implied != implied(saved.id) ||
+                                    std::string_view(saved.text, saved.length) != text(saved.id);
     }));
 }
 

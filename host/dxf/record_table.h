@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -229,9 +230,17 @@ public:
 
 private:
     struct change {
+        record_content other; // what the record was, or after undo: what it became
         record_id id;
-        record_content other;  // what the record was, or after undo: what it became
         bool appended = false; // it was not there before
+    };
+    // What the file holds of a record.
+    struct saved_state {
+        const char* text;
+        std::uint32_t length;
+        record_id id;
+        bool gone;
+        bool implied;
     };
     struct step {
         std::string name;
@@ -246,13 +255,19 @@ private:
         std::string next_name;     // its name, when it had not begun
     };
 
-    enum : std::uint8_t { gone_mark = 1, implied_mark = 2 };
+    enum : std::uint8_t {
+        gone_mark = 1,
+        implied_mark = 2,
+        noted_mark = 4, // by the open step
+        saved_mark = 8, // what the file holds of it is in saved_
+    };
 
     record_id add_behind(record_id previous, std::string_view text, record_kind kind, std::uint64_t owner);
     record_content content(record_id id) const;
     record_id place_behind(record_id previous, std::string_view kept, record_kind kind, std::uint32_t type);
     void give_handle(record_id id, std::uint64_t handle);
     void put(record_id id, const record_content& content);
+    saved_state state(record_id id) const;
     void note(record_id id, bool appended = false);
     void index_handles() const;
     void exchange(change& entry, std::vector<replay>& replayed);
@@ -284,14 +299,14 @@ private:
 
     text_arena arena_;
     std::vector<step> steps_;
-    std::size_t done_ = 0;                // steps_[0, done_) are in effect
-    bool open_ = false;                   // the last step in effect takes further changes
-    std::unordered_set<record_id> noted_; // by that step
+    std::size_t done_ = 0;         // steps_[0, done_) are in effect
+    bool open_ = false;            // the last step in effect takes further changes
+    std::vector<record_id> noted_; // by that step, in the order of its changes
     std::string next_name_;
     std::vector<part> parts_;
     std::vector<record_id> journal_;
     std::unordered_map<record_id, std::string_view> kept_; // by the file, of implied records that it has
-    std::unordered_map<record_id, record_content> saved_;  // of records that changed since the file was read
+    std::deque<saved_state> saved_;                        // of records that changed since the file was read
 };
 
 } // namespace dxf
