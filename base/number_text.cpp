@@ -15,9 +15,11 @@ bool is_digit(char c) {
 
 // The number without the blanks around it and without its plus sign; empty when it does not begin as one.
 std::string_view bare_number(std::string_view text, bool may_begin_with_point) {
-    constexpr std::string_view blanks = " \t\r\n\v\f";
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-    text.remove_suffix(text.size() - (text.find_last_not_of(blanks) + 1));
+    const auto is_blank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+    while (!text.empty() && is_blank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && is_blank(text.back()))
+        text.remove_suffix(1);
     const bool has_sign = !text.empty() && (text[0] == '+' || text[0] == '-');
     if (text.size() <= has_sign ||
         (!is_digit(text[has_sign]) && !(may_begin_with_point && text[has_sign] == '.')))

@@ -5,6 +5,8 @@
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 
@@ -48,54 +50,73 @@ std::optional<double> leading_real(std::string_view text) {
     return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
-value_kind kind_of_code(int code) {
+namespace {
+
+constexpr value_kind find_kind(int code) {
     struct range {
         int first, last;
         value_kind kind;
     };
     // Source: the DXF reference's table of group code value types.
-    static constexpr range ranges[] = {{0, 4, value_kind::text},
-                                       {5, 5, value_kind::handle},
-                                       {6, 9, value_kind::text},
-                                       {10, 59, value_kind::real},
-                                       {60, 79, value_kind::small_integer},
-                                       {90, 99, value_kind::integer},
-                                       {100, 102, value_kind::text},
-                                       {105, 105, value_kind::handle},
-                                       {110, 149, value_kind::real},
-                                       {160, 169, value_kind::wide_integer},
-                                       {170, 179, value_kind::small_integer},
-                                       {210, 239, value_kind::real},
-                                       {270, 289, value_kind::small_integer},
-                                       {290, 299, value_kind::flag},
-                                       {300, 309, value_kind::text},
-                                       {310, 319, value_kind::binary},
-                                       {320, 369, value_kind::handle},
-                                       {370, 389, value_kind::small_integer},
-                                       {390, 399, value_kind::handle},
-                                       {400, 409, value_kind::small_integer},
-                                       {410, 419, value_kind::text},
-                                       {420, 429, value_kind::integer},
-                                       {430, 439, value_kind::text},
-                                       {440, 459, value_kind::integer},
-                                       {460, 469, value_kind::real},
-                                       {470, 479, value_kind::text},
-                                       {480, 481, value_kind::handle},
-                                       {999, 1003, value_kind::text},
-                                       {1004, 1004, value_kind::binary},
-                                       {1005, 1005, value_kind::handle},
-                                       {1006, 1009, value_kind::text},
-                                       {1010, 1059, value_kind::real},
-                                       {1060, 1070, value_kind::small_integer},
-                                       {1071, 1071, value_kind::integer}};
+    constexpr range ranges[] = {{0, 4, value_kind::text},
+                                {5, 5, value_kind::handle},
+                                {6, 9, value_kind::text},
+                                {10, 59, value_kind::real},
+                                {60, 79, value_kind::small_integer},
+                                {90, 99, value_kind::integer},
+                                {100, 102, value_kind::text},
+                                {105, 105, value_kind::handle},
+                                {110, 149, value_kind::real},
+                                {160, 169, value_kind::wide_integer},
+                                {170, 179, value_kind::small_integer},
+                                {210, 239, value_kind::real},
+                                {270, 289, value_kind::small_integer},
+                                {290, 299, value_kind::flag},
+                                {300, 309, value_kind::text},
+                                {310, 319, value_kind::binary},
+                                {320, 369, value_kind::handle},
+                                {370, 389, value_kind::small_integer},
+                                {390, 399, value_kind::handle},
+                                {400, 409, value_kind::small_integer},
+                                {410, 419, value_kind::text},
+                                {420, 429, value_kind::integer},
+                                {430, 439, value_kind::text},
+                                {440, 459, value_kind::integer},
+                                {460, 469, value_kind::real},
+                                {470, 479, value_kind::text},
+                                {480, 481, value_kind::handle},
+                                {999, 1003, value_kind::text},
+                                {1004, 1004, value_kind::binary},
+                                {1005, 1005, value_kind::handle},
+                                {1006, 1009, value_kind::text},
+                                {1010, 1059, value_kind::real},
+                                {1060, 1070, value_kind::small_integer},
+                                {1071, 1071, value_kind::integer}};
     for (const range& range : ranges)
         if (code >= range.first && code <= range.last)
             return range.kind;
     return value_kind::text;
 }
 
+constexpr auto kinds_of_codes = [] {
+    constexpr int highest_code = 1071;
+    std::array<value_kind, highest_code + 1> kinds{};
+    for (int code = 0; code <= highest_code; ++code)
+        kinds[static_cast<std::size_t>(code)] = find_kind(code);
+    return kinds;
+}();
+
+} // namespace
+
+value_kind kind_of_code(int code) {
+    const auto at = static_cast<std::size_t>(code); // below nought: far above all of them
+    return at < kinds_of_codes.size() ? kinds_of_codes[at] : value_kind::text;
+}
+
 void append_group(std::string& out, const group_style& style, int code, std::string_view value) {
-    const std::string digits = std::to_string(code);
+    char text[16];
+    const std::string_view digits(
+        text, static_cast<std::size_t>(std::to_chars(text, std::end(text), code).ptr - text));
     if (style.padded_codes && digits.size() < 3)
         out.append(3 - digits.size(), ' ');
     out += digits;
@@ -112,7 +133,8 @@ void append_group(std::string& out, const group_style& style, int code, std::str
 }
 
 group_list::group_list(std::string_view record) {
-    groups_.reserve(24);
+    constexpr std::size_t bytes_per_group = 12; // about as many as most have
+    groups_.reserve(record.size() / bytes_per_group + 8);
     group_reader reader(record);
     raw_group raw;
     while (reader.next(raw))
@@ -153,40 +175,58 @@ bool is_common(const group_place& place, int code) {
     return place.marker == common_marker && common_bit(code) != 0;
 }
 
-// The first group of a common code that is the entity's, from one on.
-std::size_t find_common(const std::vector<group>& groups, int code, std::size_t from = 0) {
-    if (std::none_of(groups.begin(), groups.end(), [code](const group& one) { return one.code == code; }))
-        return group_list::npos; // of most codes, so this is asked first
+// Calls `take(index)` for each common group that is the entity's.
+template<class Take>
+void for_common(const std::vector<group>& groups, Take take) {
     common_parts parts(groups.empty() ? std::string_view() : trimmed(groups.front().value));
     bool in_braces = false;
     for (std::size_t i = 0; i < groups.size(); ++i) {
-        const int here = groups[i].code;
-        if (here >= 1000 || here == 101)
+        const int code = groups[i].code;
+        if (code >= 1000 || code == 101)
             break;
-        if (here == 100)
+        if (code == 100)
             parts.begin(groups[i].value);
-        else if (here == 102)
+        else if (code == 102)
             in_braces = groups[i].value.find('{') != std::string_view::npos;
-        else if (here == code && i >= from && !in_braces && parts.holds(code))
-            return i;
+        else if (!in_braces && common_bit(code) != 0 && parts.holds(code))
+            take(i);
     }
-    return group_list::npos;
 }
 
 // Takes away all groups of a common code from one on. Whether there were any.
 bool remove_common(std::vector<group>& groups, int code, std::size_t from = 0) {
-    const std::size_t before = groups.size();
-    for (std::size_t at = find_common(groups, code, from); at != group_list::npos;
-         at = find_common(groups, code, at))
-        groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(at));
-    return groups.size() != before;
+    std::vector<std::size_t> found;
+    for_common(groups, [&](std::size_t i) {
+        if (groups[i].code == code && i >= from)
+            found.push_back(i);
+    });
+    for (auto at = found.rbegin(); at != found.rend(); ++at)
+        groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(*at));
+    return !found.empty();
 }
 
 } // namespace
 
+std::size_t group_list::find_common(int code) const {
+    const auto place_of = [this](int one) -> std::uint32_t& {
+        return common_[static_cast<std::size_t>(std::countr_zero(common_bit(one)))];
+    };
+    if (!common_is_known_) {
+        common_ = {};
+        for_common(groups_, [&](std::size_t i) {
+            std::uint32_t& place = place_of(groups_[i].code);
+            if (place == 0)
+                place = static_cast<std::uint32_t>(i) + 1;
+        });
+        common_is_known_ = true;
+    }
+    const std::uint32_t place = place_of(code);
+    return place == 0 ? npos : place - 1;
+}
+
 std::size_t group_list::find(const group_place& place, int code) const {
     if (is_common(place, code))
-        return find_common(groups_, code);
+        return find_common(code);
     const auto [first, last] = extent(place);
     bool in_braces = false;
     for (std::size_t i = first; i < last; ++i) {
@@ -241,7 +281,7 @@ std::size_t group_list::insertion_point(const group_place& place, int code) cons
 void group_list::put_new(std::size_t at, int code, std::string value) {
     own_.push_front(std::move(value));
     groups_.insert(groups_.begin() + static_cast<std::ptrdiff_t>(at), group{code, own_.front(), {}});
-    changed_ = true;
+    moved();
 }
 
 // Another value for a group that is there: its code line, its line ends and its columns stay as they are.
@@ -267,8 +307,8 @@ void group_list::set_text(const group_place& place, int code, std::string_view v
         return put_new(insertion_point(place, code), code, std::string(value));
     if (groups_[at].value != value)
         put_value(at, value);
-    if (is_common(place, code)) // who reads the last one must see the same
-        changed_ = remove_common(groups_, code, at + 1) || changed_;
+    if (is_common(place, code) && remove_common(groups_, code, at + 1)) // who reads the last one must see it
+        moved();
 }
 
 void group_list::set_integer(const group_place& place, int code, std::int64_t value) {
@@ -293,14 +333,15 @@ void group_list::set_real_at(std::size_t at, double value) {
 
 void group_list::remove(const group_place& place, int code) {
     if (is_common(place, code)) {
-        changed_ = remove_common(groups_, code) || changed_;
+        if (remove_common(groups_, code))
+            moved();
         return;
     }
     const std::size_t at = find(place, code);
     if (at == npos)
         return;
     groups_.erase(groups_.begin() + static_cast<std::ptrdiff_t>(at));
-    changed_ = true;
+    moved();
 }
 
 void group_list::splice(std::size_t first, std::size_t last, std::span<const fresh_group> groups) {
@@ -314,7 +355,13 @@ void group_list::splice(std::size_t first, std::size_t last, std::span<const fre
         added.push_back({fresh.code, own_.front(), {}});
     }
     groups_.insert(at, added.begin(), added.end());
-    changed_ = true;
+    moved();
+}
+
+void group_list::put_fresh(std::size_t at, std::string value) {
+    own_.push_front(std::move(value));
+    groups_[at] = {groups_[at].code, own_.front(), {}};
+    moved();
 }
 
 std::string group_list::write(const group_style& style) const {

@@ -6,8 +6,10 @@
 #pragma once
 
 #include "adesk.h"
+#include "host/dxf/common_groups.h"
 #include "host/dxf/group_reader.h"
 
+#include <array>
 #include <cstdint>
 #include <forward_list>
 #include <optional>
@@ -86,19 +88,29 @@ public:
         std::string value;
     };
     void splice(std::size_t first, std::size_t last, std::span<const fresh_group> groups);
+    // The same for one group and another of its code.
+    void put_fresh(std::size_t at, std::string value);
 
     // The record's text with all changes.
     std::string write(const group_style& style) const;
 
 private:
+    std::size_t find_common(int code) const;
     std::size_t insertion_point(const group_place& place, int code) const;
     void put_new(std::size_t at, int code, std::string value);
     void put_value(std::size_t at, std::string_view value);
+    void moved() {
+        changed_ = true;
+        common_is_known_ = false;
+    }
 
     std::vector<group> groups_;
     std::string_view rest_;              // behind the last whole group, in damaged files
     std::forward_list<std::string> own_; // values written anew; most lists have none
     bool changed_ = false;
+    // Where the first group of each common code stands, counted from 1; gathered when the first is asked for.
+    mutable std::array<std::uint32_t, std::size(common_codes)> common_{};
+    mutable bool common_is_known_ = false;
 };
 
 // The kinds of value that group codes have, by the ranges of the DXF reference.

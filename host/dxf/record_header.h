@@ -19,10 +19,12 @@ struct record_header {
 
 // `text` without blanks and tabs around it.
 inline std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t\r");
-    if (first == text.npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+    const auto is_blank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
+    while (!text.empty() && is_blank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && is_blank(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 // The number that hexadecimal digits stand for, blanks around them allowed; 0 when they are none.

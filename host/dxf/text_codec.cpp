@@ -141,7 +141,7 @@ text_codec::text_codec(int number) : number_(number) {
 
 std::wstring text_codec::decode(std::string_view bytes) const {
     std::wstring text = page_ != nullptr ? page_->decode(bytes) : base::widen(bytes);
-    if (text.find_first_of(L"\\^") != text.npos)
+    if (text.find(L'\\') != text.npos || text.find(L'^') != text.npos)
         return unescaped(text);
     return text;
 }

@@ -3,6 +3,7 @@
 #include "acutads.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdarg>
 #include <cwchar>
 #include <iterator>
@@ -73,12 +74,26 @@ constexpr range ranges[] = {
     {RTT, RTT, value_kind::none},
 };
 
-} // namespace
-
-value_kind kind_of(int type) {
+constexpr value_kind find_kind(int type) {
     const range* const found = std::lower_bound(std::begin(ranges), std::end(ranges), type,
                                                 [](const range& r, int t) { return r.last < t; });
     return found != std::end(ranges) && found->first <= type ? found->kind : value_kind::unknown;
+}
+
+// Those of the group codes of files, one by one: each value that is read or written asks for it.
+constexpr auto kinds_of_codes = [] {
+    constexpr int highest_code = 1071;
+    std::array<value_kind, highest_code + 1> kinds{};
+    for (int code = 0; code <= highest_code; ++code)
+        kinds[static_cast<std::size_t>(code)] = find_kind(code);
+    return kinds;
+}();
+
+} // namespace
+
+value_kind kind_of(int type) {
+    const auto code = static_cast<std::size_t>(type); // below nought: far above all of them
+    return code < kinds_of_codes.size() ? kinds_of_codes[code] : find_kind(type);
 }
 
 } // namespace rx
