@@ -35,10 +35,12 @@ std::unordered_set<const AcRxObject*> all_classes() {
 
 // Whether a marker begins what an application's class writes. The host's classes, and those of the big
 // program that nobody here knows, begin with the four letters; an application's may.
-bool is_application_marker(std::wstring_view marker) {
-    if (!marker.starts_with(L"AcDb"))
+bool is_application_marker(const AcDbImpObject& object, std::string_view marker) {
+    if (!marker.starts_with("AcDb"))
         return true;
-    const AcRxClass* const named = rx::runtime::instance().classes.find(std::wstring(marker).c_str());
+    if (marker == dxf::common_marker) // the most frequent one need not be looked up
+        return false;
+    const AcRxClass* const named = rx::runtime::instance().classes.find(object.decode(marker).c_str());
     return named != nullptr && !is_host_class(named);
 }
 
@@ -49,8 +51,8 @@ std::pair<std::size_t, std::size_t> own_sections(const AcDbImpObject& object) {
     while (last < groups.size() && groups[last].code < 1000)
         ++last;
     std::size_t first = 0;
-    while (first < last && (groups[first].code != 100 ||
-                            !is_application_marker(object.decode(dxf::trimmed(groups[first].value)))))
+    while (first < last &&
+           (groups[first].code != 100 || !is_application_marker(object, dxf::trimmed(groups[first].value))))
         ++first;
     return {first, last};
 }
@@ -80,7 +82,7 @@ bool same_value(const AcDbImpObject& object, const dxf::group& there,
 // Puts groups into the place of others, and leaves those alone that say the same: all of them one by one
 // where the codes are the same, else those at both ends.
 void put_groups(AcDbImpObject& object, std::size_t first, std::size_t last,
-                std::span<const dxf::group_list::fresh_group> fresh) {
+                std::span<dxf::group_list::fresh_group> fresh) {
     const auto& groups = object.groups().groups();
     const auto same = [&](std::size_t there, std::size_t i) {
         return same_value(object, groups[there], fresh[i]);
@@ -91,7 +93,7 @@ void put_groups(AcDbImpObject& object, std::size_t first, std::size_t last,
     if (same_codes) {
         for (std::size_t i = 0; i < fresh.size(); ++i)
             if (!same(first + i, i))
-                object.edit().splice(first + i, first + i + 1, fresh.subspan(i, 1));
+                object.edit().put_fresh(first + i, std::move(fresh[i].value));
         return;
     }
     while (first < last && !fresh.empty() && same(first, 0)) {
@@ -106,15 +108,15 @@ void put_groups(AcDbImpObject& object, std::size_t first, std::size_t last,
 }
 
 // What an object's class says; nothing when it fails, in whatever way: it is not ours.
-std::optional<std::vector<dxf::group_list::fresh_group>> own_groups(const AcDbObject& object) {
-    group_output output(object.imp());
+std::optional<std::vector<dxf::group_list::fresh_group>> own_groups(const AcDbObject& object,
+                                                                    group_output output) {
     try {
         if (object.dxfOutFields(&output) != Acad::eOk)
             return std::nullopt;
     } catch (...) {
         return std::nullopt;
     }
-    return output.groups();
+    return std::move(output).groups();
 }
 
 // Lets an object read; false when it does not want to.
@@ -215,7 +217,7 @@ bool read_own_sections(AcDbObject& object) {
 }
 
 bool write_own_sections(AcDbObject& object) {
-    const auto groups = own_groups(object);
+    auto groups = own_groups(object, group_output(object.imp(), own_sections(object.imp()).first));
     if (!groups)
         return false;
     const auto [first, last] = own_sections(object.imp());
@@ -281,7 +283,7 @@ std::string text_for_copy(const AcDbImpObject& object) {
 }
 
 void copy_own_fields(const AcDbObject& from, AcDbObject& to) {
-    if (const auto groups = own_groups(from); groups && !groups->empty()) {
+    if (const auto groups = own_groups(from, group_output(from.imp())); groups && !groups->empty()) {
         // Texts are in the encoding of the original's drawing, and handles name objects there.
         std::vector<dxf::group> filed;
         for (const auto& group : *groups)

@@ -6,6 +6,7 @@
 #include "dbid.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
+#include "host/db/record_text.h"
 #include "host/dxf/record_header.h"
 #include "host/rx/result_buffer.h"
 
@@ -35,23 +36,34 @@ ACHAR* text_copy(const std::wstring& text) {
     return copy;
 }
 
-std::string hexadecimal(std::uint64_t value) {
-    char digits[20];
-    std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(value));
-    return digits;
+// The groups of one application: [first, last).
+struct extent {
+    std::size_t first, last;
+};
+
+std::vector<extent> applications(const dxf::group_list& list) {
+    std::vector<extent> found;
+    const auto& groups = list.groups();
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        if (groups[i].code == application_code)
+            found.push_back({i, i + 1});
+        else if (groups[i].code > application_code - 2 && !found.empty())
+            found.back().last = i + 1;
+    }
+    return found;
 }
 
-void read_bytes(std::string_view digits, ads_binary& out) {
+} // namespace
+
+std::string bytes_of_digits(std::string_view digits) {
     std::string bytes;
     for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
         bytes += static_cast<char>(dxf::parse_handle(digits.substr(i, 2)));
-    out.clen = static_cast<short>(bytes.size());
-    out.buf = new char[bytes.size() + 1]; // acutRelRb frees it
-    std::memcpy(out.buf, bytes.data(), bytes.size());
+    return bytes;
 }
 
-void fill_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at,
-                resbuf& out) {
+void read_plain_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at,
+                      resbuf& out) {
     const dxf::group& group = groups[at];
     const auto real = [&](std::size_t i) { return dxf::leading_real(groups[i].value).value_or(0.0); };
     const auto whole = [&] { return base::parse_integer(group.value).value_or(0); };
@@ -81,35 +93,20 @@ void fill_value(const AcDbImpObject& object, std::span<const dxf::group> groups,
                     .asOldId();
         break;
     case rx::value_kind::text:
-        out.resval.rstring = text_copy(object.decode(group.value));
-        break;
     case rx::value_kind::binary:
-        read_bytes(dxf::trimmed(group.value), out.resval.rbinary);
-        break;
     case rx::value_kind::none:
     case rx::value_kind::unknown:
         break;
     }
 }
 
-// The groups of one application: [first, last).
-struct extent {
-    std::size_t first, last;
-};
-
-std::vector<extent> applications(const dxf::group_list& list) {
-    std::vector<extent> found;
-    const auto& groups = list.groups();
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-        if (groups[i].code == application_code)
-            found.push_back({i, i + 1});
-        else if (groups[i].code > application_code - 2 && !found.empty())
-            found.back().last = i + 1;
-    }
-    return found;
+std::size_t groups_of_value(std::span<const dxf::group> groups, std::size_t at) {
+    std::size_t taken = 1;
+    if (rx::kind_of(groups[at].code) == rx::value_kind::point3d)
+        while (taken < 3 && at + taken < groups.size() && is_coordinate(groups, at, taken))
+            ++taken;
+    return taken;
 }
-
-} // namespace
 
 std::size_t read_value(const AcDbImpObject& object, std::span<const dxf::group> groups, std::size_t at,
                        resbuf*& value) {
@@ -118,12 +115,18 @@ std::size_t read_value(const AcDbImpObject& object, std::span<const dxf::group> 
     if (kind == rx::value_kind::unknown || kind == rx::value_kind::none)
         return 1;
     value = acutNewRb(groups[at].code);
-    fill_value(object, groups, at, *value);
-    std::size_t taken = 1;
-    if (kind == rx::value_kind::point3d)
-        while (taken < 3 && at + taken < groups.size() && is_coordinate(groups, at, taken))
-            ++taken;
-    return taken;
+    if (kind == rx::value_kind::text) {
+        value->resval.rstring = text_copy(object.decode(groups[at].value));
+    } else if (kind == rx::value_kind::binary) {
+        const std::string bytes = bytes_of_digits(dxf::trimmed(groups[at].value));
+        ads_binary& binary = value->resval.rbinary;
+        binary.clen = static_cast<short>(bytes.size());
+        binary.buf = new char[bytes.size() + 1]; // acutRelRb frees it
+        std::memcpy(binary.buf, bytes.data(), bytes.size());
+    } else {
+        read_plain_value(object, groups, at, *value);
+    }
+    return groups_of_value(groups, at);
 }
 
 resbuf* chain_of(const AcDbImpObject& object, std::span<const dxf::group> groups) {
@@ -169,7 +172,7 @@ bool groups_of(const AcDbImpObject& object, const resbuf* chain, bool (*allowed)
         case rx::value_kind::name: {
             AcDbObjectId id;
             id.setFromOldId(chain->resval.rlname[0]);
-            groups.push_back({code, hexadecimal(id.handle())});
+            groups.push_back({code, handle_text(id.handle())});
             break;
         }
         case rx::value_kind::text:

@@ -1,11 +1,11 @@
 #include "host/db/group_filers.h"
 
-#include "acutmem.h"
 #include "adscodes.h"
 #include "base/number_text.h"
 #include "host/db/extended_data.h"
 #include "host/db/imp_database.h"
 #include "host/dxf/record_header.h"
+#include "host/rx/result_buffer.h"
 
 #include <cmath>
 #include <cstdio>
@@ -49,11 +49,6 @@ Acad::ErrorStatus group_output::dwgVersion(AcDb::AcDbDwgVersion& version,
     return version_of(object_, version, maintenance);
 }
 
-group_input::~group_input() {
-    for (resbuf* const value : given_)
-        acutRelRb(value);
-}
-
 int group_input::rewindFiler() {
     go_to(0);
     return RTNORM;
@@ -68,13 +63,26 @@ Acad::ErrorStatus group_input::readResBuf(resbuf* value) {
         return Acad::eInvalidInput;
     while (at_ < groups_.size() && groups_[at_].code < 1000) {
         last_ = at_;
-        resbuf* read = nullptr;
-        at_ += read_value(object_, groups_, at_, read);
-        if (read == nullptr)
-            continue; // no chain can hold it; the file does
-        given_.push_back(read);
-        *value = *read;
-        value->rbnext = nullptr;
+        at_ += groups_of_value(groups_, last_);
+        const dxf::group& first = groups_[last_];
+        *value = {};
+        value->restype = static_cast<short>(first.code);
+        switch (rx::kind_of(first.code)) {
+        case rx::value_kind::none:
+        case rx::value_kind::unknown:
+            continue; // no value; the file keeps it
+        case rx::value_kind::text:
+            value->resval.rstring = texts_.emplace_back(object_.decode(first.value)).data();
+            break;
+        case rx::value_kind::binary: {
+            std::string& bytes = bytes_.emplace_back(bytes_of_digits(dxf::trimmed(first.value)));
+            value->resval.rbinary = {static_cast<short>(bytes.size()), bytes.data()};
+            break;
+        }
+        default:
+            read_plain_value(object_, groups_, last_, *value);
+            break;
+        }
         return Acad::eOk;
     }
     last_ = at_;
@@ -112,6 +120,17 @@ Acad::ErrorStatus group_output::writeResBuf(const resbuf& value) {
     return groups_of(object_, &alone, allowed, groups_) ? Acad::eOk : setError(Acad::eInvalidResBuf);
 }
 
+std::string group_output::real_as_it_stands(int code, double value) const {
+    if (has_place_) {
+        const auto& groups = object_.groups().groups();
+        const std::size_t here = first_ + groups_.size();
+        if (here < groups.size() && groups[here].code == code &&
+            dxf::leading_real(groups[here].value) == value)
+            return std::string(groups[here].value);
+    }
+    return base::real_text(value);
+}
+
 Acad::ErrorStatus group_output::writeReals(AcDb::DxfCode code, std::initializer_list<double> values,
                                            int digits) {
     int at = code;
@@ -124,7 +143,7 @@ Acad::ErrorStatus group_output::writeReals(AcDb::DxfCode code, std::initializer_
             std::snprintf(text, sizeof text, "%.*f", wanted, value);
             groups_.push_back({at, text});
         } else {
-            groups_.push_back({at, base::real_text(value)});
+            groups_.push_back({at, real_as_it_stands(at, value)});
         }
         at += 10; // the next coordinate's
     }

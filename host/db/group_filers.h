@@ -4,7 +4,9 @@
 #include "dbfiler.h"
 #include "host/db/imp_object.h"
 
+#include <list>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace db {
@@ -15,7 +17,6 @@ public:
     // Both must outlive it.
     group_input(const AcDbImpObject& object, std::span<const dxf::group> groups)
         : object_(object), groups_(groups) {}
-    ~group_input() override;
 
     int rewindFiler() override;
     Acad::ErrorStatus filerStatus() const override { return m_status; }
@@ -40,13 +41,20 @@ private:
     std::span<const dxf::group> groups_;
     std::size_t at_ = 0;
     std::size_t last_ = 0;
-    std::vector<resbuf*> given_; // whose texts programs look on
+    std::list<std::wstring> texts_; // on which programs look
+    std::list<std::string> bytes_;
 };
 
 // Takes groups, their texts in the encoding of the object's drawing.
 class group_output : public AcDbDxfFiler {
 public:
     explicit group_output(const AcDbImpObject& object) : object_(object) {}
+    // A number that says what the object's group in its place says, from this group on, is written as it
+    // stands there.
+    group_output(const AcDbImpObject& object, std::size_t first)
+        : object_(object), first_(first), has_place_(true) {
+        groups_.reserve(object.groups().groups().size() - first + 1);
+    }
 
     int rewindFiler() override;
     Acad::ErrorStatus filerStatus() const override { return m_status; }
@@ -63,14 +71,19 @@ public:
     bool atExtendedData() override { return false; }
     Acad::ErrorStatus writeResBuf(const resbuf& value) override;
 
-    const std::vector<dxf::group_list::fresh_group>& groups() const { return groups_; }
+    const std::vector<dxf::group_list::fresh_group>& groups() const& { return groups_; }
+    std::vector<dxf::group_list::fresh_group> groups() && { return std::move(groups_); }
 
 protected:
     Acad::ErrorStatus writeReals(AcDb::DxfCode code, std::initializer_list<double> values,
                                  int precision) override;
 
 private:
+    std::string real_as_it_stands(int code, double value) const;
+
     const AcDbImpObject& object_;
+    std::size_t first_ = 0;
+    bool has_place_ = false;
     std::vector<dxf::group_list::fresh_group> groups_;
 };
 

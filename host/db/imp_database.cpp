@@ -272,6 +272,8 @@ Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, dxf::record_id reco
         return Acad::eOk;
     }
     std::unique_ptr<AcDbObject> made = make(type, record);
+    if (!write)
+        made->imp().forget(); // most is known of it without its groups
     made->imp().writing = write;
     made->imp().readers = write ? 0 : 1;
     made->imp().news.was_gone = records().gone(record);
@@ -296,7 +298,8 @@ std::unique_ptr<AcDbObject> AcDbImpDatabase::make(AcRxClass* type, dxf::record_i
     if (db::is_host_class(type))
         return made;
     const bool read = db::read_own_sections(*made);
-    imp.forget(); // reading changes nothing
+    if (imp.changed())
+        imp.forget(); // reading changes nothing
     return read ? std::move(made) : make(class_of_unread(record), record);
 }
 

@@ -5,7 +5,7 @@
 #include "host/db/imp_object.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -13,9 +13,12 @@ namespace db {
 
 // A handle as files write it.
 inline std::string handle_text(std::uint64_t handle) {
-    char digits[20];
-    std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(handle));
-    return digits;
+    char digits[16];
+    char* first = std::end(digits);
+    do
+        *--first = "0123456789ABCDEF"[handle & 0xF];
+    while ((handle >>= 4) != 0);
+    return {first, std::end(digits)};
 }
 
 class record_text {
