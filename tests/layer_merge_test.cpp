@@ -122,7 +122,7 @@ TEST(LayerMerge, TellsWhatItCanNotDoAndAsksBefore) {
         {"hbtc\nD\nA OK\nN\n说明\nY\n", {"合并图层", "删除图层 1 个。"}, true},
         {"hbtc\nD\nA CANCEL\n\n", {}, false},
         // A pipe names the layers of its label and its arrow.
-        {"hzgx\n给水\n100\n0,0\n5000,0\n\n" + merged("FLOW_给水,DIM_给水", "PIPE-给水"),
+        {"hzgx\n给水\n100\nN\n0,0\n5000,0\n\n" + merged("FLOW_给水,DIM_给水", "PIPE-给水"),
          {"删除图层 2 个。"},
          true},
     };
