@@ -53,7 +53,7 @@ outcome run(const std::string& drawing, const std::string& script, int status = 
     const std::string title = "\n维朗图层管理";
     for (std::size_t at = found.ran.out.find(title); at != std::string::npos;
          at = found.ran.out.find(title, at + 1))
-        found.bars.push_back(found.ran.out.substr(at + 1, found.ran.out.find("尾页", at) - at));
+        found.bars.push_back(found.ran.out.substr(at + 1, found.ran.out.find("Command:", at) - at));
     return found;
 }
 
