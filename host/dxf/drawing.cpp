@@ -444,6 +444,11 @@ bool drawing::write(const std::function<bool(std::string_view)>& put) const {
     if (std::string header = header_with_seed(); !header.empty())
         instead.emplace(parts_.header, std::move(header));
     count_classes(instead);
+    for (auto& [id, text] : instead) { // readers of groups look at 64 bytes behind a text
+        const std::size_t size = text.size();
+        text.resize(size + 64);
+        text.resize(size);
+    }
     const auto give = [&](std::string_view bytes) {
         return bytes.empty() || (form_ == line_form::feeds ? put(bytes) : put(exchanged(bytes)));
     };
