@@ -1,13 +1,16 @@
 // The text functions of tchar.h, AcString, and the status names.
 #include "acstring.h"
+#include "afx.h"
 #include "tchar.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cmath>
 #include <limits>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -129,6 +132,20 @@ TEST(AcString, does_what_names_need) {
     EXPECT_TRUE(AcString("\xE5\xB1\x82") == L"层");
     EXPECT_TRUE(AcString(static_cast<const ACHAR*>(nullptr)).isEmpty());
     EXPECT_TRUE((L"<" + s + L">").setEmpty().isEmpty());
+}
+
+// A text that turns into a pointer must not be ordered by its address.
+TEST(Texts, sort_by_what_they_say) {
+    std::vector<AcString> strings{L"c", L"a", L"", L"b"};
+    std::vector<CString> texts{L"c", L"a", L"", L"b"};
+    for (int turn = 0; turn < 4; ++turn) {
+        std::ranges::rotate(strings, strings.begin() + turn);
+        std::ranges::sort(strings);
+        EXPECT_EQ(strings, (std::vector<AcString>{L"", L"a", L"b", L"c"}));
+        std::ranges::rotate(texts, texts.begin() + turn);
+        std::ranges::sort(texts);
+        EXPECT_EQ(texts, (std::vector<CString>{L"", L"a", L"b", L"c"}));
+    }
 }
 
 TEST(ErrorStatus, has_a_name_and_the_known_number) {

@@ -75,6 +75,8 @@ public:
         return a.m_text <=> b.m_text;
     }
     friend std::strong_ordering operator<=>(const AcString& a, const ACHAR* b) { return a.compare(b) <=> 0; }
+    // Without it std::ranges::less would compare the addresses that the texts turn into.
+    friend bool operator<(const AcString& a, const AcString& b) { return a.m_text < b.m_text; }
 
 private:
     std::wstring m_text;

@@ -135,6 +135,8 @@ public:
         return a.m_text <=> b.m_text;
     }
     friend std::strong_ordering operator<=>(const CString& a, LPCWSTR b) { return a.Compare(b) <=> 0; }
+    // Without it std::ranges::less would compare the addresses that the texts turn into.
+    friend bool operator<(const CString& a, const CString& b) { return a.m_text < b.m_text; }
 
 private:
     template<typename Argument>
