@@ -4,6 +4,7 @@
 #include "acutmem.h"
 #include "clients/CurrentSpace.h"
 #include "clients/NewPipe.h"
+#include "clients/Questions.h"
 #include "dbents.h"
 #include "dbobjptr.h"
 #include "dbpl.h"
@@ -116,21 +117,14 @@ bool AskForDn(int& dn) {
     return given == RTNORM || given == RTNONE;
 }
 
-bool AskForElevation(LPCTSTR what, double& elevation) {
-    CString prompt;
-    prompt.Format(L"\n请输入立管%s(m)<%.3f>:", what, elevation);
-    acedInitGet(0, nullptr);
-    const int given = acedGetReal(prompt, &elevation);
-    return given == RTNORM || given == RTNONE;
-}
-
 bool AskForMissing(const std::vector<Found>& lines) {
     const auto any = [&lines](auto holds) { return std::ranges::any_of(lines, holds); };
     if (any([](const Found& one) { return one.m_kind.m_dn == 0; }) && !AskForDn(g_last.m_dn))
         return false;
     if (!any([](const Found& one) { return one.m_isRiser; }))
         return true;
-    if (!AskForElevation(L"底标高", g_last.m_bottom) || !AskForElevation(L"顶标高", g_last.m_top))
+    if (!AskForElevation(L"请输入立管底标高", g_last.m_bottom) ||
+        !AskForElevation(L"请输入立管顶标高", g_last.m_top))
         return false;
     if (std::fabs(g_last.m_top - g_last.m_bottom) * metre >= CJoints::nearBy)
         return true;

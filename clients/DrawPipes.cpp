@@ -90,15 +90,6 @@ bool AskForPipe() {
     return true;
 }
 
-// An elevation in metres, the one that it has when nothing is given. False when that was ended.
-bool AskForElevation(LPCTSTR what, double& elevation) {
-    CString prompt;
-    prompt.Format(L"\n请输入%s(m)<%.3f>:", what, elevation);
-    acedInitGet(0, nullptr);
-    const int given = acedGetReal(prompt, &elevation);
-    return given == RTNORM || given == RTNONE;
-}
-
 // A point of the world; nothing when the asking was ended.
 std::optional<AcGePoint3d> AskForPoint(LPCTSTR prompt, const std::optional<AcGePoint3d>& base) {
     const AcGePoint3d from = base ? ToUser(*base) : AcGePoint3d();
@@ -143,11 +134,11 @@ void DrawPipes() {
 }
 
 void DrawRisers() {
-    if (!AskForPipe() || !AskForElevation(L"底标高", g_last.m_bottom))
+    if (!AskForPipe() || !AskForElevation(L"请输入底标高", g_last.m_bottom))
         return;
     const auto isLevel = [] { return std::fabs(g_last.m_top - g_last.m_bottom) * metre < CJoints::nearBy; };
     do {
-        if (!AskForElevation(L"顶标高", g_last.m_top))
+        if (!AskForElevation(L"请输入顶标高", g_last.m_top))
             return;
         if (isLevel())
             acutPrintf(L"\n顶标高与底标高相同，请重新指定！");

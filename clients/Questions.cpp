@@ -13,3 +13,11 @@ bool AskYesNo(LPCTSTR prompt, bool& answer) {
     answer = keyword[0] == L'Y';
     return true;
 }
+
+bool AskForElevation(LPCTSTR prompt, double& elevation) {
+    CString whole;
+    whole.Format(L"\n%s(m)<%.3f>:", prompt, elevation);
+    acedInitGet(0, nullptr);
+    const int given = acedGetReal(whole, &elevation);
+    return given == RTNORM || given == RTNONE;
+}
