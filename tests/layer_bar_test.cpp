@@ -116,6 +116,12 @@ TEST(LayerBar, ButtonsDoWhatTheySay) {
              {"\nOTHER\n1000\nwall\n", "\nOTHER\n1000\nroom\n", "\nOTHER\n1000\npump\n"})
             EXPECT_NE(found.saved.find(data), std::string::npos) << row.buttons << data;
     }
+    // A family without layers: nothing happens, and why is said.
+    const std::string bare = test::drawing("picks.dxf").string();
+    const outcome none = run(bare, "tckz\nBAR 2031\nBAR 2035\n");
+    EXPECT_NE(none.ran.out.find("本图中没有建筑图层！\n显示建筑层: 开\n"), std::string::npos) << none.ran.out;
+    EXPECT_NE(none.ran.out.find("本图中没有给排水图层！"), std::string::npos) << none.ran.out;
+    EXPECT_EQ(none.saved, test::read(bare));
 }
 
 // A press that is taken back leaves no trace, nor does the bar that is only looked at.

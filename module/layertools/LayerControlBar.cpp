@@ -295,8 +295,13 @@ void CLayerControlBar::PressToggle(std::size_t number) {
     CBarReading reading(m_systems);
     const bool set = !reading.IsSet(toggle.bit);
     if (toggle.layers) {
-        SetLayers(reading.GetFamilies().GetLayers(toggle.family), *toggle.layers,
-                  WantedOf(*toggle.layers, set));
+        const std::vector<AcDbObjectId> layers = reading.GetFamilies().GetLayers(toggle.family);
+        if (layers.empty()) {
+            acutPrintf(L"\n本图中没有%s图层！\n",
+                       toggle.family == LayerFamily::Architecture ? L"建筑" : L"给排水");
+            return;
+        }
+        SetLayers(layers, *toggle.layers, WantedOf(*toggle.layers, set));
         RegenerateDisplay();
     } else if (ShowFamily(reading.GetFamilies(), toggle.bit, set)) {
         reading.SetEntityToggle(toggle.bit, set);
