@@ -4,7 +4,7 @@
 #include "dbsymtb.h"
 #include "host/rx/applications.h"
 #include "tests/ed_session.h"
-#include "tests/support.h"
+#include "tests/layer_support.h"
 #include "ui/presenter.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,9 @@
 
 namespace {
 
-using texts = std::vector<std::string>;
+using test::says;
+using test::Sessions;
+using test::texts;
 
 // A drawing as "CODE VALUE|CODE VALUE|", without padding.
 std::string flat(const std::string& drawing) {
@@ -67,33 +69,6 @@ std::string replaced(std::string text, const replacements& all) {
 // transparency.
 std::string colored_drawing() {
     return test::read(test::drawing("layer_colors.dxf"));
-}
-
-// Sessions one after the other on one drawing and with one profile.
-class Sessions {
-public:
-    explicit Sessions(const std::string& drawing) : saved(drawing) {}
-
-    // Runs a script on what was saved last, without what the host keeps for the way back.
-    test::run_result run(const std::string& script, int status = 0) {
-        const std::filesystem::path in = folder_.write("in.dxf", saved);
-        const test::run_result ran = test::zefhost(
-            {in.string(), "-o", (folder_ / "out.dxf").string(), "--profile", (folder_ / "profile").string()},
-            "LAYERPMODE OFF\n" + script);
-        EXPECT_EQ(ran.status, status) << script << ran.out << ran.err;
-        if (status == 0)
-            saved = test::read(folder_ / "out.dxf");
-        return ran;
-    }
-
-    std::string saved;
-
-private:
-    const test::folder folder_;
-};
-
-bool says(const test::run_result& ran, std::string_view text) {
-    return ran.out.find(text) != std::string::npos;
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 namespace {
 
 using test::picks;
+using test::says;
 using test::texts;
 
 constexpr const char* bar = "tckz\nBAR 给水管线\n";
@@ -37,20 +38,11 @@ std::string drawing_of_others() {
     return text;
 }
 
-// One drafter, one profile: sessions one after the other on what was saved last.
-class Drafter {
+// One drafter, who works on and on.
+class Drafter : public test::Sessions {
 public:
-    Drafter() { folder_.write("plan.dxf", test::read(test::drawing("layer_tools/plan.dxf"))); }
-
-    test::run_result run(const std::string& script, int status = 0) {
-        const std::filesystem::path in = folder_.write("in.dxf", saved);
-        const test::run_result ran = test::zefhost(
-            {in.string(), "-o", (folder_ / "out.dxf").string(), "--profile", (folder_ / "profile").string()},
-            "LAYERPMODE OFF\n" + script);
-        EXPECT_EQ(ran.status, status) << script << ran.out << ran.err;
-        if (status == 0)
-            saved = test::read(folder_ / "out.dxf");
-        return ran;
+    Drafter() : Sessions(drawing_of_others()) {
+        folder_.write("plan.dxf", test::read(test::drawing("layer_tools/plan.dxf")));
     }
 
     // What differs from the drawing as it was at first: the common groups, marks, and what came.
@@ -74,20 +66,12 @@ public:
         return found;
     }
 
-    std::string saved = drawing_of_others();
-
 private:
     static std::string plain(const std::string& bytes) {
         const test::folder scratch;
         return test::read_drawing(scratch.write("plain.dxf", bytes));
     }
-
-    const test::folder folder_;
 };
-
-bool says(const test::run_result& ran, std::string_view text) {
-    return ran.out.find(text) != std::string::npos;
-}
 
 bool holds(const texts& all, const std::string& one) {
     return std::find(all.begin(), all.end(), one) != all.end();

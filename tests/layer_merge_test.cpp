@@ -6,15 +6,12 @@
 namespace {
 
 using test::picks;
+using test::says;
 using test::texts;
 
 constexpr const char* askSources = "\n请选择要合并图层上的图元[层名(N)/列表(D)/锁定图层也合并(L)]<退出>:";
 constexpr const char* askTarget = "\n请选择目标图层上的图元[层名(N)]<退出>:";
 constexpr const char* askConfirm = "\n是否继续[是(Y)/否(N)]<N>:";
-
-bool says(const test::run_result& ran, std::string_view text) {
-    return ran.out.find(text) != std::string::npos;
-}
 
 // The merge of these layers by name, up to its preview; and confirmed.
 std::string named(const std::string& names, const std::string& target, const std::string& first = "") {

@@ -10,6 +10,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -88,6 +89,33 @@ struct layer_outcome {
     run_result ran;
     texts changed;
 };
+
+// Sessions one after the other on what was saved last, with one profile.
+class Sessions {
+public:
+    explicit Sessions(std::string drawing) : saved(std::move(drawing)) {}
+
+    // Runs a script, without what the host keeps for the way back.
+    run_result run(const std::string& script, int status = 0) {
+        const std::filesystem::path in = folder_.write("in.dxf", saved);
+        const run_result ran = zefhost(
+            {in.string(), "-o", (folder_ / "out.dxf").string(), "--profile", (folder_ / "profile").string()},
+            "LAYERPMODE OFF\n" + script);
+        EXPECT_EQ(ran.status, status) << script << ran.out << ran.err;
+        if (status == 0)
+            saved = read(folder_ / "out.dxf");
+        return ran;
+    }
+
+    std::string saved;
+
+protected:
+    const folder folder_;
+};
+
+inline bool says(const run_result& ran, std::string_view text) {
+    return ran.out.find(text) != std::string::npos;
+}
 
 // Runs a script on a drawing, without what the host keeps for the way back. It must end well.
 inline layer_outcome run_on_layers(const std::filesystem::path& original, const std::string& script,
