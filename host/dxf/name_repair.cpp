@@ -3,7 +3,8 @@
 #include "base/case_fold.h"
 #include "host/dxf/record_header.h"
 
-#include <algorithm>
+#include <string>
+#include <unordered_set>
 
 namespace dxf {
 
@@ -14,17 +15,18 @@ void repair_names(record_table& records, const drawing_parts& parts, const drawi
         return id != no_record && records.kind(id) == record_kind::entry &&
                records.type(id) == type_block_record;
     };
-    const auto is_taken = [&](std::string_view name) {
-        const std::wstring wanted = manner.codec.decode(name);
-        for (record_id id = 0; id < records.size(); ++id)
-            if (is_record(id) && base::equal_no_case(manner.codec.decode(name_of(id)), wanted))
-                return true;
-        return false;
+    std::unordered_set<std::wstring> taken; // gathered at the first name that is lost
+    const auto take = [&](std::string_view name) {
+        if (taken.empty())
+            for (record_id id = 0; id < records.size(); ++id)
+                if (is_record(id))
+                    taken.insert(base::folded(manner.codec.decode(name_of(id))));
+        return taken.insert(base::folded(manner.codec.decode(name))).second;
     };
     for (const record_id block : parts.block_begins) {
         const record_id record = records.find(records.owner_handle(block));
         const std::string name(name_of(block));
-        if (!is_record(record) || !name_of(record).empty() || name.empty() || is_taken(name))
+        if (!is_record(record) || !name_of(record).empty() || name.empty() || !take(name))
             continue;
         group_list groups(records.text(record));
         groups.set_text({"AcDbBlockTableRecord"}, 2, name);
