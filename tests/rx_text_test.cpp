@@ -139,10 +139,10 @@ TEST(Texts, sort_by_what_they_say) {
     std::vector<AcString> strings{L"c", L"a", L"", L"b"};
     std::vector<CString> texts{L"c", L"a", L"", L"b"};
     for (int turn = 0; turn < 4; ++turn) {
-        std::ranges::rotate(strings, strings.begin() + turn);
+        std::rotate(strings.begin(), strings.begin() + turn, strings.end());
         std::ranges::sort(strings);
         EXPECT_EQ(strings, (std::vector<AcString>{L"", L"a", L"b", L"c"}));
-        std::ranges::rotate(texts, texts.begin() + turn);
+        std::rotate(texts.begin(), texts.begin() + turn, texts.end());
         std::ranges::sort(texts);
         EXPECT_EQ(texts, (std::vector<CString>{L"", L"a", L"b", L"c"}));
     }
