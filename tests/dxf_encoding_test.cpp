@@ -132,7 +132,27 @@ TEST(DxfEncoding, LittleTextIsReadAsTheHeaderSays) {
           row{"AC1009", "", "ABC\xC4\xDC\xD6\\U+03B1", L"ABCÄÜÖα"},
           row{"AC1015", "ANSI_1251", "\xC8\xE3\xEE\xF0\xFC", L"Игорь"},
           row{"AC1032", "ANSI_936", "caf\xC3\xA9\n\xE9", L"café\n\xDCE9"}, // one bad byte
-          row{"AC1015", "gb2312", "\xB8\xF8\xFF", L"给\xDCFF"}}) {
+          row{"AC1015", "gb2312", "\xB8\xF8\xFF", L"给\xDCFF"},
+          // Where programs for DOS may have written, one word or sign tells.
+          row{"AC1009", "",
+              "K\x81"
+              "che",
+              L"Küche"},
+          row{"AC1009", "",
+              "K\xFC"
+              "che",
+              L"Küche"},
+          row{"AC1009", "", "H\x94he", L"Höhe"}, row{"AC1009", "", "H\xF6he", L"Höhe"},
+          row{"AC1009", "", "45\xF8", L"45°"}, row{"AC1015", "", "45\xF8", L"45ø"},
+          row{"AC1009", "", "\xF8 100", L"ø 100"}, row{"AC1009", "", "\xF8 25", L"ø 25"},
+          row{"AC1009", "",
+              "\xF1"
+              "0.00",
+              L"±0.00"},
+          row{"AC1009", "",
+              "\xB1"
+              "0.00",
+              L"±0.00"}}) {
         const auto drawing = test::opened(drawing_of(row.version, row.page, row.bytes));
         ASSERT_NE(drawing, nullptr);
         EXPECT_TRUE(texts_of(*drawing) == row.text)

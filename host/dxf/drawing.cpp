@@ -6,6 +6,7 @@
 #include "host/dxf/name_repair.h"
 #include "host/dxf/record_header.h"
 #include "host/dxf/record_repair.h"
+#include "host/dxf/sealed_groups.h"
 #include "host/dxf/space_repair.h"
 #include "sys/atomic_file.h"
 #include "sys/folders.h"
@@ -83,35 +84,6 @@ group_style style_of(std::string_view bytes, const record_table& records) {
     style.long_columns = longs.value_or(style.short_columns == editors.short_columns ? editors.long_columns
                                                                                      : style.short_columns);
     return style;
-}
-
-// Groups whose bytes are no text that anybody reads: what solids are made of is written disguised, in groups
-// 1 and 3.
-std::vector<std::string_view> sealed_groups(const record_table& records) {
-    constexpr std::string_view marker = "AcDbModelerGeometry";
-    constexpr std::string_view old_types[] = {"3DSOLID", "BODY", "REGION"}; // without markers
-    std::vector<bool> is_modeler(records.type_names().size());
-    for (std::uint32_t type = 0; type < is_modeler.size(); ++type) {
-        const std::string_view name = records.type_names()[type];
-        is_modeler[type] = name.ends_with("SURFACE") ||
-                           std::find(std::begin(old_types), std::end(old_types), name) != std::end(old_types);
-    }
-    std::vector<std::string_view> sealed;
-    for (record_id id = 0; id < records.size(); ++id) {
-        if (!is_modeler[records.type(id)])
-            continue;
-        const std::string_view record = records.text(id);
-        const bool marked = record.find(marker) != record.npos;
-        bool behind = !marked;
-        group_reader groups(record);
-        raw_group group;
-        while (groups.next(group)) {
-            behind = behind || (group.code == 100 && trimmed(group.value) == marker);
-            if (behind && (group.code == 1 || group.code == 3))
-                sealed.emplace_back(group.begin, static_cast<std::size_t>(group.end - group.begin));
-        }
-    }
-    return sealed;
 }
 
 } // namespace
@@ -298,6 +270,7 @@ void drawing::take(const placed_repairs& repairs) {
 // Which encoding the text is in: the one that was asked for, or what the bytes and the header tell.
 void drawing::take_encoding(int encoding) {
     constexpr int first_in_utf8 = 1021; // R2007
+    constexpr int last_of_dos = 1009;   // R12; what names no version is as old
     const auto page = header_value("$DWGCODEPAGE");
     const int named = version_ >= first_in_utf8 ? utf8_page : encoding_number(page.value_or(""));
     const int usual = named != 0 ? named : 1252;
@@ -305,7 +278,8 @@ void drawing::take_encoding(int encoding) {
         codec_ = text_codec(encoding != 0 ? encoding : usual);
         return;
     }
-    const int guess = guess_encoding(lines_with_high_bytes(text_, sealed_groups(*records_)), named);
+    const int guess = guess_encoding(lines_with_high_bytes(text_, sealed_groups(*records_)), named,
+                                     version_ <= last_of_dos);
     codec_ = text_codec(guess);
     if (guess == usual || (named == 0 && guess == utf8_page))
         return;

@@ -47,7 +47,8 @@ constexpr double symbol = 9;
 constexpr double of_four_bytes = 24; // hardly any other encoding makes them by chance
 constexpr double lonely = 5;         // a letter of a script that has hardly a word of one letter
 constexpr int dos_page = 437;        // whose Greek letters are signs: alpha, phi for a diameter
-constexpr double behind_digit = 5;   // a letter there; units and signs stand there
+constexpr double at_digit = 5;       // a letter beside one; units and signs stand there
+constexpr double misplaced = 6;      // a sign in the middle of a word, a degree sign behind no digit
 
 // Frequent characters of each script, most frequent first as far as it matters; those of drawings among them.
 constexpr std::wstring_view symbols = L"°±²³µ×Øø§·½¼«»–—’“”…№™®©‰≥≤≈√∞";
@@ -134,10 +135,9 @@ public:
                 if (letters == 1 && model_.kind == script::own)
                     total += lonely;
                 letters = 0;
-                const unsigned folded = byte | 0x20u;
-                last = folded >= 'a' && folded <= 'z' ? before::ascii_letter
-                       : byte >= '0' && byte <= '9'   ? before::digit
-                                                      : before::other;
+                last = begins_with_letter(sample.substr(i))  ? before::ascii_letter
+                       : begins_with_digit(sample.substr(i)) ? before::digit
+                                                             : before::other;
                 total += ascii;
                 ++i;
                 // Before and behind an escape stand letters, not digits.
@@ -152,6 +152,10 @@ public:
             const std::wstring decoded = page_.decode(sample.substr(i, length));
             const auto c = decoded.empty() ? U'\0' : static_cast<char32_t>(decoded[0]);
             i += length;
+            const std::string_view rest = sample.substr(i);
+            const std::string_view behind_blank = rest.substr(rest.starts_with(' ') ? 1 : 0);
+            const bool in_word =
+                last == before::ascii_letter && begins_with_letter(sample.substr(i - length + 1));
             if (base::is_escaped_byte(c)) {
                 total += undecodable;
                 last = before::other;
@@ -159,11 +163,15 @@ public:
                 total += length == 4   ? of_four_bytes
                          : length == 2 ? pair_cost(c, byte, static_cast<unsigned char>(sample[i - 1]))
                                        : symbol;
+                total += in_word ? misplaced : 0; // the second byte of two may be a letter there, too
                 last = before::other;
             } else if (!is_letter(c) || (model_.number == dos_page && c >= 0x370 && c < 0x400)) {
                 total +=
                     is_letter(c) || symbols.find(static_cast<wchar_t>(c)) != symbols.npos ? symbol : rare;
+                total += (in_word && c != U'’') || (c == U'°' && last != before::digit) ? misplaced : 0;
                 last = before::other;
+            } else if ((c == U'ø' || c == U'Ø') && begins_with_digit(behind_blank) && last == before::other) {
+                total += ascii; // a diameter
             } else {
                 const bool is_upper = base::fold_code_point(c) != c;
                 total += letter_cost(c) + (model_.kind == script::own
@@ -174,8 +182,10 @@ public:
                                                   : last == before::ascii_letter                       ? 2.5
                                                                                  : 4.0));
                 letters += last == before::ascii_letter ? 2 : 1;
-                if (last == before::digit)
-                    total += behind_digit;
+                // A letter alone before a number is no word, but for the preposition à.
+                const bool alone = letters == 1 && model_.kind == script::latin;
+                if (last == before::digit || (alone && begins_with_digit(c == U'à' ? rest : behind_blank)))
+                    total += at_digit;
                 // Capitals stand at the beginning or among capitals.
                 if (is_upper && last == before::high_letter)
                     total += 4;
@@ -186,6 +196,14 @@ public:
     }
 
 private:
+    static bool begins_with_letter(std::string_view text) {
+        const unsigned folded = text.empty() ? 0u : static_cast<unsigned char>(text.front()) | 0x20u;
+        return folded >= 'a' && folded <= 'z';
+    }
+    static bool begins_with_digit(std::string_view text) {
+        return !text.empty() && text.front() >= '0' && text.front() <= '9';
+    }
+
     // How many bytes the character there takes.
     std::size_t length_at(std::string_view sample, std::size_t at) const {
         const auto is_one = [&](std::size_t bytes) {
@@ -302,24 +320,29 @@ std::string lines_with_high_bytes(std::string_view drawing, const std::vector<st
     return sample;
 }
 
-int guess_encoding(std::string_view sample, int named) {
+int guess_encoding(std::string_view sample, int named, bool may_be_dos) {
     if (base::is_utf8(sample) && has_long_characters(sample))
         return utf8_page;
     constexpr double clearly = 15; // bits
     constexpr double unnamed = 8;  // by which what most programs write is preferred
-    const int first = named != 0 ? named : 1252;
+    const int first = named != 0 ? named : may_be_dos ? dos_page : 1252;
+    const auto cost = [&](int number) {
+        const bool usual = named == 0 && (number == first || number == 1252);
+        return cost_in(number, sample) - (usual ? unnamed : number == first ? clearly : 0);
+    };
     int best = first;
-    double least = cost_in(first, sample) - (named != 0 ? clearly : unnamed);
+    double least = cost(first);
     const auto consider = [&](int number) {
-        const double cost = number == first ? least : cost_in(number, sample);
-        if (cost < least) {
-            least = cost;
+        const double other = cost(number);
+        if (other < least) {
+            least = other;
             best = number;
         }
     };
     consider(utf8_page);
     for (const encoding_model& model : models)
-        consider(model.number);
+        if (model.number != first)
+            consider(model.number);
     return best;
 }
 

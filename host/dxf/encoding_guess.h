@@ -19,8 +19,10 @@ ACDB_PORT std::string lines_with_high_bytes(std::string_view drawing,
                                             const std::vector<std::string_view>& sealed = {});
 
 // The number of the code page, or utf8_page, that `sample` is in most likely. `named` is the one that the
-// drawing names, 0 when it names none: it is right unless the bytes speak clearly against it.
-ACDB_PORT int guess_encoding(std::string_view sample, int named);
+// drawing names, 0 when it names none: it is right unless the bytes speak clearly against it. When none is
+// named `may_be_dos` tells that the drawing is as old as programs for DOS; of others code page 1252 is the
+// most likely.
+ACDB_PORT int guess_encoding(std::string_view sample, int named, bool may_be_dos);
 
 // How an encoding is called: "UTF-8", "GBK (code page 936)", "code page 857".
 ACDB_PORT std::wstring encoding_name(int number);
