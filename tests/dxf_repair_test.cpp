@@ -264,6 +264,23 @@ TEST(DxfRepair, LinesThatLostTheirCodes) {
               "repair 1: line 7: the value of group 1 is missing: read as 'AC1009'\n",
               "- |+ AC1009",
               {}},
+             // A table without entries is one that the drawing lacks.
+             {groups("0 SECTION|2 TABLES|0 TABLE|2 VIEW|70 0|0 ENDTAB|0 TABLE|2 |70 0|0 ENDTAB|0 ENDSEC|"
+                     "0 SECTION|2 ENTITIES|0 LINE|8 0|0 ENDSEC|0 EOF"),
+              "repair 1: line 15: the value of group 2 is missing: read as 'UCS'\n",
+              "- |+ UCS",
+              {}},
+             // What follows a reference tells that something does.
+             {drawing("0\nINSERT\n8\nB\n\n1\n2\nDOOR\n10\n1.5\n20\n2."
+                      "5\n0\nATTRIB\n8\nB\n1\nw\n0\nSEQEND\n8\nB\n"),
+              "repair 1: line 13: the number '1' has a blank line for its group code: read as group 66\n",
+              "- |+ 66",
+              {}},
+             {drawing(
+                  "0\nINSERT\n8\nB\n66\n2\nDOOR\n10\n1.5\n20\n2.5\n0\nATTRIB\n8\nB\n1\nw\n0\nSEQEND\n8\nB\n"),
+              "repair 1: line 13: the value of group 66 is missing: read as '1'\n",
+              "+ 1",
+              {}},
              // Parts tell what they are parts of.
              {drawing("0\n\n8\nB\n66\n1\n0\nVERTEX\n8\nB\n10\n1.5\n20\n2.5\n0\nSEQEND\n8\nB\n"),
               "repair 1: line 9: the value of group 0 is missing: read as 'POLYLINE'\n",

@@ -49,8 +49,9 @@ bool looks_like_type(std::string_view text) {
 
 constexpr std::string_view sections[] = {"HEADER",   "CLASSES", "TABLES",   "BLOCKS",
                                          "ENTITIES", "OBJECTS", "ACDSDATA", "THUMBNAILIMAGE"};
-constexpr std::string_view tables[] = {"VPORT", "LTYPE", "LAYER",    "STYLE",       "VIEW",
-                                       "UCS",   "APPID", "DIMSTYLE", "BLOCK_RECORD"};
+// Those first that are empty in most drawings.
+constexpr std::string_view tables[] = {"VIEW",  "UCS",   "VPORT",        "DIMSTYLE", "APPID",
+                                       "STYLE", "LTYPE", "BLOCK_RECORD", "LAYER"};
 
 } // namespace
 
@@ -114,6 +115,8 @@ line_manner::line_manner(const record_table& records, const std::vector<record_i
             continue;
         const std::string_view text = records.text(id);
         learn(text, false);
+        if (kind == record_kind::table)
+            tables_.insert(value_of(text, 2));
         const std::size_t feed = text.find('\n');
         style_.line_end = feed != text.npos && feed > 0 && text[feed - 1] == '\r' ? "\r\n" : "\n";
         group_reader groups(text);
@@ -220,6 +223,12 @@ line_manner::place line_manner::behind(const place& before, int code, std::strin
     return at;
 }
 
+std::string_view line_manner::lacking_table() const {
+    const auto found = std::find_if(std::begin(tables), std::end(tables),
+                                    [this](std::string_view name) { return !tables_.contains(name); });
+    return found != std::end(tables) ? *found : tables[0];
+}
+
 bool line_manner::names_part(const place& before, int code) const {
     const std::string_view type = types_[before.type];
     return (code == 2 && ((before.code == 0 && (type == "SECTION" || type == "TABLE")) || type == "BLOCK")) ||
@@ -295,6 +304,9 @@ double line_manner::surprise(const place& before, int code, std::string_view val
             return 5;
         return next->second.times(static_cast<int>(found->second)) != 0 ? 0 : 12;
     }
+    case 66: // flags in all that is known
+    case 67:
+        return text == "0" || text == "1" ? 0 : strange;
     case 102:
         return text.starts_with('{') || text == "}" ? 0 : 8;
     case 1002:

@@ -80,6 +80,8 @@ public:
     std::uint32_t type_number(std::string_view name) const;
     // Whether groups stand behind markers, as from R13 on.
     bool has_markers() const { return markers_.size() > 1; }
+    // The table that no sound record names; of several the one that is most likely an empty one.
+    std::string_view lacking_table() const;
     // Whether a sound record says a text that may hold lines: it is more than a further line of one.
     bool says(std::string_view text) const { return texts_.contains(text); }
     // Whether a group names the section, table or block that it stands in, or a variable of the header.
@@ -117,8 +119,9 @@ private:
     followers anywhere_;
     std::unordered_map<std::uint64_t, followers> next_markers_; // numbers of markers, by type and marker
     std::unordered_map<std::uint32_t, followers> next_types_;
-    std::unordered_set<std::string_view> names_; // values of codes that name things
-    std::unordered_set<std::string_view> texts_; // and of those that may hold lines
+    std::unordered_set<std::string_view> names_;  // values of codes that name things
+    std::unordered_set<std::string_view> tables_; // names of tables
+    std::unordered_set<std::string_view> texts_;  // and of those that may hold lines
     group_style style_;
     std::size_t points_ = 0;      // reals that have a point
     std::size_t whole_reals_ = 0; // and those that have none

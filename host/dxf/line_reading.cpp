@@ -3,6 +3,7 @@
 #include "base/number_text.h"
 #include "host/dxf/group_reader.h"
 #include "host/dxf/indexer.h"
+#include "host/dxf/lost_values.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -38,19 +39,18 @@ constexpr std::size_t few_readings = 3;   // where damage is everywhere:
 constexpr std::size_t much_damage = 4000; // so many lines of a record are suspect
 constexpr double hopeless = 50;           // bits behind the best one
 
-int code_of(const text_line& line) {
-    const std::string_view text = line.text();
-    return parse_code(text.data(), text.data() + text.size());
+std::vector<int> codes_of(const std::vector<text_line>& lines) {
+    std::vector<int> codes;
+    codes.reserve(lines.size());
+    for (const text_line& line : lines) {
+        const std::string_view text = line.text();
+        codes.push_back(parse_code(text.data(), text.data() + text.size()));
+    }
+    return codes;
 }
 
 bool is_number(std::string_view text) {
     return base::parse_real(text).has_value();
-}
-
-// What entities have by default: without its value such a group says nothing.
-bool has_default(const place& at, int code) {
-    constexpr std::array codes = {6, 7, 39, 48, 60, 62, 284, 370, 420, 430, 440};
-    return at.code != 9 && std::find(codes.begin(), codes.end(), code) != codes.end();
 }
 
 struct node { // a step of a reading
@@ -75,11 +75,8 @@ struct reading {
 class line_reader {
 public:
     line_reader(const std::vector<text_line>& lines, const line_manner& manner, std::string_view following)
-        : lines_(lines), manner_(manner), following_(following) {
-        codes_.reserve(lines.size());
-        for (const text_line& line : lines)
-            codes_.push_back(code_of(line));
-    }
+        : lines_(lines), manner_(manner), codes_(codes_of(lines)),
+          values_lost_(lines, codes_, manner, following), before_attributes_(following == "ATTRIB") {}
 
     std::vector<line_step> read(std::string_view before) {
         mark_suspects();
@@ -100,12 +97,6 @@ public:
     }
 
 private:
-    struct lost {
-        std::string value;
-        bool left_out = false;
-        std::uint32_t type = 0;
-    };
-
     void mark_suspects() {
         suspect_.assign(lines_.size() + 1, false);
         std::size_t suspects = 0;
@@ -130,8 +121,10 @@ private:
             at = manner_.behind(at, codes_[i], value);
             i += 2;
         }
-        if (suspects > much_damage)
+        if (suspects > much_damage) {
             most_readings_ = few_readings;
+            values_lost_.look_at_less();
+        }
     }
 
     void add(std::size_t at, const reading& one) { waiting_[at % waiting_.size()].push_back(one); }
@@ -183,16 +176,17 @@ private:
         add(to, next);
     }
 
+    // How much of a surprise a code is there. That attributes follow a reference is none, where they do.
+    double surprise(const reading& from, int code) const {
+        constexpr int attributes_follow = 66;
+        return before_attributes_ && code == attributes_follow && manner_.types()[from.at.type] == "INSERT"
+                   ? 0
+                   : manner_.surprise(from.at, code);
+    }
+
     // Whether the version of the drawing stands behind a line's code.
     bool is_version(std::size_t i, const reading& from) const {
         return from.at.code == 9 && i > 0 && trimmed(lines_[i - 1].text()) == "$ACADVER";
-    }
-    // The oldest version that has what the drawing has.
-    std::string version_lost() const {
-        const bool is_later = std::any_of(lines_.begin(), lines_.end(), [](const text_line& line) {
-            return trimmed(line.text()) == "$CAMERADISPLAY";
-        });
-        return is_later ? "AC1021" : manner_.has_markers() ? "AC1015" : "AC1009";
     }
 
     // All that the line at which a reading has arrived may be.
@@ -234,7 +228,7 @@ private:
     void read_group(std::size_t i, const reading& from) {
         const int code = codes_[i];
         const std::string_view value = lines_[i + 1].text();
-        const double cost = manner_.surprise_of_columns(lines_[i].text()) + manner_.surprise(from.at, code);
+        const double cost = manner_.surprise_of_columns(lines_[i].text()) + surprise(from, code);
         if (is_blank(value) && (must_have_value(code) || manner_.names_part(from.at, code) ||
                                 (code == 1 && is_version(i, from)))) {
             lose_value(i, from, blanked, act::blank_value);
@@ -259,8 +253,7 @@ private:
             const double fit = manner_.surprise(from.at, code, value);
             if (fit >= misfit && (kind_of_code(code) != value_kind::text || code == 1002))
                 return;
-            double all =
-                cost + manner_.surprise(from.at, code) + fit + manner_.surprise_of_columns(code, value);
+            double all = cost + surprise(from, code) + fit + manner_.surprise_of_columns(code, value);
             if (code == 0 && manner_.type_number(trimmed(value)) != 0)
                 all -= known_type;
             if (may_hold_lines(code))
@@ -284,6 +277,7 @@ private:
         consider_if(to < codes_.size() && codes_[to] > 10,
                     codes_[std::min(to, codes_.size() - 1)] - 10); // x of a y
         consider_if(text.starts_with('$'), 9);
+        consider_if(before_attributes_ && text == "1", 66);
         consider_if(text.starts_with('{') || text == "}", 102);
         if (from.at.code == 9) { // what header variables have
             const bool real = is_number(text);
@@ -297,168 +291,15 @@ private:
     void lose_value(std::size_t i, const reading& from, double cost, act what) {
         const int code = codes_[i];
         const std::size_t behind = what == act::no_value ? i + 1 : i + 2;
-        const lost found =
-            is_version(i, from) && code == 1 ? lost{version_lost()} : value_lost(from, code, behind);
+        const lost_value found =
+            is_version(i, from) && code == 1
+                ? lost_value{values_lost_.version()}
+                : values_lost_.find(from.at, from.at.type != 0 ? from.at.type : from.type_before, code,
+                                    behind);
         values_.push_back(found.value);
         left_out_.push_back(found.left_out);
-        step(behind, from,
-             cost + manner_.surprise_of_columns(lines_[i].text()) + manner_.surprise(from.at, code), what, i,
-             code, found.value, static_cast<std::int32_t>(values_.size()) - 1);
-    }
-
-    // What stands for a value that was lost.
-    lost value_lost(const reading& from, int code, std::size_t behind) {
-        const place& at = from.at;
-        const std::string_view type = manner_.types()[at.type];
-        switch (code) {
-        case 0:
-            return type_lost(from, behind);
-        case 9: // the version is the one that a drawing can not be without
-            if (behind + 1 < lines_.size() && lines_[behind + 1].text().starts_with("AC1"))
-                return {"$ACADVER"};
-            return {"", true};
-        case 100:
-            return marker_lost(at, behind);
-        case 2:
-            if (at.code == 0 && type == "SECTION")
-                return {section_name(behind)};
-            if (at.code == 0 && type == "TABLE")
-                return {table_name(behind)};
-            if (type == "BLOCK") {
-                const std::string_view again = trimmed(next_value(3, behind));
-                return {again.empty() ? "LOST_BLOCK" : std::string(again)};
-            }
-            return {};
-        case 8:
-            return {"0"};
-        case 66: // what hardly anybody writes when it is 0
-        case 67:
-            return {"1"};
-        case 102:
-            return {at.braces != 0                                    ? "}"
-                    : behind < codes_.size() && codes_[behind] == 360 ? "{ACAD_XDICTIONARY"
-                                                                      : "{ACAD_REACTORS"};
-        case 1001:
-            return {"ACAD"};
-        default:
-            break;
-        }
-        if (has_default(at, code))
-            return {"", true};
-        switch (kind_of_code(code)) {
-        case value_kind::text:
-            return {};
-        case value_kind::handle:
-            return code == 5 || code == 105 ? lost{} : lost{"0", code == 330 && at.marker == 0};
-        case value_kind::real:
-            return {"0.0"};
-        case value_kind::binary:
-            return {"", true};
-        default:
-            return {"0"};
-        }
-    }
-
-    // How the groups from a line on surprise in a place, up to the end of their record.
-    double surprise_of_rest(place at, std::size_t line) const {
-        const std::size_t enough = most_readings_ == most_readings ? 60 : 6; // lines
-        double cost = 0;
-        for (std::size_t i = line; i + 1 < lines_.size() && i < line + enough; i += 2) {
-            const int code = codes_[i];
-            if (code == no_code)
-                break;
-            const std::string_view value = lines_[i + 1].text();
-            cost += std::min(manner_.surprise(at, code), 2 * strange);
-            if (code == 0)
-                return cost + manner_.surprise_of_type(at.type, manner_.type_number(trimmed(value)));
-            if (code == 2 || code == 100)
-                cost += manner_.surprise(at, code, value);
-            at = manner_.behind(at, code, value);
-        }
-        if (line + enough > lines_.size()) // the next record begins here
-            cost += manner_.surprise(at, 0);
-        return cost;
-    }
-
-    // Whether a record of the structure may have the groups that stand there.
-    bool may_be(std::string_view type, std::size_t line) const {
-        const int first = line < codes_.size() ? codes_[line] : 0;
-        if (type == "SECTION" || type == "TABLE")
-            return first == 2;
-        if (type == "ENDSEC" || type == "ENDTAB" || type == "EOF")
-            return first == 0;
-        if (type != "ENDBLK" && type != "SEQEND")
-            return true;
-        for (std::size_t i = line; i + 1 < lines_.size() && codes_[i] > 0 && codes_[i] < 1000; i += 2)
-            if ((codes_[i] >= 9 && codes_[i] < 60) || (codes_[i] >= 70 && codes_[i] < 100))
-                return false;
-        return true;
-    }
-
-    lost type_lost(const reading& from, std::size_t behind) {
-        const std::uint32_t type_before = from.at.type != 0 ? from.at.type : from.type_before;
-        const auto known = types_found_.find(behind);
-        if (known != types_found_.end() && known->second.first == type_before)
-            return known->second.second;
-        const std::string_view next = next_type(behind);
-        lost best{"", true};
-        double least = std::numeric_limits<double>::max();
-        for (std::uint32_t type = 1; type < manner_.types().size(); ++type) {
-            if (!may_be(manner_.types()[type], behind))
-                continue;
-            const place at = {type, 0, 0};
-            const double cost =
-                manner_.surprise_of_type(type_before, type) +
-                line_manner::surprise_of_parts(manner_.types()[type_before], manner_.types()[type], next) +
-                surprise_of_rest(at, behind);
-            if (cost < least) {
-                least = cost;
-                best = {std::string(manner_.types()[type]), false, type};
-            }
-        }
-        types_found_[behind] = {type_before, best};
-        return best;
-    }
-
-    lost marker_lost(const place& at, std::size_t behind) const {
-        lost best{"", true};
-        double least = std::numeric_limits<double>::max();
-        for (const std::string_view marker : manner_.likely_markers(at)) {
-            const double cost = surprise_of_rest(manner_.behind(at, 100, marker), behind);
-            if (cost < least) {
-                least = cost;
-                best = {std::string(marker)};
-            }
-        }
-        return best;
-    }
-
-    std::string_view next_value(int code, std::size_t line) const {
-        for (std::size_t i = line; i + 1 < lines_.size() && codes_[i] != 0 && codes_[i] != no_code; i += 2)
-            if (codes_[i] == code)
-                return lines_[i + 1].text();
-        return {};
-    }
-
-    // By what stands behind the names that are missing.
-    std::string section_name(std::size_t behind) const {
-        if (behind < codes_.size() && codes_[behind] == 9)
-            return "HEADER";
-        const std::string_view first = next_type(behind);
-        return first == "CLASS"        ? "CLASSES"
-               : first == "TABLE"      ? "TABLES"
-               : first == "BLOCK"      ? "BLOCKS"
-               : first == "DICTIONARY" ? "OBJECTS"
-               : first == "ACDSSCHEMA" ? "ACDSDATA"
-                                       : "ENTITIES";
-    }
-    std::string table_name(std::size_t behind) const { return std::string(next_type(behind)); }
-    std::string_view next_type(std::size_t line) const {
-        const std::size_t end = std::min(lines_.size(), line + 400);
-        for (std::size_t i = line; i + 1 < end; i += 2)
-            if (codes_[i] == 0)
-                return trimmed(lines_[i + 1].text());
-        return end == lines_.size() ? following_ : std::string_view();
+        step(behind, from, cost + manner_.surprise_of_columns(lines_[i].text()) + surprise(from, code), what,
+             i, code, found.value, static_cast<std::int32_t>(values_.size()) - 1);
     }
 
     std::vector<line_step> steps_of(const reading& last) const {
@@ -478,8 +319,9 @@ private:
 
     const std::vector<text_line>& lines_;
     const line_manner& manner_;
-    std::string_view following_; // the type of the record behind
     std::vector<int> codes_;
+    lost_values values_lost_;
+    bool before_attributes_; // these stand in the record behind
     std::vector<bool> suspect_;
     std::size_t most_readings_ = most_readings;
     std::unordered_map<std::uint64_t, std::vector<int>> likely_codes_;
@@ -487,7 +329,6 @@ private:
     std::vector<node> nodes_;
     std::vector<std::string> values_;
     std::vector<bool> left_out_;
-    std::unordered_map<std::size_t, std::pair<std::uint32_t, lost>> types_found_;
 };
 
 } // namespace
