@@ -2,6 +2,7 @@
 
 #include "base/utf.h"
 #include "host/dxf/encoding_guess.h"
+#include "host/dxf/entry_repair.h"
 #include "host/dxf/handle_text.h"
 #include "host/dxf/name_repair.h"
 #include "host/dxf/record_header.h"
@@ -206,6 +207,8 @@ base::result<void> drawing::index(std::string_view text, int encoding) {
     repair_names(*records_, index->parts(), manner, repairs, places);
     repair_records(*records_, index->parts(), index->damage(), manner, repairs, places);
     repair_spaces(*records_, index->parts(), manner, repairs, places);
+    if (!repairs_.empty()) // of lines
+        repair_entries(*records_, index->parts(), manner, repairs, places);
     take(repairs);
     index->settle();
     parts_ = std::move(index->parts());
