@@ -3,10 +3,12 @@
 #include "dbents.h"
 #include "host/db/geometry_groups.h"
 #include "host/db/imp_curve.h"
+#include "host/db/lines_alike.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <optional>
 
 namespace db {
 
@@ -203,7 +205,8 @@ void add_pieces(const flat_path& path, AcDbImpCurve& pieces) {
 
 void explode_path(const flat_path& path, const AcDbEntity& whole, AcDbVoidPtrArray& parts) {
     const AcGeMatrix3d to_world = AcGeMatrix3d::planeToWorld(path.normal);
-    const AcDbEntity* like = &whole; // then the part before: it has fewer groups to be searched
+    const AcDbEntity* like = &whole;  // then the part before: it has fewer groups to be searched
+    std::optional<lines_alike> lines; // there may be a million of them
     for (std::size_t i = 0; i < path.segments(); ++i) {
         const path_vertex& from = path.vertices[i];
         const AcGePoint2d& to = path.next(i).point;
@@ -218,13 +221,19 @@ void explode_path(const flat_path& path, const AcDbEntity& whole, AcDbVoidPtrArr
             parts.append(part);
             like = part;
         } else {
-            auto* const part = new AcDbLine(to_world * at_elevation(from.point, path.elevation),
-                                            to_world * at_elevation(to, path.elevation));
+            const AcGePoint3d start = to_world * at_elevation(from.point, path.elevation);
+            const AcGePoint3d end = to_world * at_elevation(to, path.elevation);
+            if (lines) {
+                parts.append(lines->make(start, end).release());
+                continue;
+            }
+            auto* const part = new AcDbLine(start, end);
             part->setThickness(path.thickness);
             part->setNormal(path.normal);
             part->setPropertiesFrom(like);
             parts.append(part);
             like = part;
+            lines.emplace(*part);
         }
     }
 }

@@ -3,19 +3,27 @@
 #include "base/utf.h"
 #include "host/db/imp_database.h"
 
+namespace {
+
+constexpr std::size_t padding = 64; // readers of groups look so far behind a text
+
+} // namespace
+
 void AcDbImpObject::begin_new(std::string text) {
     ++revision_;
     own_ = std::move(text);
-    own_.append(64, '\0');
-    groups_ = dxf::group_list(std::string_view(own_).substr(0, own_.size() - 64));
-    loaded_ = true;
+    own_.append(padding, '\0');
+    groups_ = {};
+    loaded_ = false; // there may be a million such objects before one is asked
 }
 
 void AcDbImpObject::load() const {
+    if (database == nullptr && own_.empty() && fresh_ != nullptr)
+        const_cast<AcDbImpObject*>(this)->begin_new(fresh_);
     if (database != nullptr)
         groups_ = dxf::group_list(database->records().text(record));
-    else if (fresh_ != nullptr)
-        const_cast<AcDbImpObject*>(this)->begin_new(fresh_);
+    else if (!own_.empty())
+        groups_ = dxf::group_list(std::string_view(own_).substr(0, own_.size() - padding));
     loaded_ = true;
 }
 

@@ -1,8 +1,8 @@
 #include "acgi.h"
-#include "base/number_text.h"
 #include "dbents.h"
 #include "host/db/geometry_groups.h"
 #include "host/db/imp_curve.h"
+#include "host/db/lines_alike.h"
 #include "host/db/properties.h"
 
 ACRX_DXF_DEFINE_MEMBERS(AcDbLine, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, LINE,
@@ -23,11 +23,7 @@ AcDbLine::AcDbLine() {
 // What is taken apart becomes many lines, so each is written at once.
 AcDbLine::AcDbLine(const AcGePoint3d& start, const AcGePoint3d& end) {
     std::string text = "0\nLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n";
-    const dxf::group_style plain{"\n", false, 0, 0};
-    for (const auto& [code, point] : {std::pair(10, start), std::pair(11, end)})
-        for (const unsigned axis : {0u, 1u, 2u})
-            dxf::append_group(text, plain, code + 10 * static_cast<int>(axis),
-                              base::real_text(point[axis] + 0.0)); // no zero with a sign
+    db::append_ends(text, start, end);
     imp().begin_new(std::move(text));
 }
 

@@ -29,8 +29,7 @@ bool is_built_in_linetype(std::wstring_view name) {
 }
 
 // The record behind which the entities of a block go on; no_record when there is no such place.
-dxf::record_id end_of_block(AcDbImpDatabase& database, dxf::record_id block) {
-    const std::wstring name = database.name_of(block);
+dxf::record_id end_of_block(AcDbImpDatabase& database, dxf::record_id block, const std::wstring& name) {
     // The sheet that is current, or was last, has its entities where model space has them.
     if (base::equal_no_case(name, ACDB_MODEL_SPACE) || base::equal_no_case(name, ACDB_PAPER_SPACE)) {
         const dxf::record_id section = database.drawing().ensure_section("ENTITIES");
@@ -43,9 +42,10 @@ dxf::record_id end_of_block(AcDbImpDatabase& database, dxf::record_id block) {
 bool is_external(const AcDbImpDatabase& database, dxf::record_id block) {
     const dxf::record_id begin = database.begin_of_block(block);
     constexpr std::int64_t external_flags = 4 | 8;
-    return begin != dxf::no_record &&
-           (dxf::group_list(database.records().text(begin)).integer({"AcDbBlockBegin"}, 70).value_or(0) &
-            external_flags) != 0;
+    if (begin == dxf::no_record)
+        return false;
+    const auto flags = base::parse_integer(dxf::value_of(database.records().text(begin), 70));
+    return (flags.value_or(0) & external_flags) != 0;
 }
 
 // A copy from another drawing may name what this one does not have.
@@ -185,7 +185,8 @@ Acad::ErrorStatus add_entity(AcDbImpDatabase& database, dxf::record_id block, Ac
     AcDbImpObject& imp = entity.imp();
     if (is_external(database, block))
         return Acad::eIsXRefObject;
-    const dxf::record_id previous = end_of_block(database, block);
+    const std::wstring name = database.name_of(block);
+    const dxf::record_id previous = end_of_block(database, block, name);
     if (previous == dxf::no_record)
         return Acad::eNotApplicable;
     if (const Acad::ErrorStatus status = prepare_new(database, entity); status != Acad::eOk)
@@ -193,7 +194,6 @@ Acad::ErrorStatus add_entity(AcDbImpDatabase& database, dxf::record_id block, Ac
     const std::string_view type = dxf::trimmed(imp.groups().groups().front().value);
     if (is_part(type) || first_version_of(type) > database.drawing().version())
         return Acad::eIllegalEntityType;
-    const std::wstring name = database.name_of(block);
     const bool on_paper = base::folded(name).starts_with(L"*paper_space");
     // What stands for a space that the file does not tell of is no owner that could be named.
     const std::uint64_t owner = database.records().handle(block);

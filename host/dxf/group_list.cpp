@@ -193,8 +193,8 @@ void for_common(const std::vector<group>& groups, Take take) {
     }
 }
 
-// Takes away all groups of a common code from one on. Whether there were any.
-bool remove_common(std::vector<group>& groups, int code, std::size_t from = 0) {
+// Takes away all groups of a common code from one on.
+void remove_common(std::vector<group>& groups, int code, std::size_t from = 0) {
     std::vector<std::size_t> found;
     for_common(groups, [&](std::size_t i) {
         if (groups[i].code == code && i >= from)
@@ -202,25 +202,26 @@ bool remove_common(std::vector<group>& groups, int code, std::size_t from = 0) {
     });
     for (auto at = found.rbegin(); at != found.rend(); ++at)
         groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(*at));
-    return !found.empty();
+}
+
+// What is kept of a common code: where its first group stands, counted from 1, and whether it stands again.
+constexpr std::uint32_t stands_again = 0x80000000u;
+std::size_t common_index(int code) {
+    return static_cast<std::size_t>(std::countr_zero(common_bit(code)));
 }
 
 } // namespace
 
 std::size_t group_list::find_common(int code) const {
-    const auto place_of = [this](int one) -> std::uint32_t& {
-        return common_[static_cast<std::size_t>(std::countr_zero(common_bit(one)))];
-    };
     if (!common_is_known_) {
         common_ = {};
         for_common(groups_, [&](std::size_t i) {
-            std::uint32_t& place = place_of(groups_[i].code);
-            if (place == 0)
-                place = static_cast<std::uint32_t>(i) + 1;
+            std::uint32_t& place = common_[common_index(groups_[i].code)];
+            place = place == 0 ? static_cast<std::uint32_t>(i) + 1 : place | stands_again;
         });
         common_is_known_ = true;
     }
-    const std::uint32_t place = place_of(code);
+    const std::uint32_t place = common_[common_index(code)] & ~stands_again;
     return place == 0 ? npos : place - 1;
 }
 
@@ -307,8 +308,10 @@ void group_list::set_text(const group_place& place, int code, std::string_view v
         return put_new(insertion_point(place, code), code, std::string(value));
     if (groups_[at].value != value)
         put_value(at, value);
-    if (is_common(place, code) && remove_common(groups_, code, at + 1)) // who reads the last one must see it
-        moved();
+    if (!is_common(place, code) || (common_[common_index(code)] & stands_again) == 0)
+        return;
+    remove_common(groups_, code, at + 1); // who reads the last one must see it
+    moved();
 }
 
 void group_list::set_integer(const group_place& place, int code, std::int64_t value) {
@@ -332,15 +335,13 @@ void group_list::set_real_at(std::size_t at, double value) {
 }
 
 void group_list::remove(const group_place& place, int code) {
-    if (is_common(place, code)) {
-        if (remove_common(groups_, code))
-            moved();
-        return;
-    }
     const std::size_t at = find(place, code);
     if (at == npos)
         return;
-    groups_.erase(groups_.begin() + static_cast<std::ptrdiff_t>(at));
+    if (is_common(place, code))
+        remove_common(groups_, code);
+    else
+        groups_.erase(groups_.begin() + static_cast<std::ptrdiff_t>(at));
     moved();
 }
 

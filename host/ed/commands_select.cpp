@@ -49,19 +49,20 @@ bool explode(AcDbObjectId id) {
     const AcDbObjectPointer<AcDbBlockTableRecord> block(entity->blockId(), AcDb::kForWrite);
     if (block.openStatus() != Acad::eOk)
         return false;
-    std::vector<AcDbEntity*> added;
+    std::vector<AcDbObjectId> added;
     for (auto& part : parts) {
-        if (block->appendAcDbEntity(part.get()) != Acad::eOk) {
-            for (AcDbEntity* const one : added) {
-                one->erase();
-                one->close();
+        AcDbObjectId added_id;
+        if (block->appendAcDbEntity(added_id, part.get()) != Acad::eOk) {
+            for (const AcDbObjectId one : added) {
+                const AcDbEntityPointer opened(one, AcDb::kForWrite);
+                if (opened.openStatus() == Acad::eOk)
+                    opened->erase();
             }
             return false;
         }
-        added.push_back(part.release()); // the drawing's now
+        part.release()->close(); // the drawing's now
+        added.push_back(added_id);
     }
-    for (AcDbEntity* const one : added)
-        one->close();
     return entity->erase() == Acad::eOk;
 }
 
