@@ -274,6 +274,10 @@ TEST_F(Answers, MakingOverwritesNothing) {
     EXPECT_TRUE(AddLayer(false, L"Others", L"key", L"OTHER", 2, L"", AcDb::kLnWt030, L""));
     EXPECT_FALSE(AddLayer(false, L"OTHERS", L"KEY", L"OTHER2", 2, L"", AcDb::kLnWt030, L""));
     EXPECT_EQ(Text(InitIndependentLayer(L"key", nullptr)), L"OTHER");
+    EXPECT_TRUE(AddLayer(false, L"Others", L"key2", L"OTHER2", 2, L"", AcDb::kLnWt030, L""));
+    EXPECT_EQ(Text(InitLayer(L"KEY", L"others", nullptr)),
+              L"OTHER"); // a new group is in the index, and grows
+    EXPECT_EQ(Text(InitLayer(L"key2", L"others", nullptr)), L"OTHER2");
     EXPECT_EQ(manager.Standard().m_nameRules.size(), types + 1);
 }
 

@@ -47,8 +47,10 @@ OtherLayerNode* StandardEdit::OtherLayers(LPCTSTR layerType) {
 }
 
 OtherLayerNode& StandardEdit::AddOtherLayers(LPCTSTR layerType) {
-    m_manager.m_changed.everything = true;
-    return *m_manager.m_standard.m_otherLayers.emplace_back(std::make_unique<OtherLayerNode>(layerType));
+    OtherLayerNode& group =
+        *m_manager.m_standard.m_otherLayers.emplace_back(std::make_unique<OtherLayerNode>(layerType));
+    m_manager.m_changed.otherLayers.insert(&group);
+    return group;
 }
 
 std::vector<TextStyleNode>& StandardEdit::TextStyles() {

@@ -233,8 +233,21 @@ void StandardIndex::Follow(const PipeNode* system) {
 }
 
 void StandardIndex::Follow(const OtherLayerNode* group) {
+    FollowNewOtherLayers();
     if (const auto found = m_units.find(group); found != m_units.end() && found->second.system == nullptr)
         Bring(found->second, *group);
+}
+
+// Those behind the ones that were there before.
+void StandardIndex::FollowNewOtherLayers() {
+    std::vector<const void*>& list = m_lists[nullptr];
+    while (list.size() < m_standard->m_otherLayers.size()) {
+        const OtherLayerNode* const group = m_standard->m_otherLayers[list.size()].get();
+        Unit& unit = m_units[group];
+        unit.place = static_cast<std::uint32_t>(list.size());
+        list.push_back(group);
+        Bring(unit, *group);
+    }
 }
 
 // ---- asking

@@ -22,7 +22,8 @@ public:
     // Everything may have changed.
     void Follow();
     // A group and its systems, one system, a group of other layers; one that is not there any more is passed
-    // over, as long as the group that had it, or everything, was followed before.
+    // over, as long as the group that had it, or everything, was followed before. A group of other layers may
+    // be new, behind those that the index has.
     void Follow(const PipeGroupNode* group);
     void Follow(const PipeNode* system);
     void Follow(const OtherLayerNode* group);
@@ -151,6 +152,7 @@ private:
     void Bring(Unit& unit, const Record& record);
     template<class Records>
     void FollowList(const PipeGroupNode* group, std::uint32_t groupPlace, const Records& records);
+    void FollowNewOtherLayers();
     void Drop(const void* record);
 
     // The first entry of a key, and, until a function says true, all of them in their order.
