@@ -234,7 +234,7 @@ TEST(StandardCheck, TellsWhatIsWrongAndWhere) {
     const test::folder folder;
     const auto path = folder.write("hand.vrsl", R"(<Vantrel>
 <PipeSystem><PipeGroup Name="">
-<Pipe><BaseInfo><PipeName>a</PipeName><Material>wood</Material></BaseInfo>
+<Pipe><BaseInfo><PipeName>a</PipeName><Material>wood</Material><OutdoorMaterial>PP-R</OutdoorMaterial></BaseInfo>
 <SysMap><MapItem><SrcItem>x</SrcItem>
 <DesItem>none</DesItem></MapItem></SysMap>
 <Layer LayerType="P"><LayerName>L</LayerName><LayerColor>300</LayerColor><LineStyle>WAVY</LineStyle></Layer>
@@ -248,13 +248,15 @@ TEST(StandardCheck, TellsWhatIsWrongAndWhere) {
 </TextStyleSetting><ObjectColorSetting><ObjectColor>
 <Color>1,2,256</Color></ObjectColor></ObjectColorSetting></Vantrel>)");
     std::vector<StandardFault> faults;
-    EXPECT_TRUE(CheckStandardFile(path.wstring().c_str(), {{L"Continuous"}, {L"PP-R"}}, faults));
+    EXPECT_TRUE(CheckStandardFile(path.wstring().c_str(),
+                                  {{L"Continuous"}, {{L"PP-R", L"", true, false, L"", {}}}}, faults));
     std::string told;
     for (const StandardFault& fault : faults)
         told += std::to_string(fault.line) + " " + base::narrow(fault.element.GetString()) + " " +
                 base::narrow(fault.what.GetString()) + "\n";
     EXPECT_EQ(told, "2 PipeGroup 系统组没有名称\n"
                     "3 Material 管材 \"wood\" 没有管径表\n"
+                    "3 OutdoorMaterial 管材 \"PP-R\" 不用于室外\n"
                     "5 DesItem 映射目标 \"none\" 不存在\n"
                     "6 LayerColor 颜色 \"300\" 无效\n"
                     "6 LineStyle 线型 \"WAVY\" 未知\n"
@@ -287,7 +289,7 @@ TEST(StandardCheck, TellsWhatIsWrongAndWhere) {
     ReloadPipeMaterials();
     StandardKnowledge known = {{L"Continuous"}, {}};
     GetLinetypeNames(known.linetypes);
-    GetPipeMaterialList(known.materials);
+    known.materials = GetPipeMaterials();
     EXPECT_TRUE(CheckStandardFile(shipped.wstring().c_str(), known, faults));
     EXPECT_TRUE(faults.empty());
     EXPECT_FALSE(

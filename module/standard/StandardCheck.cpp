@@ -121,9 +121,8 @@ private:
                     Tell(L"系统没有名称");
                 else if (!m_systems.insert(name).second)
                     Tell(L"系统名称 " + Quoted(name) + L" 已经使用");
-            } else if ((tag == Name::material.name || tag == Name::outdoorMaterial.name) &&
-                       !value.IsEmpty() && std::ranges::count(m_known.materials, value) == 0) {
-                Tell(L"管材 " + Quoted(value) + L" 没有管径表");
+            } else if (tag == Name::material.name || tag == Name::outdoorMaterial.name) {
+                CheckMaterial(value, tag == Name::outdoorMaterial.name);
             } else if ((tag == Name::lineWidth.name || tag == Name::vPipeRadius.name ||
                         tag == Name::vPipeRadius1.name || tag == Name::vPipeRadius2.name) &&
                        !IsSize(value)) {
@@ -137,6 +136,16 @@ private:
         if (!told)
             Tell(L"系统没有名称");
         return name;
+    }
+
+    void CheckMaterial(const CString& name, bool isOutdoors) {
+        const auto material = std::ranges::find(m_known.materials, name, &PipeMaterial::m_name);
+        if (material == m_known.materials.end()) {
+            if (!name.IsEmpty())
+                Tell(L"管材 " + Quoted(name) + L" 没有管径表");
+        } else if (!(isOutdoors ? material->m_isOutdoor : material->m_isIndoor)) {
+            Tell(L"管材 " + Quoted(name) + (isOutdoors ? L" 不用于室外" : L" 不用于室内"));
+        }
     }
 
     void CheckLayer(Uses& uses, const CString& owner) {

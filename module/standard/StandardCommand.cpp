@@ -144,7 +144,7 @@ StandardKnowledge Knowledge() {
             if (linetype.openStatus() == Acad::eOk && linetype->getName(name) == Acad::eOk)
                 known.linetypes.emplace_back(name.kACharPtr());
         }
-    GetPipeMaterialList(known.materials);
+    known.materials = GetPipeMaterials();
     return known;
 }
 
