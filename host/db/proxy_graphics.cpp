@@ -411,10 +411,11 @@ void append_bytes(std::string& bytes, std::string_view digits) {
 
 std::string digits_of(std::string_view bytes) {
     constexpr char digits[] = "0123456789ABCDEF";
-    std::string text;
+    std::string text(bytes.size() * 2, '0');
+    char* to = text.data();
     for (const char byte : bytes) {
-        text += digits[static_cast<unsigned char>(byte) >> 4];
-        text += digits[static_cast<unsigned char>(byte) & 15];
+        *to++ = digits[static_cast<unsigned char>(byte) >> 4];
+        *to++ = digits[static_cast<unsigned char>(byte) & 15];
     }
     return text;
 }

@@ -1,5 +1,6 @@
 #include "host/db/text_styles.h"
 
+#include "acgiutil.h"
 #include "acutmem.h"
 #include "base/case_fold.h"
 #include "dbsymtb.h"
@@ -82,3 +83,19 @@ Acad::ErrorStatus set_style(AcDbImpObject& object, const dxf::group_place& place
 }
 
 } // namespace db
+
+Acad::ErrorStatus fromAcDbTextStyle(AcGiTextStyle& textStyle, const AcDbObjectId& styleId) {
+    if (styleId.isNull())
+        return Acad::eNullObjectId;
+    dxf::record_id record = dxf::no_record;
+    AcDbImpDatabase* const database = AcDbImpDatabase::find(styleId, record);
+    if (database == nullptr)
+        return Acad::eNoDatabase;
+    const dxf::record_table& records = database->records();
+    if (records.type(record) != dxf::type_style)
+        return Acad::eWrongObjectType;
+    if (records.gone(record))
+        return Acad::eWasErased;
+    textStyle = database->text_styles().of(dxf::value_of(records.text(record), 2));
+    return Acad::eOk;
+}

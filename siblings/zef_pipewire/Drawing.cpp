@@ -1,8 +1,6 @@
 #include "siblings/zef_pipewire/Drawing.h"
 
-#include "acstring.h"
-#include "dbobjptr.h"
-#include "dbsymtb.h"
+#include "acgiutil.h"
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 #include "siblings/zef_pipewire/TPen.h"
 
@@ -26,22 +24,12 @@ double TLabel::GetTotalHeight() const {
 
 AcGiTextStyle TLabel::GetStyle() const {
     AcGiTextStyle style;
+    fromAcDbTextStyle(style, m_style);
     style.setTextSize(m_height);
-    const AcDbTextStyleTableRecordPointer record(m_style, AcDb::kForRead);
-    if (record.openStatus() != Acad::eOk)
-        return style;
-    AcString file;
-    if (record->fileName(file) == Acad::eOk)
-        style.setFileName(file.kwszPtr());
-    if (record->bigFontFileName(file) == Acad::eOk)
-        style.setBigFontFileName(file.kwszPtr());
-    style.setXScale(record->xScale());
-    style.setObliquingAngle(record->obliquingAngle());
     return style;
 }
 
-std::vector<TLabelLine> TLabel::Place() const {
-    const AcGiTextStyle style = GetStyle();
+std::vector<TLabelLine> TLabel::Place(const AcGiTextStyle& style) const {
     const AcGeVector3d along(std::cos(m_angle), std::sin(m_angle), 0.0);
     const AcGeVector3d up(-along.y, along.x, 0.0);
     std::vector<TLabelLine> placed;
@@ -56,6 +44,6 @@ std::vector<TLabelLine> TLabel::Place() const {
 
 void TLabel::Draw(TPen& pen) const {
     const AcGiTextStyle style = GetStyle();
-    for (const TLabelLine& line : Place())
+    for (const TLabelLine& line : Place(style))
         pen.Text(line.m_start, m_angle, line.m_text, style, m_style);
 }

@@ -30,6 +30,6 @@ struct TLabel {
     // The height of all lines together.
     double GetTotalHeight() const;
     AcGiTextStyle GetStyle() const;
-    std::vector<TLabelLine> Place() const;
+    std::vector<TLabelLine> Place(const AcGiTextStyle& style) const;
     void Draw(TPen& pen) const;
 };
