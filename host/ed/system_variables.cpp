@@ -324,6 +324,8 @@ bool put(variable_row& row, const variable_value& value) {
     switch (row.where) {
     case kept::session:
         row.value = value;
+        if (row.name == L"FINDINGS" && std::get<int>(value) != 0)
+            editor::instance().note_findings();
         return true;
     case kept::profile:
         set_profile_value(row, value);

@@ -35,6 +35,7 @@ std::vector<row> make_table() {
         fixed(text(L"DWGPREFIX", asked, L"")),
         fixed(flag(L"DWGTITLED", asked, 0)),
         fixed(whole(L"ERRNO", session, 0, 0, 32767)),
+        flag(L"FINDINGS", session, 0), // the host's own: an application found something, see AUDIT
         fixed(flag(L"FULLOPEN", session, 1)),
         fixed(flag(L"HANDLES", session, 1)),
         fixed(text(L"LOCALE", session, L"CHS")),
