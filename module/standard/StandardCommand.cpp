@@ -5,6 +5,7 @@
 #include "module/standard/PipeSystemTool.h"
 #include "module/standard/StandardCheck.h"
 #include "module/standard/StandardManager.h"
+#include "module/standard/TextColumns.h"
 #include "siblings/zef_public/PipeMaterials.h"
 #include "sys/folders.h"
 
@@ -19,21 +20,6 @@
 #include <system_error>
 
 namespace {
-
-// How many columns of a screen a text takes: signs of the East take two.
-int WidthOf(const CString& text) {
-    int width = 0;
-    for (int i = 0; i < text.GetLength(); ++i)
-        width += text[i] >= 0x1100 ? 2 : 1;
-    return width;
-}
-
-CString Padded(const CString& text, int width) {
-    CString padded = text;
-    for (int i = WidthOf(text); i < width; ++i)
-        padded += L' ';
-    return padded;
-}
 
 CString NumberText(double number) {
     CString text;
