@@ -1,0 +1,103 @@
+#include "module/check/DrawingCheck.h"
+
+#include "aced.h"
+#include "acedads.h"
+#include "dbapserv.h"
+#include "dbents.h"
+#include "dbobjptr.h"
+#include "dbsymtb.h"
+
+#include <array>
+#include <span>
+
+namespace {
+
+constexpr unsigned looksBetweenQuestions = 4096; // whether the user pressed Escape
+
+class Walk {
+public:
+    Walk(const CheckContext& context, std::span<const std::unique_ptr<CRuleFamily>> families)
+        : m_context(context), m_families(families) {}
+
+    // False when the user stopped it.
+    bool Run() {
+        const AcDbObjectPointer<AcDbBlockTable> table(
+            acdbHostApplicationServices()->workingDatabase()->blockTableId(), AcDb::kForRead);
+        AcDbSymbolTableIterator* made = nullptr;
+        if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
+            return true;
+        for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
+            AcDbObjectId id;
+            each->getRecordId(id);
+            const AcDbBlockTableRecordPointer block(id, AcDb::kForRead);
+            if (block.openStatus() == Acad::eOk && IsLookedAt(*block.object()) && !LookIn(*block.object()))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    static bool IsLookedAt(const AcDbBlockTableRecord& block) {
+        if (block.isLayout())
+            return true;
+        AcString name;
+        return !block.isFromExternalReference() && !block.isAnonymous() && block.getName(name) == Acad::eOk &&
+               CString(name.kACharPtr()).Find(L'|') < 0;
+    }
+
+    bool LookIn(const AcDbBlockTableRecord& block) {
+        AcDbBlockTableRecordIterator* made = nullptr;
+        if (block.newIterator(made) != Acad::eOk)
+            return true;
+        for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
+            if (++m_looks % looksBetweenQuestions == 0 && acedUsrBrk() != 0)
+                return false;
+            AcDbObjectId id;
+            if (each->getEntityId(id) != Acad::eOk)
+                continue;
+            const AcDbEntityPointer entity(id, AcDb::kForRead);
+            if (entity.openStatus() != Acad::eOk)
+                continue;
+            LookAt(*entity.object(), block.isLayout());
+            const auto* const reference = AcDbBlockReference::cast(entity.object());
+            const std::unique_ptr<AcDbObjectIterator> attributes(
+                reference != nullptr ? reference->attributeIterator() : nullptr);
+            for (; attributes != nullptr && !attributes->done(); attributes->step()) {
+                const AcDbEntityPointer attribute(attributes->objectId(), AcDb::kForRead);
+                if (attribute.openStatus() == Acad::eOk)
+                    LookAt(*attribute.object(), block.isLayout());
+            }
+        }
+        return true;
+    }
+
+    void LookAt(const AcDbEntity& entity, bool isInSpace) const {
+        const CheckedLayer& layer = m_context.m_layers.Find(entity.layerId());
+        for (const auto& family : m_families)
+            family->Look(entity, layer, isInSpace);
+    }
+
+    const CheckContext& m_context;
+    std::span<const std::unique_ptr<CRuleFamily>> m_families;
+    unsigned m_looks = 0;
+};
+
+} // namespace
+
+CRuleFamily::~CRuleFamily() = default;
+
+void CRuleFamily::Look(const AcDbEntity& /*entity*/, const CheckedLayer& /*layer*/, bool /*isInSpace*/) {
+}
+
+std::optional<CFindings> CheckDrawing(const CheckRules& rules) {
+    CFindings findings;
+    const CCheckedLayers layers;
+    const CheckContext context{rules, layers, findings};
+    const std::array families{MakeLayerRules(context),   MakePropertyRules(context), MakePipeRules(context),
+                              MakeSegmentRules(context), MakeTextRules(context),     MakeMarkRules(context)};
+    if (!Walk(context, families).Run())
+        return std::nullopt;
+    for (const auto& family : families)
+        family->Finish();
+    return findings;
+}
