@@ -3,6 +3,7 @@
 #include "accmd.h"
 #include "acutads.h"
 #include "afx.h"
+#include "module/check/CheckCommands.h"
 #include "module/frame/SettingsTransfer.h"
 #include "module/layertools/LayerControlBar.h"
 #include "module/layertools/LayerToolBar.h"
@@ -74,8 +75,8 @@ constexpr CommandRow commands[] = {
     LayerTool<L"tbds", &CLayerToolBar::tbds>(ACRX_CMD_USEPICKSET),
     LayerTool<L"yshf", &CLayerToolBar::yshf>(ACRX_CMD_USEPICKSET),
     Unfinished<L"cztk">(ACRX_CMD_USEPICKSET),
-    Unfinished<L"jcjk">(ACRX_CMD_USEPICKSET),
-    Unfinished<L"gxfz">(ACRX_CMD_USEPICKSET),
+    {L"jcjk", CheckCurrentDrawing, ACRX_CMD_USEPICKSET},
+    {L"gxfz", MendCurrentDrawing, ACRX_CMD_USEPICKSET},
     Unfinished<L"xxyh">(ACRX_CMD_USEPICKSET),
     Unfinished<L"xxyh2">(ACRX_CMD_USEPICKSET),
 };

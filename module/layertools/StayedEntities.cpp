@@ -7,6 +7,12 @@ void CStayedEntities::Add(Acad::ErrorStatus reason) {
     ++(reason == Acad::eOnLockedLayer ? m_locked : m_others);
 }
 
+void CStayedEntities::Add(const CStayedEntities& others) {
+    m_locked += others.m_locked;
+    m_refused += others.m_refused;
+    m_others += others.m_others;
+}
+
 void CStayedEntities::Tell(const wchar_t* what) const {
     if (m_locked + m_refused + m_others == 0)
         return;

@@ -8,6 +8,7 @@ public:
     // One that can not be opened for that reason, or that does not take the target layer.
     void Add(Acad::ErrorStatus reason);
     void AddRefused() { ++m_refused; }
+    void Add(const CStayedEntities& others);
 
     // Tells how many there are, in one line; nothing when there are none. `what` is what they are left as.
     void Tell(const wchar_t* what) const;
