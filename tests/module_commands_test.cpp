@@ -66,7 +66,6 @@ TEST_F(ModuleCommands, HelpKnowsEachAndMarksThoseThatAreNotBuilt) {
             marked.insert(name);
         script += name + "\n^C\n";
     }
-    EXPECT_FALSE(marked.empty());
     const std::string out = test::zefhost({test::drawing("r2018.dxf").string(), "--keep-going"}, script).out;
     std::set<std::string> unfinished;
     constexpr std::string_view begin = "命令 ", end = " 尚未完成";
@@ -236,12 +235,6 @@ TEST_F(ModuleCommands, LoadReadsTheDrawingDefaultsAndTheFlanges) {
     }
     g_bLayerAutoGroup = g_bResetFlangeGap = false;
     g_iFlangeStyle = 0;
-}
-
-TEST(ModuleCommand, WithoutItsPartSaysSoAndFails) {
-    const test::run_result ran = test::zefhost({}, "xxyh2\n");
-    EXPECT_EQ(ran.status, 4);
-    EXPECT_NE(ran.out.find("\n命令 xxyh2 尚未完成，本次不执行。\n"), ran.out.npos) << ran.out;
 }
 
 } // namespace
