@@ -2,11 +2,18 @@
 
 #include "aced.h"
 #include "acedads.h"
+#include "acutmem.h"
+#include "base/wildcard.h"
 #include "dbapserv.h"
 #include "dbents.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
+#include "module/layertools/DrawingRecords.h"
+#include "module/standard/Names.h"
+#include "siblings/zef_kernal/TPickEntSet.h"
+#include "siblings/zef_kernal/ZefExport.h"
 
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -20,7 +27,33 @@ public:
         : m_context(context), m_families(families) {}
 
     // False when the user stopped it.
-    bool Run() {
+    bool Run() { return LookInSpaces() && LookInBlocks(); }
+
+private:
+    // Only what some rule asks about is opened: of a plan that is most often the smaller part.
+    bool LookInSpaces() {
+        const CString layers = AskedLayers();
+        const Chain filter(acutBuildList(-4, L"<OR", 8, layers.GetString(), RTDXF0,
+                                         L"TEXT,MTEXT,ATTDEF,INSERT,VIEWPORT,ZEF_*", -4, L"OR>", 0));
+        TPickEntSet found;
+        found.SelectDrawing(filter.get());
+        std::vector<AcDbObjectId> entities(found.begin(), found.end());
+        std::ranges::sort(entities); // the order of the drawing
+        return std::ranges::all_of(entities, [this](AcDbObjectId id) { return Open(id, true); });
+    }
+
+    // Those of the standard, and those that a rule names.
+    CString AskedLayers() const {
+        const CString& own = m_context.m_rules[CheckRule::OwnProperties].m_layers;
+        std::vector<CString> patterns;
+        for (const CheckedLayer& layer : m_context.m_layers.All())
+            if (layer.m_standard != nullptr ||
+                (!own.IsEmpty() && base::wildcard_match(ViewOf(layer.m_name), ViewOf(own), true)))
+                patterns.push_back(ZefExport::GetLiteralPattern(layer.m_name));
+        return JoinNames(patterns, L",");
+    }
+
+    bool LookInBlocks() {
         const AcDbObjectPointer<AcDbBlockTable> table(
             acdbHostApplicationServices()->workingDatabase()->blockTableId(), AcDb::kForRead);
         AcDbSymbolTableIterator* made = nullptr;
@@ -36,13 +69,10 @@ public:
         return true;
     }
 
-private:
     static bool IsLookedAt(const AcDbBlockTableRecord& block) {
-        if (block.isLayout())
-            return true;
         AcString name;
-        return !block.isFromExternalReference() && !block.isAnonymous() && block.getName(name) == Acad::eOk &&
-               CString(name.kACharPtr()).Find(L'|') < 0;
+        return !block.isLayout() && !block.isFromExternalReference() && !block.isAnonymous() &&
+               block.getName(name) == Acad::eOk && CString(name.kACharPtr()).Find(L'|') < 0;
     }
 
     bool LookIn(const AcDbBlockTableRecord& block) {
@@ -50,23 +80,28 @@ private:
         if (block.newIterator(made) != Acad::eOk)
             return true;
         for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
-            if (++m_looks % looksBetweenQuestions == 0 && acedUsrBrk() != 0)
-                return false;
             AcDbObjectId id;
-            if (each->getEntityId(id) != Acad::eOk)
-                continue;
-            const AcDbEntityPointer entity(id, AcDb::kForRead);
-            if (entity.openStatus() != Acad::eOk)
-                continue;
-            LookAt(*entity.object(), block.isLayout());
-            const auto* const reference = AcDbBlockReference::cast(entity.object());
-            const std::unique_ptr<AcDbObjectIterator> attributes(
-                reference != nullptr ? reference->attributeIterator() : nullptr);
-            for (; attributes != nullptr && !attributes->done(); attributes->step()) {
-                const AcDbEntityPointer attribute(attributes->objectId(), AcDb::kForRead);
-                if (attribute.openStatus() == Acad::eOk)
-                    LookAt(*attribute.object(), block.isLayout());
-            }
+            if (each->getEntityId(id) == Acad::eOk && !Open(id, false))
+                return false;
+        }
+        return true;
+    }
+
+    // False when the user stopped it.
+    bool Open(AcDbObjectId id, bool isInSpace) {
+        if (++m_looks % looksBetweenQuestions == 0 && acedUsrBrk() != 0)
+            return false;
+        const AcDbEntityPointer entity(id, AcDb::kForRead);
+        if (entity.openStatus() != Acad::eOk)
+            return true;
+        LookAt(*entity.object(), isInSpace);
+        const auto* const reference = AcDbBlockReference::cast(entity.object());
+        const std::unique_ptr<AcDbObjectIterator> attributes(
+            reference != nullptr ? reference->attributeIterator() : nullptr);
+        for (; attributes != nullptr && !attributes->done(); attributes->step()) {
+            const AcDbEntityPointer attribute(attributes->objectId(), AcDb::kForRead);
+            if (attribute.openStatus() == Acad::eOk)
+                LookAt(*attribute.object(), isInSpace);
         }
         return true;
     }

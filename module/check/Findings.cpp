@@ -15,7 +15,7 @@ int CFindings::GetRenaming(CheckRule rule, const CString& text, const CString& n
     return Kind({rule, true, text}, {rule, text, nullptr, newName, {}});
 }
 
-void CFindings::Add(Finding finding) {
+void CFindings::Add(const Finding& finding) {
     m_kinds[static_cast<std::size_t>(finding.m_kind)].m_findings.push_back(m_findings.size());
-    m_findings.push_back(std::move(finding));
+    m_findings.push_back(finding);
 }

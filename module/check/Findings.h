@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <map>
+#include <tuple>
 
 struct Finding {
     int m_kind = 0;          // its place among the kinds
@@ -39,7 +40,7 @@ public:
     int GetKind(CheckRule rule, const CString& text, const Mend& mend = nullptr);
     // Of layers that get another name.
     int GetRenaming(CheckRule rule, const CString& text, const CString& newName);
-    void Add(Finding finding);
+    void Add(const Finding& finding);
     void Add(int kind, AcDbObjectId object) { Add({kind, object, {}, false, {}, {}}); }
 
     bool IsEmpty() const { return m_findings.empty(); }
@@ -50,12 +51,7 @@ public:
     }
 
 private:
-    struct Key {
-        CheckRule rule;
-        bool isMendable;
-        CString text;
-        friend auto operator<=>(const Key&, const Key&) = default;
-    };
+    using Key = std::tuple<CheckRule, bool, CString>; // the second: whether it can be mended
     int Kind(Key key, FindingKind made);
 
     std::vector<Finding> m_findings;

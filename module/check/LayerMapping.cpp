@@ -63,6 +63,7 @@ std::optional<std::vector<std::wstring_view>> Captures(std::wstring_view name, s
         }
     }
     std::vector<std::wstring_view> captures;
+    captures.reserve(taken.size());
     for (const Taken& one : taken)
         captures.push_back(name.substr(one.first, one.length));
     return captures;
