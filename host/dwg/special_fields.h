@@ -1,0 +1,19 @@
+// Functions that read what no list of codes can say, by the names under which layouts call them.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace dwg {
+
+class object_reader;
+
+struct special_row {
+    std::string_view name;
+    void (*read)(object_reader&);
+};
+
+std::span<const special_row> entity_fields();
+std::span<const special_row> object_fields();
+
+} // namespace dwg
