@@ -1,11 +1,15 @@
 // Saving a document: whose file it may replace, and what is kept of the old one.
 #include "host/ap/documents.h"
 
+#include "base/case_fold.h"
 #include "host/db/imp_database.h"
+#include "host/dwg/drawing_reader.h"
 #include "host/ed/editor.h"
 #include "host/ed/system_variables.h"
 #include "host/rx/events.h"
 #include "sys/folders.h"
+
+#include <fstream>
 
 namespace ap {
 
@@ -29,6 +33,21 @@ bool is_same_file(const std::wstring& a, const std::wstring& b) {
 
 std::wstring quoted(const std::wstring& name) {
     return L"'" + name + L"'";
+}
+
+// DWG is read and not written: nothing may take the name of such a file, nor its place.
+bool is_dwg_file(const std::wstring& name) {
+    const fs::path path = sys::to_path(name);
+    if (base::equal_no_case(sys::from_path(path.extension()), L".dwg"))
+        return true;
+    char head[8] = {};
+    std::ifstream file(path, std::ios::binary);
+    file.read(head, sizeof head);
+    return dwg::is_dwg({head, static_cast<std::size_t>(file.gcount())});
+}
+
+base::failure no_dwg(const std::wstring& name) {
+    return {quoted(name) + L" is a DWG file; drawings are saved as DXF: give a name that ends in .dxf"};
 }
 
 // plan.bak of plan.dxf, beside the file that links lead to; empty when none is to be kept.
@@ -84,6 +103,8 @@ base::result<void> documents::save(const std::wstring& path, int version, if_cha
     const std::wstring target = path.empty() ? current_->fileName() : path;
     if (target.empty())
         return base::failure{L"the drawing has no name yet; use SAVEAS"};
+    if (is_dwg_file(target))
+        return no_dwg(target);
     const bool own = is_same_file(target, current_->fileName());
     const document::file_tie& before = current_->file();
     if (own && current_->isReadOnly())
@@ -141,6 +162,8 @@ void documents::save_automatically() {
 base::result<void> documents::save_copy(const std::wstring& path, int version) {
     if (current_ == nullptr)
         return base::failure{L"no drawing is open"};
+    if (is_dwg_file(path))
+        return no_dwg(path);
     if (is_same_file(path, current_->fileName()))
         return base::failure{quoted(path) + L" is the drawing's own file; use QSAVE"};
     if (const auto lock = lock_target(path); !lock)

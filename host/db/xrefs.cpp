@@ -31,17 +31,16 @@ std::wstring shown(std::wstring text) {
 }
 
 // The names that a path from some system may have here, the likeliest first: drawings that are named as DWG
-// files are there as DXF files.
+// files may be there as DXF files, and the other way round.
 std::vector<fs::path> with_extensions(const fs::path& name) {
     const std::wstring extension = base::folded(sys::from_path(name.extension()));
+    fs::path other = name;
     if (extension == L".dxf")
-        return {name};
-    fs::path drawing = name;
+        return {name, other.replace_extension(".dwg")};
     if (extension == L".dwg")
-        drawing.replace_extension(".dxf");
-    else
-        drawing += ".dxf";
-    return {drawing, name};
+        return {name, other.replace_extension(".dxf")};
+    fs::path drawing = name;
+    return {drawing += ".dxf", other += ".dwg", name};
 }
 
 // The file that a reference's path means, for a drawing in `folder`; empty when there is none. Backslashes

@@ -1,6 +1,7 @@
 #include "host/dxf/drawing.h"
 
 #include "base/utf.h"
+#include "host/dwg/drawing_reader.h"
 #include "host/dxf/encoding_guess.h"
 #include "host/dxf/entry_repair.h"
 #include "host/dxf/handle_text.h"
@@ -26,8 +27,6 @@ constexpr std::string_view utf8_mark = "\xEF\xBB\xBF";
 
 // Files that people take for drawings that can be read; why they can not.
 std::wstring other_format(std::string_view bytes) {
-    if (bytes.starts_with("AC10") && bytes.find('\n') > 6)
-        return L"this is a DWG file; save it as DXF first";
     const bool marked = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
     if (marked ||
         (bytes.size() > 3 && ((bytes[0] == 0 && bytes[2] == 0) || (bytes[1] == 0 && bytes[3] == 0))))
@@ -145,6 +144,14 @@ base::result<std::string_view> drawing::text_of(std::string_view bytes) {
             repairs_.push_back(
                 {repair_kind::cut_end, cut, L"the file ends inside of this group", L"the group is left out"});
         return binary_->text();
+    }
+    if (dwg::is_dwg(bytes)) {
+        auto made = dwg::read_drawing(bytes);
+        if (!made)
+            return base::failure{made.error()};
+        encoding_note_ = dwg::notes(*made);
+        mended_ = std::move(made->dxf);
+        return std::string_view(mended_).substr(0, made->size);
     }
     if (std::wstring why = other_format(bytes); !why.empty())
         return base::failure{std::move(why)};
@@ -286,16 +293,23 @@ void drawing::take_encoding(int encoding) {
     codec_ = text_codec(guess);
     if (guess == usual || (named == 0 && guess == utf8_page))
         return;
-    encoding_note_ = L"its text is read as " + encoding_name(guess) + L", " +
-                     (version_ >= first_in_utf8 ? L"not UTF-8 as its version says"
-                      : named != 0              ? L"not " + base::widen(*page) + L" as its header says"
-                                                : std::wstring(L"its header names none that is known"));
+    encoding_note_ += (encoding_note_.empty() ? L"" : L"\n") +
+                      (L"its text is read as " + encoding_name(guess) + L", " +
+                       (version_ >= first_in_utf8 ? L"not UTF-8 as its version says"
+                        : named != 0              ? L"not " + base::widen(*page) + L" as its header says"
+                                                  : std::wstring(L"its header names none that is known")));
 }
 
 std::vector<std::wstring> drawing::messages() const {
     std::vector<std::wstring> messages = messages_of(repairs_, is_binary());
-    if (!encoding_note_.empty())
-        messages.insert(messages.begin(), encoding_note_);
+    // Of a DWG file there are several lines.
+    std::vector<std::wstring> notes;
+    for (std::wstring_view left = encoding_note_; !left.empty();) {
+        const std::size_t end = std::min(left.find(L'\n'), left.size());
+        notes.emplace_back(left.substr(0, end));
+        left.remove_prefix(std::min(left.size(), end + 1));
+    }
+    messages.insert(messages.begin(), notes.begin(), notes.end());
     return messages;
 }
 

@@ -54,7 +54,7 @@ void list_blocks() {
 std::filesystem::path drawing_file(const std::wstring& name) {
     const std::filesystem::path beside = sys::to_path(current_drawing()->imp().file_name).parent_path();
     for (const std::filesystem::path& folder : {std::filesystem::path("."), beside})
-        for (const std::wstring& named : {name, name + L".dxf"}) {
+        for (const std::wstring& named : {name, name + L".dxf", name + L".dwg"}) {
             const std::filesystem::path path = folder / sys::to_path(named);
             std::error_code ignored;
             if (std::filesystem::is_regular_file(path, ignored))

@@ -1,5 +1,6 @@
 // QSAVE, SAVEAS, SAVE, DXFOUT.
 #include "acedads.h"
+#include "base/case_fold.h"
 #include "base/number_text.h"
 #include "base/utf.h"
 #include "host/ap/documents.h"
@@ -22,6 +23,20 @@ namespace {
 
 const std::wstring& own_file() {
     return current_drawing()->imp().file_name;
+}
+
+// A drawing that came from a DWG file has no file of its own that it could be saved to.
+bool has_no_own_file() {
+    return own_file().empty() ||
+           base::equal_no_case(sys::from_path(sys::to_path(own_file()).extension()), L".dwg");
+}
+
+// What is proposed for it.
+std::wstring proposed_file() {
+    if (own_file().empty())
+        return L"Drawing1.dxf";
+    return has_no_own_file() ? sys::from_path(sys::to_path(own_file()).replace_extension(".dxf"))
+                             : own_file();
 }
 
 bool is_own_file(const std::wstring& name) {
@@ -64,7 +79,7 @@ void save_copy(const std::wstring& name, int version) {
 
 // Asks for the name of a file to write; Enter means the drawing's own. False when the user ended it.
 bool ask_target(const std::wstring& prompt, std::wstring& name) {
-    name = own_file().empty() ? L"Drawing1.dxf" : own_file();
+    name = proposed_file();
     const expecting hint({{}, L".dxf"});
     // In scripts a blank ends the name, as in the editor; a person need not put it into quotation marks.
     const answer_rule rule = editor::instance().input.at_terminal() ? answer_rule::line : answer_rule::word;
@@ -154,7 +169,7 @@ std::wstring current_format() {
 void qsave_command() {
     if (current_drawing() == nullptr)
         return;
-    if (own_file().empty())
+    if (has_no_own_file())
         saveas_command();
     else
         save({}, 0);
