@@ -78,9 +78,7 @@ void write_look(chain_writer& out, const layer_look& look, int state_mask) {
     if ((state_mask & AcDbLayerStateManager::kTransparency) != 0)
         out.add(transparency, look.transparency);
     if (look.color.isByColor())
-        out.add(true_color,
-                static_cast<int>(true_color_method | static_cast<unsigned>(look.color.red()) << 16 |
-                                 static_cast<unsigned>(look.color.green()) << 8 | look.color.blue()));
+        out.add(true_color, packed_true_color(look.color));
 }
 
 AcDbObjectId id_of(const resbuf& node) {
@@ -90,7 +88,6 @@ AcDbObjectId id_of(const resbuf& node) {
 }
 
 void read_look(layer_look& look, const resbuf& node) {
-    const auto number = static_cast<unsigned>(node.resval.rlong);
     switch (node.restype) {
     case flags:
         look.flags = node.resval.rlong;
@@ -99,9 +96,7 @@ void read_look(layer_look& look, const resbuf& node) {
         look.color.setColorIndex(static_cast<Adesk::UInt16>(node.resval.rint));
         break;
     case true_color:
-        if ((number & 0xFF000000u) == true_color_method)
-            look.color.setRGB(static_cast<Adesk::UInt8>(number >> 16), static_cast<Adesk::UInt8>(number >> 8),
-                              static_cast<Adesk::UInt8>(number));
+        unpack_true_color(node.resval.rlong, look.color);
         break;
     case weight:
         look.weight = static_cast<AcDb::LineWeight>(node.resval.rint);
@@ -137,6 +132,18 @@ void read_head(layer_state& state, const resbuf& node) {
 }
 
 } // namespace
+
+int packed_true_color(const AcCmColor& color) {
+    return static_cast<int>(true_color_method | static_cast<unsigned>(color.red()) << 16 |
+                            static_cast<unsigned>(color.green()) << 8 | color.blue());
+}
+
+bool unpack_true_color(int packed, AcCmColor& color) {
+    const auto number = static_cast<unsigned>(packed);
+    return (number & 0xFF000000u) == true_color_method &&
+           color.setRGB(static_cast<Adesk::UInt8>(number >> 16), static_cast<Adesk::UInt8>(number >> 8),
+                        static_cast<Adesk::UInt8>(number)) == Acad::eOk;
+}
 
 AcDbObjectId layer_states_dictionary(AcDbImpDatabase& drawing, bool makes) {
     const AcDbDictionaryPointer owner(extension_dictionary(drawing, makes),

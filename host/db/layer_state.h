@@ -18,6 +18,11 @@ struct layer_state {
     std::vector<layer_look> looks;
 };
 
+// A true colour as states write it: one number with the method in its highest byte. False for a number that
+// is none.
+int packed_true_color(const AcCmColor& color);
+bool unpack_true_color(int number, AcCmColor& color);
+
 // The dictionary of states; null when there is none and it is not to be made, or can not be.
 AcDbObjectId layer_states_dictionary(AcDbImpDatabase& drawing, bool makes);
 

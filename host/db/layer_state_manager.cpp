@@ -4,9 +4,10 @@
 #include "dbobjptr.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
-#include "host/db/layer_state.h"
+#include "host/db/layer_state_file.h"
 #include "host/db/viewport_groups.h"
 #include "host/db/xref_names.h"
+#include "sys/folders.h"
 
 #include <algorithm>
 
@@ -201,6 +202,38 @@ Acad::ErrorStatus AcDbLayerStateManager::renameLayerState(const ACHAR* sOldName,
     if (states->getAt(sNewName, taken) == Acad::eOk && taken != old_state)
         return Acad::eDuplicateKey;
     return states->setName(sOldName, sNewName) ? Acad::eOk : Acad::eInvalidKey;
+}
+
+Acad::ErrorStatus AcDbLayerStateManager::exportLayerState(const ACHAR* sNameToExport,
+                                                          const ACHAR* sFilename) {
+    db::named_state state;
+    if (const Acad::ErrorStatus status = db::name_layer_state(m_drawing.imp(), text_of(sNameToExport), state);
+        status != Acad::eOk)
+        return status;
+    return db::write_layer_state_file(sys::to_path(text_of(sFilename)), state) ? Acad::eOk
+                                                                               : Acad::eFileAccessErr;
+}
+
+Acad::ErrorStatus AcDbLayerStateManager::importLayerState(const ACHAR* sFilename) {
+    AcString name;
+    return importLayerState(sFilename, name);
+}
+
+Acad::ErrorStatus AcDbLayerStateManager::importLayerState(const ACHAR* sFilename, AcString& sName) {
+    db::named_state state;
+    if (const Acad::ErrorStatus status = db::read_layer_state_file(sys::to_path(text_of(sFilename)), state);
+        status != Acad::eOk)
+        return status;
+    sName = state.name.c_str();
+    return db::take_layer_state(m_drawing.imp(), state);
+}
+
+Acad::ErrorStatus AcDbLayerStateManager::importLayerStateFromDb(const ACHAR* pStateName, AcDbDatabase* pDb) {
+    if (pDb == nullptr)
+        return Acad::eNullObjectPointer;
+    db::named_state state;
+    const Acad::ErrorStatus status = db::name_layer_state(pDb->imp(), text_of(pStateName), state);
+    return status == Acad::eOk ? db::take_layer_state(m_drawing.imp(), state) : status;
 }
 
 Acad::ErrorStatus AcDbLayerStateManager::getLayerStateMask(const ACHAR* sName, LayerStateMask& returnMask) {

@@ -9,6 +9,7 @@
 #include "host/ed/expected.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/questions.h"
+#include "sys/folders.h"
 
 namespace ed {
 
@@ -86,6 +87,49 @@ bool remove() {
                      });
 }
 
+// The file without an extension gets the one that such files have.
+std::filesystem::path state_file(const std::wstring& name) {
+    std::filesystem::path file = sys::to_path(name);
+    if (!file.has_extension())
+        file += ".las";
+    return file;
+}
+
+bool import_state() {
+    std::wstring name;
+    const int answered = ask_file(L"\nEnter name of layer state file to import: ", L".las", name);
+    if (answered != RTNORM || name.empty())
+        return answered != RTCAN;
+    const std::filesystem::path file = state_file(name);
+    AcString state;
+    AcDbLayerStateManager states(current_drawing());
+    const Acad::ErrorStatus status = states.importLayerState(sys::from_path(file).c_str(), state);
+    const std::wstring why = status == Acad::eFileNotFound   ? L"Cannot find the file '" + name + L"'."
+                             : status == Acad::eInvalidInput ? L"'" + name + L"' holds no layer state."
+                                                             : reason_for(state.kwszPtr(), status);
+    if (!why.empty())
+        acdbFail((L"\n" + why).c_str());
+    return true;
+}
+
+bool export_state() {
+    std::wstring name;
+    const expecting hint({{}, {}, {}, [] { return state_names(true); }});
+    int answered = ask_name(L"\nEnter name of layer state to export: ", name, [](const std::wstring& given) {
+        return AcDbLayerStateManager(current_drawing()).hasLayerState(given.c_str())
+                   ? std::wstring()
+                   : reason_for(given, Acad::eKeyNotFound);
+    });
+    std::wstring file;
+    if (answered == RTNORM)
+        answered = ask_file(L"\nEnter file name: ", L".las", file);
+    if (answered == RTNORM && !file.empty() &&
+        AcDbLayerStateManager(current_drawing())
+                .exportLayerState(name.c_str(), sys::from_path(state_file(file)).c_str()) != Acad::eOk)
+        acdbFail((L"\nCannot write the file '" + file + L"'.").c_str());
+    return answered != RTCAN;
+}
+
 bool rename() {
     AcDbLayerStateManager states(current_drawing());
     std::wstring old_name;
@@ -106,14 +150,16 @@ bool rename() {
 
 bool layer_state_option() {
     std::wstring word;
-    if (ask_keyword(L"\nEnter an option [?/Save/Restore/Name/Delete]: ", L"? Save Restore Name Delete",
-                    word) == RTCAN)
+    if (ask_keyword(L"\nEnter an option [?/Save/Restore/Name/Delete/Import/EXport]: ",
+                    L"? Save Restore Name Delete Import EXport", word) == RTCAN)
         return false;
     return word == L"?"         ? list_states()
            : word == L"Save"    ? save()
            : word == L"Restore" ? restore()
            : word == L"Name"    ? rename()
            : word == L"Delete"  ? remove()
+           : word == L"Import"  ? import_state()
+           : word == L"EXport"  ? export_state()
                                 : true;
 }
 

@@ -66,6 +66,16 @@ public:
     // eDuplicateKey when there is one of the new name already, eInvalidKey.
     Acad::ErrorStatus renameLayerState(const ACHAR* sOldName, const ACHAR* sNewName);
 
+    // A state as a file (.las) that the editor reads, and from there. Importing makes the layers that the
+    // drawing lacks, those of references left out. eFileNotFound, eInvalidInput for what is no such file,
+    // eDuplicateKey when there is a state of the name, which `sName` gets all the same; eFileAccessErr when
+    // the file can not be written.
+    Acad::ErrorStatus exportLayerState(const ACHAR* sNameToExport, const ACHAR* sFilename);
+    Acad::ErrorStatus importLayerState(const ACHAR* sFilename);
+    Acad::ErrorStatus importLayerState(const ACHAR* sFilename, AcString& sName);
+    // The same from another drawing. eNullObjectPointer without one.
+    Acad::ErrorStatus importLayerStateFromDb(const ACHAR* pStateName, AcDbDatabase* pDb);
+
     Acad::ErrorStatus getLayerStateMask(const ACHAR* sName, LayerStateMask& returnMask);
     Acad::ErrorStatus setLayerStateMask(const ACHAR* sName, LayerStateMask mask);
     Acad::ErrorStatus getLayerStateDescription(const ACHAR* sName, AcString& description);
