@@ -1,97 +1,42 @@
 // The command that merges layers: it shows what lies on them before it does so.
 #include "acedads.h"
 #include "acutads.h"
-#include "base/wildcard.h"
 #include "dbapserv.h"
 #include "dbents.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
 #include "module/layertools/DocumentLock.h"
-#include "module/layertools/LayerDialogs.h"
 #include "module/layertools/LayerDisplay.h"
 #include "module/layertools/LayerMerge.h"
+#include "module/layertools/LayerQuestions.h"
 #include "module/layertools/LayerStates.h"
 #include "module/layertools/LayerToolBar.h"
-#include "module/standard/Names.h"
 #include "siblings/zef_kernal/TPickEntSet.h"
 #include "siblings/zef_kernal/ZefExport.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace {
 
-using Layers = std::vector<AcDbObjectId>;
-
-void Add(Layers& layers, AcDbObjectId layer) {
-    if (!layer.isNull() && std::ranges::find(layers, layer) == layers.end())
-        layers.push_back(layer);
-}
-
-// A name, with blanks; empty when the user gives none. False for Escape.
-bool AskName(const wchar_t* prompt, CString& name) {
-    AcString answer;
-    constexpr int withBlanks = 1;
-    const int given = acedGetString(withBlanks, prompt, answer);
-    name = given == RTNORM ? answer.kACharPtr() : L"";
-    name.Trim();
-    return given != RTCAN;
-}
-
-// The layer of that very name, else those that a pattern fits.
-Layers LayersNamed(const CString& name) {
-    if (const AcDbObjectId layer = ZefExport::GetLayerIdFromString(name); !layer.isNull())
-        return {layer};
-    Layers layers = GetAllLayerIds();
-    std::erase_if(layers, [&](AcDbObjectId layer) {
-        return !base::wildcard_match(ViewOf(GetLayerName(layer)), ViewOf(name), true);
-    });
-    return layers;
-}
-
-// What the user wants to merge; nothing when he ends the command.
+// What the user wants to merge; no layers when he ends the command.
 struct Sources {
-    Layers m_layers;
+    std::vector<AcDbObjectId> m_layers;
     bool m_withLocked = false;
 };
 
-std::optional<Sources> AskSources() {
+Sources AskSources() {
     Sources sources;
-    for (;;) {
-        TPickEntSet picked;
-        acedInitGet(0, L"N D L");
-        const int answer = picked.SelectEntities(
-            sources.m_withLocked ? L"\n请选择要合并图层上的图元[层名(N)/列表(D)/不合并锁定图层(L)]<退出>:"
-                                 : L"\n请选择要合并图层上的图元[层名(N)/列表(D)/锁定图层也合并(L)]<退出>:");
-        if (answer == RTNORM) {
-            for (const AcDbObjectId id : picked) {
-                const AcDbEntityPointer entity(id, AcDb::kForRead);
-                if (entity.openStatus() == Acad::eOk)
-                    Add(sources.m_layers, entity->layerId());
-            }
-        } else if (answer == RTKWORD) {
-            ACHAR keyword[8] = {};
-            acedGetInput(keyword);
-            if (keyword[0] == L'L') {
-                sources.m_withLocked = !sources.m_withLocked;
-            } else if (keyword[0] == L'D') {
-                CLayerFilterDlg dialog(GetAllLayerIds(), L"合并图层");
-                if (dialog.DoModal())
-                    sources.m_layers = dialog.GetChosenLayers();
-            } else {
-                CString name;
-                if (!AskName(L"\n请输入要合并的图层名(可用通配符，多个用逗号分开):", name))
-                    return std::nullopt;
-                sources.m_layers = LayersNamed(name);
-                if (sources.m_layers.empty())
-                    acutPrintf(L"\n没有名称符合\"%s\"的图层！", name.GetString());
-            }
-        } else {
-            return std::nullopt;
-        }
-        if (!sources.m_layers.empty())
-            return sources;
-    }
+    LayerQuestion question;
+    question.m_prompt = [&] {
+        return sources.m_withLocked ? L"\n请选择要合并图层上的图元[层名(N)/列表(D)/不合并锁定图层(L)]<退出>:"
+                                    : L"\n请选择要合并图层上的图元[层名(N)/列表(D)/锁定图层也合并(L)]<退出>:";
+    };
+    question.m_namePrompt = L"\n请输入要合并的图层名(可用通配符，多个用逗号分开):";
+    question.m_listTitle = L"合并图层";
+    question.m_keywords = L"N D L";
+    question.m_other = [&] { sources.m_withLocked = !sources.m_withLocked; };
+    sources.m_layers = AskLayers(question);
+    return sources;
 }
 
 // Null when the user ends the command.
@@ -171,18 +116,12 @@ void Preview(const CLayerMerge& merge, const CString& target) {
                target.GetString());
 }
 
-bool IsConfirmed() {
-    acedInitGet(0, L"Y N");
-    ACHAR answer[8] = {};
-    return acedGetKword(L"\n是否继续[是(Y)/否(N)]<N>:", answer) == RTNORM && answer[0] == L'Y';
-}
-
 } // namespace
 
 void CLayerToolBar::hbtc() {
     const CDocumentLock lock;
-    std::optional<Sources> sources = AskSources();
-    if (!sources)
+    Sources sources = AskSources();
+    if (sources.m_layers.empty())
         return;
     const AcDbObjectId target = AskTarget();
     if (target.isNull())
@@ -192,14 +131,14 @@ void CLayerToolBar::hbtc() {
         acutPrintf(L"\n目标图层不能是外部参照的图层！");
         return;
     }
-    KeepMergeable(*sources, target);
-    if (sources->m_layers.empty()) {
+    KeepMergeable(sources, target);
+    if (sources.m_layers.empty()) {
         acutPrintf(L"\n没有可以合并的图层！");
         return;
     }
-    CLayerMerge merge(sources->m_layers, target);
+    CLayerMerge merge(sources.m_layers, target);
     Preview(merge, name);
-    if (!IsConfirmed())
+    if (!AskYes(L"\n是否继续[是(Y)/否(N)]<N>:"))
         return;
     merge.Run();
     acutPrintf(L"\n%d 个图元合并到图层\"%s\"，删除图层 %d 个。", merge.GetMoved(), name.GetString(),
