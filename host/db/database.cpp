@@ -1,8 +1,11 @@
 #include "dbdict.h"
+#include "dbidmap.h"
 #include "dblayout.h"
+#include "dbobjptr.h"
 #include "dbsymtb.h"
 #include "dbxrecrd.h"
 #include "host/db/custom_objects.h"
+#include "host/db/drawing_part.h"
 #include "host/db/entity_classes.h"
 #include "host/db/imp_database.h"
 #include "host/db/imp_object.h"
@@ -11,6 +14,7 @@
 #include "host/db/new_object.h"
 #include "host/db/notifier.h"
 #include "host/db/spaces.h"
+#include "host/db/transfer.h"
 #include "host/dxf/record_header.h"
 #include "host/rx/events.h"
 #include "host/rx/runtime.h"
@@ -219,11 +223,59 @@ Acad::ErrorStatus AcDbDatabase::purge(AcDbObjectIdArray& ids) {
     return Acad::eOk;
 }
 
-Acad::ErrorStatus AcDbDatabase::wblockCloneObjects(AcDbObjectIdArray& /*objectIds*/,
-                                                   const AcDbObjectId& /*owner*/, AcDbIdMapping& /*idMap*/,
-                                                   AcDb::DuplicateRecordCloning /*drc*/,
-                                                   bool /*deferXlation*/) {
-    return Acad::eNotImplementedYet;
+Acad::ErrorStatus AcDbDatabase::wblock(AcDbDatabase*& outputDb, const AcDbObjectIdArray& entities,
+                                       const AcGePoint3d& basePoint) {
+    outputDb = nullptr;
+    if (!m_imp->has_drawing())
+        return Acad::eNoDatabase;
+    if (basePoint != AcGePoint3d::kOrigin)
+        return Acad::eNotImplementedYet;
+    std::vector<dxf::record_id> records;
+    for (const AcDbObjectId& id : entities) {
+        const dxf::record_id record = m_imp->record(id);
+        if (record == dxf::no_record || m_imp->records().kind(record) != dxf::record_kind::entity ||
+            m_imp->records().gone(record) || !m_imp->in_space(record))
+            return Acad::eInvalidInput;
+        records.push_back(record);
+    }
+    auto part = db::part_of_drawing(*m_imp, records);
+    if (!part)
+        return Acad::eInvalidInput;
+    outputDb = new AcDbDatabase(false, true);
+    outputDb->imp().set_drawing(std::move(*part));
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDatabase::wblockCloneObjects(AcDbObjectIdArray& objectIds, const AcDbObjectId& owner,
+                                                   AcDbIdMapping& idMap, AcDb::DuplicateRecordCloning drc,
+                                                   bool deferXlation) {
+    if ((drc != AcDb::kDrcIgnore && drc != AcDb::kDrcMangleName) || deferXlation)
+        return Acad::eNotImplementedYet;
+    dxf::record_id block = dxf::no_record;
+    AcDbImpDatabase* const to = AcDbImpDatabase::find(owner, block);
+    AcDbImpDatabase* from = nullptr;
+    std::vector<dxf::record_id> records;
+    for (const AcDbObjectId& id : objectIds) {
+        AcDbImpDatabase* const of = AcDbImpDatabase::find(id, records.emplace_back());
+        if (of == nullptr || of == to || (from != nullptr && from != of) ||
+            of->records().kind(records.back()) != dxf::record_kind::entity)
+            return Acad::eInvalidInput;
+        from = of;
+    }
+    if (from == nullptr || to == nullptr)
+        return to == nullptr ? Acad::eNullObjectId : Acad::eOk;
+    const AcDbObjectPointer<AcDbBlockTableRecord> target(owner, AcDb::kForWrite);
+    if (target.openStatus() != Acad::eOk)
+        return target.openStatus();
+    std::wstring prefix;
+    if (drc == AcDb::kDrcMangleName)
+        prefix = from->reference_name().empty() ? sys::from_path(sys::to_path(from->file_name).stem())
+                                                : from->reference_name();
+    db::transfer copying(*from, *to, prefix);
+    for (std::size_t i = 0; i < records.size(); ++i)
+        if (const AcDbObjectId copy = copying.copy_entity(records[i], *target.object()); !copy.isNull())
+            idMap.assign({objectIds[static_cast<int>(i)], copy, true, true});
+    return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbDatabase::deepCloneObjects(AcDbObjectIdArray& /*objectIds*/,

@@ -456,10 +456,22 @@ public:
     // Takes out of the list what must not be erased: all that is in use, and what every drawing has. Knows
     // the records of symbol tables; everything else counts as used.
     Acad::ErrorStatus purge(AcDbObjectIdArray& ids);
-    // eNotImplementedYet, all three.
+    // A new drawing of the same version, which the caller owns, with these entities of model space and sheets
+    // and with all that they need: layers, styles, blocks, dictionaries, applications. The header is this
+    // drawing's, and handles stay. eInvalidInput for what is no such entity of this drawing, eNoDatabase;
+    // eNotImplementedYet for a base point that is not the origin.
+    Acad::ErrorStatus wblock(AcDbDatabase*& outputDb, const AcDbObjectIdArray& entities,
+                             const AcGePoint3d& basePoint);
+    // Copies entities, all of one drawing, into a block of another, with the layers, styles and blocks that
+    // they need. What the other drawing has under the same name stays (kDrcIgnore); with kDrcMangleName
+    // layers and blocks of a drawing called "plan" come as "plan$0$name". The map gets a pair for each entity
+    // that was copied; one that holds on to other objects of its drawing is not. eInvalidInput for what is no
+    // entity, or in the same drawing; eNotThatKindOfClass for an owner that is no block; eNotImplementedYet
+    // for other ways.
     Acad::ErrorStatus wblockCloneObjects(AcDbObjectIdArray& objectIds, const AcDbObjectId& owner,
                                          AcDbIdMapping& idMap, AcDb::DuplicateRecordCloning drc,
                                          bool deferXlation = false);
+    // eNotImplementedYet, both.
     Acad::ErrorStatus deepCloneObjects(AcDbObjectIdArray& objectIds, const AcDbObjectId& owner,
                                        AcDbIdMapping& idMap, bool deferXlation = false);
     Acad::ErrorStatus insert(AcDbObjectId& blockId, const ACHAR* blockName, AcDbDatabase* database,
