@@ -15,13 +15,6 @@ namespace {
 typedef AcDbObjectPointer<AcDbBlockReference> BlockReferencePointer;
 typedef AcDbObjectPointer<AcDbBlockTableRecord> BlockPointer;
 
-// From the coordinates of the referenced drawing to the world. Its base point lies at the position of the
-// reference; the block transform does not say so everywhere.
-AcGeMatrix3d GetPlacing(const AcDbBlockReference& reference, const AcDbBlockTableRecord& definition) {
-    const AcGeMatrix3d transform = reference.blockTransform();
-    return AcGeMatrix3d::translation(reference.position() - transform * definition.origin()) * transform;
-}
-
 // Seen from above, the box enlarged.
 bool IsAround(const AcDbExtents& box, const AcGePoint3d& point) {
     constexpr double margin = 50.0;
@@ -33,6 +26,13 @@ bool IsAround(const AcDbExtents& box, const AcGePoint3d& point) {
 }
 
 } // namespace
+
+// The block transform does not say everywhere where the base point lies.
+AcGeMatrix3d KolTool::GetPlacing(const AcDbBlockReference& reference,
+                                 const AcDbBlockTableRecord& definition) {
+    const AcGeMatrix3d transform = reference.blockTransform();
+    return AcGeMatrix3d::translation(reference.position() - transform * definition.origin()) * transform;
+}
 
 bool KolTool::IsExternalBlock(AcDbObjectId entity) {
     const BlockReferencePointer reference(entity, AcDb::kForRead);

@@ -7,10 +7,17 @@
 #include "gepnt3d.h"
 #include "module/frame/ModulePort.h"
 
+class AcDbBlockReference;
+class AcDbBlockTableRecord;
+
 namespace KolTool {
 
 // Whether an entity is a reference to an external drawing.
 ZEF_PIPESYSTEM_PORT bool IsExternalBlock(AcDbObjectId entity);
+
+// From the coordinates of a reference's definition to those that the reference stands in. The definition's
+// base point lies at the position of the reference.
+AcGeMatrix3d GetPlacing(const AcDbBlockReference& reference, const AcDbBlockTableRecord& definition);
 
 // Asks for an entity inside of a reference: the innermost one, where it was picked, in the world or in the
 // user's coordinates, and the transformation from its block to the world. RTNORM; else as acedNEntSelP, and

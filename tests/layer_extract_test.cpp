@@ -1,0 +1,116 @@
+// Extracting layers: what is on chosen layers of references and blocks becomes entities of the drawing.
+#include "tests/layer_support.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using test::picks;
+using test::says;
+using test::texts;
+
+constexpr const char* askReference = "\n请选择外部参照或块<退出>:";
+constexpr const char* askLayer = "\n请选择参照或块内要提取图层上的图元[层名(N)/列表(D)]<退出>:";
+constexpr const char* askNaming = "\n提取后的图层名[图层名(N)/参照名$0$图层名(R)]<N>:";
+
+// The plan is inserted at 5000,5000 with its base point 1000,500, doubled and turned by 90 degrees: what is
+// at x,y in it is at 6000 - 2y, 3000 + 2x.
+const std::string plan = "tctq\n" + picks({"216"}) + "\n";
+
+struct LayerExtract : testing::Test, test::Sessions {
+    LayerExtract() : Sessions(test::read(test::drawing("layer_tools/pipes.dxf"))) {
+        folder_.write("plan.dxf", test::read(test::drawing("layer_tools/plan.dxf")));
+    }
+
+    struct row {
+        std::string script;
+        texts said;
+        bool changes = false;
+    };
+    void expect(const std::vector<row>& rows) {
+        const std::string before = saved;
+        for (const row& each : rows) {
+            saved = before;
+            const test::run_result ran = run(each.script);
+            for (const std::string& text : each.said)
+                EXPECT_TRUE(says(ran, text)) << each.script << text << "\n" << ran.out << ran.err;
+            EXPECT_EQ(saved != before, each.changes) << each.script << ran.out;
+        }
+        saved = before;
+    }
+};
+
+std::string list(const std::string& layer) {
+    return "LIST\n(ssget \"X\" '((8 . \"" + layer + "\")))\n\n";
+}
+
+} // namespace
+
+TEST_F(LayerExtract, CopiesStandWhereTheReferenceShowsThem) {
+    const std::string doors = "at point, X=4800.0000  Y=11000.0000  Z=0.0000";
+    const std::string wall = "from point, X=5000.0000  Y=5000.0000  Z=0.0000";
+    expect({
+        {plan + "N\n墙体\nN\n" + list("墙体"),
+         {askReference, askLayer, askNaming, "\n从 1 个参照或块提取 2 个图元到 1 个图层。", wall,
+          "to point, X=5000.0000  Y=7000.0000  Z=0.0000", doors},
+         true},
+        {plan + "N\nplan|墙*\nR\n" + list("plan$0$墙体"), {wall, doors}, true},
+        {plan + "5000,6000\n\n\n" + list("墙体"), {"\n图层\"plan|墙体\"", "\n请继续选择", wall}, true},
+        {plan + "D\nplan|墙体 OK\n\n" + list("墙体"), {"提取图层", wall}, true},
+        // A block on a chosen layer in one that is not; its line is on layer 0.
+        {plan + "N\n门窗\n\n" + list("门窗"), {"提取 2 个图元", "at point, X=1000.0000  Y=9000.0000"}, true},
+        // What is on 0 of the model is seen on the layer of the reference.
+        {plan + "N\n0\n\n" + list("0"), {"提取 1 个图元到 1 个图层", "X=1000.0000  Y=5000.0000"}, true},
+        {"tctq\n" + picks({"216", "217"}) + "\nN\n*\n\n",
+         {"\n从 2 个参照或块提取 16 个图元到 5 个图层。"},
+         true},
+        {plan + "N\n墙体\n\nU\n", {"提取 2 个图元"}},
+        // Once more on layers that are locked now, and with colours of their own: they stay as they are.
+        {"-LAYER N 墙体\nC 6 墙体\nLO 墙体\n\n" + plan + "N\n墙体\n\n-LAYER ?\n墙体\n\n" + list("墙体"),
+         {"提取 2 个图元", "6", wall},
+         true},
+    });
+    run("-LAYER C 5 plan|墙体\n\n" + plan + "N\n墙体\n\n");
+    EXPECT_TRUE(says(run("-LAYER ?\n墙体\n\n"), "墙体                On                 5")) << saved.size();
+    EXPECT_EQ(
+        test::changes(test::read(folder_ / "plan.dxf"), test::read(test::drawing("layer_tools/plan.dxf"))),
+        texts()); // the source is untouched
+}
+
+// A circle in a block that is scaled unevenly; its colour is the reference's, which has that of its layer.
+TEST_F(LayerExtract, BlocksWorkTooAndWhatIsSeenStays) {
+    const std::string symbol =
+        folder_
+            .write("sym.dxf", "0\nSECTION\n2\nENTITIES\n0\nCIRCLE\n8\nW\n62\n0\n10\n10\n"
+                              "20\n0\n40\n5\n0\nENDSEC\n0\nEOF\n")
+            .string();
+    run("-LAYER S 说明\n\nINSERT\n" + symbol + "\n100,0\n2\n1\n0\n\n");
+    const test::run_result ran = run("tctq\nL\n\nN\nW\n");
+    EXPECT_TRUE(says(ran, "\n从 1 个参照或块提取 1 个图元到 1 个图层。")) << ran.out;
+    EXPECT_FALSE(says(ran, askNaming)); // no reference
+    int ellipses = 0;
+    for (const auto& [handle, groups] : test::objects(saved)) {
+        if (groups.empty() || groups.front() != "0 ELLIPSE")
+            continue;
+        ++ellipses;
+        for (const char* const group : {"8 W", "62 4", "10 120.0", "11 10.0", "40 0.5"})
+            EXPECT_NE(std::find(groups.begin(), groups.end(), group), groups.end()) << group;
+    }
+    EXPECT_EQ(ellipses, 1);
+}
+
+TEST_F(LayerExtract, EndsAtEveryPromptWithNothingChanged) {
+    std::vector<row> rows = {
+        {"tctq\n" + picks({"210"}) + "\n^C\n", {"\n选中的图元里没有外部参照或块！"}},
+        {plan + "N\n没有\n^C\n", {"\n参照或块里没有名称符合\"没有\"的图层！"}},
+        {plan + "-9000,-9000\n\n", {askLayer}},
+        {plan + "0,500\n\n", {"\n它不在选中的参照或块里！"}},
+        {plan + "5000,6000\n^C\n", {"\n请继续选择"}},
+    };
+    for (const char* const end : {"\n", "^C\n"})
+        for (const std::string& way : {std::string("tctq\n"), plan, plan + "D\nCANCEL\n"})
+            rows.push_back({way + end, {askReference}});
+    rows.push_back({plan + "N\n^C\n", {askLayer}});
+    rows.push_back({plan + "N\n墙体\n^C\n", {askNaming}});
+    expect(rows);
+}
