@@ -41,6 +41,16 @@ public:
     // before that the user sees what lies on them, and confirms.
     void hbtc();
 
+    // Layers that are picked, named or chosen go with all that is on them to a drawing file, or to one each.
+    void tcdc();
+
+    // What is on chosen layers inside of references and blocks is copied into the drawing, as it is seen
+    // there.
+    void tctq();
+
+    // States of all layers by name: saved, restored, renamed, deleted, compared, and as files.
+    void cztk();
+
     // Of the layers that are off those that the user chooses are turned on, and their hidden entities shown.
     void OpenLayer();
 
