@@ -18,6 +18,7 @@ struct column {
 struct line {
     std::vector<std::wstring> cells; // one for each column
     bool checked = false;
+    int depth = 0; // in a tree: below how many of the lines above it stands
 };
 
 struct check_list {

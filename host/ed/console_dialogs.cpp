@@ -39,6 +39,12 @@ std::wstring row_text(std::wstring_view before, const std::vector<std::wstring>&
     return text + L'\n';
 }
 
+// What a column shows of a line: in the first one, lines of a tree stand to the right of what they belong to.
+std::wstring cell_text(const ui::line& line, std::size_t column) {
+    std::wstring text = column < line.cells.size() ? line.cells[column] : std::wstring();
+    return column == 0 ? std::wstring(2 * static_cast<std::size_t>(line.depth), L' ') + text : text;
+}
+
 std::wstring list_text(const ui::check_list& list, std::size_t first, std::size_t digits) {
     std::vector<std::wstring> names;
     std::vector<std::size_t> widths;
@@ -46,15 +52,18 @@ std::wstring list_text(const ui::check_list& list, std::size_t first, std::size_
         names.push_back(list.columns[i].name);
         std::size_t width = base::display_width(names.back());
         for (const ui::line& line : list.lines)
-            width = std::max(width, i < line.cells.size() ? base::display_width(line.cells[i]) : 0);
+            width = std::max(width, base::display_width(cell_text(line, i)));
         widths.push_back(width);
     }
     std::wstring text = row_text(std::wstring(digits + 4, L' '), names, widths);
     for (const ui::line& line : list.lines) {
         const std::wstring number = std::to_wstring(first++);
+        std::vector<std::wstring> cells;
+        for (std::size_t i = 0; i < line.cells.size(); ++i)
+            cells.push_back(cell_text(line, i));
         text +=
             row_text(std::wstring(digits - number.size(), L' ') + number + (line.checked ? L" [x]" : L" [ ]"),
-                     line.cells, widths);
+                     cells, widths);
     }
     return text;
 }
