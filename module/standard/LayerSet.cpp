@@ -130,6 +130,15 @@ void LayerSet::AddMapping(LPCTSTR source, LPCTSTR destination, bool isDefault) {
         m_defaultMap[source] = destination;
 }
 
+bool LayerSet::RemoveMapping(LPCTSTR source) {
+    const CString key(source);
+    if (m_map.erase(key) == 0)
+        return false;
+    if (m_mapped.erase(key) != 0)
+        m_index.erase(key);
+    return true;
+}
+
 bool LayerSet::IsDefaultMapping(LPCTSTR key) const {
     const CString wanted(key);
     const auto own = m_map.find(wanted);

@@ -72,6 +72,8 @@ public:
     void AddMapping(LPCTSTR source, LPCTSTR destination, bool isDefault = false);
     // The same in the built-in mapping alone.
     void AddDefaultMapping(LPCTSTR source, LPCTSTR destination) { m_defaultMap[source] = destination; }
+    // Ends the mapping of a key: one that was an alias has no layer then. False when there is none.
+    bool RemoveMapping(LPCTSTR source);
     // Whether the map and the built-in one both have the key, and the same destination for it.
     bool IsDefaultMapping(LPCTSTR key) const;
     // Makes every key of the map that has no layer of its own, and whose destination has one, an alias.
