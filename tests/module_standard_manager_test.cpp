@@ -139,11 +139,11 @@ TEST(StandardCommand, ShowsOpensSavesAndChecks) {
     const auto run = [&](const std::string& script) {
         return test::zefhost({"--profile", profile.path().string(), "-c", script});
     };
-    const auto shown = run("gxsz\\n\\n");
+    const auto shown = run("gxsz\\nB\\n\\n");
     EXPECT_EQ(shown.status, 0) << shown.err;
     // Of each kind of table one line.
     for (const char* part : {"管道系统标准: ", "kol.vrsl", "给水系统", "PIPE-给水", "Continuous", "PP-R",
-                             "[打开(O)/保存(S)/检查(C)] <退出>:"})
+                             "打开(O)/保存(S)/检查(C)/退出(Q) 或 路径=值] <退出>:"})
         EXPECT_NE(shown.out.find(part), std::string::npos) << part << "\n" << shown.out.substr(0, 2000);
 
     const std::string copy = (profile.path() / "copy.vrsl").string();
@@ -168,7 +168,7 @@ TEST(StandardCommand, ShowsOpensSavesAndChecks) {
     EXPECT_NE((broken.out + broken.err).find("加载标准文件失败！"), std::string::npos) << broken.err;
     EXPECT_NE((broken.out + broken.err).find("sys/nothing.vrsl: 文件无法读取"), std::string::npos)
         << broken.err;
-    EXPECT_NE(broken.out.find("PIPE-给水"), std::string::npos);
+    EXPECT_NE(broken.out.find("管线系统 44 个"), std::string::npos);
     // Nor is a file without systems remembered.
     const auto page = profile.write("page.vrsl", "<html/>").string();
     EXPECT_NE(run("gxsz\\nO\\n" + page + "\\n\\n").out.find("其中没有管线系统！"), std::string::npos);

@@ -8,7 +8,7 @@
 #include "module/layertools/LayerControlBar.h"
 #include "module/layertools/LayerToolBar.h"
 #include "module/layertools/MarkCommands.h"
-#include "module/standard/StandardCommand.h"
+#include "module/settings/SettingsCommand.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -49,7 +49,7 @@ constexpr CommandRow LayerTool(Adesk::Int32 flags) {
 }
 
 constexpr CommandRow commands[] = {
-    {L"gxsz", ShowStandard, ACRX_CMD_USEPICKSET},
+    {L"gxsz", EditStandard, ACRX_CMD_USEPICKSET},
     {L"dcsz", SettingsTransfer::ExportCommand, ACRX_CMD_REDRAW},
     {L"drsz", SettingsTransfer::ImportCommand, ACRX_CMD_REDRAW},
     LayerTool<L"SetAllPipeLayOpen", &CLayerToolBar::SetAllPipeLayOpen>(ACRX_CMD_TRANSPARENT),
