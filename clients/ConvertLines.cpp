@@ -2,7 +2,6 @@
 
 #include "acedads.h"
 #include "acutmem.h"
-#include "clients/CurrentSpace.h"
 #include "clients/NewPipe.h"
 #include "clients/Questions.h"
 #include "dbents.h"
@@ -11,6 +10,7 @@
 #include "module/standard/PipeSystemTool.h"
 #include "siblings/zef_kernal/TPickEntSet.h"
 #include "siblings/zef_kernal/ZefExport.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 #include "siblings/zef_public/PipeMaterials.h"
 #include "siblings/zef_public/SharedOptions.h"
 

@@ -1,10 +1,10 @@
 #include "clients/DrawPipes.h"
 
-#include "clients/Crossings.h"
-#include "clients/CurrentSpace.h"
 #include "clients/NewPipe.h"
 #include "clients/PipeLabelling.h"
 #include "clients/Questions.h"
+#include "siblings/zef_pipewire/Crossings.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 
 #include "acedads.h"
 #include "geassign.h"

@@ -1,7 +1,6 @@
 #include "clients/DrawingSettings.h"
 
 #include "acedads.h"
-#include "clients/CurrentSpace.h"
 #include "clients/Questions.h"
 #include "dbapserv.h"
 #include "dbdict.h"
@@ -9,6 +8,7 @@
 #include "dblayout.h"
 #include "dbobjptr.h"
 #include "siblings/zef_kernal/ZefExport.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 

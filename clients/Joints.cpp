@@ -1,7 +1,7 @@
 #include "clients/Joints.h"
 
-#include "clients/CurrentSpace.h"
 #include "dbobjptr.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 #include "siblings/zef_pipewire/TDbPipeNode.h"
 
 #include <algorithm>

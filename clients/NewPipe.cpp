@@ -1,9 +1,9 @@
 #include "clients/NewPipe.h"
 
 #include "acedads.h"
-#include "clients/CurrentSpace.h"
 #include "module/standard/PipeSystemCreation.h"
 #include "module/standard/PipeSystemUpdates.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 

@@ -1,8 +1,8 @@
 // Draws one pipe by the current standard.
 #pragma once
 
-#include "clients/Crossings.h"
 #include "clients/Joints.h"
+#include "siblings/zef_pipewire/Crossings.h"
 
 // What a pipe is drawn as.
 struct TPipeKind {

@@ -2,10 +2,10 @@
 
 #include "acdbads.h"
 #include "acutmem.h"
-#include "clients/CurrentSpace.h"
 #include "dbobjptr.h"
 #include "module/standard/PipeSystemCreation.h"
 #include "module/standard/PipeSystemTool.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 #include "siblings/zef_pipewire/TDbPsConfig.h"
 #include "siblings/zef_pipewire/TDbText.h"

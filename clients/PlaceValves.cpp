@@ -1,11 +1,11 @@
 #include "clients/PlaceValves.h"
 
 #include "acedads.h"
-#include "clients/CurrentSpace.h"
 #include "dbobjptr.h"
 #include "module/standard/PipeSystemCreation.h"
 #include "siblings/zef_kernal/TPickEntSet.h"
 #include "siblings/zef_kernal/ZefExport.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 #include "siblings/zef_pipewire/TDbPipeAttachment.h"
 

@@ -1,4 +1,4 @@
-#include "clients/CurrentSpace.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 
 #include "acdbads.h"
 #include "acedads.h"

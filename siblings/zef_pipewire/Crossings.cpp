@@ -1,14 +1,19 @@
-#include "clients/Crossings.h"
+#include "siblings/zef_pipewire/Crossings.h"
 
-#include "clients/CurrentSpace.h"
-#include "clients/Joints.h"
 #include "dbobjptr.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 
 #include <cmath>
 
+namespace {
+
+constexpr double nearBy = 0.1; // as ends that meet are
+
+} // namespace
+
 CCrossings::CCrossings() {
-    for (const AcDbObjectId id : EntitiesOfCurrentSpace(L"ZEF_PIPE")) {
+    for (const AcDbObjectId id : EntitiesOfCurrentSpace(L"ZEF_PIPE,ZEF_DOUBLELINEPIPE")) {
         const AcDbObjectPointer<TDbPipe> pipe(id, AcDb::kForRead);
         if (pipe.openStatus() == Acad::eOk && !pipe->IsVertical())
             m_lines.push_back(LineOf(*pipe.object()));
@@ -33,12 +38,12 @@ bool CCrossings::PassesOver(const Line& line, const Line& other, bool isLater) {
     // At its ends a pipe meets the other one.
     const auto isInside = [](double part, const AcGeVector3d& whole) {
         const double length = std::hypot(whole.x, whole.y);
-        return part * length >= CJoints::nearBy && (1.0 - part) * length >= CJoints::nearBy;
+        return part * length >= nearBy && (1.0 - part) * length >= nearBy;
     };
     if (!isInside(here, along) || !isInside(there, across))
         return false;
     const double rise = line.m_start.z + along.z * here - (other.m_start.z + across.z * there);
-    if (std::fabs(rise) >= CJoints::nearBy)
+    if (std::fabs(rise) >= nearBy)
         return rise > 0.0;
     return isLater && line.m_system != other.m_system;
 }

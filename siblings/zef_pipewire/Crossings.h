@@ -9,12 +9,13 @@
 #include "afx.h"
 #include "dbidar.h"
 #include "gepnt3d.h"
+#include "siblings/zef_pipewire/PipewirePort.h"
 
 #include <vector>
 
 class TDbPipe;
 
-class CCrossings {
+class ZEF_PIPEWIRE_PORT CCrossings {
 public:
     // With the pipes that there are.
     CCrossings();
