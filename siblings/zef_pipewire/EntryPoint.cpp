@@ -1,5 +1,6 @@
 // What the host tells zef_pipewire: at its start it brings the classes of the pipe entities.
 #include "rxregsvc.h"
+#include "siblings/zef_pipewire/TDbDoubleLineFitting.h"
 #include "siblings/zef_pipewire/TDbDoubleLinePipe.h"
 #include "siblings/zef_pipewire/TDbPipeAttachment.h"
 #include "siblings/zef_pipewire/TDbPipeNode.h"
@@ -26,6 +27,7 @@ constexpr ClassRow classes[] = {
     Row<TDbPipePrototype>(),
     Row<TDbPipe>(),
     Row<TDbDoubleLinePipe>(),
+    Row<TDbDoubleLineFitting>(),
     Row<TDbPipeAttachment>(),
     Row<TDbPipeNode>(),
     Row<TDbText>(),

@@ -127,6 +127,10 @@ protected:
     // The pipe itself, which does not stand upright: its visible parts, as thick as they plot where that is
     // the default.
     virtual void DrawBody(TPen& pen) const;
+    // The symbol of one that does.
+    virtual void DrawRiser(TPen& pen) const;
+    // How long the gap is in it below another pipe that passes over it: the drawing's break width.
+    virtual double GetPassingGap(const TDbPipe& passing) const;
     // A sign and the diameter behind it.
     static CString SignedDiameter(const CString& sign, double diameter);
     // Whether its label is drawn, which a riser never has; and how far from its centre line that begins.
@@ -138,7 +142,6 @@ protected:
 private:
     TDxfFields Fields();
     void Draw(TPen& pen) const;
-    void DrawRiser(TPen& pen) const;
     void DrawArrow(TPen& pen) const;
     TLabel GetLabel() const;
     CString ElementText(int type) const;

@@ -43,18 +43,11 @@ std::optional<double> PlaceOf(const TDbPipe& other, const AcGePoint3d& start, co
     return isInside ? std::optional(here) : std::nullopt;
 }
 
-template<class Cover>
-std::optional<double> PlaceOfId(AcDbObjectId id, const AcGePoint3d& start, const AcGeVector3d& along,
-                                double& width) {
-    const AcDbObjectPointer<Cover> cover(id, AcDb::kForRead);
-    if (cover.openStatus() != Acad::eOk)
-        return std::nullopt;
-    if constexpr (std::is_same_v<Cover, TDbPipeAttachment>)
-        width = cover->GetSize();
-    return PlaceOf(*cover.object(), start, along);
-}
-
 } // namespace
+
+double TDbPipe::GetPassingGap(const TDbPipe& /*passing*/) const {
+    return GetPsBreakWidth(database()) * GetPlotScale();
+}
 
 std::vector<TDbPipe::Part> TDbPipe::GetVisibleParts() const {
     assertReadEnabled();
@@ -69,13 +62,15 @@ std::vector<TDbPipe::Part> TDbPipe::GetVisibleParts() const {
             hidden.push_back({*place * length - width / 2, *place * length + width / 2});
     };
     for (int i = 0; i < symbols.length(); ++i) {
-        double width = 0.0;
-        const auto place = PlaceOfId<TDbPipeAttachment>(symbols[i], m_start, along, width);
-        hide(place, width);
+        const AcDbObjectPointer<TDbPipeAttachment> symbol(symbols[i], AcDb::kForRead);
+        if (symbol.openStatus() == Acad::eOk)
+            hide(PlaceOf(*symbol.object(), m_start, along), symbol->GetSize());
     }
-    double gap = GetPsBreakWidth(database()) * GetPlotScale();
-    for (int i = 0; i < m_passingPipes.length(); ++i)
-        hide(PlaceOfId<TDbPipe>(m_passingPipes[i], m_start, along, gap), gap);
+    for (int i = 0; i < m_passingPipes.length(); ++i) {
+        const AcDbObjectPointer<TDbPipe> passing(m_passingPipes[i], AcDb::kForRead);
+        if (passing.openStatus() == Acad::eOk)
+            hide(PlaceOf(*passing.object(), m_start, along), GetPassingGap(*passing.object()));
+    }
     std::ranges::sort(hidden, {}, &Span::m_from);
 
     std::vector<Part> parts;
