@@ -5,6 +5,7 @@
 #include "siblings/zef_kernal/ZefExport.h"
 #include "siblings/zef_pipewire/TFlange.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <vector>
@@ -17,8 +18,18 @@ struct FlangeRow {
     TFlangeData data;
 };
 
+// One size by nominal diameter, in a series where there are several.
+struct SizeRow {
+    CString series;
+    double dn = 0;
+    double size = 0;
+};
+
 struct Tables {
     std::vector<FlangeRow> flanges;
+    std::vector<SizeRow> elbows;
+    std::vector<SizeRow> tees;
+    std::vector<SizeRow> reducers;
     TFlangeFunction before = nullptr;
 };
 
@@ -59,8 +70,28 @@ void ReadFlanges(const CVRbTreeItem& root, std::vector<FlangeRow>& rows) {
     });
 }
 
+void ReadSizes(const CVRbTreeItem& root, const wchar_t* table, const wchar_t* row, const wchar_t* size,
+               std::vector<SizeRow>& rows) {
+    ForEachChild(root, table, [&](const CVRbTreeItem& one) {
+        ForEachChild(one, row, [&](const CVRbTreeItem& item) {
+            const double length = item.GetAttrib(size, 0.0);
+            if (length > 0.0)
+                rows.push_back({one.GetAttrib(L"Series"), item.GetAttrib(L"Dn", 0.0), length});
+        });
+    });
+}
+
+constexpr double slack = 0.001;
+
+double SizeOf(std::vector<SizeRow> Tables::*table, LPCTSTR series, double dn) {
+    if (g_tables != nullptr)
+        for (const SizeRow& row : g_tables.get()->*table)
+            if (row.series == series && std::abs(row.dn - dn) < slack)
+                return row.size;
+    return 0.0;
+}
+
 bool FindFlange(double pressureClass, double dn, TFlangeData& flange) {
-    constexpr double slack = 0.001;
     if (g_tables != nullptr)
         for (const FlangeRow& row : g_tables->flanges)
             if (std::abs(row.pressureClass - pressureClass) < slack && std::abs(row.dn - dn) < slack) {
@@ -78,8 +109,13 @@ void SpecData::Load() {
     g_tables = std::make_unique<Tables>();
     CString path;
     CVRbTree tree;
-    if (ZefExport::FindFile(L"SpecData.xml", path) && LoadTreeFromXml(path, tree) != 0)
-        ReadFlanges(*tree.GetRootItem(), g_tables->flanges);
+    if (ZefExport::FindFile(L"SpecData.xml", path) && LoadTreeFromXml(path, tree) != 0) {
+        const CVRbTreeItem& root = *tree.GetRootItem();
+        ReadFlanges(root, g_tables->flanges);
+        ReadSizes(root, L"Elbows", L"Elbow", L"Radius", g_tables->elbows);
+        ReadSizes(root, L"Tees", L"Tee", L"CenterToEnd", g_tables->tees);
+        ReadSizes(root, L"Reducers", L"Reducer", L"Length", g_tables->reducers);
+    }
     g_tables->before = g_pfnGetFlangeDataByDn;
     g_pfnGetFlangeDataByDn = FindFlange;
 }
@@ -89,4 +125,25 @@ void SpecData::Release() {
         return;
     g_pfnGetFlangeDataByDn = g_tables->before;
     g_tables.reset();
+}
+
+std::vector<CString> SpecData::GetElbowSeries() {
+    std::vector<CString> series;
+    if (g_tables != nullptr)
+        for (const SizeRow& row : g_tables->elbows)
+            if (std::ranges::find(series, row.series) == series.end())
+                series.push_back(row.series);
+    return series;
+}
+
+double SpecData::GetElbowRadius(LPCTSTR series, double dn) {
+    return SizeOf(&Tables::elbows, series, dn);
+}
+
+double SpecData::GetTeeLength(double dn) {
+    return SizeOf(&Tables::tees, L"", dn);
+}
+
+double SpecData::GetReducerLength(double dn) {
+    return SizeOf(&Tables::reducers, L"", dn);
 }
