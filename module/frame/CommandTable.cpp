@@ -4,6 +4,7 @@
 #include "acutads.h"
 #include "afx.h"
 #include "module/check/CheckCommands.h"
+#include "module/doubleline/DoublePipeCommand.h"
 #include "module/frame/SettingsTransfer.h"
 #include "module/layertools/LayerControlBar.h"
 #include "module/layertools/LayerToolBar.h"
@@ -65,7 +66,7 @@ constexpr CommandRow commands[] = {
     LayerTool<L"EraseSelLayer", &CLayerToolBar::EraseSelLayer>(ACRX_CMD_USEPICKSET),
     LayerTool<L"ConvertLayer", &CLayerToolBar::ConvertLayer>(ACRX_CMD_USEPICKSET),
     LayerTool<L"hbtc", &CLayerToolBar::hbtc>(ACRX_CMD_USEPICKSET),
-    Unfinished<L"gxgd">(ACRX_CMD_USEPICKSET),
+    {L"gxgd", DrawDoubleLinePipes, ACRX_CMD_USEPICKSET},
     LayerTool<L"tcdc", &CLayerToolBar::tcdc>(ACRX_CMD_USEPICKSET),
     LayerTool<L"tctq", &CLayerToolBar::tctq>(ACRX_CMD_USEPICKSET),
     LayerTool<L"FrozenLayer", &CLayerToolBar::FrozenLayer>(ACRX_CMD_USEPICKSET),
