@@ -235,6 +235,7 @@ void CLineJoin::Run() {
 
 void CLineJoin::Join(const std::vector<AcDbObjectId>& lines) {
     std::vector<Segment> pieces;
+    pieces.reserve(lines.size());
     for (const AcDbObjectId id : lines)
         pieces.push_back(LineOf(id));
     for (auto& [root, set] : Chains(pieces, m_tolerance).Sets()) {

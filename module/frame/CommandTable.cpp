@@ -1,8 +1,6 @@
 #include "module/frame/CommandTable.h"
 
 #include "accmd.h"
-#include "acutads.h"
-#include "afx.h"
 #include "module/check/CheckCommands.h"
 #include "module/doubleline/DoublePipeCommand.h"
 #include "module/frame/SettingsTransfer.h"
@@ -30,18 +28,6 @@ struct CommandName {
     constexpr CommandName(const wchar_t (&name)[Size]) { std::copy_n(name, Size, text); }
     wchar_t text[Size] = {};
 };
-
-// The row of a command whose part is not there yet: it says so and fails.
-template<CommandName Name>
-constexpr CommandRow Unfinished(Adesk::Int32 flags) {
-    return {Name.text,
-            [] {
-                CString message;
-                message.Format(L"\n命令 %s 尚未完成，本次不执行。", Name.text);
-                acdbFail(message);
-            },
-            flags};
-}
 
 // The row of a command that is a method of the layer tool object.
 template<CommandName Name, void (CLayerToolBar::*Method)()>
@@ -78,8 +64,8 @@ constexpr CommandRow commands[] = {
     LayerTool<L"cztk", &CLayerToolBar::cztk>(ACRX_CMD_USEPICKSET),
     {L"jcjk", CheckCurrentDrawing, ACRX_CMD_USEPICKSET},
     {L"gxfz", MendCurrentDrawing, ACRX_CMD_USEPICKSET},
-    Unfinished<L"xxyh">(ACRX_CMD_USEPICKSET),
-    Unfinished<L"xxyh2">(ACRX_CMD_USEPICKSET),
+    {L"xxyh", OrderLinetypes, ACRX_CMD_USEPICKSET},
+    {L"xxyh2", JoinLines, ACRX_CMD_USEPICKSET},
 };
 static_assert(std::size(commands) == 30);
 
