@@ -93,9 +93,9 @@ std::optional<refusal> indexer::run() {
     // What stands before the first record: comments, or nothing.
     record_id current = records_.append(text_.substr(0, 0), record_kind::structure, type_none);
     header_taker taker({});
-    scattered_taker scattered({});
     bool in_header = false;
-    bool in_entity = false;
+    bool is_entity = false;
+    bool is_scattered = false; // behind the header there may be groups that belong to it
     bool ended = false;
     bool mixed_up = start != 0; // lines of the current record are no groups, or values are not there
     std::size_t stray_lines = 0;
@@ -103,6 +103,11 @@ std::optional<refusal> indexer::run() {
         if (end - records_.text(current).data() > longest_record)
             return false;
         records_.extend(current, end);
+        if (is_scattered && is_entity) {
+            const record_header whole = read_entity_header(records_.text(current));
+            taker.header.layer = whole.layer;
+            taker.header.paper = whole.paper;
+        }
         finish_header(current, taker);
         const std::uint32_t type = records_.type(current);
         const bool nameless = taker.header.name.empty() && (type == type_section || type == type_table);
@@ -116,10 +121,10 @@ std::optional<refusal> indexer::run() {
                     {text_.data(), static_cast<std::size_t>(group.begin - text_.data())}))
             mixed_up = true;
         if (group.code != 0) {
-            if (in_header && !taker.take(group))
-                in_header = false;
-            if (in_entity && !scattered.take(group, taker.header))
-                in_entity = false;
+            if (in_header)
+                in_header = taker.take(group);
+            else if (group.code == 8 || group.code == 67)
+                is_scattered = true;
             continue;
         }
         // The last lines that were met may stand behind this group: they are none of its value.
@@ -137,9 +142,9 @@ std::optional<refusal> indexer::run() {
         mixed_up = first_line != group.value.npos;
         current = begin_record(group);
         taker = header_taker(records_.type_name(current));
-        scattered = scattered_taker(records_.type_name(current));
         in_header = true;
-        in_entity = stands_on_layer(records_.kind(current)) || section_ == no_record; // which lost its place
+        is_scattered = false;
+        is_entity = stands_on_layer(records_.kind(current)) || section_ == no_record; // which lost its place
         ended = records_.type(current) == type_eof;
     }
     const char* const end = text_.data() + text_.size();
