@@ -65,10 +65,11 @@ void assembly::run() {
     write_objects();
     write_.text(0, "EOF");
     // Only now it is known which classes there must be.
-    std::string rest = out_.dxf.substr(classes_at);
-    out_.dxf.resize(classes_at);
+    std::string whole = std::move(out_.dxf);
+    out_.dxf.clear();
     write_classes();
-    out_.dxf += rest;
+    whole.insert(classes_at, out_.dxf);
+    out_.dxf = std::move(whole);
 }
 
 void assembly::left_out(const entry& of, const std::wstring& why) {
@@ -223,7 +224,8 @@ void assembly::write_table(std::string_view name, int control_number) {
         for (const std::uint64_t handle : std::vector<std::uint64_t>(object_.owned))
             add(handle);
     for (const entry& one : entries_)
-        add(one.handle);
+        if (one.number == control_number + 1)
+            add(one.handle);
     if (head == nullptr && all.empty())
         return;
     write_.text(0, "TABLE");

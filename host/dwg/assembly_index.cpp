@@ -119,6 +119,7 @@ void assembly::read_classes() {
 void assembly::look_at_all() {
     model_space_ = header_.handle("MODEL_SPACE");
     paper_space_ = header_.handle("PAPER_SPACE");
+    write_.known.reserve(entries_.size());
     for (entry& one : entries_) {
         if (!object_.open(one.address, one.handle)) {
             one.is_damaged = true;
