@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""judge_dwg.py [FOLDER]: compares what zefhost makes of DWG drawings with the DXF files that the editor wrote of them.
+"""judge_dwg.py ZEFHOST [-v]: compares what zefhost makes of DWG drawings with the DXF files that the editor wrote of them.
 
-FOLDER (or $ZEF_DWG) holds NAME.dwg with its twin NAME.dxf beside it, or MANIFEST.tsv with a column of twins. Each
-drawing is opened and saved by zefhost ($ZEFHOST, or build/release/bin/zefhost); then records of the same handle are
-compared group by group. Prints the share of equal records of entities and tables, and of all; status 1 when one
-drawing does not open or when the share of entities and tables is below LEAST. -v tells of every difference.
+The folder $ZEF_DWG holds NAME.dwg with its twin NAME.dxf beside it, or MANIFEST.tsv with a column of twins; without it
+nothing is judged. Each drawing is opened and saved; then records of the same handle are compared group by group, and
+ezdxf must find the same entities, layers, blocks, texts and extents in both. Prints the share of equal records of
+entities and tables, and of all; status 1 when a drawing does not open, when ezdxf finds a difference, or when the
+share of entities and tables is below LEAST. -v tells of every difference.
 
 What may differ, and why:
   reals       by 1e-11 of their size, or 1e-13: the editor writes 16 digits at most
@@ -27,6 +28,13 @@ import re
 import subprocess
 import sys
 import tempfile
+from collections import Counter
+
+try:
+    import ezdxf
+    from ezdxf import bbox
+except ImportError:
+    ezdxf = None
 
 LEAST = 0.99
 TABLES = {"VPORT", "LTYPE", "LAYER", "STYLE", "VIEW", "UCS", "APPID", "DIMSTYLE", "BLOCK_RECORD", "BLOCK", "ENDBLK"}
@@ -174,6 +182,33 @@ def compare(kind, ours, twin, version):
     return ""
 
 
+def census(path):
+    """What ezdxf finds: entities by type, layers, blocks, texts, the extents of what is drawn with lines."""
+    drawing = ezdxf.readfile(path)
+    space = list(drawing.modelspace())
+    texts = Counter(one.dxf.text if one.dxftype() == "TEXT" else one.text for one in space
+                    if one.dxftype() in ("TEXT", "MTEXT"))
+    drawn = [one for one in space if one.dxftype() in ("LINE", "CIRCLE", "ARC", "LWPOLYLINE", "POINT", "SOLID", "INSERT")]
+    box = bbox.extents(drawn, flatten=0)
+    corners = [round(number, 6) for corner in (box.extmin, box.extmax) for number in corner] if box.has_data else []
+    return {"entities": Counter(one.dxftype() for one in space),
+            "layers": {layer.dxf.name for layer in drawing.layers},
+            "blocks": Counter(re.sub(r"^(\*[A-Z])\d+$", r"\1", block.name) for block in drawing.blocks),
+            "texts": texts, "extents": corners}
+
+
+def peers_difference(ours, twin):
+    if ezdxf is None:
+        return ""
+    mine, other = census(ours), census(twin)
+    kept = mine["entities"].pop("ACAD_PROXY_ENTITY", 0) - other["entities"].pop("ACAD_PROXY_ENTITY", 0)
+    missing = other["entities"] - mine["entities"]
+    if kept < missing.total() or mine["entities"] - other["entities"]:
+        return f"other entities: {mine['entities']}, twin {other['entities']}"
+    return next((f"other {key}: {mine[key]}, twin {other[key]}" for key in ("layers", "blocks", "texts", "extents")
+                 if mine[key] != other[key]), "")
+
+
 def pairs_of(folder):
     manifest = os.path.join(folder, "MANIFEST.tsv")
     if os.path.exists(manifest):
@@ -184,15 +219,12 @@ def pairs_of(folder):
 
 
 def main():
-    verbose = "-v" in sys.argv
-    arguments = [one for one in sys.argv[1:] if one != "-v"]
-    folder = arguments[0] if arguments else os.environ.get("ZEF_DWG", "")
-    if not folder or not os.path.isdir(folder):
-        print("judge_dwg: no folder of drawings (ZEF_DWG): nothing is judged")
+    zefhost, verbose = sys.argv[1], "-v" in sys.argv
+    folder = os.environ.get("ZEF_DWG", "")
+    if not os.path.isdir(folder):
+        print("no folder of drawings (ZEF_DWG): nothing is judged")
         return 0
-    root = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
-    zefhost = os.environ.get("ZEFHOST", os.path.join(root, "build/release/bin/zefhost"))
-    plan, every, proxies, failed = [0, 0], [0, 0], 0, 0
+    plan, every, proxies, failed, others = [0, 0], [0, 0], 0, 0, 0
     by_kind, examples = {}, {}
     with tempfile.TemporaryDirectory() as place:
         for dwg, twin in pairs_of(folder):
@@ -210,6 +242,9 @@ def main():
             if theirs is None or os.path.basename(dwg) in OTHER_WRITERS:
                 continue
             version = open(dwg, "rb").read(6).decode()
+            if difference := peers_difference(out, twin):
+                print(f"{os.path.basename(dwg)}: ezdxf finds {difference}")
+                others += 1
             ours, theirs = records_of(groups_of(out)), records_of(theirs)
             for handle in ours.keys() & theirs.keys():
                 section, kind, record = ours[handle]
@@ -239,8 +274,9 @@ def main():
                 print("   ", one)
     share = plan[0] / plan[1] if plan[1] else 1
     print(f"entities and tables: {plan[0]} of {plan[1]} records equal ({100 * share:.2f} %); "
-          f"all: {every[0]} of {every[1]}; kept as proxies: {proxies}; drawings that do not open: {failed}")
-    return 1 if failed or share < LEAST else 0
+          f"all: {every[0]} of {every[1]}; kept as proxies: {proxies}; drawings that do not open: {failed}; "
+          f"that ezdxf finds other: {others if ezdxf else 'not asked'}")
+    return 1 if failed or others or share < LEAST else 0
 
 
 sys.exit(main())
