@@ -7,13 +7,12 @@ not find before, and after U the drawing must be what it was.
 
     judge_filters.py ZEFHOST [DRAWING...]
 """
-import logging
 import pathlib
 import subprocess
 import sys
 import tempfile
 
-from judge_new_objects import ROOT, audit, opened
+from judging import audit, drawings, judge_all, opened
 
 SCRIPT = "-LAYER N DIM_压力污水\n\n-LAYER N VPIPE-给水\n\n-LAYER OFF DIM_压力污水\n\n"
 
@@ -63,25 +62,14 @@ def judge(zefhost, path, folder):
 
 
 def main():
-    logging.disable()  # the reader tells of every value that it repairs
     zefhost = pathlib.Path(sys.argv[1]).resolve()
-    drawings = [pathlib.Path(argument) for argument in sys.argv[2:]]
-    drawings = drawings or sorted((ROOT / "tests" / "drawings").glob("*.dxf")) + [ROOT / "samples" / "storey.dxf"]
-    failed = judged = 0
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
         subprocess.run([zefhost, "--profile", folder / "profile"], input="", check=False, capture_output=True)
         config = folder / "profile" / "sys" / "CmdConfig.xml"
         text = config.read_text(encoding="utf-8")
         config.write_text(text.replace('"图层自动分组">0', '"图层自动分组">1'), encoding="utf-8")
-        for drawing in drawings:
-            fault = judge(zefhost, drawing, folder)
-            judged += fault is not None
-            if fault:
-                failed += 1
-                print(f"{drawing.name}: {fault}")
-    print(f"{judged} drawings judged, {failed} failed")
-    return 1 if failed or not judged else 0
+        return judge_all(drawings(sys.argv[2:]), lambda path: judge(zefhost, path, folder))
 
 
 if __name__ == "__main__":

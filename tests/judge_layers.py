@@ -10,18 +10,14 @@ find before, where it opens the original. Restoring that state brings the LAYER 
 Without drawings: the sample, the tests' own, and when ZEF_CORPUS names a folder of drawings those in it, with storeys
 that its gen_plan.py draws in three versions.
 """
-import logging
 import os
 import pathlib
-import re
 import subprocess
 import sys
 import tempfile
 
-import ezdxf
-from ezdxf import recover
+from judging import audit, drawings, judge_all, opened
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
 STOREYS = [("R2000", "gbk"), ("R2010", "gbk"), ("R2018", "gbk")]
 PARTS = {b"VERTEX", b"ATTRIB", b"SEQEND"}
 
@@ -52,19 +48,6 @@ def first_entities(found, count):
         elif section == b"ENTITIES" and kind not in PARTS:
             handles += [value.strip().decode() for code, value in record if code.strip() == b"5"][:1]
     return handles[:count]
-
-
-def audit(path):
-    """What the auditor finds, without the addresses that its messages carry; None when it can not open the file."""
-    try:
-        drawing = ezdxf.readfile(path)
-    except (ezdxf.DXFError, UnicodeDecodeError, ValueError):
-        try:
-            drawing, _ = recover.readfile(path)
-        except (ezdxf.DXFError, UnicodeDecodeError, ValueError):
-            return None
-    auditor = drawing.audit()
-    return sorted((entry.code, re.sub(r"0x[0-9a-f]+", "", entry.message)) for entry in auditor.errors + auditor.fixes)
 
 
 def layers(found):
@@ -118,8 +101,8 @@ def judge(zefhost, drawing, folder):
     others = {a[0][1].strip() for a, b in zip(old, new) if a != b} - {b"LAYER"}
     if others:
         return f"records of {others} differ"
-    audited = audit(drawing)
-    if audited is not None and audit(out) != audited:
+    source, saved = opened(drawing), opened(out)
+    if source is not None and (saved is None or audit(saved) != audit(source)):
         return "the audit finds something else than before"
     if kept:
         script.write_text("-LAYER A R *BEFORE*\n\n")
@@ -132,31 +115,16 @@ def judge(zefhost, drawing, folder):
 
 
 def main():
-    logging.disable()  # the reader tells of every value that it repairs
     zefhost = pathlib.Path(sys.argv[1]).resolve()
-    failed = judged = 0
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
-        drawings = [pathlib.Path(argument) for argument in sys.argv[2:]]
-        if not drawings:
-            drawings = [ROOT / "samples" / "storey.dxf", *sorted((ROOT / "tests" / "drawings").glob("*.dxf"))]
-            corpus = os.environ.get("ZEF_CORPUS")
-            if corpus:
-                drawings += sorted(path for path in pathlib.Path(corpus).rglob("*.dxf")
-                                   if path.parent.name not in ("broken", "binary"))
-                for version, encoding in STOREYS:
-                    storey = folder / f"storey-{version}.dxf"
-                    subprocess.run([sys.executable, pathlib.Path(corpus) / "gen_plan.py", storey, "--version", version,
-                                    "--encoding", encoding], check=True, capture_output=True)
-                    drawings.append(storey)
-        for drawing in drawings:
-            fault = judge(zefhost, drawing, folder)
-            judged += fault is not None
-            if fault:
-                failed += 1
-                print(f"{drawing.name}: {fault}")
-    print(f"{judged} drawings judged, {failed} failed")
-    return 1 if failed or not judged else 0
+        storeys = []
+        corpus = os.environ.get("ZEF_CORPUS")
+        for version, encoding in STOREYS if corpus and not sys.argv[2:] else []:
+            storeys.append(folder / f"storey-{version}.dxf")
+            subprocess.run([sys.executable, pathlib.Path(corpus) / "gen_plan.py", storeys[-1], "--version", version,
+                            "--encoding", encoding], check=True, capture_output=True)
+        return judge_all(drawings(sys.argv[2:], more=storeys), lambda path: judge(zefhost, path, folder))
 
 
 if __name__ == "__main__":

@@ -9,42 +9,19 @@ python3-ezdxf must find them where they belong, and its audit nothing that it di
 Without drawings: the tests' own, some that lack most of what a drawing has, and when ZEF_CORPUS names a folder of
 drawings those in it.
 """
-import logging
-import os
 import pathlib
-import re
 import subprocess
 import sys
 import tempfile
 
-import ezdxf
-from ezdxf import recover
+from judging import audit, drawings, judge_all, opened
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
 BARE = {
     "entities": "0 SECTION|2 ENTITIES|0 LINE|8 0|10 0|20 0|11 1|21 1|0 ENDSEC|0 EOF",
     "header": "0 SECTION|2 HEADER|9 $ACADVER|1 AC1009|0 ENDSEC|0 EOF",
     "handles": "0 SECTION|2 HEADER|9 $ACADVER|1 AC1009|9 $HANDLING|70 1|9 $HANDSEED|5 20|0 ENDSEC|"
                "0 SECTION|2 ENTITIES|0 LINE|5 10|8 0|10 0|20 0|11 1|21 1|0 ENDSEC|0 EOF",
 }
-
-
-def opened(path):
-    """The drawing; None when it can not be opened."""
-    try:
-        return ezdxf.readfile(path)
-    except (ezdxf.DXFError, UnicodeDecodeError, ValueError, AttributeError):
-        try:
-            return recover.readfile(path)[0]
-        except (ezdxf.DXFError, UnicodeDecodeError, ValueError, AttributeError):
-            return None
-
-
-def audit(drawing):
-    """What the auditor finds, without the addresses and handles that its messages carry."""
-    auditor = drawing.audit()
-    return sorted((entry.code, re.sub(r"0x[0-9a-f]+|#[0-9A-F]+", "", entry.message))
-                  for entry in auditor.errors + auditor.fixes)
 
 
 def judge(make_objects, path, folder):
@@ -84,30 +61,13 @@ def judge(make_objects, path, folder):
 
 
 def main():
-    logging.disable()  # the reader tells of every value that it repairs
     make_objects = pathlib.Path(sys.argv[1]).resolve()
-    failed = judged = 0
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
-        drawings = [pathlib.Path(argument) for argument in sys.argv[2:]]
-        if not drawings:
-            drawings = sorted((ROOT / "tests" / "drawings").glob("*.dxf"))
-            for bare, groups in BARE.items():
-                path = folder / f"{bare}.dxf"
-                path.write_text("".join(group.replace(" ", "\n", 1) + "\n" for group in groups.split("|")))
-                drawings.append(path)
-            corpus = os.environ.get("ZEF_CORPUS")
-            if corpus:
-                drawings += sorted(path for path in pathlib.Path(corpus).rglob("*.dxf")
-                                   if path.parent.name not in ("broken", "binary"))
-        for drawing in drawings:
-            fault = judge(make_objects, drawing, folder)
-            judged += fault is not None
-            if fault:
-                failed += 1
-                print(f"{drawing.name}: {fault}")
-    print(f"{judged} drawings judged, {failed} failed")
-    return 1 if failed or not judged else 0
+        for bare, groups in BARE.items():
+            (folder / f"{bare}.dxf").write_text("".join(group.replace(" ", "\n", 1) + "\n" for group in groups.split("|")))
+        bare = sorted(folder.glob("*.dxf"))
+        return judge_all(drawings(sys.argv[2:], more=bare), lambda path: judge(make_objects, path, folder))
 
 
 if __name__ == "__main__":
