@@ -10,6 +10,7 @@
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace db {
 
@@ -82,6 +83,18 @@ constexpr int first_with_markers = 1012; // R13
 constexpr int first_with_weights = 1015; // 2000
 constexpr int first_with_true_colors = 1018;
 
+// Plot style and material of a layer that names none are those of layer 0: the format wants them named.
+void add_plotting(AcDbImpDatabase& database, const AcDbImpObject& layer, record_text& text) {
+    const dxf::record_id zero = database.find_entry(table_kind::layer, L"0");
+    if (zero == dxf::no_record || database.drawing().version() < first_with_weights)
+        return;
+    const dxf::group_list model(database.records().text(zero));
+    for (const int code : {390, 347, 348})
+        if (const auto handle = model.text(layer_place, code);
+            handle && layer.groups().find(layer_place, code) == dxf::group_list::npos)
+            text.add(code, *handle);
+}
+
 } // namespace
 
 std::string new_entry_text(std::string_view class_name) {
@@ -102,6 +115,7 @@ std::string new_entry_text(std::string_view class_name) {
 
 std::string entry_text(AcDbImpDatabase& database, table_kind kind, const AcDbImpObject& entry) {
     const int version = database.drawing().version();
+    bool plotting_is_due = kind == table_kind::layer;
     const dxf::record_id table = database.table(kind);
     record_text text(database);
     text.head(entry.groups().groups().front().value, database.records().handle(table));
@@ -115,18 +129,12 @@ std::string entry_text(AcDbImpDatabase& database, table_kind kind, const AcDbImp
         if (group.code == 0 || (version < first_with_markers && (group.code == 100 || in_line)) ||
             (weight && version < first_with_weights) || (true_color && version < first_with_true_colors))
             continue;
+        if (group.code >= 1000 && std::exchange(plotting_is_due, false))
+            add_plotting(database, entry, text);
         text.transcoded(entry, group);
     }
-    if (kind == table_kind::layer && version >= first_with_weights) {
-        // Plot style and material are those of layer 0: the format wants them named.
-        const dxf::record_id zero = database.find_entry(table_kind::layer, L"0");
-        if (zero != dxf::no_record) {
-            const dxf::group_list model(database.records().text(zero));
-            for (const int code : {390, 347, 348})
-                if (const auto handle = model.text(layer_place, code))
-                    text.add(code, *handle);
-        }
-    }
+    if (plotting_is_due)
+        add_plotting(database, entry, text);
     return text.text();
 }
 
