@@ -91,11 +91,11 @@ assembly::entry* assembly::control(int number) {
 
 bool assembly::reopen(const entry& of, bool& known) {
     known = false;
-    if (!object_.open(of.address, of.handle))
+    if (!object_.open(of.address, of.handle, false))
         return false;
     known = object_.read_fields();
     if (!known)
-        object_.open(of.address, of.handle);
+        object_.open(of.address, of.handle, false);
     return true;
 }
 

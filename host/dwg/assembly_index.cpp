@@ -126,7 +126,7 @@ void assembly::look_at_all() {
             left_out(one, object_.why());
             continue;
         }
-        write_.known.insert(one.handle);
+        write_.known.push_back(one.handle);
         one.number = object_.number;
         one.type = object_.type;
         one.is_entity = object_.is_entity;

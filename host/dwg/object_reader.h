@@ -54,8 +54,8 @@ public:
     explicit object_reader(const object_source& from) : source(from) {}
 
     // Opens the object that stands at an address: its frame and what it has in common with others. False when
-    // it is damaged; why() says how.
-    bool open(std::size_t address, std::uint64_t handle);
+    // it is damaged; why() says how. The check sum of one that was open before need not be looked at again.
+    bool open(std::size_t address, std::uint64_t handle, bool looks_at_sum = true);
     const wchar_t* why() const { return why_; }
     // Reads the fields by the row of its type. False when the row does not end where the object's data ends:
     // then the fields are not to be used.

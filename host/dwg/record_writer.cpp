@@ -143,17 +143,16 @@ void record_writer::begin(std::string_view type, const object_reader& object, st
                           int handle_group) {
     text(0, type);
     handle(handle_group, object.own);
-    if (object.common.dictionary != 0 && known.contains(object.common.dictionary)) {
+    if (object.common.dictionary != 0 && is_known(object.common.dictionary)) {
         text(102, "{ACAD_XDICTIONARY");
         handle(360, object.common.dictionary);
         text(102, "}");
     }
     const auto& reactors = object.common.reactors;
-    if (std::any_of(reactors.begin(), reactors.end(),
-                    [&](std::uint64_t one) { return known.contains(one); })) {
+    if (std::any_of(reactors.begin(), reactors.end(), [&](std::uint64_t one) { return is_known(one); })) {
         text(102, "{ACAD_REACTORS");
         for (const std::uint64_t reactor : reactors)
-            if (known.contains(reactor))
+            if (is_known(reactor))
                 handle(330, reactor);
         text(102, "}");
     }

@@ -3,10 +3,11 @@
 
 #include "host/dwg/object_reader.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
+#include <vector>
 
 namespace dwg {
 
@@ -16,8 +17,8 @@ public:
 
     // What handles are written as where DXF has names; in the drawing's characters.
     std::unordered_map<std::uint64_t, std::string> names;
-    // Objects that there are: others are not told of as reactors.
-    std::unordered_set<std::uint64_t> known;
+    // Objects that there are, by handle: others are not told of as reactors.
+    std::vector<std::uint64_t> known;
 
     void code(int group);
     void text(int group, std::string_view value);
@@ -41,6 +42,9 @@ public:
     void proxy(object_reader& object, std::size_t begin, int class_number);
 
 private:
+    bool is_known(std::uint64_t handle) const {
+        return std::binary_search(known.begin(), known.end(), handle);
+    }
     bool is_left_out(const values& of, const value& one, const order_step& step) const;
     std::size_t step(object_reader& object, const std::vector<order_step>& order, std::size_t at);
 
