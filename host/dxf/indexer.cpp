@@ -3,6 +3,7 @@
 #include "base/number_text.h"
 #include "host/dxf/common_groups.h"
 #include "host/dxf/line_manner.h"
+#include "host/dxf/piece_scan.h"
 #include "host/dxf/type_name.h"
 
 #include <algorithm>
@@ -89,6 +90,10 @@ std::optional<refusal> indexer::run() {
     const std::size_t start = first_code_line(text_);
     group_reader groups(text_.substr(start));
     raw_group group;
+    piece_scan pieces(text_, piece_scan::usual_manner());
+    const scanned_piece* piece = pieces.from(text_.data());
+    bool high_bytes = false; // in front of where `groups` began
+    bool zero_bytes = false;
 
     // What stands before the first record: comments, or nothing.
     record_id current = records_.append(text_.substr(0, 0), record_kind::structure, type_none);
@@ -96,6 +101,7 @@ std::optional<refusal> indexer::run() {
     bool in_header = false;
     bool is_entity = false;
     bool is_scattered = false; // behind the header there may be groups that belong to it
+    bool finished = false;     // the current record was taken from a piece
     bool ended = false;
     bool mixed_up = start != 0; // lines of the current record are no groups, or values are not there
     std::size_t stray_lines = 0;
@@ -114,6 +120,18 @@ std::optional<refusal> indexer::run() {
         if (mixed_up || nameless)
             damage_.lines.push_back(current);
         return true;
+    };
+    // The records of a piece, at whose beginning reading stands.
+    const auto take = [&](const scanned_piece& found) {
+        for (const scanned_record& record : found.records) {
+            taker = header_taker(found.types[record.type]);
+            taker.header.layer = found.layers[record.layer];
+            taker.header.handle = record.handle;
+            taker.header.owner = record.owner;
+            taker.header.paper = record.paper;
+            current = begin_record({0, record.begin, record.end, taker.header.type});
+            finish_header(current, taker);
+        }
     };
     while (!ended && groups.next(group)) {
         if ((group.value.empty() || group.value.back() == ' ') && is_blank(group.value) &&
@@ -137,9 +155,21 @@ std::optional<refusal> indexer::run() {
             mixed_up = true;
             continue;
         }
-        if (!finish(group.begin))
+        if (!std::exchange(finished, false) && !finish(group.begin))
             return refusal{records_.text(current).data(), L"the object that begins here has no end"};
         mixed_up = first_line != group.value.npos;
+        if (piece != nullptr && piece->begin < group.begin)
+            piece = pieces.from(group.begin);
+        if (piece != nullptr && piece->begin == group.begin && !met_lines) {
+            take(*piece);
+            finished = true;
+            high_bytes = high_bytes || groups.high_bytes() || piece->high_bytes;
+            zero_bytes = zero_bytes || groups.zero_bytes();
+            stray_lines = 0;
+            groups = group_reader(piece->end, text_.data() + text_.size());
+            piece = pieces.from(piece->end);
+            continue;
+        }
         current = begin_record(group);
         taker = header_taker(records_.type_name(current));
         in_header = true;
@@ -152,8 +182,8 @@ std::optional<refusal> indexer::run() {
     mixed_up = !ended && (mixed_up || stray_lines != groups.stray_lines());
     if (!finish(end))
         return refusal{records_.text(current).data(), L"what stands behind this line is no drawing"};
-    parts_.high_bytes = groups.high_bytes();
-    if (groups.zero_bytes()) {
+    parts_.high_bytes = high_bytes || groups.high_bytes();
+    if (zero_bytes || groups.zero_bytes()) {
         const char* const last = ended ? group.value.data() + group.value.size() : end;
         damage_.zero_bytes =
             std::memchr(text_.data(), 0, static_cast<std::size_t>(last - text_.data())) != nullptr;
