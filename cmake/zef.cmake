@@ -5,8 +5,9 @@
 add_library(zef_flags INTERFACE)
 target_compile_options(zef_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Werror
-    # Where sources are compiled as one, a name in a header may be one that another of them keeps to itself.
-    $<$<NOT:$<BOOL:${ZEF_TOGETHER}>>:-Wshadow>
+    -Wshadow
+    # Where sources are compiled as one, what stands in an unnamed namespace seems to stand in a header.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>
     # A CString handed to printf's like is an error to clang and silent nonsense to GCC without this.
     $<$<CXX_COMPILER_ID:GNU>:-Wconditionally-supported>
     # Nobody replaces our functions from outside, so a shared library may call its own directly.
@@ -40,15 +41,16 @@ if(CMAKE_CXX_COMPILER_LAUNCHER MATCHES "ccache")
     target_compile_options(zef_flags INTERFACE $<IF:$<CXX_COMPILER_ID:GNU>,-fpch-preprocess,SHELL:-Xclang -fno-pch-timestamp>)
 endif()
 
-# zef_compile_together(TARGET SOURCES MOST): sources that do not disturb each other are compiled as one, at most so many: quicker
-# as a whole, but a change costs its whole group. The groups are asked for anew when a source changes.
-function(zef_compile_together target sources most)
+# zef_compile_together(TARGET SOURCES): sources that do not disturb each other are compiled as one, at most ZEF_TOGETHER of them:
+# quicker as a whole, but a change costs its whole group. The groups are asked for anew when a source changes.
+function(zef_compile_together target sources)
     find_package(Python3 COMPONENTS Interpreter)
-    if(NOT Python3_FOUND)
+    if(NOT Python3_FOUND OR ZEF_TOGETHER LESS 2)
         return()
     endif()
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources} ${CMAKE_SOURCE_DIR}/scripts/source_groups.py)
-    execute_process(COMMAND ${Python3_EXECUTABLE} ${CMAKE_SOURCE_DIR}/scripts/source_groups.py ${most} ${sources}
+    execute_process(COMMAND ${Python3_EXECUTABLE} ${CMAKE_SOURCE_DIR}/scripts/source_groups.py
+        ${ZEF_TOGETHER} ${CMAKE_BINARY_DIR}/groups/${target} ${sources}
         OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY OUTPUT_STRIP_TRAILING_WHITESPACE)
     string(REPLACE "\n" ";" groups "${groups}")
     foreach(line IN LISTS groups)
@@ -96,9 +98,7 @@ function(zef_library name)
     target_link_libraries(${name} PRIVATE zef_flags)
     zef_link(${name} ${arg_LINK})
     zef_precompile(${name} "${sources}")
-    if(ZEF_TOGETHER)
-        zef_compile_together(${name} "${sources}" 30)
-    endif()
+    zef_compile_together(${name} "${sources}")
 endfunction()
 
 # zef_application(NAME SOURCES PATTERN... [LINK TARGET...]): an ObjectARX application, NAME.arx. Only what it
@@ -123,7 +123,5 @@ function(zef_program name)
     target_link_libraries(${name} PRIVATE zef_flags)
     zef_link(${name} ${arg_LINK})
     zef_precompile(${name} "${sources}")
-    if(ZEF_TOGETHER)
-        zef_compile_together(${name} "${sources}" 30)
-    endif()
+    zef_compile_together(${name} "${sources}")
 endfunction()

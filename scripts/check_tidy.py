@@ -37,11 +37,14 @@ def compile_commands():
         sys.exit(told.stdout + told.stderr)
     found = {}
     for entry in json.loads((root / "build/release/compile_commands.json").read_text()):
-        name = os.path.relpath(entry["file"], root)
-        if name.startswith(tuple(floor + "/" for floor in floors)):
-            command = re.sub(r" -Winvalid-pch -include \S+cmake_pch\.hxx| -fpch-preprocess|^\S*ccache ", "", entry["command"])
-            # -w: what the compilers warn of they refuse already, and names of other sources may be shadowed here
-            found[name] = (entry["directory"], re.sub(r" -o \S+ -c \S+$", " -w", command))
+        command = re.sub(r" -Winvalid-pch -include \S+cmake_pch\.hxx| -fpch-preprocess|^\S*ccache ", "", entry["command"])
+        # -w: what the compilers warn of they refuse already
+        command = re.sub(r" -o \S+ -c \S+$", " -w", command)
+        file = Path(entry["file"])
+        together = re.findall(r'^#include "(.*)"$', file.read_text(), re.M) if "/Unity/" in entry["file"] else [file]
+        for name in (os.path.relpath(file, root) for file in together):
+            if name.startswith(tuple(floor + "/" for floor in floors)):
+                found[name] = (entry["directory"], command)
     return found
 
 
@@ -107,7 +110,8 @@ def main():
     for name in wanted:
         by_command.setdefault(commands[name], []).append(name)
     for names in by_command.values():
-        batches += groups(names, 30)  # more would keep one core waiting for the other at the end
+        # One by one, what changed shows what it forgets to include. More than 30 would keep one core waiting for the other at the end.
+        batches += groups(names, 1 if "--changed" in sys.argv else 30)
     batches.sort(key=len, reverse=True)
     told, status = set(), 0
     with tempfile.TemporaryDirectory() as folder, ThreadPoolExecutor(os.cpu_count()) as pool:

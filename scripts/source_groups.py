@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""source_groups.py MOST SOURCE...: which of the sources can be compiled as one, MOST of them in a group; prints each with the
-number of its group.
+"""source_groups.py MOST KEPT SOURCE...: which of the sources can be compiled as one, MOST of them in a group; prints each with the
+number of its group. The file KEPT holds what was printed last: sources stay in the groups they had as long as they can, so that a
+new source or a new name costs the groups it comes into and no others.
 
 Compiling sources as one reads the headers that they share once. Two sources stand apart when one uses a name that the other
 keeps to itself (in an unnamed namespace, or static): the word would then mean something else, or two things.
@@ -30,16 +31,21 @@ def kept_names(text):
     return names
 
 
-def groups(sources, most):
-    """Lists of at most so many sources that can be compiled as one."""
+def groups(sources, most, number_of=None):
+    """Lists of at most so many sources that can be compiled as one; number_of: the numbers of the groups that sources had."""
+    number_of = number_of or {}
     texts = {source: Path(source).read_text(encoding="utf-8") for source in sources}
     kept = {source: kept_names(texts[source]) for source in sources}
     used = {source: set(re.findall(r"(?<![.\w>])\w+", code(texts[source]))) for source in sources}
-    found = []
-    for source in sorted(sources):
-        fitting = (group for group in found if len(group) < most and all(
-            kept[source].isdisjoint(used[other]) and kept[other].isdisjoint(used[source]) for other in group))
-        group = next(fitting, None)
+    found = [[] for _ in range(max(number_of.values(), default=-1) + 1)]
+
+    def fits(source, group):
+        return len(group) < most and all(
+            kept[source].isdisjoint(used[other]) and kept[other].isdisjoint(used[source]) for other in group)
+
+    for source in sorted(sources, key=lambda source: (source not in number_of, source)):
+        had = [found[number_of[source]]] if source in number_of else []
+        group = next((group for group in had + found if fits(source, group)), None)
         if group is None:
             found.append(group := [])
         group.append(source)
@@ -47,9 +53,15 @@ def groups(sources, most):
 
 
 def main():
-    for number, group in enumerate(groups(sys.argv[2:], int(sys.argv[1]))):
-        for source in group:
-            print(f"{source}={number}")
+    most, kept, sources = int(sys.argv[1]), Path(sys.argv[2]), sys.argv[3:]
+    number_of = {}
+    if kept.exists():
+        lines = [line.rpartition("=") for line in kept.read_text(encoding="utf-8").splitlines()]
+        number_of = {source: int(number) for source, _, number in lines if source in sources}
+    told = "".join(f"{source}={number}\n" for number, group in enumerate(groups(sources, most, number_of)) for source in group)
+    kept.parent.mkdir(parents=True, exist_ok=True)
+    kept.write_text(told, encoding="utf-8")
+    print(told, end="")
 
 
 if __name__ == "__main__":
