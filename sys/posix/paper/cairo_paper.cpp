@@ -1,0 +1,206 @@
+// Draws by cairo; glyphs come from the fonts that fontconfig finds.
+#include "sys/paper.h"
+#include "sys/posix/paper/glyph_fonts.h"
+
+#include <algorithm>
+#include <cairo-pdf.h>
+#include <cairo-svg.h>
+#include <cairo.h>
+#include <cmath>
+
+namespace sys {
+
+namespace {
+
+constexpr double points_per_mm = 72.0 / 25.4; // what PDF and SVG count in
+
+cairo_status_t append_bytes(void* closure, const unsigned char* data, unsigned int length) {
+    static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
+    return CAIRO_STATUS_SUCCESS;
+}
+
+class cairo_paper final : public paper {
+public:
+    explicit cairo_paper(const paper_setup& setup)
+        : setup_(setup), scale_(setup.format == paper_format::png ? setup.dots_per_mm : points_per_mm),
+          thinnest_(setup.format == paper_format::png ? 1.0 / setup.dots_per_mm : hair) {
+        const double width = setup.width * scale_;
+        const double height = setup.height * scale_;
+        switch (setup.format) {
+        case paper_format::png:
+            surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24,
+                                                  std::max(1, static_cast<int>(std::lround(width))),
+                                                  std::max(1, static_cast<int>(std::lround(height))));
+            break;
+        case paper_format::svg:
+            surface_ = cairo_svg_surface_create_for_stream(append_bytes, &bytes_, width, height);
+            break;
+        case paper_format::pdf:
+            surface_ = cairo_pdf_surface_create_for_stream(append_bytes, &bytes_, width, height);
+            cairo_pdf_surface_restrict_to_version(surface_, CAIRO_PDF_VERSION_1_4); // printers know it
+            break;
+        }
+        context_ = cairo_create(surface_);
+        begin_sheet();
+    }
+    ~cairo_paper() override {
+        cairo_destroy(context_);
+        cairo_surface_destroy(surface_);
+    }
+    cairo_paper(const cairo_paper&) = delete;
+    cairo_paper& operator=(const cairo_paper&) = delete;
+
+    bool is_good() const { return cairo_status(context_) == CAIRO_STATUS_SUCCESS; }
+
+    // Figures of one pen are stroked together, as long as they lie on each other without a trace.
+    void stroke(std::span<const sheet_point> points, const pen& pen) override {
+        if (points.empty())
+            return;
+        if (pending_ != 0 && !(pen == pen_))
+            flush();
+        pen_ = pen;
+        cairo_move_to(context_, points.front().x, points.front().y);
+        for (const sheet_point& point : points.subspan(points.size() > 1 ? 1 : 0))
+            cairo_line_to(context_, point.x, point.y);
+        pending_ += points.size();
+        // The time for a path grows faster than its length; what can be seen through shows where it lies on
+        // itself.
+        constexpr std::size_t most_together = 64;
+        if (pending_ > most_together || pen.color.opacity < 1.0)
+            flush();
+    }
+    void fill(std::span<const std::vector<sheet_point>> rims, const ink& color) override {
+        flush();
+        for (const std::vector<sheet_point>& rim : rims) {
+            if (rim.empty())
+                continue;
+            cairo_move_to(context_, rim.front().x, rim.front().y);
+            for (const sheet_point& point : std::span(rim).subspan(1))
+                cairo_line_to(context_, point.x, point.y);
+            cairo_close_path(context_);
+        }
+        use(color);
+        cairo_fill(context_);
+    }
+    void text(const sheet_text& line, const sheet_font& font) override {
+        flush();
+        // A turn that flattens the letters has no way back from the sheet, and nothing to show.
+        if (std::fabs(line.x.x * line.y.y - line.x.y * line.y.x) < smallest_area)
+            return;
+        double length = 0.0;
+        const std::vector<glyph_run> runs = fonts_.runs(line.text, font, length);
+        const double wide = line.length > 0.0 && length > 0.0 ? line.length / length : 1.0;
+        cairo_save(context_);
+        const cairo_matrix_t place = {line.x.x * wide, line.x.y * wide, -line.y.x,
+                                      -line.y.y,       line.start.x,    line.start.y};
+        cairo_transform(context_, &place);
+        use(line.color);
+        for (const glyph_run& run : runs) {
+            cairo_set_font_face(context_, run.face);
+            cairo_set_font_size(context_, run.size);
+            cairo_show_text_glyphs(context_, run.utf8.data(), static_cast<int>(run.utf8.size()),
+                                   run.glyphs.data(), static_cast<int>(run.glyphs.size()),
+                                   run.clusters.data(), static_cast<int>(run.clusters.size()), {});
+        }
+        cairo_restore(context_);
+    }
+    void push_clip(std::span<const sheet_point> rim) override {
+        flush();
+        cairo_save(context_);
+        for (const sheet_point& point : rim)
+            cairo_line_to(context_, point.x, point.y);
+        cairo_close_path(context_);
+        cairo_clip(context_);
+    }
+    void pop_clip() override {
+        flush();
+        cairo_restore(context_);
+    }
+    void next_sheet(double width, double height) override {
+        flush();
+        if (setup_.format != paper_format::pdf)
+            return;
+        cairo_show_page(context_);
+        cairo_pdf_surface_set_size(surface_, width * scale_, height * scale_);
+        setup_.width = width;
+        setup_.height = height;
+        cairo_identity_matrix(context_);
+        begin_sheet();
+    }
+    base::result<std::string> finish() override {
+        flush();
+        if (setup_.format == paper_format::pdf)
+            cairo_show_page(context_);
+        cairo_status_t status = cairo_status(context_);
+        if (setup_.format == paper_format::png && status == CAIRO_STATUS_SUCCESS)
+            status = cairo_surface_write_to_png_stream(surface_, append_bytes, &bytes_);
+        cairo_surface_finish(surface_);
+        if (status == CAIRO_STATUS_SUCCESS)
+            status = cairo_surface_status(surface_);
+        if (status != CAIRO_STATUS_SUCCESS && status != CAIRO_STATUS_SURFACE_FINISHED) {
+            const std::string_view why = cairo_status_to_string(status);
+            return base::failure{L"the picture could not be drawn: " + std::wstring(why.begin(), why.end())};
+        }
+        return std::move(bytes_);
+    }
+
+private:
+    static constexpr double hair = 0.05; // millimetres: the thinnest line that printers show
+    static constexpr double smallest_area = 1e-12;
+
+    void begin_sheet() {
+        cairo_scale(context_, scale_, scale_);
+        cairo_set_line_cap(context_, CAIRO_LINE_CAP_ROUND);
+        cairo_set_line_join(context_, CAIRO_LINE_JOIN_ROUND);
+        cairo_set_fill_rule(context_, CAIRO_FILL_RULE_EVEN_ODD);
+        constexpr double tolerance = 0.1; // of a dot
+        cairo_set_tolerance(context_, tolerance);
+        use(setup_.background);
+        cairo_paint(context_);
+    }
+    void use(const ink& color) {
+        constexpr double most = 255.0;
+        cairo_set_source_rgba(context_, color.red / most, color.green / most, color.blue / most,
+                              color.opacity);
+    }
+    void flush() {
+        if (pending_ == 0)
+            return;
+        use(pen_.color);
+        cairo_set_line_width(context_, std::max(pen_.width, thinnest_));
+        cairo_stroke(context_);
+        pending_ = 0;
+    }
+
+    paper_setup setup_;
+    double scale_;
+    double thinnest_;
+    cairo_surface_t* surface_ = nullptr;
+    cairo_t* context_ = nullptr;
+    std::string bytes_;
+    pen pen_;
+    std::size_t pending_ = 0; // points of strokes that wait
+    glyph_fonts fonts_;
+};
+
+} // namespace
+
+} // namespace sys
+
+extern "C" __attribute__((visibility("default"))) void
+zef_make_paper(const sys::paper_setup& setup, base::result<std::unique_ptr<sys::paper>>& made) {
+    // cairo's images have at most so many dots a side.
+    constexpr double most_dots = 32767.0;
+    const double side = std::max(setup.width, setup.height) * setup.dots_per_mm;
+    if (setup.format == sys::paper_format::png && !(side <= most_dots)) {
+        made =
+            base::failure{L"a picture of " + std::to_wstring(static_cast<long long>(std::min(side, 1e15))) +
+                          L" dots a side is too large; 32767 is the most"};
+        return;
+    }
+    auto paper = std::make_unique<sys::cairo_paper>(setup);
+    if (paper->is_good())
+        made = std::unique_ptr<sys::paper>(std::move(paper));
+    else
+        made = base::failure{L"there is no memory for a picture of this size"};
+}
