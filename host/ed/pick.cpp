@@ -2,7 +2,7 @@
 
 #include "dbmain.h"
 #include "host/dxf/record_header.h"
-#include "host/ed/layer_states.h"
+#include "host/picture/layer_states.h"
 #include "host/ed/view.h"
 #include "host/gi/extents.h"
 #include "host/gi/quick_box.h"
@@ -19,7 +19,7 @@ public:
     // What the answer depends on: the topmost hit, or whether anything is touched, or everything inside.
     enum class wanted { topmost, any, all };
 
-    testing(const gi::region& region, layer_states& states, wanted what)
+    testing(const gi::region& region, picture::layer_states& states, wanted what)
         : region_(region), states_(states), wanted_(what), all_(region) {}
 
     bool touched() const { return touched_; }
@@ -28,8 +28,8 @@ public:
     const std::vector<gi::visit>& path() const { return path_; }
 
     bool enter(const gi::visit& entity) override {
-        layer_states::table& layers = layers_of(entity);
-        layer_state state = states_.of(layers, entity.entity);
+        picture::layer_states::table& layers = layers_of(entity);
+        picture::layer_state state = states_.of(layers, entity.entity);
         const bool in_block = entity.database->records().kind(entity.entity) == dxf::record_kind::entity;
         if (state.zero && !frames_.empty() && in_block) // there layer 0 is the layer of the reference
             state = frames_.back().state;
@@ -75,12 +75,12 @@ public:
 private:
     struct frame {
         gi::visit entity;
-        layer_state state;
-        layer_states::table* layers;
+        picture::layer_state state;
+        picture::layer_states::table* layers;
     };
 
     // Where one drawing leads into another, the block between them names the layers of the other.
-    layer_states::table& layers_of(const gi::visit& entity) {
+    picture::layer_states::table& layers_of(const gi::visit& entity) {
         if (frames_.empty())
             return states_.own();
         const gi::visit& around = frames_.back().entity;
@@ -109,7 +109,7 @@ private:
     }
 
     const gi::region& region_;
-    layer_states& states_;
+    picture::layer_states& states_;
     wanted wanted_;
     gi::region_test all_;
     bool touched_ = false;
@@ -134,7 +134,7 @@ std::optional<hit> pick(AcDbImpDatabase& database, const AcGePoint3d& point) {
     const double half = pick_reach(database);
     const gi::region box =
         gi::region::box({point.x - half, point.y - half}, {point.x + half, point.y + half});
-    layer_states states(database);
+    picture::layer_states states(database);
     for (const dxf::record_id entity : database.entities_near(current_space(database), box_around(box))) {
         testing test(box, states, testing::wanted::topmost);
         gi::tracer(test).draw(database, entity);
@@ -153,7 +153,7 @@ std::optional<hit> pick(AcDbImpDatabase& database, const AcGePoint3d& point) {
 
 std::vector<dxf::record_id> entities_in(AcDbImpDatabase& database, const gi::region& region, reach reach) {
     std::vector<dxf::record_id> found;
-    layer_states states(database);
+    picture::layer_states states(database);
     for (const dxf::record_id entity : database.entities_near(current_space(database), box_around(region))) {
         testing test(region, states, reach == reach::inside ? testing::wanted::all : testing::wanted::any);
         gi::tracer(test).draw(database, entity);

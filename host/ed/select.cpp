@@ -107,7 +107,7 @@ void keep_fitting(AcDbImpDatabase& database, const selection_mode& mode, const s
         selected = selection_set(std::move(found));
         return;
     }
-    layer_states states(database);
+    picture::layer_states states(database);
     for (const AcDbObjectId id : found) {
         const dxf::record_id record = database.record(id);
         if (record != dxf::no_record && !database.records().gone(record) &&

@@ -300,7 +300,7 @@ void selection_prompt::add(const std::vector<AcDbObjectId>& picked) {
     step done{removing_, {}};
     std::size_t filtered = 0;
     std::size_t locked = 0;
-    layer_states states(database_);
+    picture::layer_states states(database_);
     for (const AcDbObjectId id : picked) {
         const dxf::record_id record = database_.record(id);
         if (record == dxf::no_record || (filter_ != nullptr && !filter_->fits(record)))

@@ -42,11 +42,11 @@ bool in_current_space(AcDbImpDatabase& database, dxf::record_id entity) {
 
 dxf::record_id last_visible(AcDbImpDatabase& database) {
     dxf::record_id found = dxf::no_record;
-    layer_states states(database);
+    picture::layer_states states(database);
     for_entities_newest_first(database, nullptr, [&](dxf::record_id id) {
         if (!in_current_space(database, id))
             return true;
-        const layer_state& state = states.of(id);
+        const picture::layer_state& state = states.of(id);
         const bool visible =
             dxf::group_list(database.records().text(id)).integer(db::entity_place, 60).value_or(0) != 1;
         if (state.off || state.frozen || !visible)
@@ -72,7 +72,7 @@ std::wstring entity_of_handle(AcDbImpDatabase& database, const std::wstring& han
 std::vector<AcDbObjectId> select_all(AcDbImpDatabase& database, const selection_filter* filter,
                                      bool whole_drawing) {
     std::vector<AcDbObjectId> found;
-    layer_states states(database);
+    picture::layer_states states(database);
     const bool judged = filter == nullptr || filter->asks_layers_alone();
     for_entities_newest_first(
         database, filter != nullptr ? filter->layers() : nullptr, [&](dxf::record_id id) {

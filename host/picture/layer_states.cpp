@@ -1,4 +1,4 @@
-#include "host/ed/layer_states.h"
+#include "host/picture/layer_states.h"
 
 #include "host/db/imp_object.h"
 #include "host/db/properties.h"
@@ -8,12 +8,14 @@
 
 #include <algorithm>
 
-namespace ed {
+namespace picture {
 
-layer_states::layer_states(AcDbImpDatabase& drawing) : drawing_(drawing) {
+layer_states::layer_states(AcDbImpDatabase& drawing) : layer_states(drawing, db::current_viewport(drawing)) {
+}
+
+layer_states::layer_states(AcDbImpDatabase& drawing, dxf::record_id viewport) : drawing_(drawing) {
     tables_.push_back(std::make_unique<table>(table{drawing, {}, {}}));
     own_ = tables_.front().get();
-    const dxf::record_id viewport = db::current_viewport(drawing);
     if (viewport != dxf::no_record && drawing.records().type(viewport) == dxf::type_viewport)
         frozen_here_ = db::frozen_layers(drawing.view(viewport)->imp());
 }
@@ -32,17 +34,17 @@ const layer_state& layer_states::of(table& layers, dxf::record_id entity) const 
         layers.known.resize(layers.database.records().layer_names().size());
     std::optional<layer_state>& state = layers.known[number];
     if (!state)
-        state = read(layers, entity);
+        state = named(layers, layers.database.layer_name(entity));
     return *state;
 }
 
-layer_state layer_states::read(const table& layers, dxf::record_id entity) const {
+layer_state layer_states::named(const table& layers, const std::wstring& name) const {
     layer_state state;
-    const std::wstring name = layers.database.layer_name(entity);
     state.zero = name == L"0";
     const dxf::record_id layer = layers.reference.empty()
                                      ? drawing_.find_entry(db::table_kind::layer, name)
                                      : db::ruling_layer(drawing_, layers.reference, name);
+    state.layer = layer;
     if (layer == dxf::no_record)
         return state;
     const dxf::group_list groups(drawing_.records().text(layer));
@@ -54,4 +56,4 @@ layer_state layer_states::read(const table& layers, dxf::record_id entity) const
     return state;
 }
 
-} // namespace ed
+} // namespace picture
