@@ -229,6 +229,8 @@ private:
         const bool is_large = part.rows > few || part.columns > few;
         if (is_large && !wants(part))
             return true;
+        if (is_large && !is_told_apart(part))
+            return draw_one(part.row, part.column);
         if (is_large && part.rows > part.columns) {
             const int half = part.rows / 2;
             return draw_part({part.row, half, part.column, part.columns}) &&
@@ -244,6 +246,12 @@ private:
                 if (!draw_one(row, column))
                     return false;
         return true;
+    }
+
+    // Whether the blocks of a part do not all look like one.
+    bool is_told_apart(const cells& part) const {
+        const auto* const tracer = dynamic_cast<const gi::tracer*>(&draw_);
+        return tracer == nullptr || tracer->tells_apart(across_ * (part.columns - 1) + up_ * (part.rows - 1));
     }
 
     bool wants(const cells& part) const {

@@ -15,6 +15,8 @@ class AcDbImpDatabase;
 
 namespace gi {
 
+struct font;
+
 // Part of an ellipse, as the image of a circle is: center + u cos t + v sin t, for t from `start` through
 // `sweep`. Whole when the sweep is a full turn or more.
 struct arc {
@@ -47,6 +49,8 @@ struct text_line {
     AcGeVector3d y;
     double oblique = 0.0;
     std::wstring_view text;
+    const font* written_with = nullptr; // as long as the call lasts
+    double length = 0.0;                // along x, in lengths of it
 };
 
 class canvas {
@@ -64,6 +68,8 @@ public:
     virtual bool enter_block(const AcDbExtents& /*extents*/, const AcGeMatrix3d& /*to_world*/) {
         return true;
     }
+    // What lies nearer to each other than this, in the world, is the same to it.
+    virtual double finest() const { return 0.0; }
     // Whether it has seen enough: what is left need not be drawn.
     virtual bool is_done() const { return false; }
 

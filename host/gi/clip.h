@@ -23,6 +23,7 @@ public:
     clipped_canvas(canvas& target, clip_boundary boundary);
 
     bool reads_traits() const override { return target_.reads_traits(); }
+    double finest() const override { return target_.finest(); }
     bool enter(const visit& entity) override { return target_.enter(entity); }
     void leave() override { target_.leave(); }
     bool enter_block(const AcDbExtents& extents, const AcGeMatrix3d& to_world) override;

@@ -130,6 +130,9 @@ public:
     }
     Adesk::Boolean draw(AcGiDrawable* drawable) const override;
     bool wants(const AcDbExtents& extents) const { return out().enter_block(extents, stack_.back()); }
+    bool tells_apart(const AcGeVector3d& step) const {
+        return (stack_.back() * step).length() >= out().finest();
+    }
     void setExtents(AcGePoint3d* extents) const override {
         if (owner_.purpose_ == kAcGiForExtents && extents != nullptr)
             polyline(2, extents, nullptr, -1);
@@ -319,8 +322,9 @@ Adesk::Boolean tracer::sink::text(const AcGePoint3d& position, const AcGeVector3
     if (style.isUpsideDown())
         y = -y;
     const AcGeMatrix3d& to_world = stack_.back();
-    if (out().text({to_world * position, to_world * (x * (style.textSize() * style.xScale())),
-                    to_world * (y * style.textSize()), style.obliquingAngle(), shown}))
+    const double wide = style.textSize() * style.xScale();
+    if (out().text({to_world * position, to_world * (x * wide), to_world * (y * style.textSize()),
+                    style.obliquingAngle(), shown, &style.imp(), wide > 0.0 ? box.width / wide : 0.0}))
         return false;
     const AcGeVector3d slanted = y + x * std::tan(style.obliquingAngle());
     const AcGePoint3d start = position + slanted * box.bottom;
@@ -439,6 +443,10 @@ AcGiWorldGeometry& tracer::geometry() const {
 
 bool tracer::wants(const AcDbExtents& extents) const {
     return sink_->wants(extents);
+}
+
+bool tracer::tells_apart(const AcGeVector3d& step) const {
+    return sink_->tells_apart(step);
 }
 
 bool tracer::reads(const AcGiDrawableTraits* attributes) {

@@ -25,6 +25,8 @@ public:
 
     // Whether anything is wanted of what lies within these corners, in the coordinates that hold now.
     bool wants(const AcDbExtents& extents) const;
+    // Whether figures that lie so far apart, in these coordinates, are two.
+    bool tells_apart(const AcGeVector3d& step) const;
 
     // Whether anybody will look at these attributes: looking up layers and linetypes costs more than drawing
     // a line.
