@@ -1,0 +1,427 @@
+#include "host/picture/painter.h"
+
+#include "base/case_fold.h"
+#include "dbents.h"
+#include "dbmain.h"
+#include "dbsymtb.h"
+#include "host/db/layer_look.h"
+#include "host/dxf/record_header.h"
+#include "host/gi/extents.h"
+#include "host/gi/font.h"
+#include "host/picture/hatch_lines.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace picture {
+
+namespace {
+
+constexpr int default_weight = 25; // hundredths of a millimetre, what LWDEFAULT begins with
+constexpr AcGeVector3d no_turn{1.0, 0.0, 0.0};
+
+double real_of_header(const AcDbImpDatabase& database, std::string_view variable, double missing) {
+    const auto value = database.drawing().header_value(variable);
+    return value ? dxf::leading_real(*value).value_or(missing) : missing;
+}
+
+// How opaque something is, from a transparency as files write it: 0x020000NN, NN from 255 (opaque) to 0;
+// others say nothing of their own.
+std::optional<double> opacity_of_number(std::int64_t number) {
+    constexpr std::int64_t of_its_own = 0x02000000;
+    constexpr std::int64_t by_block = 0x01000000;
+    if ((number & of_its_own) == 0 || (number & by_block) != 0)
+        return std::nullopt;
+    return static_cast<double>(number & 0xFF) / 255.0;
+}
+
+AcGeVector3d turned(const AcGeVector3d& along, double angle) {
+    const AcGeVector3d across = AcGeVector3d::kZAxis.crossProduct(along);
+    return along * std::cos(angle) + across * std::sin(angle);
+}
+
+} // namespace
+
+painter::painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawing, layer_states& states,
+                 const sheet_view& view, const manner& manner)
+    : paper_(paper), texts_(texts), drawing_(drawing), states_(states), view_(view), manner_(manner) {
+    point_mode_ = static_cast<int>(real_of_header(drawing, "$PDMODE", 0.0));
+    point_size_ = real_of_header(drawing, "$PDSIZE", 0.0);
+    constexpr double usual_percents = 5.0; // of the height of what is seen
+    if (point_size_ <= 0.0) {
+        const double percents = point_size_ < 0.0 ? -point_size_ : usual_percents;
+        point_size_ = (view.box().bottom - view.box().top) / view.scale() * percents / 100.0;
+    }
+}
+
+layer_states::table& painter::layers_of(const gi::visit& entity) {
+    if (frames_.empty())
+        return states_.own();
+    const gi::visit& around = frames_.back().entity;
+    if (around.database == entity.database)
+        return *frames_.back().layers;
+    const std::string_view block = dxf::value_of(around.database->records().text(around.entity), 2);
+    return states_.of_reference(*entity.database, around.database->drawing().codec().decode(block));
+}
+
+bool painter::enter(const gi::visit& entity) {
+    layer_states::table& layers = layers_of(entity);
+    layer_state state = states_.of(layers, entity.entity);
+    const bool in_block = entity.database->records().kind(entity.entity) == dxf::record_kind::entity;
+    if (state.zero && !frames_.empty() && in_block) // there layer 0 is the layer of the reference
+        state = frames_.back().state;
+    if (state.frozen)
+        return false;
+    look around;
+    if (frames_.empty()) {
+        around.color.setColorIndex(AcCmEntityColor::kACIForeground);
+        around.weight = default_weight;
+        around.pen.color = ink_of(around.color, 1.0);
+    } else {
+        around = current();
+    }
+    frames_.push_back({entity, &layers, state, around, {}, {}, {}, {}, {}, 1.0});
+    return true;
+}
+
+// What is too small to be seen is a dot, and what lies outside is nothing.
+bool painter::enter_block(const AcDbExtents& extents, const AcGeMatrix3d& to_world) {
+    if (gi::is_empty(extents))
+        return true; // lines without end may yet be seen
+    const AcGePoint3d& least = extents.minPoint();
+    const AcGePoint3d& most = extents.maxPoint();
+    sheet_box seen{1e300, 1e300, -1e300, -1e300};
+    for (int corner = 0; corner < 8; ++corner) {
+        const AcGePoint3d point((corner & 1) != 0 ? most.x : least.x, (corner & 2) != 0 ? most.y : least.y,
+                                (corner & 4) != 0 ? most.z : least.z);
+        const sys::sheet_point at = view_.at(to_world * point);
+        seen = {std::min(seen.left, at.x), std::min(seen.top, at.y), std::max(seen.right, at.x),
+                std::max(seen.bottom, at.y)};
+    }
+    const sheet_box& box = view_.box();
+    if (seen.right < box.left || seen.left > box.right || seen.bottom < box.top || seen.top > box.bottom)
+        return false;
+    if (seen.right - seen.left >= manner_.dot || seen.bottom - seen.top >= manner_.dot || frames_.empty())
+        return true;
+    if (const look& now = current(); now.seen)
+        dot(to_world * least, now);
+    return false;
+}
+
+// An id that names nothing is ByLayer, as in drawings that have no record of that name.
+const painter::linetype& painter::linetype_of(const AcDbObjectId& id) {
+    const auto [at, fresh] = linetypes_.try_emplace(id.asOldId());
+    linetype& found = at->second;
+    if (!fresh)
+        return found;
+    AcDbDatabase* const database = id.database();
+    const std::unique_ptr<AcDbObject> view =
+        database != nullptr ? database->imp().view(database->imp().record(id)) : nullptr;
+    const AcDbLinetypeTableRecord* const record = AcDbLinetypeTableRecord::cast(view.get());
+    const ACHAR* name = nullptr;
+    found.by_layer =
+        record == nullptr || record->getName(name) != Acad::eOk || base::equal_no_case(name, L"ByLayer");
+    found.by_block = !found.by_layer && base::equal_no_case(name, L"ByBlock");
+    if (!found.by_layer && !found.by_block)
+        found.pattern = pattern_of(*record);
+    return found;
+}
+
+const painter::layer_look& painter::look_of_layer(dxf::record_id layer) {
+    const auto [at, fresh] = layer_looks_.try_emplace(layer);
+    if (!fresh)
+        return at->second;
+    layer_look& found = at->second;
+    found.color.setColorIndex(AcCmEntityColor::kACIForeground);
+    found.weight = default_weight;
+    if (layer == dxf::no_record)
+        return found;
+    const db::layer_look shown = db::look_of(drawing_, layer);
+    found.color = shown.color;
+    found.weight = shown.weight >= 0 ? shown.weight : default_weight;
+    found.pattern = linetype_of(shown.linetype).drawn();
+    found.opacity = opacity_of_number(shown.transparency).value_or(1.0);
+    found.plotted = (shown.flags & db::layer_plotted) != 0;
+    return found;
+}
+
+sys::ink painter::ink_of(const AcCmEntityColor& color, double opacity) const {
+    sys::ink ink{color.red(), color.green(), color.blue(), opacity};
+    const auto brightness = [](const sys::ink& of) { return (of.red * 3 + of.green * 6 + of.blue) / 10; };
+    constexpr int half = 128;
+    const bool dark = brightness(manner_.background) < half;
+    const auto foreground = static_cast<unsigned char>(dark ? 255 : 0);
+    // Colour 7 is black on light ground and white on dark.
+    if (manner_.drawn_in == colors::black ||
+        (!color.isByColor() && (color.colorIndex() == AcCmEntityColor::kACIForeground ||
+                                color.colorMethod() == AcCmEntityColor::kForeground)))
+        ink.red = ink.green = ink.blue = foreground;
+    else if (manner_.drawn_in == colors::greys)
+        ink.red = ink.green = ink.blue = static_cast<unsigned char>(brightness(ink));
+    return ink;
+}
+
+double painter::opacity_of(const frame& now, double of_layer) const {
+    const std::string_view text = now.entity.database->records().text(now.entity.entity);
+    if (text.find("440") == text.npos) // nearly always
+        return of_layer;
+    dxf::group_reader groups(text);
+    dxf::raw_group group;
+    constexpr int transparency = 440;
+    constexpr int first_of_programs = 1000;
+    while (groups.next(group) && group.code < first_of_programs)
+        if (group.code == transparency) {
+            const auto number = static_cast<std::int64_t>(dxf::leading_real(group.value).value_or(0.0));
+            constexpr std::int64_t by_block = 0x01000000;
+            if ((number & by_block) != 0)
+                return now.around.pen.color.opacity;
+            return opacity_of_number(number).value_or(of_layer);
+        }
+    return of_layer;
+}
+
+// A part of an entity may stand on a layer of its own.
+const layer_state& painter::state_of_layer(const frame& now) {
+    if (now.layer.isNull())
+        return now.state;
+    const auto [at, fresh] = part_states_.try_emplace({now.layers, now.layer.asOldId()});
+    if (AcDbDatabase* const home = now.layer.database(); fresh && home != nullptr) {
+        const std::unique_ptr<AcDbObject> record = home->imp().view(home->imp().record(now.layer));
+        const AcDbLayerTableRecord* const layer = AcDbLayerTableRecord::cast(record.get());
+        const ACHAR* name = nullptr;
+        // What stands in a reference may name a layer of the drawing, too: the one that rules there.
+        if (layer != nullptr && layer->getName(name) == Acad::eOk)
+            at->second = states_.named(home == &drawing_.self() ? states_.own() : *now.layers, name);
+    }
+    return at->second.zero && frames_.size() > 1 ? now.state : at->second;
+}
+
+painter::look painter::resolve(frame& now) {
+    look found;
+    const layer_state& state = state_of_layer(now);
+    const layer_look& layer = look_of_layer(state.layer);
+    found.seen = !state.off && !state.frozen && (layer.plotted || !manner_.plotted_only);
+    found.color = now.color.isByLayer() ? layer.color : now.color.isByBlock() ? now.around.color : now.color;
+    if (now.weight == AcDb::kLnWtByLayer)
+        found.weight = layer.weight;
+    else if (now.weight == AcDb::kLnWtByBlock)
+        found.weight = now.around.weight;
+    else
+        found.weight = now.weight >= 0 ? now.weight : default_weight;
+    const linetype& named = linetype_of(now.linetype);
+    found.pattern = named.by_layer ? layer.pattern : named.by_block ? now.around.pattern : named.drawn();
+    found.linetype_scale = now.linetype_scale;
+    constexpr double hundredths = 100.0;
+    found.pen.color = ink_of(found.color, opacity_of(now, layer.opacity));
+    found.pen.width = found.weight / hundredths * manner_.weight_scale;
+    return found;
+}
+
+const painter::look& painter::current() {
+    frame& now = frames_.back();
+    const AcCmEntityColor color = traits_->trueColor();
+    const AcDbObjectId layer = traits_->layerId();
+    const AcDbObjectId pattern = traits_->lineTypeId();
+    if (!now.known || !(now.color == color) || now.layer != layer || now.linetype != pattern ||
+        now.weight != traits_->lineWeight() || now.linetype_scale != traits_->lineTypeScale()) {
+        now.color = color;
+        now.layer = layer;
+        now.linetype = pattern;
+        now.weight = traits_->lineWeight();
+        now.linetype_scale = traits_->lineTypeScale();
+        now.known = resolve(now);
+    }
+    return *now.known;
+}
+
+std::string_view painter::type_now() const {
+    const gi::visit& entity = frames_.back().entity;
+    return entity.database->records().type_name(entity.entity);
+}
+
+void painter::dot(const AcGePoint3d& point, const look& shown) {
+    const sys::sheet_point at = view_.at(point);
+    const sheet_box& box = view_.box();
+    if (!(at.x >= box.left && at.x <= box.right && at.y >= box.top && at.y <= box.bottom))
+        return;
+    if (std::fabs(at.x - last_dot_.x) < manner_.dot && std::fabs(at.y - last_dot_.y) < manner_.dot &&
+        shown.pen.color == last_dot_ink_)
+        return;
+    last_dot_ = at;
+    last_dot_ink_ = shown.pen.color;
+    const sys::sheet_point points[] = {at, at};
+    paper_.stroke(points, {shown.pen.color, std::min(shown.pen.width, manner_.dot)});
+}
+
+void painter::stroke(std::span<const AcGePoint3d> points, const look& shown) {
+    std::vector<sys::sheet_point> placed;
+    placed.reserve(points.size());
+    sheet_box box{1e300, 1e300, -1e300, -1e300};
+    for (const AcGePoint3d& point : points) {
+        const sys::sheet_point at = view_.at(point);
+        box = {std::min(box.left, at.x), std::min(box.top, at.y), std::max(box.right, at.x),
+               std::max(box.bottom, at.y)};
+        placed.push_back(at);
+    }
+    if (box.right - box.left < manner_.dot && box.bottom - box.top < manner_.dot) {
+        dot(points.front(), shown);
+        return;
+    }
+    for (const std::vector<sys::sheet_point>& part : view_.near_lines(std::move(placed)))
+        paper_.stroke(part, shown.pen);
+}
+
+void painter::lines(std::span<const AcGePoint3d> points) {
+    const look& now = current();
+    if (!now.seen || points.empty())
+        return;
+    if (points.size() == 1) {
+        if (type_now() == "POINT")
+            point_sign(points.front(), now);
+        else
+            dot(points.front(), now);
+        return;
+    }
+    const double scale = manner_.linetype_scale * now.linetype_scale;
+    // A pattern that repeats within a few dots looks like a line.
+    constexpr double dots_to_see = 3.0;
+    if (now.pattern == nullptr || now.pattern->length * scale * view_.scale() < dots_to_see * manner_.dot) {
+        stroke(points, now);
+        return;
+    }
+    const patterned_line drawn = patterned(points, *now.pattern, scale);
+    for (const std::vector<AcGePoint3d>& dash : drawn.dashes)
+        stroke(dash, now);
+    for (const placed_sign& sign : drawn.signs) {
+        const AcGeVector3d along = sign.along;
+        const AcGeVector3d across = AcGeVector3d::kZAxis.crossProduct(along);
+        const AcGeVector3d x = turned(sign.sign->oriented ? no_turn : along, sign.sign->angle);
+        const double height = sign.sign->height * scale;
+        gi::text_line letters;
+        letters.position = sign.place + along * (sign.sign->x * scale) + across * (sign.sign->y * scale);
+        letters.x = x * (height * sign.sign->width_factor);
+        letters.y = AcGeVector3d::kZAxis.crossProduct(x) * height;
+        letters.text = sign.sign->text;
+        texts_.draw(letters, view_, now.pen);
+    }
+}
+
+// Source: the editor's table of point signs: 0 a dot, 1 nothing, 2 a plus, 3 a cross, 4 a tick; 32 adds a
+// circle, 64 a square.
+void painter::point_sign(const AcGePoint3d& point, const look& shown) {
+    const double half = point_size_ / 2.0;
+    const auto line = [&](double x1, double y1, double x2, double y2) {
+        const AcGePoint3d ends[] = {point + AcGeVector3d(x1, y1, 0.0) * half,
+                                    point + AcGeVector3d(x2, y2, 0.0) * half};
+        stroke(ends, shown);
+    };
+    constexpr double beyond = 2.0; // a plus and a cross are twice as large as circle and square
+    switch (point_mode_ % 32) {
+    case 0:
+        dot(point, shown);
+        break;
+    case 2:
+        line(-beyond, 0.0, beyond, 0.0);
+        line(0.0, -beyond, 0.0, beyond);
+        break;
+    case 3:
+        line(-beyond, -beyond, beyond, beyond);
+        line(-beyond, beyond, beyond, -beyond);
+        break;
+    case 4:
+        line(0.0, 0.0, 0.0, 1.0);
+        break;
+    default:
+        break;
+    }
+    if ((point_mode_ & 32) != 0)
+        stroke(gi::flattened({point, {half, 0.0, 0.0}, {0.0, half, 0.0}, 0.0, 2.0 * std::numbers::pi},
+                             manner_.dot / 2.0 / view_.scale()),
+               shown);
+    if ((point_mode_ & 64) != 0) {
+        line(-1.0, -1.0, 1.0, -1.0);
+        line(1.0, -1.0, 1.0, 1.0);
+        line(1.0, 1.0, -1.0, 1.0);
+        line(-1.0, 1.0, -1.0, -1.0);
+    }
+}
+
+void painter::fill(std::span<const std::vector<AcGePoint3d>> rims, const sys::ink& ink) {
+    std::vector<std::vector<sys::sheet_point>> placed;
+    for (const std::vector<AcGePoint3d>& rim : rims) {
+        std::vector<sys::sheet_point> points;
+        for (const AcGePoint3d& point : rim)
+            points.push_back(view_.at(point));
+        points = view_.near_area(std::move(points));
+        if (points.size() > 2)
+            placed.push_back(std::move(points));
+    }
+    if (!placed.empty())
+        paper_.fill(placed, ink);
+}
+
+bool painter::is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, const look& shown) {
+    if (type_now() != "HATCH")
+        return false;
+    const gi::visit& entity = frames_.back().entity;
+    const std::unique_ptr<AcDbObject> view = entity.database->view(entity.entity);
+    const AcDbHatch* const hatch = AcDbHatch::cast(view.get());
+    if (hatch == nullptr || hatch->isSolidFill() || hatch->numPatternDefinitions() == 0)
+        return false;
+    constexpr std::size_t most_lines = 50'000;
+    const auto lines = hatch_lines(*hatch, entity.to_world, rims, most_lines);
+    if (!lines)
+        return false;
+    for (const std::vector<AcGePoint3d>& line : *lines)
+        stroke(line, shown);
+    return true;
+}
+
+void painter::area(std::span<const AcGePoint3d> points) {
+    const std::vector<AcGePoint3d> rims[] = {{points.begin(), points.end()}};
+    area_of_rims(rims);
+}
+
+void painter::area_of_rims(std::span<const std::vector<AcGePoint3d>> rims) {
+    const look& now = current();
+    if (!now.seen || is_hatch_drawn(rims, now))
+        return;
+    fill(rims, now.pen.color);
+}
+
+bool painter::text(const gi::text_line& line) {
+    const look& now = current();
+    if (!now.seen)
+        return true;
+    const sys::sheet_point high = view_.along(line.y);
+    const double height = std::hypot(high.x, high.y);
+    if (height < manner_.dot) { // nobody reads it: a line where it stands
+        const AcGePoint3d ends[] = {line.position + line.y * 0.5,
+                                    line.position + line.y * 0.5 + line.x * line.length};
+        stroke(ends, now);
+        return true;
+    }
+    sys::pen pen = now.pen;
+    constexpr double thickest_letters = 0.15; // of their height
+    pen.width = std::min(pen.width, height * thickest_letters);
+    texts_.draw(line, view_, pen);
+    return true;
+}
+
+void painter::curve(const gi::arc& arc) {
+    if (current().seen)
+        lines(gi::flattened(arc, std::max(manner_.dot / 2.0 / view_.scale(), 1e-9)));
+}
+
+void painter::unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, bool both) {
+    const look& now = current();
+    if (!now.seen)
+        return;
+    const std::vector<sys::sheet_point> part =
+        view_.part_of_line(view_.at(from), view_.along(direction), both);
+    if (!part.empty())
+        paper_.stroke(part, now.pen);
+}
+
+} // namespace picture

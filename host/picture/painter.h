@@ -1,0 +1,125 @@
+// The canvas of pictures: figures with their look (colour, weight, pattern) put on a sheet.
+//
+// A look is resolved when it is drawn: ByLayer by the layer that rules there, ByBlock by the reference around
+// it, layer 0 in a block by the layer of the reference.
+#pragma once
+
+#include "acgi.h"
+#include "host/gi/canvas.h"
+#include "host/picture/layer_states.h"
+#include "host/picture/line_pattern.h"
+#include "host/picture/sheet_view.h"
+#include "host/picture/text_painter.h"
+#include "sys/paper.h"
+
+#include <map>
+#include <optional>
+#include <unordered_map>
+
+namespace picture {
+
+enum class colors { as_drawn, greys, black };
+
+// What all of a picture has in common.
+struct manner {
+    colors drawn_in = colors::as_drawn;
+    sys::ink background{255, 255, 255};
+    double dot = 0.1;            // millimetres: what is smaller is a dot, and nobody sees it closer
+    double weight_scale = 1.0;   // of lineweights
+    bool plotted_only = true;    // leaves out layers that are not plotted
+    double linetype_scale = 1.0; // $LTSCALE, and what a viewport makes of it
+};
+
+class painter final : public gi::canvas {
+public:
+    // Draws what `states` show of a drawing, seen through `view`.
+    painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawing, layer_states& states,
+            const sheet_view& view, const manner& manner);
+
+    // The attributes of what is drawn; they must outlive the painter.
+    void follow(const AcGiSubEntityTraits& traits) { traits_ = &traits; }
+
+    bool reads_traits() const override { return true; }
+    double finest() const override { return manner_.dot / view_.scale(); }
+    bool enter(const gi::visit& entity) override;
+    void leave() override { frames_.pop_back(); }
+    bool enter_block(const AcDbExtents& extents, const AcGeMatrix3d& to_world) override;
+    void lines(std::span<const AcGePoint3d> points) override;
+    void area(std::span<const AcGePoint3d> points) override;
+    void area_of_rims(std::span<const std::vector<AcGePoint3d>> rims) override;
+    bool text(const gi::text_line& line) override;
+    void curve(const gi::arc& arc) override;
+    void unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, bool both) override;
+
+private:
+    // A look with nothing left open.
+    struct look {
+        sys::pen pen;
+        const line_pattern* pattern = nullptr; // null for a continuous line
+        AcCmEntityColor color;
+        int weight = 0; // hundredths of a millimetre
+        double linetype_scale = 1.0;
+        bool seen = false;
+    };
+    struct frame {
+        gi::visit entity;
+        layer_states::table* layers;
+        layer_state state;
+        look around;               // of the reference, for what is ByBlock
+        std::optional<look> known; // of the attributes below
+        AcCmEntityColor color;
+        AcDbObjectId layer;
+        AcDbObjectId linetype;
+        AcDb::LineWeight weight = AcDb::kLnWtByLayer;
+        double linetype_scale = 1.0;
+    };
+    struct layer_look {
+        AcCmEntityColor color;
+        const line_pattern* pattern = nullptr;
+        int weight = 0;
+        double opacity = 1.0;
+        bool plotted = true;
+    };
+
+    struct linetype {
+        line_pattern pattern;
+        bool by_layer = false;
+        bool by_block = false;
+        const line_pattern* drawn() const { return pattern.dashes.empty() ? nullptr : &pattern; }
+    };
+
+    layer_states::table& layers_of(const gi::visit& entity);
+    const layer_look& look_of_layer(dxf::record_id layer);
+    const linetype& linetype_of(const AcDbObjectId& id);
+    // Of what is drawn now.
+    const look& current();
+    const layer_state& state_of_layer(const frame& now);
+    look resolve(frame& now);
+    sys::ink ink_of(const AcCmEntityColor& color, double opacity) const;
+    double opacity_of(const frame& now, double of_layer) const;
+    std::string_view type_now() const;
+
+    void stroke(std::span<const AcGePoint3d> points, const look& look);
+    void fill(std::span<const std::vector<AcGePoint3d>> rims, const sys::ink& ink);
+    void dot(const AcGePoint3d& point, const look& look);
+    void point_sign(const AcGePoint3d& point, const look& look);
+    bool is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, const look& look);
+
+    sys::paper& paper_;
+    text_painter& texts_;
+    AcDbImpDatabase& drawing_;
+    layer_states& states_;
+    const sheet_view& view_;
+    const manner& manner_;
+    const AcGiSubEntityTraits* traits_ = nullptr;
+    std::vector<frame> frames_;
+    std::map<std::pair<const layer_states::table*, Adesk::LongPtr>, layer_state> part_states_;
+    std::unordered_map<dxf::record_id, layer_look> layer_looks_;
+    std::unordered_map<Adesk::LongPtr, linetype> linetypes_;
+    int point_mode_ = 0;
+    double point_size_ = 0.0; // of the world
+    sys::sheet_point last_dot_;
+    sys::ink last_dot_ink_;
+};
+
+} // namespace picture

@@ -1,0 +1,230 @@
+#include "host/picture/picture.h"
+
+#include "dbents.h"
+#include "dbmain.h"
+#include "host/db/draw_order.h"
+#include "host/db/spaces.h"
+#include "host/dxf/group_list.h"
+#include "host/gi/extents.h"
+#include "host/gi/quick_box.h"
+#include "host/gi/tracer.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace picture {
+
+namespace {
+
+constexpr double border = 5.0; // millimetres around what is fitted into a paper
+
+// The paper of a layout: its size, and where on it the origin of the sheet lies.
+struct layout_paper {
+    double width = 0.0;
+    double height = 0.0;
+    double left = 0.0; // of the origin
+    double bottom = 0.0;
+    double scale = 1.0; // millimetres to a unit
+};
+
+std::optional<layout_paper> paper_of_layout(AcDbImpDatabase& drawing, dxf::record_id space) {
+    const dxf::record_id layout = db::layout_of(drawing, space);
+    if (layout == dxf::no_record)
+        return std::nullopt;
+    constexpr dxf::group_place place{"AcDbPlotSettings"};
+    const dxf::group_list groups(drawing.records().text(layout));
+    const auto real = [&](int code) { return groups.real(place, code).value_or(0.0); };
+    const auto whole = [&](int code) { return groups.integer(place, code).value_or(0); };
+    layout_paper paper{real(44), real(45), real(40), real(41), 1.0};
+    const bool inches = whole(72) == 0;
+    constexpr double mm_per_inch = 25.4;
+    paper.scale = inches ? mm_per_inch : 1.0;
+    if (real(142) > 0.0 && real(143) > 0.0)
+        paper.scale *= real(142) / real(143);
+    // 73: turned by so many quarters, with the margins: left 40, bottom 41, right 42, top 43.
+    const double margins[] = {real(40), real(41), real(42), real(43)};
+    const auto quarters = static_cast<std::size_t>(whole(73) & 3);
+    if (quarters % 2 != 0)
+        std::swap(paper.width, paper.height);
+    paper.left = margins[(4 - quarters) % 4] + real(46);
+    paper.bottom = margins[(5 - quarters) % 4] + real(47);
+    constexpr double least = 20.0;
+    constexpr double most = 10'000.0;
+    if (!(paper.width > least && paper.width < most && paper.height > least && paper.height < most))
+        return std::nullopt;
+    return paper;
+}
+
+struct area {
+    AcGePoint2d least;
+    AcGePoint2d most;
+    double width() const { return most.x - least.x; }
+    double height() const { return most.y - least.y; }
+    AcGePoint3d middle() const { return {(least.x + most.x) / 2.0, (least.y + most.y) / 2.0, 0.0}; }
+};
+
+// What a space holds; something to look at for an empty one.
+area extents_of(AcDbImpDatabase& drawing, dxf::record_id space) {
+    const AcDbExtents& extents = drawing.extents_of_block(space);
+    if (gi::is_empty(extents))
+        return {{0.0, 0.0}, {420.0, 297.0}};
+    return {{extents.minPoint().x, extents.minPoint().y}, {extents.maxPoint().x, extents.maxPoint().y}};
+}
+
+// A sheet and what is seen on it.
+struct plan {
+    double width;
+    double height;
+    sheet_view view;
+};
+
+plan planned(AcDbImpDatabase& drawing, dxf::record_id space, const request& wanted) {
+    const bool is_model = space == drawing.block(ACDB_MODEL_SPACE);
+    area shown = extents_of(drawing, space);
+    if (wanted.window) {
+        const auto& [a, b] = *wanted.window;
+        shown = {{std::min(a.x, b.x), std::min(a.y, b.y)}, {std::max(a.x, b.x), std::max(a.y, b.y)}};
+    } else if (!is_model && !wanted.scale && !wanted.paper) {
+        if (const auto paper = paper_of_layout(drawing, space)) {
+            const sheet_box box{0.0, 0.0, paper->width, paper->height};
+            const area on_paper{{-paper->left / paper->scale, -paper->bottom / paper->scale},
+                                {(paper->width - paper->left) / paper->scale,
+                                 (paper->height - paper->bottom) / paper->scale}};
+            // Sheets that were never set up stick out of their paper: then all of it is shown.
+            const double slack = 0.05 * std::max(on_paper.width(), on_paper.height());
+            if (shown.least.x > on_paper.least.x - slack && shown.least.y > on_paper.least.y - slack &&
+                shown.most.x < on_paper.most.x + slack && shown.most.y < on_paper.most.y + slack)
+                return {paper->width, paper->height,
+                        sheet_view::from_above(on_paper.middle(), on_paper.width(), box)};
+        }
+    }
+    constexpr std::pair a3{420.0, 297.0};
+    std::pair<double, double> paper = wanted.paper.value_or(a3);
+    if (!wanted.paper && shown.height() > shown.width())
+        std::swap(paper.first, paper.second);
+    const auto [width, height] = paper;
+    const sheet_box box{0.0, 0.0, width, height};
+    constexpr double nothing = 1e-9; // a point has some room around it
+    const double fitting = std::min((width - 2.0 * border) / std::max(shown.width(), nothing),
+                                    (height - 2.0 * border) / std::max(shown.height(), nothing));
+    const double scale =
+        wanted.scale.value_or(shown.width() < nothing && shown.height() < nothing ? 1.0 : fitting);
+    return {width, height, sheet_view::from_above(shown.middle(), width / scale, box)};
+}
+
+class session {
+public:
+    session(AcDbImpDatabase& drawing, sys::paper& paper, manner manner)
+        : drawing_(drawing), paper_(paper), texts_(paper), manner_(manner) {
+        if (const auto scale = drawing.drawing().header_value("$LTSCALE"))
+            linetype_scale_ = dxf::leading_real(*scale).value_or(1.0);
+        const auto by_paper = drawing.drawing().header_value("$PSLTSCALE");
+        patterns_by_paper_ = !by_paper || dxf::trimmed(*by_paper) != "0";
+    }
+
+    void draw_space(dxf::record_id space, const sheet_view& view) {
+        manner_.linetype_scale = linetype_scale_;
+        draw_entities(space, drawing_.drawn_of_block(space), view, dxf::no_record, manner_);
+    }
+
+private:
+    void draw_entities(dxf::record_id space, std::vector<dxf::record_id> entities, const sheet_view& view,
+                       dxf::record_id viewport, const manner& manner) {
+        db::draw_order order;
+        order.follow(drawing_, space);
+        order.sort(drawing_, entities);
+        layer_states states(drawing_, viewport);
+        painter canvas(paper_, texts_, drawing_, states, view, manner);
+        gi::tracer tracer(canvas);
+        canvas.follow(tracer.subEntityTraits());
+        for (const dxf::record_id entity : entities) {
+            if (viewport == dxf::no_record && drawing_.records().type(entity) == dxf::type_viewport &&
+                !db::is_sheet_itself(drawing_, entity))
+                draw_viewport(entity, view);
+            tracer.draw(drawing_, entity);
+        }
+    }
+
+    // What is seen of model space through a viewport of a sheet.
+    void draw_viewport(dxf::record_id viewport, const sheet_view& sheet) {
+        const std::unique_ptr<AcDbObject> object = drawing_.view(viewport);
+        const AcDbViewport* const seen = AcDbViewport::cast(object.get());
+        const double scale = seen != nullptr ? seen->customScale() : 0.0;
+        if (!(scale > 0.0) || !std::isfinite(scale) || is_off(viewport))
+            return;
+        const AcGePoint3d middle = seen->centerPoint();
+        const AcGeVector3d half(seen->width() / 2.0, seen->height() / 2.0, 0.0);
+        const sys::sheet_point low = sheet.at(middle - half);
+        const sys::sheet_point high = sheet.at(middle + half);
+        const sheet_box box{low.x, high.y, high.x, low.y};
+        const sheet_view view =
+            sheet_view::through(seen->viewTarget(), seen->viewDirection(), seen->twistAngle(),
+                                seen->viewCenter(), scale * sheet.scale(), box);
+        AcGePoint2d least;
+        AcGePoint2d most;
+        view.world_box(least, most);
+        gi::flat_box around;
+        around.add(least.x, least.y);
+        around.add(most.x, most.y);
+        const dxf::record_id model = drawing_.block(ACDB_MODEL_SPACE);
+        std::vector<dxf::record_id> entities = drawing_.entities_near(model, around);
+        std::reverse(entities.begin(), entities.end()); // the oldest first
+        const sys::sheet_point rim[] = {
+            {box.left, box.top}, {box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}};
+        manner inside = manner_;
+        inside.linetype_scale = patterns_by_paper_ ? linetype_scale_ / scale : linetype_scale_;
+        paper_.push_clip(rim);
+        draw_entities(model, std::move(entities), view, viewport, inside);
+        paper_.pop_clip();
+    }
+
+    bool is_off(dxf::record_id viewport) const {
+        constexpr dxf::group_place place{"AcDbViewport"};
+        const dxf::group_list groups(drawing_.records().text(viewport));
+        constexpr std::int64_t off = 0x20000;
+        if (const auto flags = groups.integer(place, 90))
+            return (*flags & off) != 0;
+        return groups.integer(place, 68).value_or(1) == 0;
+    }
+
+    AcDbImpDatabase& drawing_;
+    sys::paper& paper_;
+    text_painter texts_;
+    manner manner_;
+    double linetype_scale_ = 1.0;
+    bool patterns_by_paper_ = true;
+};
+
+} // namespace
+
+base::result<std::string> draw(AcDbImpDatabase& drawing, const request& request, sys::paper_format format) {
+    std::vector<plan> plans;
+    for (const dxf::record_id space : request.spaces)
+        plans.push_back(planned(drawing, space, request));
+    if (plans.empty())
+        return base::failure{L"there is nothing to draw"};
+    sys::paper_setup setup;
+    setup.format = format;
+    setup.width = plans.front().width;
+    setup.height = plans.front().height;
+    setup.dots_per_mm = request.dots_per_mm;
+    if (request.dark)
+        setup.background = {0, 0, 0};
+    auto paper = sys::make_paper(setup);
+    if (!paper)
+        return base::failure{paper.error()};
+    manner manner;
+    manner.drawn_in = request.drawn_in;
+    manner.background = setup.background;
+    constexpr double finest_print = 0.05; // millimetres
+    manner.dot = format == sys::paper_format::png ? 0.8 / request.dots_per_mm : finest_print;
+    session session(drawing, **paper, manner);
+    for (std::size_t i = 0; i < plans.size(); ++i) {
+        if (i != 0)
+            (*paper)->next_sheet(plans[i].width, plans[i].height);
+        session.draw_space(request.spaces[i], plans[i].view);
+    }
+    return (*paper)->finish();
+}
+
+} // namespace picture
