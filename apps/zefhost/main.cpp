@@ -7,6 +7,7 @@
 #include "host/db/imp_database.h"
 #include "host/db/save_as_version.h"
 #include "host/ed/editor.h"
+#include "host/ed/picture_file.h"
 #include "host/rx/applications.h"
 #include "sys/file.h"
 #include "sys/folders.h"
@@ -135,6 +136,9 @@ int run(const program_options& options) {
     ed::command_line::instance().fresh_line();
     if (!options.output.empty())
         save_output(options.output, options.saved_as);
+    if (!options.picture.empty() && !editor.broke_off() && ap::documents::instance().current() != nullptr)
+        if (auto drawn = ed::write_picture(ap::documents::instance().current_database()->imp(), options.picture); !drawn)
+            editor.fail(ed::run_status::not_saved, drawn.error());
     tell_unsaved();
     return status_of(editor.status());
 }

@@ -4,6 +4,7 @@
 #include "host/ap/file_name.h"
 #include "host/db/save_as_version.h"
 #include "host/dxf/encoding_guess.h"
+#include "host/picture/picture.h"
 #include "sys/folders.h"
 
 const char* const usage =
@@ -17,6 +18,7 @@ DRAWING        a DXF file, ASCII or binary; without one, a new drawing
 -o OUT         saves the current drawing as OUT at the end, "-" to standard output
 --as VERSION   in the form of 2018, 2013, 2010, 2007, 2004, 2000 or R12; what that form lacks is told
 --load APP     loads a further application
+--picture FILE  at the end draws the current tab as a picture: FILE.png, .svg or .pdf (PICTURE asks for more)
 --no-module    without the pipe-system module and its siblings
 --profile DIR  the user's folder (else $ZEF_PROFILE, else below the configuration folder)
 --encoding NAME  how the text of drawings is read, whatever they say: gbk, big5, shift-jis, euc-kr, utf-8, or
@@ -73,7 +75,7 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
         };
         const bool takes_value = argument == L"-s" || argument == L"-c" || argument == L"-o" ||
                                  argument == L"--load" || argument == L"--profile" ||
-                                 argument == L"--encoding" || argument == L"--as";
+                                 argument == L"--encoding" || argument == L"--as" || argument == L"--picture";
         if (!only_files && takes_value && !take_value())
             return base::failure{L"option " + argument + L" wants a value"};
         if (takes_value && !only_files && value.empty() && argument != L"-c")
@@ -90,6 +92,10 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             options.inputs.push_back({false, script_text(value)});
         } else if (argument == L"-o") {
             options.output = value;
+        } else if (argument == L"--picture") {
+            options.picture = value;
+            if (const auto format = picture::format_of_file(value); !format)
+                return base::failure{L"option --picture: " + format.error()};
         } else if (argument == L"--load") {
             options.applications.push_back(value);
         } else if (argument == L"--profile") {

@@ -53,6 +53,7 @@ constexpr host_command commands[] = {
     {L"MS", mspace_command, 0, L""},
     {L"NEW", new_command, no_step | without_drawing, L"begins a new drawing"},
     {L"OPEN", open_command, no_step | without_drawing, L"opens a drawing file"},
+    {L"PICTURE", picture_command, no_step, L"draws the drawing as a picture: PNG, SVG or PDF"},
     {L"PSPACE", pspace_command, 0, L"goes back to the layout's sheet"},
     {L"PS", pspace_command, 0, L""},
     {L"-PURGE", purge_command, 0, L"takes out layers, blocks, styles and the like that nothing uses"},

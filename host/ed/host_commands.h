@@ -47,6 +47,7 @@ void model_command();
 void mspace_command();
 void new_command();
 void open_command();
+void picture_command();
 void pspace_command();
 void purge_command();
 void qsave_command();

@@ -1,0 +1,14 @@
+// Pictures of a drawing written to files.
+#pragma once
+
+#include "host/picture/picture.h"
+
+namespace ed {
+
+// Writes a picture whole or not at all; its format follows from the file's ending. The second form shows the
+// current tab.
+ACCORE_PORT base::result<void> write_picture(AcDbImpDatabase& drawing, const std::wstring& file,
+                                             const picture::request& request);
+ACCORE_PORT base::result<void> write_picture(AcDbImpDatabase& drawing, const std::wstring& file);
+
+} // namespace ed
