@@ -1,0 +1,207 @@
+#include "host/picture/line_pattern.h"
+#include "host/picture/picture.h"
+#include "host/picture/stroke_letters.h"
+#include "tests/support.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using test::zefhost;
+
+std::string group(int code, std::string_view value) {
+    return std::to_string(code) + "\n" + std::string(value) + "\n";
+}
+
+std::string layer(std::string_view name, std::string_view color, std::string_view flags,
+                  std::string_view linetype = "CONTINUOUS") {
+    return group(0, "LAYER") + group(2, name) + group(70, flags) + group(62, color) + group(6, linetype);
+}
+
+std::string line(std::string_view on, std::string_view further, double y, double from = 0.0,
+                 double to = 100.0) {
+    return group(0, "LINE") + group(8, on) + std::string(further) + group(10, std::to_string(from)) +
+           group(20, std::to_string(y)) + group(11, std::to_string(to)) + group(21, std::to_string(y));
+}
+
+// A drawing whose entities take their looks in all the ways there are.
+std::string looks(std::string_view more = {}) {
+    std::string text = group(0, "SECTION") + group(2, "TABLES") + group(0, "TABLE") + group(2, "LTYPE") +
+                       group(70, "1") + group(0, "LTYPE") + group(2, "DASHES") + group(70, "0") +
+                       group(3, "") + group(72, "65") + group(73, "2") + group(40, "20.0") +
+                       group(49, "15.0") + group(49, "-5.0") + group(0, "ENDTAB") + group(0, "TABLE") +
+                       group(2, "LAYER") + group(70, "6") + layer("0", "7", "0") + layer("RED", "1", "0") +
+                       layer("BLUE", "5", "0") + layer("OFF", "-3", "0") + layer("FROZEN", "4", "1") +
+                       layer("DASHED", "30", "0", "DASHES") + group(0, "ENDTAB") + group(0, "ENDSEC") +
+                       group(0, "SECTION") + group(2, "BLOCKS");
+    text += group(0, "BLOCK") + group(8, "0") + group(2, "INNER") + group(70, "0") + group(10, "0.0") +
+            group(20, "0.0") + line("0", group(62, "0"), 10.0) + line("0", "", 12.0) + line("RED", "", 14.0) +
+            group(0, "ENDBLK") + group(0, "BLOCK") + group(8, "0") + group(2, "OUTER") + group(70, "0") +
+            group(10, "0.0") + group(20, "0.0") + group(0, "INSERT") + group(8, "0") + group(62, "0") +
+            group(2, "INNER") + group(10, "0.0") + group(20, "0.0") + group(0, "ENDBLK") +
+            group(0, "ENDSEC") + group(0, "SECTION") + group(2, "ENTITIES");
+    text += group(0, "INSERT") + group(8, "BLUE") + group(62, "6") + group(2, "OUTER") + group(10, "0.0") +
+            group(20, "0.0") + line("OFF", "", 20.0) + line("FROZEN", "", 22.0) +
+            line("DASHED", "", 24.0, 0.0, 100.0) + line("0", "", 26.0) + std::string(more);
+    return text + group(0, "ENDSEC") + group(0, "EOF");
+}
+
+// The SVG of a drawing, without blanks. `answers` are those behind the file's name.
+std::string svg_of(const test::folder& folder, std::string_view drawing, std::string_view answers) {
+    const auto file = folder.write("drawing.dxf", drawing);
+    const auto out = folder / "out.svg";
+    const auto run =
+        zefhost({file.string(), "--no-module", "-c", "PICTURE " + out.string() + " " + std::string(answers)});
+    EXPECT_EQ(run.status, 0) << run.out << run.err;
+    std::string svg = test::read(out);
+    std::erase(svg, ' ');
+    return svg;
+}
+
+std::size_t times(std::string_view text, std::string_view part) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
+
+TEST(Picture, resolves_colours_through_layers_and_nested_blocks) {
+    const test::folder folder;
+    const std::string svg = svg_of(folder, looks(), "Current\\n\\nFit\\nColors\\n");
+    const std::string_view magenta = "rgb(100%,0%,100%)";
+    const std::string_view blue = "rgb(0%,0%,100%)";
+    const std::string_view red = "rgb(100%,0%,0%)";
+    const std::string_view green = "rgb(0%,100%,0%)";
+    const std::string_view cyan = "rgb(0%,100%,100%)";
+    EXPECT_EQ(times(svg, magenta), 1u) << "ByBlock, through two references";
+    EXPECT_EQ(times(svg, blue), 1u) << "layer 0 is the reference's";
+    EXPECT_EQ(times(svg, red), 1u) << "a layer of its own";
+    EXPECT_EQ(times(svg, green), 0u) << "off";
+    EXPECT_EQ(times(svg, cyan), 0u) << "frozen";
+    // Orange dashes: 100 long with dashes of 15 and gaps of 5 make five repeats, in one path of six pieces.
+    const std::size_t orange = svg.find("rgb(100%,49.8");
+    ASSERT_NE(orange, svg.npos);
+    const std::size_t path = svg.find("d=\"M", orange);
+    EXPECT_EQ(times(svg.substr(path, svg.find('"', path + 3) - path), "M"), 6u);
+    EXPECT_EQ(times(svg_of(folder, looks(), "Current\\n\\nFit\\nGreys\\n"), red), 0u);
+    const std::string dark = svg_of(folder, looks(), "Current\\n\\nFit\\nScreen\\n");
+    EXPECT_GE(times(dark, "stroke:rgb(100%,100%,100%)") + times(dark, "stroke=\"rgb(100%,100%,100%)"), 1u)
+        << "colour 7 on black";
+}
+
+TEST(Picture, shows_a_window_at_a_scale) {
+    const test::folder folder;
+    // Of all the lines only the one at y 26 lies in the window; at 1:2 its 100 units are 50 mm, 141.7 points.
+    const std::string svg = svg_of(folder, looks(), "Window -10,25 110,27 200x100 1:2 Colors\\n");
+    EXPECT_EQ(times(svg, "rgb(100%,0%,0%)"), 1u) << "near the paper's middle, so seen, too";
+    EXPECT_NE(svg.find("283.4"), svg.npos) << "half of the paper: " << svg.substr(0, 600);
+}
+
+TEST(Picture, survives_what_nobody_should_draw) {
+    const test::folder folder;
+    const std::string odd =
+        line("0", "", 1e15, -1e15, 1e15) + line("0", group(48, "1e-12") + group(6, "DASHES"), 30.0) +
+        group(0, "TEXT") + group(8, "0") + group(10, "0.0") + group(20, "40.0") + group(40, "0.0") +
+        group(1, "nothing") + group(0, "INSERT") + group(8, "0") + group(2, "OUTER") + group(10, "0.0") +
+        group(20, "50.0") + group(70, "1000") + group(71, "1000") + group(44, "1e-9") + group(45, "1e-9");
+    const std::string svg = svg_of(folder, looks(odd), "Window 0,0 100,60 A4 Fit Colors\\n");
+    EXPECT_TRUE(svg.find("</svg>") != svg.npos);
+    EXPECT_EQ(svg.find("nan"), svg.npos);
+    EXPECT_LT(svg.size(), 200'000u);
+}
+
+TEST(Picture, refuses_with_a_word_and_leaves_files_alone) {
+    const test::folder folder;
+    const auto file = folder.write("drawing.dxf", looks());
+    const auto old = folder.write("old.png", "as it was");
+    const auto run = zefhost(
+        {file.string(), "--no-module", "-c", "PICTURE " + old.string() + " Current 9999x9999 Fit Colors\\n"});
+    EXPECT_EQ(run.status, 6);
+    EXPECT_NE(run.err.find("79992 dots a side is too large"), std::string::npos) << run.err;
+    EXPECT_EQ(test::read(old), "as it was");
+    const auto wrong = zefhost({file.string(), "--no-module", "--picture", (folder / "a.bmp").string()});
+    EXPECT_EQ(wrong.status, 2);
+    EXPECT_NE(wrong.err.find("pictures end with .png, .svg or .pdf"), std::string::npos) << wrong.err;
+}
+
+TEST(Picture, has_sheets_behind_each_other_in_a_pdf) {
+    const test::folder folder;
+    const auto out = folder / "all.pdf";
+    const auto run =
+        zefhost({test::drawing("../../samples/storey.dxf").string(), "--no-module", "--readonly", "-c",
+                 "LAYOUT New A\\nLAYOUT New B\\nPICTURE " + out.string() + " Sheets\\n\\n\\n\\n"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    const std::string pdf = test::read(out);
+    EXPECT_GE(times(pdf, "/Type /Page\n"), 2u);
+}
+
+TEST(Picture, understands_papers_and_scales) {
+    struct row {
+        const wchar_t* text;
+        double width;
+        double height;
+    };
+    for (const row& paper :
+         {row{L"a3", 420.0, 297.0}, row{L"A4V", 210.0, 297.0}, row{L"600x400", 600.0, 400.0},
+          row{L"A9", 0.0, 0.0}, row{L"600", 0.0, 0.0}, row{L"0x5", 0.0, 0.0}, row{L"1e9x5", 0.0, 0.0}})
+        EXPECT_EQ(picture::paper_named(paper.text).value_or(std::pair(0.0, 0.0)),
+                  std::pair(paper.width, paper.height))
+            << std::string(paper.text, paper.text + std::char_traits<wchar_t>::length(paper.text));
+    EXPECT_EQ(picture::scale_named(L"1:100"), 0.01);
+    EXPECT_EQ(picture::scale_named(L"2"), 2.0);
+    for (const wchar_t* const none : {L"1:0", L"-1:2", L"fit", L":", L""})
+        EXPECT_FALSE(picture::scale_named(none));
+}
+
+TEST(LinePattern, begins_and_ends_with_dashes) {
+    picture::line_pattern pattern;
+    pattern.dashes = {4.0, -1.0, 0.0, -1.0};
+    pattern.length = 6.0;
+    const AcGePoint3d corner[] = {{0.0, 0.0, 0.0}, {10.0, 0.0, 0.0}, {10.0, 10.0, 0.0}};
+    const picture::patterned_line drawn = picture::patterned(corner, pattern, 1.0);
+    double shown = 0.0;
+    std::size_t dots = 0;
+    for (const auto& dash : drawn.dashes) {
+        double length = 0.0;
+        for (std::size_t i = 0; i + 1 < dash.size(); ++i)
+            length += (dash[i + 1] - dash[i]).length();
+        dots += length == 0.0 ? 1 : 0;
+        shown += length;
+    }
+    EXPECT_EQ(dots, 3u);
+    EXPECT_NEAR(shown, 20.0 - 3 * 2.0, 1e-9) << "all but the gaps of three repeats";
+    EXPECT_EQ(drawn.dashes.front().front(), corner[0]);
+    EXPECT_TRUE(drawn.dashes.back().back().isEqualTo(corner[2]));
+    EXPECT_EQ(picture::patterned(corner, pattern, 10.0).dashes.size(), 1u) << "too short for the pattern";
+    EXPECT_EQ(picture::patterned(corner, pattern, 1e-9).dashes.size(), 1u) << "more dashes than anybody sees";
+}
+
+TEST(SheetView, cuts_off_what_lies_far_outside) {
+    const picture::sheet_box box{0.0, 0.0, 200.0, 100.0};
+    const picture::sheet_view view = picture::sheet_view::from_above({0.0, 0.0, 0.0}, 400.0, box);
+    EXPECT_EQ(view.at({0.0, 0.0, 0.0}), (sys::sheet_point{100.0, 50.0}));
+    EXPECT_EQ(view.at({200.0, 100.0, 7.0}), (sys::sheet_point{200.0, 0.0}));
+    const auto through = view.near_lines({{-1e12, 50.0}, {1e12, 50.0}, {1e12, 1e12}});
+    ASSERT_EQ(through.size(), 1u);
+    EXPECT_LT(std::fabs(through[0].front().x), 1000.0);
+    EXPECT_NEAR(through[0].back().y, 50.0, 1e-3);
+    EXPECT_EQ(view.near_lines({{-1e9, -1e9}, {-2e9, 5.0}}).size(), 0u);
+    EXPECT_EQ(view.near_lines({{std::numeric_limits<double>::quiet_NaN(), 0.0}, {1.0, 1.0}}).size(), 0u);
+    for (const auto& corner : view.near_area({{-1e9, -1e9}, {1e9, -1e9}, {1e9, 1e9}, {-1e9, 1e9}}))
+        EXPECT_LT(std::fabs(corner.x) + std::fabs(corner.y), 1000.0);
+}
+
+// Two letters as the file has them: a blank, and a mark of two strokes.
+TEST(StrokeLetters, are_read_with_broken_ends) {
+    const auto letters = picture::read_stroke_letters("  699  1JZ\n  714  6MWRFRT RRYQ\nZ");
+    EXPECT_NEAR(letters[0].advance, 16.0 / 21.0, 1e-9);
+    ASSERT_EQ(letters[1].strokes.size(), 2u);
+    EXPECT_NEAR(letters[1].strokes[0][0].y, 1.0, 1e-9) << "capitals are 1 high";
+    EXPECT_TRUE(picture::read_stroke_letters("  699 99JZ")[0].strokes.empty());
+}
+
+} // namespace
