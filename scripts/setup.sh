@@ -33,6 +33,7 @@ bench      libxml2-dev         a peer to measure against
 bench      dpkg-dev            unpacks the sources of a peer, for wide characters
 bench      python3             runs the measurements
 judge      python3-ezdxf       judges the drawings that we write
+judge      python3-matplotlib  draws pictures to set beside ours
 judge      librecad            plots the copies that are taken apart
 judge      libxml2-utils       judges how documents of markup are read
 '

@@ -9,7 +9,7 @@
 
 const char* const usage =
     R"(zefhost [DRAWING] [-s SCRIPT]... [-c TEXT]... [-o OUT [--as VERSION]]
-        [--load APP]... [--no-module] [--profile DIR] [--encoding NAME] [--readonly] [--keep-going]
+        [--picture FILE] [--load APP]... [--no-module] [--profile DIR] [--encoding NAME] [--readonly] [--keep-going]
 zefhost --version | --help
 
 DRAWING        a DXF file, ASCII or binary; without one, a new drawing
