@@ -1,6 +1,7 @@
 // Draws by cairo; glyphs come from the fonts that fontconfig finds.
 #include "sys/paper.h"
 #include "sys/posix/paper/glyph_fonts.h"
+#include "sys/posix/paper/line_raster.h"
 
 #include <algorithm>
 #include <cairo-pdf.h>
@@ -54,7 +55,7 @@ public:
 
     // Figures of one pen are stroked together, as long as they lie on each other without a trace.
     void stroke(std::span<const sheet_point> points, const pen& pen) override {
-        if (points.empty())
+        if (points.empty() || is_drawn_by_dots(points, pen))
             return;
         if (pending_ != 0 && !(pen == pen_))
             flush();
@@ -111,10 +112,12 @@ public:
             cairo_line_to(context_, point.x, point.y);
         cairo_close_path(context_);
         cairo_clip(context_);
+        find_field();
     }
     void pop_clip() override {
         flush();
         cairo_restore(context_);
+        find_field();
     }
     void next_sheet(double width, double height) override {
         flush();
@@ -157,6 +160,46 @@ private:
         cairo_set_tolerance(context_, tolerance);
         use(setup_.background);
         cairo_paint(context_);
+        find_field();
+    }
+    // The dots that may be drawn on; none where the clip is no rectangle of whole dots, nor in other formats.
+    void find_field() {
+        field_ = {};
+        if (setup_.format != paper_format::png || !is_good())
+            return;
+        cairo_surface_flush(surface_);
+        field_.dots = cairo_image_surface_get_data(surface_);
+        field_.row_bytes = cairo_image_surface_get_stride(surface_);
+        field_.right = cairo_image_surface_get_width(surface_);
+        field_.bottom = cairo_image_surface_get_height(surface_);
+        cairo_rectangle_list_t* const parts = cairo_copy_clip_rectangle_list(context_);
+        const bool one = parts->status == CAIRO_STATUS_SUCCESS && parts->num_rectangles == 1;
+        if (one) {
+            const cairo_rectangle_t& part = parts->rectangles[0]; // in millimetres
+            const auto edge = [this](double at, int least, int most) {
+                return std::clamp(static_cast<int>(std::lround(at * scale_)), least, most);
+            };
+            field_.left = edge(part.x, 0, field_.right);
+            field_.top = edge(part.y, 0, field_.bottom);
+            field_.right = edge(part.x + part.width, field_.left, field_.right);
+            field_.bottom = edge(part.y + part.height, field_.top, field_.bottom);
+        } else {
+            field_.dots = nullptr;
+        }
+        cairo_rectangle_list_destroy(parts);
+    }
+    bool is_drawn_by_dots(std::span<const sheet_point> points, const pen& pen) {
+        constexpr double thick = 6.0; // dots
+        if (field_.dots == nullptr || pen.width * scale_ > thick || pen.color.opacity < 1.0)
+            return false;
+        flush();
+        cairo_surface_flush(surface_);
+        placed_.clear();
+        for (const sheet_point& point : points)
+            placed_.push_back({point.x * scale_, point.y * scale_});
+        draw_thin_line(field_, placed_, pen.width * scale_, pen.color);
+        cairo_surface_mark_dirty(surface_);
+        return true;
     }
     void use(const ink& color) {
         constexpr double most = 255.0;
@@ -180,6 +223,8 @@ private:
     std::string bytes_;
     pen pen_;
     std::size_t pending_ = 0; // points of strokes that wait
+    dot_field field_;
+    std::vector<sheet_point> placed_; // in dots
     glyph_fonts fonts_;
 };
 
