@@ -136,7 +136,7 @@ TEST(Picture, has_sheets_behind_each_other_in_a_pdf) {
                  "LAYOUT New A\\nLAYOUT New B\\nPICTURE " + out.string() + " Sheets\\n\\n\\n\\n"});
     EXPECT_EQ(run.status, 0) << run.err;
     const std::string pdf = test::read(out);
-    EXPECT_GE(times(pdf, "/Type /Page\n"), 2u);
+    EXPECT_GE(times(pdf, "/Type /Page %"), 3u);
 }
 
 TEST(Picture, understands_papers_and_scales) {

@@ -351,6 +351,7 @@ void painter::fill(std::span<const std::vector<AcGePoint3d>> rims, const sys::in
     std::vector<std::vector<sys::sheet_point>> placed;
     for (const std::vector<AcGePoint3d>& rim : rims) {
         std::vector<sys::sheet_point> points;
+        points.reserve(rim.size());
         for (const AcGePoint3d& point : rim)
             points.push_back(view_.at(point));
         points = view_.near_area(std::move(points));

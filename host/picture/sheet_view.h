@@ -2,6 +2,7 @@
 #pragma once
 
 #include "gemat3d.h"
+#include "gepnt2d.h"
 #include "sys/paper.h"
 
 #include <span>

@@ -77,7 +77,7 @@ glyph_fonts::loaded& glyph_fonts::open(choice& chosen, std::size_t at) {
     cairo_matrix_init_scale(&large, fine, fine);
     font.scaled = cairo_scaled_font_create(font.face, &large, &one, options);
     cairo_font_options_destroy(options);
-    FT_Face const face = cairo_ft_scaled_font_lock_face(font.scaled);
+    auto* const face = cairo_ft_scaled_font_lock_face(font.scaled);
     font.size = 1.0 / capitals_of(face);
     if (face != nullptr)
         cairo_ft_scaled_font_unlock_face(font.scaled);
