@@ -35,6 +35,7 @@ std::vector<dxf::record_id> frozen_in(AcDbImpDatabase& drawing, dxf::record_id v
     AcDbViewport seen;
     AcDbImpObject& imp = seen.imp();
     imp.begin_new(std::string(text));
+    imp.groups(); // read now: as part of the drawing it would be its record that is read
     imp.database = &drawing;
     imp.record = viewport;
     std::vector<dxf::record_id> layers = frozen_layers(imp);

@@ -60,6 +60,7 @@ layer_look look_of(AcDbImpDatabase& drawing, dxf::record_id layer, std::string_v
     AcDbLayerTableRecord seen; // a view of its own: the drawing's may be open
     AcDbImpObject& imp = seen.imp();
     imp.begin_new(std::string(text));
+    imp.groups(); // read now: as part of the drawing it would be its record that is read
     imp.database = &drawing;
     imp.record = layer;
     imp.readers = 1;
