@@ -60,7 +60,7 @@ TEST_F(LayerExtract, CopiesStandWhereTheReferenceShowsThem) {
         // A block on a chosen layer in one that is not; its line is on layer 0.
         {plan + "N\n门窗\n\n" + list("门窗"), {"提取 2 个图元", "at point, X=1000.0000  Y=9000.0000"}, true},
         // What is on 0 of the model is seen on the layer of the reference.
-        {plan + "N\n0\n\n" + list("0"), {"提取 1 个图元到 1 个图层", "X=1000.0000  Y=5000.0000"}, true},
+        {plan + "N\n0\n" + list("0"), {"提取 1 个图元到 1 个图层", "X=1000.0000  Y=5000.0000"}, true},
         {"tctq\n" + picks({"216", "217"}) + "\nN\n*\n\n",
          {"\n从 2 个参照或块提取 16 个图元到 5 个图层。"},
          true},
@@ -71,7 +71,8 @@ TEST_F(LayerExtract, CopiesStandWhereTheReferenceShowsThem) {
          true},
     });
     run("-LAYER C 5 plan|墙体\n\n" + plan + "N\n墙体\n\n");
-    EXPECT_TRUE(says(run("-LAYER ?\n墙体\n\n"), "墙体                On                 5")) << saved.size();
+    const test::run_result listed = run("-LAYER ?\n墙体\n\n");
+    EXPECT_TRUE(says(listed, "墙体        On                 5")) << listed.out;
     EXPECT_EQ(
         test::changes(test::read(folder_ / "plan.dxf"), test::read(test::drawing("layer_tools/plan.dxf"))),
         texts()); // the source is untouched
@@ -84,7 +85,7 @@ TEST_F(LayerExtract, BlocksWorkTooAndWhatIsSeenStays) {
             .write("sym.dxf", "0\nSECTION\n2\nENTITIES\n0\nCIRCLE\n8\nW\n62\n0\n10\n10\n"
                               "20\n0\n40\n5\n0\nENDSEC\n0\nEOF\n")
             .string();
-    run("-LAYER S 说明\n\nINSERT\n" + symbol + "\n100,0\n2\n1\n0\n\n");
+    run("-LAYER S 说明\n\nINSERT\n" + symbol + "\n100,0\n2\n1\n0\n");
     const test::run_result ran = run("tctq\nL\n\nN\nW\n");
     EXPECT_TRUE(says(ran, "\n从 1 个参照或块提取 1 个图元到 1 个图层。")) << ran.out;
     EXPECT_FALSE(says(ran, askNaming)); // no reference

@@ -172,7 +172,8 @@ TEST(Terminal, LongListsStopAfterEachScreenfulAndAtEscape) {
     EXPECT_EQ(terminal.seen().beginning_with("Command: "), 0) << "a screenful of it";
     act(terminal, {{key_escape, "*Cancel*"},
                    {"", "Command: "},
-                   {"gxsz B\r", more},
+                   {"gxsz\r", "<退"},
+                   {"B\r", more},
                    {"\r", more},
                    {key_interrupt, "*Cancel*"},
                    {"", "Command: "}, // it does not ask further
