@@ -5,9 +5,10 @@
 add_library(zef_flags INTERFACE)
 target_compile_options(zef_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Werror
-    -Wshadow
-    # Where sources are compiled as one, what stands in an unnamed namespace seems to stand in a header.
+    # Where sources are compiled as one, what stands in an unnamed namespace seems to stand in a header, and a name in a header
+    # may be one that a source keeps to itself: GCC says nothing of the second, clang does.
     $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>
+    $<$<CXX_COMPILER_ID:GNU>:-Wshadow>
     # A CString handed to printf's like is an error to clang and silent nonsense to GCC without this.
     $<$<CXX_COMPILER_ID:GNU>:-Wconditionally-supported>
     # Nobody replaces our functions from outside, so a shared library may call its own directly.

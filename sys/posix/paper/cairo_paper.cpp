@@ -8,6 +8,7 @@
 #include <cairo-svg.h>
 #include <cairo.h>
 #include <cmath>
+#include <fontconfig/fontconfig.h>
 
 namespace sys {
 
@@ -232,8 +233,25 @@ private:
 
 } // namespace sys
 
+namespace {
+
+// What the libraries keep of fonts until the program ends: fontconfig finds it by distances, which looks like
+// memory that was lost.
+struct font_keeper {
+    font_keeper() = default;
+    font_keeper(const font_keeper&) = delete;
+    font_keeper& operator=(const font_keeper&) = delete;
+    ~font_keeper() {
+        cairo_debug_reset_static_data();
+        FcFini();
+    }
+};
+
+} // namespace
+
 extern "C" __attribute__((visibility("default"))) void
 zef_make_paper(const sys::paper_setup& setup, base::result<std::unique_ptr<sys::paper>>& made) {
+    static const font_keeper keeper;
     // cairo's images have at most so many dots a side.
     constexpr double most_dots = 32767.0;
     const double side = std::max(setup.width, setup.height) * setup.dots_per_mm;

@@ -36,6 +36,7 @@ glyph_fonts::~glyph_fonts() {
         }
         if (chosen.fonts != nullptr)
             FcFontSetDestroy(chosen.fonts);
+        FcPatternDestroy(chosen.wanted);
     }
 }
 
@@ -56,7 +57,7 @@ glyph_fonts::choice& glyph_fonts::choice_of(const sheet_font& font) {
     FcDefaultSubstitute(wanted);
     FcResult result = FcResultMatch;
     at->second.fonts = FcFontSort(nullptr, wanted, FcTrue, nullptr, &result);
-    FcPatternDestroy(wanted);
+    at->second.wanted = wanted;
     if (at->second.fonts != nullptr)
         at->second.opened.resize(static_cast<std::size_t>(at->second.fonts->nfont));
     return at->second;
@@ -66,7 +67,9 @@ glyph_fonts::loaded& glyph_fonts::open(choice& chosen, std::size_t at) {
     loaded& font = chosen.opened[at];
     if (font.scaled != nullptr)
         return font;
-    font.face = cairo_ft_font_face_create_for_pattern(chosen.fonts->fonts[at]);
+    FcPattern* const prepared = FcFontRenderPrepare(nullptr, chosen.wanted, chosen.fonts->fonts[at]);
+    font.face = cairo_ft_font_face_create_for_pattern(prepared);
+    FcPatternDestroy(prepared);
     cairo_matrix_t one;
     cairo_matrix_init_identity(&one);
     cairo_font_options_t* const options = cairo_font_options_create();

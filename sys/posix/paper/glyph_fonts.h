@@ -38,6 +38,7 @@ private:
         double size = 1.0;
     };
     struct choice {
+        FcPattern* wanted = nullptr;
         FcFontSet* fonts = nullptr; // the best one first
         std::vector<loaded> opened; // as far as they were needed
         std::map<wchar_t, std::size_t> of_sign;
