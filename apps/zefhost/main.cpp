@@ -137,7 +137,9 @@ int run(const program_options& options) {
     if (!options.output.empty())
         save_output(options.output, options.saved_as);
     if (!options.picture.empty() && !editor.broke_off() && ap::documents::instance().current() != nullptr)
-        if (auto drawn = ed::write_picture(ap::documents::instance().current_database()->imp(), options.picture); !drawn)
+        if (auto drawn =
+                ed::write_picture(ap::documents::instance().current_database()->imp(), options.picture);
+            !drawn)
             editor.fail(ed::run_status::not_saved, drawn.error());
     tell_unsaved();
     return status_of(editor.status());

@@ -15,9 +15,9 @@ struct program_options {
 
     std::wstring drawing; // empty: a new one
     std::vector<given_input> inputs;
-    std::wstring output; // empty: none; "-": standard output
+    std::wstring output;  // empty: none; "-": standard output
     std::wstring picture; // empty: none
-    int saved_as = 0;    // the version of that file; 0: the drawing's own
+    int saved_as = 0;     // the version of that file; 0: the drawing's own
     std::vector<std::wstring> applications;
     int encoding = 0; // of drawings, by the number of its code page; 0: as they are
     bool module = true;

@@ -2,11 +2,11 @@
 
 #include "dbmain.h"
 #include "host/dxf/record_header.h"
-#include "host/picture/layer_states.h"
 #include "host/ed/view.h"
 #include "host/gi/extents.h"
 #include "host/gi/quick_box.h"
 #include "host/gi/tracer.h"
+#include "host/picture/layer_states.h"
 
 namespace ed {
 

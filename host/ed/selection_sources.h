@@ -2,10 +2,10 @@
 #pragma once
 
 #include "host/db/imp_database.h"
-#include "host/picture/layer_states.h"
 #include "host/ed/selection_filter.h"
 #include "host/ed/selection_mode.h"
 #include "host/gi/region.h"
+#include "host/picture/layer_states.h"
 
 #include <optional>
 #include <string>
