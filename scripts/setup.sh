@@ -14,7 +14,7 @@ build      libfontconfig-dev   finds the fonts of this machine
 build      libfreetype-dev     reads what scripts a font has
 build      libcairo2-dev       draws pictures
 build      hershey-fonts-data  letters made of strokes, for pictures
-build      fonts-liberation    letters as wide as Arial's, for pictures
+build      fonts-liberation    letters as wide as those of Arial, for pictures
 build      fonts-arphic-uming  Chinese text: stands in for 宋体 and 仿宋
 test       libgtest-dev        the tests
 check      clang               second compiler, sanitizers
