@@ -1,7 +1,6 @@
 #include "host/ed/pick.h"
 
 #include "dbmain.h"
-#include "host/dxf/record_header.h"
 #include "host/ed/view.h"
 #include "host/gi/extents.h"
 #include "host/gi/quick_box.h"
@@ -28,17 +27,13 @@ public:
     const std::vector<gi::visit>& path() const { return path_; }
 
     bool enter(const gi::visit& entity) override {
-        picture::layer_states::table& layers = layers_of(entity);
-        picture::layer_state state = states_.of(layers, entity.entity);
-        const bool in_block = entity.database->records().kind(entity.entity) == dxf::record_kind::entity;
-        if (state.zero && !frames_.empty() && in_block) // there layer 0 is the layer of the reference
-            state = frames_.back().state;
-        if (state.frozen)
+        const auto place = states_.inside(places_.empty() ? nullptr : &places_.back(), entity);
+        if (place.state.frozen)
             return false;
-        frames_.push_back({entity, state, &layers});
+        places_.push_back(place);
         return true;
     }
-    void leave() override { frames_.pop_back(); }
+    void leave() override { places_.pop_back(); }
     bool is_done() const override {
         return wanted_ == wanted::any ? touched_ : wanted_ == wanted::all && all_.any_outside();
     }
@@ -73,25 +68,8 @@ public:
     }
 
 private:
-    struct frame {
-        gi::visit entity;
-        picture::layer_state state;
-        picture::layer_states::table* layers;
-    };
-
-    // Where one drawing leads into another, the block between them names the layers of the other.
-    picture::layer_states::table& layers_of(const gi::visit& entity) {
-        if (frames_.empty())
-            return states_.own();
-        const gi::visit& around = frames_.back().entity;
-        if (around.database == entity.database)
-            return *frames_.back().layers;
-        const std::string_view block = dxf::value_of(around.database->records().text(around.entity), 2);
-        return states_.of_reference(*entity.database, around.database->drawing().codec().decode(block));
-    }
-
     // An off layer hides what is drawn on it; references on it still show what stands on other layers.
-    bool seen() const { return !frames_.empty() && !frames_.back().state.off; }
+    bool seen() const { return !places_.empty() && !places_.back().state.off; }
 
     template<class Figure>
     void test(Figure figure) {
@@ -104,7 +82,7 @@ private:
             return;
         touched_ = true;
         path_.clear();
-        for (const frame& around : frames_)
+        for (const auto& around : places_)
             path_.push_back(around.entity);
     }
 
@@ -114,7 +92,7 @@ private:
     gi::region_test all_;
     bool touched_ = false;
     std::vector<gi::visit> path_;
-    std::vector<frame> frames_;
+    std::vector<picture::layer_states::place> places_;
 };
 
 dxf::record_id current_space(AcDbImpDatabase& database) {

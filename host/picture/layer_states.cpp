@@ -5,6 +5,7 @@
 #include "host/db/spaces.h"
 #include "host/db/viewport_groups.h"
 #include "host/db/xref_names.h"
+#include "host/dxf/record_header.h"
 
 #include <algorithm>
 
@@ -36,6 +37,22 @@ const layer_state& layer_states::of(table& layers, dxf::record_id entity) const 
     if (!state)
         state = named(layers, layers.database.layer_name(entity));
     return *state;
+}
+
+layer_states::place layer_states::inside(const place* around, const gi::visit& entity) {
+    place found{entity, own_, {}};
+    if (around != nullptr && around->entity.database == entity.database) {
+        found.layers = around->layers;
+    } else if (around != nullptr) {
+        const AcDbImpDatabase& outer = *around->entity.database;
+        const std::string_view block = dxf::value_of(outer.records().text(around->entity.entity), 2);
+        found.layers = &of_reference(*entity.database, outer.drawing().codec().decode(block));
+    }
+    found.state = of(*found.layers, entity.entity);
+    const bool in_block = entity.database->records().kind(entity.entity) == dxf::record_kind::entity;
+    if (found.state.zero && around != nullptr && in_block)
+        found.state = around->state;
+    return found;
 }
 
 layer_state layer_states::named(const table& layers, const std::wstring& name) const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/db/imp_database.h"
+#include "host/gi/canvas.h"
 
 #include <memory>
 #include <optional>
@@ -39,6 +40,16 @@ public:
     // The state of the layer that an entity stands on, of the drawing or as seen through a reference.
     const layer_state& of(table& layers, dxf::record_id entity) const;
     const layer_state& of(dxf::record_id entity) const { return of(*own_, entity); }
+    // An entity on the way from the drawing into what it holds, with the layer that rules there.
+    struct place {
+        gi::visit entity;
+        table* layers = nullptr;
+        layer_state state;
+    };
+    // The place of an entity within the one around it; null around what stands in the drawing itself. Where
+    // one drawing leads into another, the block between them names the layers of the other; in a block, layer
+    // 0 is the layer of its reference.
+    place inside(const place* around, const gi::visit& entity);
     // The state of a layer by its name in its own drawing; looked up at every call.
     layer_state named(const table& layers, const std::wstring& name) const;
 

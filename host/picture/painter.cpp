@@ -55,23 +55,9 @@ painter::painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawin
     }
 }
 
-layer_states::table& painter::layers_of(const gi::visit& entity) {
-    if (frames_.empty())
-        return states_.own();
-    const gi::visit& around = frames_.back().entity;
-    if (around.database == entity.database)
-        return *frames_.back().layers;
-    const std::string_view block = dxf::value_of(around.database->records().text(around.entity), 2);
-    return states_.of_reference(*entity.database, around.database->drawing().codec().decode(block));
-}
-
 bool painter::enter(const gi::visit& entity) {
-    layer_states::table& layers = layers_of(entity);
-    layer_state state = states_.of(layers, entity.entity);
-    const bool in_block = entity.database->records().kind(entity.entity) == dxf::record_kind::entity;
-    if (state.zero && !frames_.empty() && in_block) // there layer 0 is the layer of the reference
-        state = frames_.back().state;
-    if (state.frozen)
+    const layer_states::place place = states_.inside(frames_.empty() ? nullptr : &frames_.back(), entity);
+    if (place.state.frozen)
         return false;
     look around;
     if (frames_.empty()) {
@@ -81,7 +67,9 @@ bool painter::enter(const gi::visit& entity) {
     } else {
         around = current();
     }
-    frames_.push_back({entity, &layers, state, around, {}, {}, {}, {}, {}, 1.0});
+    frame& now = frames_.emplace_back();
+    static_cast<layer_states::place&>(now) = place;
+    now.around = around;
     return true;
 }
 

@@ -61,10 +61,7 @@ private:
         double linetype_scale = 1.0;
         bool seen = false;
     };
-    struct frame {
-        gi::visit entity;
-        layer_states::table* layers;
-        layer_state state;
+    struct frame : layer_states::place {
         look around;               // of the reference, for what is ByBlock
         std::optional<look> known; // of the attributes below
         AcCmEntityColor color;
@@ -88,7 +85,6 @@ private:
         const line_pattern* drawn() const { return pattern.dashes.empty() ? nullptr : &pattern; }
     };
 
-    layer_states::table& layers_of(const gi::visit& entity);
     const layer_look& look_of_layer(dxf::record_id layer);
     const linetype& linetype_of(const AcDbObjectId& id);
     // Of what is drawn now.
