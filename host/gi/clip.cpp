@@ -280,6 +280,16 @@ void clipped_canvas::area(std::span<const AcGePoint3d> figure) {
             target_.area(left);
 }
 
+bool clipped_canvas::text(const text_line& line) {
+    const AcGeVector3d along = line.x * line.length;
+    const AcGePoint3d corners[] = {line.position, line.position + along, line.position + along + line.y,
+                                   line.position + line.y};
+    for (const std::vector<AcGePoint2d>& part : convex_parts())
+        if (!cut(corners, part).empty())
+            return target_.text(line);
+    return convex_parts().empty() ? target_.text(line) : true;
+}
+
 void clipped_canvas::area_of_rims(std::span<const std::vector<AcGePoint3d>> rims) {
     if (convex_parts().empty())
         for (const std::vector<AcGePoint3d>& rim : rims)

@@ -32,6 +32,8 @@ public:
     // A boundary of more than a thousand corners lets only the rims of areas through.
     void area(std::span<const AcGePoint3d> figure) override;
     void area_of_rims(std::span<const std::vector<AcGePoint3d>> rims) override;
+    // A text of which some lies within is shown whole.
+    bool text(const text_line& line) override;
     void curve(const arc& arc) override;
     void unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, bool both) override;
 
