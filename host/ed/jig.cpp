@@ -5,6 +5,7 @@
 #include "dbobjptr.h"
 #include "dbsymtb.h"
 #include "geassign.h"
+#include "host/ed/coordinates.h"
 
 #include <sstream>
 #include <string>
@@ -81,17 +82,6 @@ AcEdJig::DragStatus AcEdJig::acquirePoint(AcGePoint3d& point, const AcGePoint3d&
 
 namespace {
 
-AcGePoint3d transformed(const AcGePoint3d& point, short from, short to) {
-    resbuf source{};
-    source.restype = RTSHORT;
-    source.resval.rint = from;
-    resbuf target = source;
-    target.resval.rint = to;
-    AcGePoint3d result = point;
-    acedTrans(asDblArray(point), &source, &target, 0, asDblArray(result));
-    return result;
-}
-
 // The place of a keyword in a list, from 1 on; 0 when it is not there.
 int place_of(const std::wstring& word, const AcString& keywords) {
     std::wistringstream in(std::wstring(keywords.kwszPtr()));
@@ -107,16 +97,14 @@ int place_of(const std::wstring& word, const AcString& keywords) {
 } // namespace
 
 AcEdJig::DragStatus AcEdJig::acquire(AcGePoint3d& point, const AcGePoint3d* base) {
-    constexpr short world = 0;
-    constexpr short user = 1;
-    const AcGePoint3d from = base != nullptr ? transformed(*base, world, user) : AcGePoint3d();
+    const AcGePoint3d from = base != nullptr ? ed::to_user(*base) : AcGePoint3d();
     AcGePoint3d given;
     acedInitGet((m_controls & kNullResponseAccepted) != 0 ? 0 : RSG_NONULL, m_keywords.kwszPtr());
     const int answer =
         acedGetPoint(base != nullptr ? asDblArray(from) : nullptr, m_prompt.kwszPtr(), asDblArray(given));
     switch (answer) {
     case RTNORM:
-        point = transformed(given, user, world);
+        point = ed::to_world(given);
         return kNormal;
     case RTNONE:
         return kNull;

@@ -1,6 +1,7 @@
 #include "module/settings/DrawingUse.h"
 
 #include "siblings/zef_kernal/ZefExport.h"
+#include "siblings/zef_pipewire/CurrentSpace.h"
 #include "siblings/zef_pipewire/TDbPipe.h"
 
 #include "acdbads.h"
@@ -9,22 +10,12 @@
 
 namespace {
 
-// How many entities of the whole drawing fit one condition, handed to a function one by one when there is
-// one.
-template<class Take>
-int Count(short code, const CString& pattern, Take take) {
-    resbuf* const filter = acutBuildList(code, pattern.GetString(), RTNONE);
+int CountOnLayers(const CString& pattern) {
+    resbuf* const filter = acutBuildList(AcDb::kDxfLayerName, pattern.GetString(), RTNONE);
     ads_name set;
-    int count = 0;
+    Adesk::Int32 count = 0;
     if (acedSSGet(L"_X", nullptr, nullptr, filter, set) == RTNORM) {
-        Adesk::Int32 length = 0;
-        acedSSLength(set, &length);
-        for (Adesk::Int32 i = 0; i < length; ++i) {
-            ads_name name;
-            AcDbObjectId id;
-            if (acedSSName(set, i, name) == RTNORM && acdbGetObjectId(id, name) == Acad::eOk && take(id))
-                ++count;
-        }
+        acedSSLength(set, &count);
         acedSSFree(set);
     }
     acutRelRb(filter);
@@ -52,8 +43,7 @@ DrawingUse UseOfLayers(const std::vector<CString>& names) {
             patterns.push_back(ZefExport::GetLiteralPattern(name));
         }
     if (!patterns.empty())
-        use.entities =
-            Count(AcDb::kDxfLayerName, JoinNames(patterns, L","), [](AcDbObjectId) { return true; });
+        use.entities = CountOnLayers(JoinNames(patterns, L","));
     return use;
 }
 
@@ -61,9 +51,10 @@ DrawingUse UseOfSystem(const PipeNode& system) {
     std::vector<CString> names;
     system.GetAllLayerName(names);
     DrawingUse use = UseOfLayers(names);
-    use.pipes = Count(RTDXF0, L"ZEF_PIPE,ZEF_DOUBLELINEPIPE", [&](AcDbObjectId id) {
+    for (const AcDbObjectId id : EntitiesOfDrawing(L"ZEF_PIPE,ZEF_DOUBLELINEPIPE")) {
         const AcDbObjectPointer<TDbPipe> pipe(id, AcDb::kForRead);
-        return pipe.openStatus() == Acad::eOk && pipe->GetPipeSystemName() == system.m_name;
-    });
+        if (pipe.openStatus() == Acad::eOk && pipe->GetPipeSystemName() == system.m_name)
+            ++use.pipes;
+    }
     return use;
 }
