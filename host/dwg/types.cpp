@@ -124,6 +124,15 @@ field field_of(std::string_view token) {
     misspelt(token);
 }
 
+// The step that was opened last ends here.
+template<class Step>
+void close_last(std::vector<Step>& steps, std::vector<std::size_t>& open, std::string_view text) {
+    if (open.empty())
+        misspelt(text);
+    steps[open.back()].end = static_cast<std::uint16_t>(steps.size());
+    open.pop_back();
+}
+
 std::vector<field> layout_of(std::string_view text) {
     std::vector<field> steps;
     std::vector<std::size_t> open;
@@ -160,12 +169,8 @@ std::vector<field> layout_of(std::string_view text) {
         } else if (!token.empty()) {
             steps.push_back(field_of(token));
         }
-        for (; closing != 0; --closing) {
-            if (open.empty())
-                misspelt(text);
-            steps[open.back()].end = static_cast<std::uint16_t>(steps.size());
-            open.pop_back();
-        }
+        for (; closing != 0; --closing)
+            close_last(steps, open, text);
     }
     if (!open.empty())
         misspelt(text);
@@ -238,12 +243,8 @@ std::vector<order_step> order_of(std::string_view text) {
         } else {
             steps.push_back(group_step(token));
         }
-        if (closing) {
-            if (open.empty())
-                misspelt(text);
-            steps[open.back()].end = static_cast<std::uint16_t>(steps.size());
-            open.pop_back();
-        }
+        if (closing)
+            close_last(steps, open, text);
     }
     if (!open.empty())
         misspelt(text);
