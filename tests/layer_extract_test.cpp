@@ -100,6 +100,24 @@ TEST_F(LayerExtract, BlocksWorkTooAndWhatIsSeenStays) {
     EXPECT_EQ(ellipses, 1);
 }
 
+// A layer that comes with extended data gets the plot style of layer 0 in front of it.
+TEST_F(LayerExtract, LayersComeWhole) {
+    std::string referred = test::read(test::drawing("layer_tools/plan.dxf"));
+    const std::size_t wall = referred.find("\n\xC7\xBD\xCC\xE5\n");
+    referred.insert(referred.find("\n  0\nLAYER\n", wall) + 1, "1001\nACAD\n1000\nkept\n");
+    folder_.write("plan.dxf", referred);
+    saved = test::read(test::drawing("r2018.dxf"));
+    run("XATTACH\n" + (folder_ / "plan.dxf").string() + "\n\n0,0\n1\n1\n0\ntctq\nL\n\nN\n墙体\nR\n");
+    std::erase(saved, '\r');
+    const auto objects = test::objects(saved);
+    ASSERT_TRUE(objects.contains("plan$0$墙体")) << saved.size();
+    const texts& layer = objects.at("plan$0$墙体");
+    EXPECT_EQ(layer.back(), "1000 kept");
+    EXPECT_EQ(std::count_if(layer.begin(), layer.end(), [](const auto& g) { return g.starts_with("390 "); }),
+              std::count_if(objects.at("0").begin(), objects.at("0").end(),
+                            [](const auto& g) { return g.starts_with("390 "); }));
+}
+
 TEST_F(LayerExtract, EndsAtEveryPromptWithNothingChanged) {
     std::vector<row> rows = {
         {"tctq\n" + picks({"210"}) + "\n^C\n", {"\n选中的图元里没有外部参照或块！"}},

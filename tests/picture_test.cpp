@@ -1,3 +1,4 @@
+#include "host/gi/clip.h"
 #include "host/picture/line_pattern.h"
 #include "host/picture/picture.h"
 #include "host/picture/stroke_letters.h"
@@ -101,6 +102,41 @@ TEST(Picture, shows_a_window_at_a_scale) {
     EXPECT_NE(svg.find("283.4"), svg.npos) << "half of the paper: " << svg.substr(0, 600);
 }
 
+TEST(Picture, hatches_by_the_lines_of_the_pattern) {
+    const test::folder folder;
+    std::string hatch = group(0, "HATCH") + group(8, "0") + group(62, "6") + group(10, "0.0") +
+                        group(20, "0.0") + group(30, "0.0") + group(210, "0.0") + group(220, "0.0") +
+                        group(230, "1.0") + group(2, "LINES") + group(70, "0") + group(71, "0") +
+                        group(91, "1") + group(92, "2") + group(72, "0") + group(73, "1") + group(93, "4");
+    for (const auto& [x, y] : {std::pair("0.0", "32.0"), {"60.0", "32.0"}, {"60.0", "62.0"}, {"0.0", "62.0"}})
+        hatch += group(10, x) + group(20, y);
+    hatch += group(97, "0") + group(75, "0") + group(76, "1") + group(52, "0.0") + group(41, "1.0") +
+             group(77, "0") + group(78, "1") + group(53, "0.0") + group(43, "0.0") + group(44, "0.0") +
+             group(45, "0.0") + group(46, "10.0") + group(79, "0") + group(98, "0");
+    const std::string svg = svg_of(folder, looks(hatch), "Window 0,30 60,64 A4 Fit Colors\\n");
+    // Lines at 40, 50 and 60, in one path; no area.
+    EXPECT_EQ(times(svg, "rgb(100%,0%,100%)"), 1u);
+    const std::size_t magenta = svg.find("rgb(100%,0%,100%)");
+    ASSERT_NE(magenta, svg.npos);
+    const std::size_t path = svg.find("d=\"M", magenta);
+    EXPECT_EQ(times(svg.substr(path, svg.find('"', path + 3) - path), "M"), 3u);
+}
+
+TEST(Picture, puts_a_sheet_where_its_paper_has_it) {
+    const test::folder folder;
+    const auto out = folder / "out.svg";
+    const auto run =
+        zefhost({"--no-module", "-c",
+                 "LAYOUT Set Layout1\\nLINE 0,0 100,0 \\nPICTURE " + out.string() + " Current\\n\\n\\n\\n"});
+    EXPECT_EQ(run.status, 0) << run.out << run.err;
+    const std::string svg = test::read(out);
+    // The origin lies within the margins of an A3, 7.5 mm from the left and 20 from below; a unit is a
+    // millimetre.
+    EXPECT_TRUE(svg.find("M 7.50") != svg.npos && svg.find(" 276.99") != svg.npos &&
+                svg.find("L 107.49") != svg.npos)
+        << svg.substr(0, 1500);
+}
+
 TEST(Picture, survives_what_nobody_should_draw) {
     const test::folder folder;
     const std::string odd =
@@ -193,6 +229,33 @@ TEST(SheetView, cuts_off_what_lies_far_outside) {
     EXPECT_EQ(view.near_lines({{std::numeric_limits<double>::quiet_NaN(), 0.0}, {1.0, 1.0}}).size(), 0u);
     for (const auto& corner : view.near_area({{-1e9, -1e9}, {1e9, -1e9}, {1e9, 1e9}, {-1e9, 1e9}}))
         EXPECT_LT(std::fabs(corner.x) + std::fabs(corner.y), 1000.0);
+}
+
+// What a canvas gets through a square of 10 around the origin.
+TEST(Clip, ShowsTextsWholeOrNotAtAll) {
+    struct counting final : gi::canvas {
+        int texts = 0;
+        int areas = 0;
+        void lines(std::span<const AcGePoint3d>) override {}
+        void area(std::span<const AcGePoint3d>) override { ++areas; }
+        void curve(const gi::arc&) override {}
+        bool text(const gi::text_line&) override { return ++texts > 0; }
+    } seen;
+    gi::clip_boundary square;
+    square.polygon = {{-5.0, -5.0}, {5.0, -5.0}, {5.0, 5.0}, {-5.0, 5.0}};
+    gi::clipped_canvas clipped(seen, square);
+    gi::text_line line;
+    line.x = {1.0, 0.0, 0.0};
+    line.y = {0.0, 1.0, 0.0};
+    line.length = 4.0;
+    int shown = 0;
+    for (const double x : {-20.0, -7.0, 0.0, 4.0, 6.0}) {
+        line.position = {x, 0.0, 0.0};
+        EXPECT_TRUE(clipped.text(line)) << x;
+        shown += x > -9.0 && x < 5.0 ? 1 : 0; // the second one's last letter is within
+        EXPECT_EQ(seen.texts, shown) << x;
+    }
+    EXPECT_EQ(seen.areas, 0);
 }
 
 // Two letters as the file has them: a blank, and a mark of two strokes.
