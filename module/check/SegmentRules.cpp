@@ -65,7 +65,7 @@ public:
                 continue;
             }
             for (const AcGePoint3d& end : {piece.m_start, piece.m_end})
-                m_grid.ForNear(end, [&](std::uint32_t j) {
+                m_grid.ForNearInLine(end, piece, m_tolerances.m_same, [&](std::uint32_t j) {
                     if (m_system.m_owners[i] != m_system.m_owners[j] &&
                         SharedLength(piece, m_system.m_pieces[j], m_tolerances.m_same) >
                             m_tolerances.m_overlap)

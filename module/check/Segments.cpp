@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
+#include <tuple>
 
 namespace {
 
@@ -13,6 +15,17 @@ constexpr double farthest = 1e12; // what lies farther out is no place in a buil
 
 bool IsPlace(const AcGePoint3d& point) {
     return std::abs(point.x) < farthest && std::abs(point.y) < farthest;
+}
+
+double LengthInPlan(const Segment& piece) {
+    return std::hypot(piece.m_end.x - piece.m_start.x, piece.m_end.y - piece.m_start.y);
+}
+
+// The way that a piece runs in plan, whichever end it begins at; less than pi.
+double WayOf(const Segment& piece) {
+    const double angle = std::atan2(piece.m_end.y - piece.m_start.y, piece.m_end.x - piece.m_start.x);
+    const double way = angle < 0.0 ? angle + std::numbers::pi : angle;
+    return way < std::numbers::pi ? way : 0.0;
 }
 
 std::vector<Segment> PiecesOfPolyline(const AcDbPolyline& polyline) {
@@ -96,21 +109,19 @@ std::uint64_t CSegmentGrid::Key(std::int64_t column, std::int64_t row) {
 CSegmentGrid::CSegmentGrid(std::span<const Segment> pieces, double reach) {
     if (pieces.empty())
         return;
-    const auto inPlan = [](const Segment& one) {
-        return std::hypot(one.m_end.x - one.m_start.x, one.m_end.y - one.m_start.y);
-    };
     double length = 0.0;
     for (const Segment& one : pieces)
-        length += inPlan(one);
+        length += LengthInPlan(one);
     constexpr double cellsForReach = 4.0;
     m_size = std::max({length / static_cast<double>(pieces.size()), reach * cellsForReach, 1e-6});
-    std::vector<std::pair<std::uint64_t, std::uint32_t>> entries;
+    std::vector<std::tuple<std::uint64_t, double, std::uint32_t>> entries; // cell, way, piece
     for (std::uint32_t i = 0; i < pieces.size(); ++i) {
         // Column by column, with as much of each as the piece has there.
         const bool isForward = pieces[i].m_start.x <= pieces[i].m_end.x;
         const AcGePoint3d& left = isForward ? pieces[i].m_start : pieces[i].m_end;
         const AcGePoint3d& right = isForward ? pieces[i].m_end : pieces[i].m_start;
         const double width = right.x - left.x;
+        const double way = WayOf(pieces[i]);
         const auto heightAt = [&](double x) {
             return width > 0.0
                        ? left.y + (right.y - left.y) * (std::clamp(x, left.x, right.x) - left.x) / width
@@ -122,14 +133,37 @@ CSegmentGrid::CSegmentGrid(std::span<const Segment> pieces, double reach) {
             const double second = width > 0.0 ? heightAt(from + m_size + 2 * reach) : right.y;
             for (std::int64_t row = Cell(std::min(first, second) - reach);
                  row <= Cell(std::max(first, second) + reach); ++row)
-                entries.emplace_back(Key(column, row), i);
+                entries.emplace_back(Key(column, row), way, i);
         }
     }
     std::sort(entries.begin(), entries.end());
     m_entries.reserve(entries.size());
-    for (const auto& [key, piece] : entries) {
-        Range& range = m_cells.try_emplace(key, Range{m_entries.size(), 0}).first->second;
+    m_ways.reserve(entries.size());
+    for (const auto& [key, way, piece] : entries) {
+        Range& range = m_cells.try_emplace(key, Range{m_entries.size()}).first->second;
         ++range.count;
+        if (pieces[piece].Length() > 0.0)
+            range.shortest = std::min(range.shortest, LengthInPlan(pieces[piece]));
         m_entries.push_back(piece);
+        m_ways.push_back(way);
     }
+}
+
+// Of two pieces in one line both ends of the shorter one lie within the tolerance of the line, so its way
+// differs by no more than that on both sides of its length.
+std::vector<CSegmentGrid::Ways> CSegmentGrid::WaysInLine(const Segment& piece, double shortest,
+                                                         double tolerance) {
+    constexpr double half = std::numbers::pi;
+    constexpr double rounding = 1e-6;
+    const double length = std::min(shortest, LengthInPlan(piece));
+    if (2.0 * tolerance >= length)
+        return {{0.0, half}};
+    const double slack = std::asin(2.0 * tolerance / length) + rounding;
+    const double way = WayOf(piece);
+    std::vector<Ways> ways = {{way - slack, way + slack}};
+    if (way < slack)
+        ways.push_back({way - slack + half, half});
+    if (way + slack > half)
+        ways.push_back({0.0, way + slack - half});
+    return ways;
 }

@@ -4,7 +4,9 @@
 #include "dbmain.h"
 #include "gepnt3d.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <unordered_map>
 #include <vector>
@@ -51,15 +53,38 @@ public:
                     return;
     }
 
+    // The same, of those only that run so nearly as `piece` does that they can lie in one line with it,
+    // within the tolerance. Where thousands meet in a point, few do.
+    template<class Take>
+    void ForNearInLine(const AcGePoint3d& point, const Segment& piece, double tolerance, Take take) const {
+        const auto found = m_cells.find(Key(Cell(point.x), Cell(point.y)));
+        if (found == m_cells.end())
+            return;
+        for (const auto& [from, to] : WaysInLine(piece, found->second.shortest, tolerance)) {
+            const auto begin = m_ways.begin() + static_cast<std::ptrdiff_t>(found->second.first);
+            const auto end = begin + static_cast<std::ptrdiff_t>(found->second.count);
+            for (auto at = std::lower_bound(begin, end, from); at != end && *at <= to; ++at)
+                if (!take(m_entries[static_cast<std::size_t>(at - m_ways.begin())]))
+                    return;
+        }
+    }
+
 private:
     struct Range {
         std::size_t first = 0;
         std::size_t count = 0;
+        double shortest = std::numeric_limits<double>::infinity(); // in plan
     };
+    struct Ways {
+        double from;
+        double to;
+    };
+    static std::vector<Ways> WaysInLine(const Segment& piece, double shortest, double tolerance);
     std::int64_t Cell(double coordinate) const;
     static std::uint64_t Key(std::int64_t column, std::int64_t row);
 
     double m_size = 1.0;
     std::unordered_map<std::uint64_t, Range> m_cells;
-    std::vector<std::uint32_t> m_entries; // places of pieces, cell by cell
+    std::vector<std::uint32_t> m_entries; // places of pieces, cell by cell, there by the way that they run
+    std::vector<double> m_ways;           // of each entry, in plan, from 0 to pi
 };
