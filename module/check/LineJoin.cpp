@@ -4,7 +4,6 @@
 #include "dbobjptr.h"
 #include "dbpl.h"
 #include "module/check/SameProperties.h"
-#include "module/check/Segments.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,32 +14,27 @@ namespace {
 
 constexpr double noLength = 1e-6;
 
-bool IsOnLockedLayer(const AcDbEntity& entity) {
-    const AcDbObjectPointer<AcDbLayerTableRecord> layer(entity.layerId(), AcDb::kForRead);
-    return layer.openStatus() == Acad::eOk && layer->isLocked();
-}
-
 // Numbers that lie nearer to each other than the tolerance mostly become the same.
-void AddNumber(std::wstring& key, double value, double tolerance) {
-    key += L"|" + std::to_wstring(std::llround(value / std::max(tolerance, noLength)));
+void AddNumber(std::string& key, double value, double tolerance) {
+    AddBytes(key, std::llround(value / std::max(tolerance, noLength)));
 }
 
-void AddPoint(std::wstring& key, const AcGePoint3d& point, double tolerance) {
+void AddPoint(std::string& key, const AcGePoint3d& point, double tolerance) {
     for (const double value : {point.x, point.y, point.z})
         AddNumber(key, value, tolerance);
 }
 
-void AddDirection(std::wstring& key, const AcGeVector3d& direction) {
+void AddDirection(std::string& key, const AcGeVector3d& direction) {
     for (const double value : {direction.x, direction.y, direction.z})
         AddNumber(key, value, noLength);
 }
 
 // What an arc, a circle or a light polyline is; empty for others.
-std::wstring ShapeKey(const AcDbEntity& entity, double tolerance) {
-    std::wstring key;
+std::string ShapeKey(const AcDbEntity& entity, double tolerance) {
+    std::string key;
     AcGePoint3d point;
     if (const auto* const arc = AcDbArc::cast(&entity)) {
-        key = L"A";
+        key = "A";
         AddPoint(key, arc->center(), tolerance);
         AddNumber(key, arc->radius(), tolerance);
         AddNumber(key, arc->startAngle() * arc->radius(), tolerance);
@@ -48,13 +42,13 @@ std::wstring ShapeKey(const AcDbEntity& entity, double tolerance) {
         AddNumber(key, arc->thickness(), tolerance);
         AddDirection(key, arc->normal());
     } else if (const auto* const circle = AcDbCircle::cast(&entity)) {
-        key = L"C";
+        key = "C";
         AddPoint(key, circle->center(), tolerance);
         AddNumber(key, circle->radius(), tolerance);
         AddNumber(key, circle->thickness(), tolerance);
         AddDirection(key, circle->normal());
     } else if (const auto* const polyline = AcDbPolyline::cast(&entity)) {
-        key = polyline->isClosed() ? L"P" : L"p";
+        key = polyline->isClosed() ? "P" : "p";
         AddNumber(key, polyline->thickness(), tolerance);
         AddDirection(key, polyline->normal());
         for (unsigned i = 0; i < polyline->numVerts(); ++i) {
@@ -82,7 +76,7 @@ public:
         const CSegmentGrid grid(pieces, tolerance);
         for (std::size_t i = 0; i < pieces.size(); ++i)
             for (const AcGePoint3d& end : {pieces[i].m_start, pieces[i].m_end})
-                grid.ForNear(end, [&](std::uint32_t j) {
+                grid.ForNearInLine(end, pieces[i], m_tolerance, [&](std::uint32_t j) {
                     if (Root(i) != Root(j) && AreInLine(pieces[i], pieces[j]) &&
                         pieces[j].Touches(end, m_tolerance))
                         m_parents[Root(i)] = Root(j);
@@ -175,11 +169,6 @@ private:
     Fans m_fans;
 };
 
-Segment LineOf(AcDbObjectId id) {
-    const AcDbObjectPointer<AcDbLine> line(id, AcDb::kForRead);
-    return line.openStatus() == Acad::eOk ? Segment{line->startPoint(), line->endPoint()} : Segment();
-}
-
 } // namespace
 
 CLineJoin::CLineJoin(const std::vector<AcDbObjectId>& entities, double tolerance) : m_tolerance(tolerance) {
@@ -192,26 +181,39 @@ void CLineJoin::Take(AcDbObjectId id) {
     if (entity.openStatus() != Acad::eOk)
         return;
     const auto* const line = AcDbLine::cast(entity.object());
-    const std::wstring shape = line == nullptr ? ShapeKey(*entity.object(), m_tolerance) : std::wstring();
+    const std::string shape = line == nullptr ? ShapeKey(*entity.object(), m_tolerance) : std::string();
     if (line == nullptr && shape.empty())
         return;
     ++m_before;
-    if (IsOnLockedLayer(*entity.object())) {
+    if (IsLocked(entity->layerId())) {
         m_stayed.Add(Acad::eOnLockedLayer);
         return;
     }
-    std::wstring key = std::to_wstring(entity->blockId().asOldId()) + L"|" + PropertyKey(*entity.object());
+    std::string key = PropertyKey(*entity.object());
+    AddBytes(key, entity->blockId().asOldId());
     if (line == nullptr) {
-        if (!m_shapes.try_emplace(key + L"#" + shape, id).second)
+        if (!m_shapes.try_emplace(key + shape, id).second)
             m_same.push_back(id);
-    } else if (line->startPoint().distanceTo(line->endPoint()) <= noLength) {
-        m_empty.push_back(id);
-    } else {
-        AddNumber(key, line->thickness(), noLength);
-        if (line->thickness() != 0.0)
-            AddDirection(key, line->normal());
-        m_lines[key].push_back(id);
+        return;
     }
+    const Segment segment{line->startPoint(), line->endPoint()};
+    if (segment.Length() <= noLength) {
+        m_empty.push_back(id);
+        return;
+    }
+    AddNumber(key, line->thickness(), noLength);
+    if (line->thickness() != 0.0)
+        AddDirection(key, line->normal());
+    m_lines[key].push_back({id, segment});
+}
+
+bool CLineJoin::IsLocked(AcDbObjectId layer) {
+    const auto [known, isNew] = m_locked.try_emplace(layer, false);
+    if (isNew) {
+        const AcDbObjectPointer<AcDbLayerTableRecord> record(layer, AcDb::kForRead);
+        known->second = record.openStatus() == Acad::eOk && record->isLocked();
+    }
+    return known->second;
 }
 
 bool CLineJoin::Erase(AcDbObjectId id) {
@@ -227,17 +229,17 @@ void CLineJoin::Run() {
         m_zero += Erase(id) ? 1 : 0;
     for (const AcDbObjectId id : m_same)
         m_doubles += Erase(id) ? 1 : 0;
-    for (auto& [key, lines] : m_lines) {
-        std::ranges::sort(lines); // the first in the drawing stays, however they were picked
+    for (auto& [key, lines] : m_lines)
         Join(lines);
-    }
 }
 
-void CLineJoin::Join(const std::vector<AcDbObjectId>& lines) {
+void CLineJoin::Join(std::vector<Line>& lines) {
+    // The first in the drawing stays, however they were picked.
+    std::ranges::sort(lines, {}, &Line::m_id);
     std::vector<Segment> pieces;
     pieces.reserve(lines.size());
-    for (const AcDbObjectId id : lines)
-        pieces.push_back(LineOf(id));
+    for (const Line& line : lines)
+        pieces.push_back(line.m_segment);
     for (auto& [root, set] : Chains(pieces, m_tolerance).Sets()) {
         if (set.size() == 1)
             continue;
@@ -260,12 +262,12 @@ void CLineJoin::Join(const std::vector<AcDbObjectId>& lines) {
             const std::size_t kept = *std::min_element(set.begin() + static_cast<std::ptrdiff_t>(first),
                                                        set.begin() + static_cast<std::ptrdiff_t>(end));
             if (end - first > 1) {
-                const AcDbObjectPointer<AcDbLine> open(lines[kept], AcDb::kForWrite);
+                const AcDbObjectPointer<AcDbLine> open(lines[kept].m_id, AcDb::kForWrite);
                 if (open.openStatus() == Acad::eOk) {
                     open->setStartPoint(line.Line().m_start);
                     open->setEndPoint(line.Line().m_end);
                     for (std::size_t i = first; i < end; ++i)
-                        if (set[i] != kept && Erase(lines[set[i]])) {
+                        if (set[i] != kept && Erase(lines[set[i]].m_id)) {
                             const Segment& gone = pieces[set[i]];
                             const bool isDouble = pieces[kept].Touches(gone.m_start, m_tolerance) &&
                                                   pieces[kept].Touches(gone.m_end, m_tolerance);

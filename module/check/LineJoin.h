@@ -2,11 +2,13 @@
 #pragma once
 
 #include "dbid.h"
+#include "module/check/Segments.h"
 #include "module/layertools/StayedEntities.h"
 
 #include <cstddef>
 #include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 // Of the given entities, each with those of the same properties in the same block:
@@ -34,14 +36,21 @@ public:
     const CStayedEntities& GetStayed() const { return m_stayed; }
 
 private:
+    struct Line {
+        AcDbObjectId m_id;
+        Segment m_segment;
+    };
+
     void Take(AcDbObjectId id);
-    void Join(const std::vector<AcDbObjectId>& lines);
+    void Join(std::vector<Line>& lines);
     bool Erase(AcDbObjectId id);
+    bool IsLocked(AcDbObjectId layer);
 
     double m_tolerance;
-    std::map<std::wstring, std::vector<AcDbObjectId>> m_lines; // of the same properties
-    std::map<std::wstring, AcDbObjectId> m_shapes;             // other kinds, by all that they are
-    std::vector<AcDbObjectId> m_same;                          // as one of these
+    std::map<AcDbObjectId, bool> m_locked;                  // layers that were asked for
+    std::map<std::string, std::vector<Line>> m_lines;       // of the same properties
+    std::unordered_map<std::string, AcDbObjectId> m_shapes; // other kinds, by all that they are
+    std::vector<AcDbObjectId> m_same;                       // as one of these
     std::vector<AcDbObjectId> m_empty;
     std::size_t m_before = 0;
     std::size_t m_joined = 0;

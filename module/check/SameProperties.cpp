@@ -1,9 +1,11 @@
 #include "module/check/SameProperties.h"
 
 #include "acutmem.h"
-#include "afx.h"
 #include "dbmain.h"
 #include "module/layertools/DrawingRecords.h"
+
+#include <cstddef>
+#include <string_view>
 
 namespace {
 
@@ -14,41 +16,47 @@ constexpr int firstReal = 1040;
 constexpr int firstWhole = 1060;
 constexpr int longCode = 1071;
 
-void AddNode(std::wstring& key, const resbuf& node) {
+void AddText(std::string& key, const ACHAR* text) {
+    const std::wstring_view whole(text != nullptr ? text : L"");
+    AddBytes(key, whole.size());
+    key.append(reinterpret_cast<const char*>(whole.data()), whole.size() * sizeof(wchar_t));
+}
+
+void AddNode(std::string& key, const resbuf& node) {
     const int code = node.restype;
-    key += L"|" + std::to_wstring(code) + L":";
-    CString value;
-    if (code == bytesCode)
-        for (int i = 0; i < node.resval.rbinary.clen; ++i)
-            value.AppendFormat(L"%02x", static_cast<unsigned char>(node.resval.rbinary.buf[i]));
-    else if (code <= lastText)
-        value = node.resval.rstring;
-    else if (code >= firstPoint && code < firstReal)
-        value.Format(L"%.17g,%.17g,%.17g", node.resval.rpoint[0], node.resval.rpoint[1],
-                     node.resval.rpoint[2]);
-    else if (code >= firstReal && code < firstWhole)
-        value.Format(L"%.17g", node.resval.rreal);
-    else
-        value.Format(L"%d", code == longCode ? static_cast<int>(node.resval.rlong) : node.resval.rint);
-    key += value.GetString();
+    AddBytes(key, code);
+    if (code == bytesCode) {
+        AddBytes(key, node.resval.rbinary.clen);
+        key.append(node.resval.rbinary.buf, static_cast<std::size_t>(node.resval.rbinary.clen));
+    } else if (code <= lastText) {
+        AddText(key, node.resval.rstring);
+    } else if (code >= firstPoint && code < firstReal) {
+        for (const double value : node.resval.rpoint)
+            AddBytes(key, value);
+    } else if (code >= firstReal && code < firstWhole) {
+        AddBytes(key, node.resval.rreal);
+    } else {
+        AddBytes(key, code == longCode ? static_cast<int>(node.resval.rlong) : node.resval.rint);
+    }
 }
 
 } // namespace
 
-std::wstring PropertyKey(const AcDbEntity& entity) {
+std::string PropertyKey(const AcDbEntity& entity) {
+    std::string key;
+    AddBytes(key, entity.layerId().asOldId());
+    AddBytes(key, entity.linetypeId().asOldId());
+    AddBytes(key, entity.linetypeScale());
+    AddBytes(key, entity.lineWeight());
+    AddBytes(key, entity.visibility());
     const AcCmColor color = entity.color();
-    const auto text = [](const ACHAR* name) { return std::wstring(name != nullptr ? name : L""); };
-    std::wstring key = std::to_wstring(entity.layerId().asOldId()) + L"|" +
-                       std::to_wstring(color.colorMethod()) + L"|" + std::to_wstring(color.colorIndex()) +
-                       L"|" + std::to_wstring(color.red() << 16 | color.green() << 8 | color.blue()) + L"|" +
-                       text(color.bookName()) + L"$" + text(color.colorName()) + L"|" +
-                       std::to_wstring(entity.linetypeId().asOldId()) + L"|" +
-                       std::to_wstring(entity.lineWeight()) + L"|" + std::to_wstring(entity.visibility());
-    CString scale;
-    scale.Format(L"|%.17g", entity.linetypeScale());
-    key += scale.GetString();
-    if (!entity.extensionDictionary().isNull())
-        key += L"|own " + std::to_wstring(entity.objectId().asOldId());
+    AddBytes(key, color.colorMethod());
+    AddBytes(key, color.colorIndex());
+    AddBytes(key, color.red() << 16 | color.green() << 8 | color.blue());
+    AddText(key, color.bookName());
+    AddText(key, color.colorName());
+    const bool hasOwn = !entity.extensionDictionary().isNull();
+    AddBytes(key, hasOwn ? entity.objectId().asOldId() : AcDbObjectId().asOldId());
     const Chain data(entity.xData());
     for (const resbuf* node = data.get(); node != nullptr; node = node->rbnext)
         AddNode(key, *node);
