@@ -62,6 +62,11 @@ TEST_F(Order, LinesInOneLineBecomeOneWithinTheTolerance) {
          "1",
          {"0,0 3000,2.7", "3000,2.7 4000,5.4"},
          "连接 2 个"},
+        // Turned round, with ways on both sides of the x axis.
+        {line("0,0", "100,0.01") + line("200,0", "50,0.01") + line("150,0", "300,-0.01"),
+         "1",
+         {"300,-0.01 0,0"},
+         "连接 2 个"},
         {line("100000000,0", "100000001,1") + line("100000001,1", "100000003,3"),
          "0.001",
          {"1e+08,0 1e+08,3"},
@@ -122,7 +127,10 @@ TEST(Linetypes, AreUnitedScaledContinuedAndTakenOut) {
     const std::size_t wall = text.find("\n  6\n", text.find("\n  2\n墙体\n"));
     text.replace(wall + 5, text.find('\n', wall + 5) - wall - 5, "虚线-2");
     put(text, "$LTSCALE\n 40\n15.0", "$LTSCALE\n 40\n1.0");
-    const auto outcome = test::run_on_layers(folder.write("in.dxf", text), "xxyh\nOK\n");
+    const auto drawing = folder.write("in.dxf", text);
+    const auto none = test::run_on_layers(drawing, "xxyh\n-*\nOK\n");
+    EXPECT_TRUE(says(none.ran, "没有选择操作，图形没有改变。") && none.changed.empty()) << none.ran.out;
+    const auto outcome = test::run_on_layers(drawing, "xxyh\nOK\n");
     EXPECT_TRUE(says(outcome.ran, "1 [x] 合并相同线型     1\n")) << outcome.ran.out;
     EXPECT_TRUE(says(outcome.ran, "合并线型 1 种，") && says(outcome.ran, "删除无用线型 1 种。"))
         << outcome.ran.out;

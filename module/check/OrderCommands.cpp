@@ -26,8 +26,8 @@ std::wstring WhyNoScale(const std::wstring& value) {
     return number && *number > 0.0 ? L"" : L"请输入大于0的数。";
 }
 
-// The jobs that the user wants, and for which plot scale; none when he ends the dialog.
-std::set<CLinetypeOrder::Job> ChooseJobs(const CLinetypeOrder& order, double& plotScale) {
+// The jobs that the user wants, and for which plot scale; nothing when he ends the dialog.
+std::optional<std::set<CLinetypeOrder::Job>> ChooseJobs(const CLinetypeOrder& order, double& plotScale) {
     ui::dialog dialog;
     dialog.title = L"线型优化";
     dialog.fields.push_back({L"出图比例", base::widen(base::real_text(plotScale)), WhyNoScale});
@@ -40,7 +40,7 @@ std::set<CLinetypeOrder::Job> ChooseJobs(const CLinetypeOrder& order, double& pl
     dialog.lists.push_back(list);
     std::set<CLinetypeOrder::Job> jobs;
     if (!ui::run(dialog))
-        return jobs;
+        return std::nullopt;
     for (int i = 0; i < CLinetypeOrder::jobCount; ++i)
         if (dialog.lists[0].lines[static_cast<std::size_t>(i)].checked)
             jobs.insert(static_cast<CLinetypeOrder::Job>(i));
@@ -86,11 +86,15 @@ void OrderLinetypes() {
         return;
     }
     const auto jobs = ChooseJobs(*order, plotScale);
-    if (jobs.empty())
+    if (!jobs)
         return;
+    if (jobs->empty()) {
+        acutPrintf(L"\n没有选择操作，图形没有改变。");
+        return;
+    }
     if (plotScale != usual)
         order.emplace(plotScale);
-    const auto done = order->Run(jobs);
+    const auto done = order->Run(*jobs);
     TellOrder(done, *order);
     RegenerateDisplay();
 }
