@@ -100,6 +100,58 @@ TEST_F(LayerExtract, BlocksWorkTooAndWhatIsSeenStays) {
     EXPECT_EQ(ellipses, 1);
 }
 
+// A block with an attribute, a constant one and lines ByBlock, at 100,0; the reference is clipped to what is
+// at 0 to 50 in the block, seen when it stood there.
+TEST_F(LayerExtract, ClipsAttributesAndLinetypesAreAsSeen) {
+    const auto entity = [](const std::string& type, const std::string& groups) {
+        return "0\n" + type + "\n8\nW\n" + groups;
+    };
+    const std::string symbol =
+        folder_
+            .write("sym.dxf", "0\nSECTION\n2\nENTITIES\n" +
+                                  entity("LINE", "6\nBYBLOCK\n10\n-10\n20\n0\n11\n100\n21\n0\n") +
+                                  entity("LINE", "10\n60\n20\n0\n11\n100\n21\n0\n") +
+                                  entity("CIRCLE", "10\n20\n20\n0\n40\n5\n") +
+                                  entity("CIRCLE", "10\n50\n20\n0\n40\n5\n") +
+                                  entity("CIRCLE", "10\n80\n20\n0\n40\n5\n") +
+                                  entity("ATTDEF", "10\n5\n20\n5\n40\n2\n1\nx\n2\nTAG\n3\n?\n70\n0\n") +
+                                  entity("ATTDEF", "10\n5\n20\n9\n40\n2\n1\nfix\n2\nFIX\n3\n?\n70\n2\n") +
+                                  "0\nENDSEC\n0\nEOF\n")
+            .string();
+    saved = test::read(test::drawing("r2018.dxf"));
+    run("-LINETYPE L DASHED\n\n\n-LAYER N LL L DASHED LL S LL\n\nINSERT\n" + symbol +
+        "\n100,0\n1\n1\n0\nval\n");
+    std::erase(saved, '\r');
+    const std::string insert = saved.substr(saved.rfind("\nINSERT\n"));
+    const std::string handle = insert.substr(12, insert.find('\n', 12) - 12);
+    const std::string at = "\n  5\n" + handle + "\n";
+    saved.insert(saved.find(at) + at.size(), "102\n{ACAD_XDICTIONARY\n360\nFE0\n102\n}\n");
+    const auto dictionary = [](const std::string& own, const std::string& owner, const std::string& entry) {
+        return "  0\nDICTIONARY\n  5\n" + own + "\n330\n" + owner + "\n100\nAcDbDictionary\n281\n1\n" + entry;
+    };
+    const std::string move = "40\n1\n40\n0\n40\n0\n40\n",
+                      stay = "40\n0\n40\n1\n40\n0\n40\n0\n40\n0\n40\n0\n40\n1\n40\n0\n";
+    const std::string filter =
+        "  0\nSPATIAL_FILTER\n  5\nFE2\n330\nFE1\n100\nAcDbFilter\n100\nAcDbSpatialFilter\n"
+        "70\n2\n10\n100\n20\n-20\n10\n150\n20\n20\n210\n0\n220\n0\n230\n1\n11\n0\n21\n0\n31\n0\n"
+        "71\n1\n72\n0\n73\n0\n" +
+        move + "-100\n" + stay + move + "0\n" + stay;
+    const std::string objects = "\n  2\nOBJECTS\n";
+    const std::size_t first = saved.find("  0\nDICTIONARY\n", saved.find(objects) + objects.size());
+    const std::size_t second = saved.find("\n  0\n", first) + 1;
+    saved.insert(second, dictionary("FE0", handle, "  3\nACAD_FILTER\n360\nFE1\n") +
+                             dictionary("FE1", "FE0", "  3\nSPATIAL\n360\nFE2\n") + filter);
+    const test::run_result ran = run("tctq\nL\n\nN\nW\n" + list("W"));
+    for (const char* const said :
+         {"提取 5 个图元到 1 个图层。", "\n1 个图元跨过参照的裁剪边界，整个提取。",
+          "from point, X=100.0000  Y=0.0000", "to point, X=150.0000  Y=0.0000", "center point, X=120.0000",
+          "center point, X=150.0000", "Linetype: \"DASHED\""})
+        EXPECT_TRUE(says(ran, said)) << said << ran.out;
+    EXPECT_FALSE(says(ran, "X=180.0000") || says(ran, "X=160.0000"));
+    for (const char* const text : {"\n  1\nval\n", "\n  1\nfix\n"})
+        EXPECT_NE(saved.find(text, saved.find("\n  0\nTEXT\n")), saved.npos) << text;
+}
+
 // A layer that comes with extended data gets the plot style of layer 0 in front of it.
 TEST_F(LayerExtract, LayersComeWhole) {
     std::string referred = test::read(test::drawing("layer_tools/plan.dxf"));

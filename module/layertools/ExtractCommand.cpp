@@ -188,5 +188,7 @@ void CLayerToolBar::tctq() {
                extract.GetCopied(), extract.GetLayerCount());
     if (extract.GetLeft() > 0)
         acutPrintf(L"\n%d 个图元没有提取：它们依赖原图形的其它对象，或不能变形。", extract.GetLeft());
+    if (extract.GetUncut() > 0)
+        acutPrintf(L"\n%d 个图元跨过参照的裁剪边界，整个提取。", extract.GetUncut());
     RegenerateDisplay();
 }

@@ -1,15 +1,17 @@
 #include "module/layertools/LayerExtract.h"
 
 #include "dbapserv.h"
-#include "dbelipse.h"
 #include "dbents.h"
 #include "dbidmap.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
+#include "module/layertools/EntitySubstitutes.h"
 #include "module/layertools/ExternalBlock.h"
 #include "module/layertools/LayerStates.h"
+#include "module/layertools/RecordCopies.h"
 #include "siblings/zef_kernal/ZefExport.h"
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -41,6 +43,21 @@ AcDb::LineWeight LineWeightOf(AcDbObjectId layerId) {
     return layer.openStatus() == Acad::eOk ? layer->lineWeight() : AcDb::kLnWtByLwDefault;
 }
 
+// The linetype that a reference gives to what is in it, where its layer and the references around are known.
+AcDbObjectId LinetypeOf(const AcDbBlockReference& reference, AcDbObjectId layerId,
+                        const ReferenceContext& outer) {
+    const AcDbObjectPointer<AcDbLinetypeTableRecord> own(reference.linetypeId(), AcDb::kForRead);
+    AcString name = L"ByLayer";
+    if (own.openStatus() == Acad::eOk)
+        own->getName(name);
+    if (name.compareNoCase(L"ByBlock") == 0)
+        return outer.m_linetype;
+    if (name.compareNoCase(L"ByLayer") != 0)
+        return reference.linetypeId();
+    const AcDbLayerTableRecordPointer layer(layerId, AcDb::kForRead);
+    return layer.openStatus() == Acad::eOk ? layer->linetypeObjectId() : AcDbObjectId();
+}
+
 // What a reference gives to what is in it, where its own place and placing are known.
 ReferenceContext ContextOf(const AcDbBlockReference& reference, const AcDbBlockTableRecord& definition,
                            const ReferenceContext& outer) {
@@ -58,8 +75,20 @@ ReferenceContext ContextOf(const AcDbBlockReference& reference, const AcDbBlockT
     inner.m_lineWeight = weight == AcDb::kLnWtByBlock   ? outer.m_lineWeight
                          : weight == AcDb::kLnWtByLayer ? LineWeightOf(inner.m_layer)
                                                         : weight;
+    inner.m_linetype = LinetypeOf(reference, inner.m_layer, outer);
     inner.m_placing = outer.m_placing * KolTool::GetPlacing(reference, definition);
+    inner.m_clips = outer.m_clips;
+    if (const auto clip = CReferenceClip::Of(reference, inner.m_placing))
+        inner.m_clips.push_back(*clip);
     return inner;
+}
+
+// Whether a reference shows an entity of its block. Of what a block asks for, the constant is shown.
+bool IsDrawn(AcDbObjectId id) {
+    if (id.objectClass()->isDerivedFrom(AcDbViewport::desc()))
+        return false;
+    const AcDbObjectPointer<AcDbAttributeDefinition> asked(id, AcDb::kForRead);
+    return asked.openStatus() != Acad::eOk || (asked->isConstant() && !asked->isInvisible());
 }
 
 // Calls `take` with each entity of a block that a reference to it draws.
@@ -70,9 +99,7 @@ void ForDrawn(AcDbObjectId definition, const std::function<void(AcDbObjectId)>& 
         return;
     for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
         AcDbObjectId id;
-        if (each->getEntityId(id) == Acad::eOk &&
-            !id.objectClass()->isDerivedFrom(AcDbAttributeDefinition::desc()) &&
-            !id.objectClass()->isDerivedFrom(AcDbViewport::desc()))
+        if (each->getEntityId(id) == Acad::eOk && IsDrawn(id))
             take(id);
     }
 }
@@ -104,42 +131,20 @@ std::set<CString> GetBlockNames() {
     return names;
 }
 
-// A circle or an arc as the ellipse that it is when it is scaled unevenly.
-std::unique_ptr<AcDbEntity> AsEllipse(const AcDbEntity& entity) {
-    std::unique_ptr<AcDbEllipse> ellipse;
-    const auto axis = [](const AcGeVector3d& normal) {
-        return AcGeMatrix3d::planeToWorld(normal) * AcGeVector3d::kXAxis;
-    };
-    if (const auto* circle = AcDbCircle::cast(&entity))
-        ellipse = std::make_unique<AcDbEllipse>(circle->center(), circle->normal(),
-                                                axis(circle->normal()) * circle->radius(), 1.0);
-    else if (const auto* arc = AcDbArc::cast(&entity))
-        ellipse =
-            std::make_unique<AcDbEllipse>(arc->center(), arc->normal(), axis(arc->normal()) * arc->radius(),
-                                          1.0, arc->startAngle(), arc->startAngle() + arc->totalAngle());
-    if (ellipse != nullptr)
-        ellipse->setPropertiesFrom(&entity);
-    return ellipse;
+bool IsOutside(const AcDbEntity& entity, const ReferenceContext& context) {
+    AcDbExtents box;
+    return !context.m_clips.empty() && entity.getGeomExtents(box) == Acad::eOk &&
+           std::ranges::any_of(context.m_clips, [&](const CReferenceClip& clip) {
+               return clip.Look(box, context.m_placing) == CReferenceClip::Sight::Outside;
+           });
 }
 
-// What stands in the place of an entity that can not be scaled unevenly; empty when nothing can.
-std::vector<std::unique_ptr<AcDbEntity>> Substitutes(const AcDbEntity& entity, const AcGeMatrix3d& placing) {
-    std::vector<std::unique_ptr<AcDbEntity>> made;
-    if (auto ellipse = AsEllipse(entity)) {
-        made.push_back(std::move(ellipse));
-    } else {
-        AcDbVoidPtrArray parts;
-        if (entity.explode(parts) == Acad::eOk)
-            for (void* const part : parts)
-                made.emplace_back(static_cast<AcDbEntity*>(part));
-        for (auto& part : made)
-            if (auto ellipse2 = AsEllipse(*part))
-                part = std::move(ellipse2);
-    }
-    for (const auto& part : made)
-        if (part->transformBy(placing) != Acad::eOk)
-            return {};
-    return made;
+bool IsWithin(const AcDbEntity& entity, const ReferenceContext& context) {
+    AcDbExtents box;
+    return context.m_clips.empty() || entity.getGeomExtents(box) != Acad::eOk ||
+           std::ranges::all_of(context.m_clips, [&](const CReferenceClip& clip) {
+               return clip.Look(box, context.m_placing) == CReferenceClip::Sight::Inside;
+           });
 }
 
 } // namespace
@@ -160,6 +165,12 @@ void CLayerExtract::Run(const std::set<AcDbObjectId>& layers, bool namesReferenc
     const std::vector<AcDbObjectId> known = GetAllLayerIds();
     m_known.insert(known.begin(), known.end());
     m_knownBlocks = GetBlockNames();
+    AcDbLinetypeTablePointer linetypes(Drawing().linetypeTableId(), AcDb::kForRead);
+    if (linetypes.openStatus() == Acad::eOk) {
+        linetypes->getAt(L"ByBlock", m_byBlock);
+        linetypes->getAt(L"Continuous", m_continuous);
+        linetypes.close();
+    }
     Walk(Act::Copy);
     for (const AcDbObjectId layer : m_unlocked)
         SetLayerState(layer, LayerState::Locked, true);
@@ -186,6 +197,7 @@ void CLayerExtract::WalkReference(const AcDbBlockReference& reference, const Ref
     const AcDbBlockTableRecordPointer definition(id, AcDb::kForRead);
     if (definition.openStatus() != Acad::eOk || depth > deepest)
         return;
+    LookAtAttributes(reference, outer);
     const ReferenceContext first = ContextOf(reference, *definition.object(), outer);
     const auto* many = AcDbMInsertBlock::cast(&reference);
     const int columns = many != nullptr ? many->columns() : 1;
@@ -209,7 +221,7 @@ void CLayerExtract::WalkPlaced(AcDbObjectId definition, const ReferenceContext& 
     AcDbObjectIdArray chosen;
     ForDrawn(definition, [&](AcDbObjectId id) {
         const AcDbEntityPointer entity(id, AcDb::kForRead);
-        if (entity.openStatus() != Acad::eOk)
+        if (entity.openStatus() != Acad::eOk || IsOutside(*entity.object(), context))
             return;
         const auto* nested = AcDbBlockReference::cast(entity.object());
         const AcDbObjectId layer = SeenLayer(*entity.object(), context);
@@ -221,14 +233,20 @@ void CLayerExtract::WalkPlaced(AcDbObjectId definition, const ReferenceContext& 
             return;
         }
         if (nested == nullptr) {
-            if (m_layers.contains(layer))
+            if (!m_layers.contains(layer))
+                return;
+            if (const auto* const constant = AcDbAttributeDefinition::cast(entity.object()))
+                CopyText(*constant, context);
+            else
                 chosen.append(id);
             return;
         }
         const AcDbBlockTableRecordPointer inner(nested->blockTableRecord(), AcDb::kForRead);
-        if (m_layers.contains(layer) && inner.openStatus() == Acad::eOk &&
-            !inner->isFromExternalReference() &&
-            IsWholeChosen(nested->blockTableRecord(), ContextOf(*nested, *inner.object(), context), 0))
+        const bool isBlock = inner.openStatus() == Acad::eOk && !inner->isFromExternalReference();
+        const ReferenceContext within =
+            isBlock ? ContextOf(*nested, *inner.object(), context) : ReferenceContext();
+        if (m_layers.contains(layer) && isBlock && within.m_clips.size() == context.m_clips.size() &&
+            IsWithin(*entity.object(), context) && IsWholeChosen(nested->blockTableRecord(), within, 0))
             chosen.append(id);
         else
             WalkReference(*nested, context, depth + 1);
@@ -285,6 +303,63 @@ void CLayerExtract::CopyAll(const AcDbObjectIdArray& entities, const ReferenceCo
     }
 }
 
+// Attributes stand where the reference does.
+void CLayerExtract::LookAtAttributes(const AcDbBlockReference& reference, const ReferenceContext& outer) {
+    const std::unique_ptr<AcDbObjectIterator> each(reference.attributeIterator());
+    for (; each != nullptr && !each->done(); each->step()) {
+        const AcDbObjectPointer<AcDbAttribute> attribute(each->objectId(), AcDb::kForRead);
+        if (attribute.openStatus() != Acad::eOk || attribute->isInvisible() ||
+            IsOutside(*attribute.object(), outer))
+            continue;
+        const AcDbObjectId layer = SeenLayer(*attribute.object(), outer);
+        if (m_act == Act::Count && !layer.isNull())
+            ++m_found[layer];
+        else if (m_act == Act::Copy && m_layers.contains(layer))
+            CopyText(*attribute.object(), outer);
+    }
+}
+
+void CLayerExtract::CopyText(const AcDbText& text, const ReferenceContext& context) {
+    std::unique_ptr<AcDbEntity> made = AsText(text);
+    AcDbBlockTableRecordPointer space(m_space, AcDb::kForWrite);
+    AcDbObjectId added;
+    if (space.openStatus() != Acad::eOk || space->appendAcDbEntity(added, made.get()) != Acad::eOk) {
+        ++m_left;
+        return;
+    }
+    made.release()->close(); // the drawing's now
+    space.close();
+    Settle(text.objectId(), added, context);
+}
+
+// Leaves of a line what the clips show. False when that is nothing.
+bool CLayerExtract::CutLine(AcDbLine& line, const ReferenceContext& context) {
+    using Piece = std::pair<AcGePoint3d, AcGePoint3d>;
+    std::vector<Piece> pieces = {{line.startPoint(), line.endPoint()}};
+    for (const CReferenceClip& clip : context.m_clips) {
+        std::vector<Piece> shown;
+        for (const auto& [from, to] : pieces)
+            for (const auto& part : clip.Cut(from, to))
+                shown.emplace_back(from + (to - from) * part.first, from + (to - from) * part.second);
+        pieces = std::move(shown);
+    }
+    if (pieces.empty()) {
+        line.erase();
+        return false;
+    }
+    for (std::size_t i = 1; i < pieces.size(); ++i) {
+        std::unique_ptr<AcDbLine> other(static_cast<AcDbLine*>(line.clone()));
+        other->setStartPoint(pieces[i].first);
+        other->setEndPoint(pieces[i].second);
+        const AcDbBlockTableRecordPointer space(m_space, AcDb::kForWrite);
+        if (space.openStatus() == Acad::eOk && space->appendAcDbEntity(other.get()) == Acad::eOk)
+            other.release()->close(); // the drawing's now
+    }
+    line.setStartPoint(pieces[0].first);
+    line.setEndPoint(pieces[0].second);
+    return true;
+}
+
 AcDbObjectId CLayerExtract::CopyOwn(AcDbObjectId id) {
     const AcDbEntityPointer entity(id, AcDb::kForRead);
     const AcDbBlockTableRecordPointer space(m_space, AcDb::kForWrite);
@@ -311,7 +386,19 @@ void CLayerExtract::Settle(AcDbObjectId original, AcDbObjectId id, const Referen
         copy->setColor(context.m_color);
     if (copy->lineWeight() == AcDb::kLnWtByBlock)
         copy->setLineWeight(context.m_lineWeight);
-    if (copy->transformBy(context.m_placing) == Acad::eOk) {
+    if (!m_byBlock.isNull() && copy->linetypeId() == m_byBlock) {
+        const AcDbObjectId linetype = RecordCopies::Linetype(context.m_linetype);
+        copy->setLinetype(linetype.isNull() ? m_continuous : linetype, false);
+    }
+    const bool isCut = !IsWithin(*source.object(), context);
+    auto* const line = AcDbLine::cast(copy.object());
+    const Acad::ErrorStatus status = copy->transformBy(context.m_placing);
+    if (status == Acad::eOk && line != nullptr && isCut) {
+        m_copied += CutLine(*line, context) ? 1 : 0;
+        return;
+    }
+    m_uncut += isCut ? 1 : 0;
+    if (status == Acad::eOk) {
         ++m_copied;
         return;
     }
