@@ -162,6 +162,7 @@ void KeepOwn(Layers& layers) {
 // What all files together got.
 struct Total {
     int m_files = 0;
+    int m_layers = 0;
     int m_entities = 0;
     int m_followed = 0;
     int m_takenApart = 0;
@@ -171,10 +172,10 @@ struct Total {
 // False when the rest is not to be tried.
 bool ExportTo(const Layers& layers, const fs::path& path, const Wishes& wishes, Total& total) {
     CLayerExport work(layers);
-    if (work.GetCount() == 0) {
-        acutPrintf(L"\n图层\"%s\"上没有图元，不输出。", GetLayerName(layers.front()).GetString());
+    for (const AcDbObjectId layer : work.GetEmptyLayers())
+        acutPrintf(L"\n图层\"%s\"上没有图元，不输出。", GetLayerName(layer).GetString());
+    if (work.GetCount() == 0)
         return true;
-    }
     if (!MayWrite(path))
         return true;
     const CString name = TextOf(path);
@@ -183,6 +184,7 @@ bool ExportTo(const Layers& layers, const fs::path& path, const Wishes& wishes, 
         return false;
     }
     ++total.m_files;
+    total.m_layers += static_cast<int>(layers.size() - work.GetEmptyLayers().size());
     total.m_entities += work.GetCount();
     total.m_followed += work.GetFollowed();
     total.m_takenApart += work.GetTakenApart();
@@ -219,10 +221,9 @@ void CLayerToolBar::tcdc() {
     const Total total = Export(layers, wishes);
     if (total.m_files == 0)
         return;
-    acutPrintf(L"\n输出 %d 个图层的 %d 个图元到 %d 个文件%s。", static_cast<int>(layers.size()),
-               total.m_entities, total.m_files,
-               wishes.m_eachAlone ? L""
-                                  : (L"\"" + TextOf(WithExtension(wishes.m_fileName)) + L"\"").GetString());
+    acutPrintf(
+        L"\n输出 %d 个图层的 %d 个图元到 %d 个文件%s。", total.m_layers, total.m_entities, total.m_files,
+        wishes.m_eachAlone ? L"" : (L"\"" + TextOf(WithExtension(wishes.m_fileName)) + L"\"").GetString());
     if (total.m_followed > 0)
         acutPrintf(L"\n另有 %d 个图元被它们引用，一同输出。", total.m_followed);
     if (total.m_takenApart > 0)

@@ -57,6 +57,8 @@ CLayerExport::CLayerExport(const std::vector<AcDbObjectId>& layers) {
         found.SelectDrawing(filter.get());
         for (const AcDbObjectId entity : found)
             m_entities.append(entity);
+        if (found.GetCount() == 0)
+            m_emptyLayers.push_back(layer);
     }
 }
 

@@ -25,6 +25,8 @@ public:
     ~CLayerExport();
 
     int GetCount() const { return m_entities.length(); }
+    // Those of the layers on which there is nothing.
+    const std::vector<AcDbObjectId>& GetEmptyLayers() const { return m_emptyLayers; }
 
     // Makes the new drawing in memory; where asked, the add-on's entities in it are taken apart. The current
     // drawing stays as it is.
@@ -40,6 +42,7 @@ public:
 
 private:
     AcDbObjectIdArray m_entities;
+    std::vector<AcDbObjectId> m_emptyLayers;
     std::unique_ptr<AcDbDatabase> m_drawing;
     int m_followed = 0;
     int m_takenApart = 0;
