@@ -103,6 +103,19 @@ TEST_F(Checks, AreAskedForEachPromptAndEndWithEscape) {
     EXPECT_TRUE(html.ends_with("</html>\n") && html.find("图层&quot;vpipe_给水&quot;") != html.npos) << html;
 }
 
+// The picture shows all that is drawn, 400 mm at its longest with a hundredth of room and a border of 5 mm.
+TEST_F(Checks, ReportsHaveAPictureWithThePlaces) {
+    run("ERASE\nALL\nR\n(handent \"F1\")\n(handent \"F2\")\n(handent \"F3\")\n\n");
+    only("pipe-overlap pipe-gap own-properties");
+    run("jcjk\nF\n" + (folder_ / "a.html").string() + "\n\n", 1);
+    const std::string html = test::read(folder_ / "a.html");
+    EXPECT_NE(html.find("<image width=\"410.00\" height="), html.npos);
+    EXPECT_NE(html.find("data:image/svg+xml;base64,PD94bWw"), html.npos);
+    EXPECT_NE(html.find("：3 处。</figcaption>"), html.npos) << html;
+    EXPECT_NE(html.find("cx=\"74.28\" cy=\"74.28\" r=\"1.5\"><title>F2 系统&quot;给水"), html.npos) << html;
+    EXPECT_NE(html.find("cx=\"270.88\" cy=\"73.89\" r=\"1.5\"><title>F3 "), html.npos) << html;
+}
+
 TEST_F(Checks, TakeTheirRulesFromTheFileBesideTheStandard) {
     run("QUIT\n");
     const struct {

@@ -6,6 +6,10 @@
 
 #include <filesystem>
 #include <set>
+#include <string>
+#include <vector>
+
+struct PictureMark;
 
 class CCheckReport {
 public:
@@ -19,7 +23,8 @@ public:
     void PrintAll(const std::set<CheckRule>& mendable) const;
 
     // Writes a file by the end of its name: ".json" with every finding, ".html" for a browser, in one file,
-    // with the first thousands of each kind. Fails for other names and when it can not be written.
+    // with a picture of model space and with the first thousands of each kind. Fails for other names and when
+    // it can not be written.
     base::result<void> Write(const std::filesystem::path& file) const;
 
 private:
@@ -27,6 +32,7 @@ private:
     bool PrintEach(const FindingKind& kind) const;
     std::string Json() const;
     std::string Html() const;
+    std::vector<PictureMark> Marks() const;
     CString Sum() const;
 
     const CFindings& m_findings;

@@ -3,6 +3,7 @@
 #include "dbapserv.h"
 #include "module/check/CheckReport.h"
 #include "module/check/FindingPlace.h"
+#include "module/check/ReportPicture.h"
 #include "module/standard/Names.h"
 #include "module/standard/PipeSystemTool.h"
 
@@ -64,6 +65,8 @@ constexpr char htmlHead[] =
     "td,th{border:1px solid #ccc;padding:.25em "
     ".6em;text-align:left;vertical-align:top}th{background:#f2f2f2}\n"
     ".s3{color:#b00020}.s2{color:#9a6700}.s1{color:#57606a}details table{margin:.5em 0}\n"
+    "figure{margin:1em 0}figure svg{width:100%;max-height:80vh;border:1px solid #ccc}\n"
+    "circle{fill:none;stroke-width:.5}.m3{stroke:#b00020}.m2{stroke:#d9a300}.m1{stroke:#0969da}\n"
     "</style></head><body>\n";
 
 } // namespace
@@ -97,6 +100,21 @@ std::string CCheckReport::Json() const {
     return text + "\n]\n}\n";
 }
 
+// Of what lies in model space the gravest.
+std::vector<PictureMark> CCheckReport::Marks() const {
+    std::vector<PictureMark> marks;
+    for (const FindingKind* const kind : m_kinds)
+        for (const std::size_t finding : kind->m_findings) {
+            if (marks.size() == mostPictureMarks)
+                return marks;
+            const FindingPlace place = GetPlace(m_findings.All()[finding]);
+            if (place.m_hasPoint && place.m_block.IsEmpty())
+                marks.push_back({static_cast<int>(SeverityOf(*kind)),
+                                 Escaped(place.m_handle) + " " + Escaped(kind->m_text), place.m_point});
+        }
+    return marks;
+}
+
 std::string CCheckReport::Html() const {
     std::string text = htmlHead;
     text += "<h1>图形检查报告</h1>\n<p>图形：" + Escaped(DrawingName()) + "<br>标准：" +
@@ -104,6 +122,7 @@ std::string CCheckReport::Html() const {
             (m_kinds.empty() ? std::string("没有发现问题。") : Escaped(Sum())) + "</p>\n";
     if (m_kinds.empty())
         return text + "</body></html>\n";
+    text += PictureFigure(Marks());
     text += "<table><tr><th>等级</th><th>规则</th><th>数量</th><th>修复</th><th>说明</th></tr>\n";
     for (const FindingKind* const kind : m_kinds) {
         const auto severity = static_cast<int>(SeverityOf(*kind));
