@@ -1,5 +1,6 @@
 // The data of documents: kept in step while documents come, change and go in any order, layers are touched
 // and commands end; and the layers' way into the drawing's filters.
+#include "accmd.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
 #include "host/ap/documents.h"
@@ -10,12 +11,15 @@
 #include "module/frame/PerDocData.h"
 #include "module/frame/Reactors.h"
 #include "module/layertools/LayerControlBar.h"
+#include "module/standard/StandardManager.h"
+#include "siblings/zef_pipewire/TFlange.h"
 #include "tests/layer_support.h"
 #include "tests/sys_support.h"
 #include "ui/presenter.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <random>
 
@@ -29,8 +33,13 @@ public:
     bool run(ui::dialog&) override { return false; }
     void tell(std::wstring_view) override {}
     void refresh(ui::bar&) override { ++refreshed; }
+    void hide(ui::bar&) override {
+        if (on_hide)
+            on_hide();
+    }
 
     int refreshed = 0;
+    std::function<void()> on_hide;
 
 private:
     ui::presenter* before_;
@@ -163,6 +172,25 @@ TEST_F(ModuleDocuments, AreFollowedInEveryOrder) {
     const TBanReactor without_module;
 }
 
+// The bar goes after the commands and before all that is told otherwise only from outside.
+TEST_F(ModuleDocuments, TheBarGoesWhileTheRestIsThere) {
+    window seen;
+    ASSERT_TRUE(docs.open(L"", false));
+    CLayerControlBar::Create();
+    const auto flanges = g_pfnGetFlangeDataByDn;
+    int told = 0;
+    seen.on_hide = [&] {
+        ++told;
+        EXPECT_EQ(acedRegCmds->lookupCmd(L"tckz", L"ZEF_PIPESTSTEM"), nullptr);
+        EXPECT_NE(CStandardManager::Loaded(), nullptr);
+        EXPECT_NE(TPipeAppDocGlobals::Get(), nullptr);
+        EXPECT_EQ(g_pfnGetFlangeDataByDn, flanges);
+    };
+    ASSERT_TRUE(apps.unload(L"zef_pipeSystem"));
+    EXPECT_EQ(told, 1);
+    EXPECT_NE(g_pfnGetFlangeDataByDn, flanges);
+}
+
 // Sessions of the program whose user wants layers sorted.
 class ModuleGrouping : public testing::Test {
 protected:
@@ -225,7 +253,11 @@ TEST_F(ModuleGrouping, TouchedLayersGoIntoTheFilterOfTheirGroup) {
         {"-LAYER N PIPE-污水\n^C\nU\nREDO\n", ""}, // undoing sorts nothing
         {"cjkg N\n-LAYER N PIPE-污水\n\n", ""},
         {"-LAYER N PIPE-污水\n^C\nREGEN\n", sewage + "PIPE-污水 | "}, // cancelled: it waits
-        {"-LAYER N PIPE-污水\n\n", "", "r12.dxf"},                    // no place for filters
+        // What a button does inside of a command; while double-line pipes are drawn nothing is noted.
+        {"tckz\ncjkg N\n-LAYER N PIPE-污水\n\ncjkg Y\nLINE 0,0 'BAR 污水管线 LOCK\n9,9\n\n",
+         sewage + "PIPE-污水 | "},
+        {"tckz\ncjkg N\n-LAYER N PIPE-污水\n\ncjkg Y\ngxgd 0,0 'BAR 污水管线 LOCK\n3000,0\n\n", ""},
+        {"-LAYER N PIPE-污水\n\n", "", "r12.dxf"}, // no place for filters
     };
     for (const auto& row : rows)
         EXPECT_EQ(changed_by(row.script, row.drawing, row.grouping), row.filters) << row.script;

@@ -27,6 +27,7 @@ void InitialiseModule() {
 
 void ShutDownModule() {
     RemoveCommands();
+    CLayerToolBar::Release();
     CLayerControlBar::Release();
     CStandardManager::Release();
     TPipeAppDocGlobals::Release();
@@ -34,6 +35,5 @@ void ShutDownModule() {
     PipeTexts::Release();
     SpecData::Release();
     TCmdReactor::Release();
-    CLayerToolBar::Release();
     ReleaseFontCatalogues();
 }
