@@ -234,4 +234,33 @@ TEST_F(ModuleSettings, WhatAFullDiskOrAReadOnlyFolderRefusesStaysAndTheRestIsCop
     EXPECT_EQ(Export(wide(root_ / "vanished").c_str(), everything), 1) << "the options alone";
 }
 
+// The commands as a user answers them, Escape and Enter at every prompt.
+TEST(SettingsCommands, AskForTheFolderAndTellWhatTheyDid) {
+    const test::folder folder;
+    const std::string own = (folder / "own").string();
+    const struct {
+        std::string script;
+        std::string said;
+        std::size_t files; // in the folder that was named
+    } rows[] = {
+        {"dcsz\nCANCEL\ndcsz\n^C\n", "导出设置", 0},
+        {"dcsz\n导出到指定文件夹 OK\n^C\ndcsz\n导出到指定文件夹 OK\n\n", "\n指定保存目录 <退出>:", 0},
+        {"drsz\n^C\n", "\n指定导入目录 <", 0},
+        {"drsz\n\n", "\n没有文件夹 ", 0}, // nothing was exported yet
+        {"dcsz\n-* 线型库 OK\n", "\n已导出 1 个文件: ", 0},
+        {"drsz\n\n", "\n已导入 1 个文件: ", 0},
+        {"dcsz\nOK\n", "\n已导出 13 个文件: ", 0},
+        {"dcsz\n导出到指定文件夹 OK\n" + own + "\n", "\n已导出 13 个文件: " + own, 13},
+        {"dcsz\n-* 管材库,导出到指定文件夹 OK\n" + own + "/\n", "\n已导出 1 个文件: " + own, 1},
+        {"drsz\n" + own + "\n", "\n已导入 1 个文件: " + own, 1},
+        {"dcsz\n导出到指定文件夹 OK\n/\n", "\n不能导出到 /: 它是根目录。", 1},
+    };
+    for (const auto& row : rows) {
+        const auto ran = test::zefhost({"--profile", (folder / "profile").string()}, row.script);
+        EXPECT_EQ(ran.status, 0) << row.script << ran.err;
+        EXPECT_NE(ran.out.find(row.said), ran.out.npos) << row.script << ran.out;
+        EXPECT_EQ(fs::exists(own) ? files_of(own).size() : 0U, row.files) << row.script;
+    }
+}
+
 } // namespace
