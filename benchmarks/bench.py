@@ -33,9 +33,10 @@ class Sample:
 
 
 class Bench:
-    def __init__(self, drawing, rounds):
+    def __init__(self, drawing, rounds, megabytes=None):
         self.source = drawing
         self.rounds = rounds
+        self.megabytes = megabytes  # of the drawing, for subjects that take one of any size; None for their own
 
     def zefhost(self, *arguments):
         return [str(BIN / "zefhost"), "--profile", str(PLACE / "profile"), *map(str, arguments)]
@@ -123,6 +124,7 @@ def main():
     parser.add_argument("--drawing", type=pathlib.Path, default=ROOT / "samples/storey.dxf",
                         help="the drawing to grow, instead of the sample")
     parser.add_argument("--rounds", type=int, default=5, help="rounds that count (5)")
+    parser.add_argument("--megabytes", type=int, help="size of the drawing of `checks`, instead of 200")
     arguments = parser.parse_args()
     for name in arguments.names:
         if name not in subjects:
@@ -134,7 +136,7 @@ def main():
     PLACE.mkdir(parents=True, exist_ok=True)
     print_machine()
     print(f"drawing   {arguments.drawing}, grown by repeating its model space; {arguments.rounds} rounds each, medians")
-    bench = Bench(arguments.drawing.resolve(), arguments.rounds)
+    bench = Bench(arguments.drawing.resolve(), arguments.rounds, arguments.megabytes)
     for name in arguments.names or subjects:
         subject = importlib.import_module(f"bench_{name}")
         print(f"\n{name}: {subject.__doc__.strip()}")
