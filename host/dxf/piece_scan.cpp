@@ -7,6 +7,7 @@
 #include "host/dxf/type_name.h"
 
 #include <algorithm>
+#include <system_error>
 
 namespace dxf {
 
@@ -167,8 +168,11 @@ piece_scan::piece_scan(std::string_view text, const scan_manner& manner) {
     }
     const unsigned threads =
         manner.threads != 0 ? manner.threads : std::min(std::thread::hardware_concurrency(), most_threads);
-    for (unsigned i = 1; i < threads; ++i)
-        workers_.emplace_back([this] { work(); });
+    try {
+        for (unsigned i = 1; i < threads; ++i)
+            workers_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) { // those that there are do, or the reader alone
+    }
 }
 
 piece_scan::~piece_scan() {
