@@ -13,12 +13,9 @@ namespace ed {
 
 namespace {
 
-constexpr std::wstring_view not_built = L"(not built)";
-
-// The lines of the file: a command's name, a tab, what it does, with a mark in front when it is not built. By
-// names, folded.
-std::unordered_map<std::wstring, command_help> read_texts() {
-    std::unordered_map<std::wstring, command_help> texts;
+// The lines of the file: a command's name, a tab, what it does. By names, folded.
+std::unordered_map<std::wstring, std::wstring> read_texts() {
+    std::unordered_map<std::wstring, std::wstring> texts;
     const auto bytes = sys::read_file(sys::executable_folder() / ".." / "share" / "help.txt");
     std::wstring all = bytes ? base::widen(bytes->view()) : std::wstring();
     for (std::size_t at = 0; at < all.size();) {
@@ -28,24 +25,19 @@ std::unordered_map<std::wstring, command_help> read_texts() {
         const std::size_t tab = line.find(L'\t');
         if (tab == line.npos || line.starts_with(L'#'))
             continue;
-        command_help help{std::wstring(line.substr(tab + 1)), true};
-        if (help.text.starts_with(not_built)) {
-            help.built = false;
-            help.text.erase(0, help.text.find_first_not_of(L' ', not_built.size()));
-        }
-        texts.emplace(base::folded(line.substr(0, tab)), std::move(help));
+        texts.emplace(base::folded(line.substr(0, tab)), line.substr(tab + 1));
     }
     return texts;
 }
 
 } // namespace
 
-command_help help_of(const AcEdCommand& command) {
+std::wstring help_of(const AcEdCommand& command) {
     if (is_host_command(&command))
-        return {std::wstring(help_of(std::wstring_view(command.globalName()))), true};
+        return std::wstring(help_of(std::wstring_view(command.globalName())));
     static const auto texts = read_texts();
     const auto at = texts.find(base::folded(command.globalName()));
-    return at != texts.end() ? at->second : command_help();
+    return at != texts.end() ? at->second : std::wstring();
 }
 
 } // namespace ed

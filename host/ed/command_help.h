@@ -8,11 +8,7 @@
 
 namespace ed {
 
-struct command_help {
-    std::wstring text; // empty: nothing is known
-    bool built = true; // false: the command is there by name, and says that it is not finished
-};
-
-ACCORE_PORT command_help help_of(const AcEdCommand& command);
+// Empty when nothing is known.
+ACCORE_PORT std::wstring help_of(const AcEdCommand& command);
 
 } // namespace ed

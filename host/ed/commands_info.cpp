@@ -59,11 +59,6 @@ command_groups grouped_commands() {
     return groups;
 }
 
-std::wstring text_of(const AcEdCommand& command) {
-    const command_help help = help_of(command);
-    return help.built ? help.text : L"(not built yet) " + help.text;
-}
-
 void list_group(const std::wstring& name, std::vector<const AcEdCommand*> commands) {
     acutPrintf(L"\n\n%ls:\n", name == host_group ? L"The host's commands" : (L"Commands of " + name).c_str());
     std::sort(commands.begin(), commands.end(), [](const AcEdCommand* a, const AcEdCommand* b) {
@@ -75,7 +70,7 @@ void list_group(const std::wstring& name, std::vector<const AcEdCommand*> comman
     for (const AcEdCommand* const command : commands)
         if (name != host_group || !is_other_name(command->globalName()))
             acutPrintf(L"  %ls  %ls\n", base::padded(command->globalName(), widest).c_str(),
-                       text_of(*command).c_str());
+                       help_of(*command).c_str());
     if (name == host_group)
         acutPrintf(L"  %ls  %ls\n", base::padded(bar_name, widest).c_str(), std::wstring(bar_help).c_str());
 }
@@ -91,7 +86,7 @@ bool tell_of(const std::wstring& typed) {
             if (!base::equal_no_case(command->globalName(), typed) &&
                 !base::equal_no_case(command->localName(), typed))
                 continue;
-            acutPrintf(L"\n%ls  %ls\n", command->globalName(), text_of(*command).c_str());
+            acutPrintf(L"\n%ls  %ls\n", command->globalName(), help_of(*command).c_str());
             std::wstring others;
             for (const AcEdCommand* const other : commands)
                 if (other != command && other->functionAddr() == command->functionAddr())
