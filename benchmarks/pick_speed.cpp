@@ -5,9 +5,9 @@
 #include "adscodes.h"
 #include "dbmain.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/pick.h"
-#include "host/gi/extents.h"
+#include "host/view/extents.h"
 
 #include <algorithm>
 #include <chrono>
@@ -55,7 +55,7 @@ int main(int count, char** arguments) {
     std::printf("first_pick %.3f\n", milliseconds_of([&] { pick(0.0, 0.0); }));
     AcDbExtents extents;
     const dxf::record_id space = database.record(drawing.currentSpaceId());
-    extents = database.extents_of_block(space);
+    extents = gi::extents_of_block(database, space);
     std::vector<double> times;
     constexpr int picks = 101;
     for (int i = 0; i < picks; ++i) {

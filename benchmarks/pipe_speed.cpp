@@ -7,7 +7,7 @@
 #include "benchmarks/stop_watch.h"
 #include "dbapserv.h"
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/rx/applications.h"
 #include "module/annotation/PipeLabels.h"
 #include "module/annotation/PipeTexts.h"

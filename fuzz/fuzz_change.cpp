@@ -1,7 +1,7 @@
 // A drawing that is read, changed, saved and read again: what was changed is there, nothing else is, and undo
 // gives the bytes back. What is done to it, its last bytes say: behind the end of a drawing there is room for
 // them.
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>

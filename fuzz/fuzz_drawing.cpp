@@ -3,7 +3,7 @@
 // can be opened and read.
 #include "acutmem.h"
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/dwg/drawing_reader.h"
 #include "host/dxf/drawing.h"
 

@@ -2,6 +2,8 @@
 # check_arrows.sh [FOLDER]: checks which file includes what, in FOLDER or in this project.
 #   - The floors, from the ground up: base; sys, ui; host; siblings; module; clients; apps. A file includes from its
 #     own floor or from those below, and of two folders on one floor neither includes the other.
+#   - Inside the host each folder is a floor of its own (the list is below, from the ground up), host/include is below
+#     all of them, and host/db/entities/ is a roof: nobody includes what lies there.
 #   - Siblings, module and clients see of the host its interface alone: host/include.
 #   - Systems and foreign libraries are met in sys/SYSTEM/ and in apps/ only; all others include the standard
 #     library, and nobody but those asks which system it is.
@@ -29,6 +31,12 @@ check() (
             split(path, part, "/")
             return part[1] == "siblings" ? part[1] "/" part[2] : part[1]
         }
+        # The floor inside the host; 0 for a folder that nobody put in the list.
+        function room_of(path) {
+            sub(/^host\//, "", path)
+            sub(/\/[^\/]*$/, "", path)
+            return path ~ /^include/ ? -1 : rooms[path]
+        }
         function resolve(name,    own) {
             own = FILENAME
             sub(/[^\/]*$/, "", own)
@@ -55,6 +63,10 @@ check() (
                 breach("an include that goes up: \"" name "\"")
             else if (theirs == mine && house_of(target) != house_of(FILENAME) && target !~ /^siblings\/zef_kernal\//)
                 breach("an include across one floor: \"" name "\"")
+            else if (theirs == floors["host"] && mine == theirs && room_of(target) > room_of(FILENAME))
+                breach("an include that goes up inside the host: \"" name "\"")
+            else if (target ~ /^host\/db\/entities\// && FILENAME !~ /^host\/db\/entities\//)
+                breach("host/db/entities/ is a roof: \"" name "\"")
             else if (target ~ /^host\// && target !~ /^host\/include\// && FILENAME !~ /^(host|apps)\//)
                 breach("the inside of the host: \"" name "\"; only host/include may be used here")
         }
@@ -62,6 +74,9 @@ check() (
             n = split("base sys ui host siblings module clients apps", name, " ")
             split("1 2 2 3 4 5 6 7", height, " ")
             for (i = 1; i <= n; i++) floors[name[i]] = height[i]
+            n = split("ge rx dwg dxf gi db/core db/tables view db/custom db/xref db/creation db/entities version " \
+                "picture ap ed", name, " ")
+            for (i = 1; i <= n; i++) rooms[name[i]] = i
             n = split("algorithm any array atomic barrier bit bitset cassert ccomplex cctype cerrno cfenv cfloat " \
                 "charconv chrono cinttypes climits clocale cmath codecvt compare complex concepts condition_variable " \
                 "coroutine csetjmp csignal cstdarg cstddef cstdint cstdio cstdlib cstring ctime cuchar cwchar cwctype " \
@@ -78,6 +93,9 @@ check() (
             for (i = 1; i <= n; i++) standard[name[i]]
         }
         FILENAME == ARGV[1] { known[$0]; next }
+        FNR == 1 && floor_of(FILENAME) == floors["host"] && room_of(FILENAME) == 0 {
+            breach("a folder of the host that has no place among the others")
+        }
         /^[ \t]*#[ \t]*include[ \t]*[<"]/ {
             quoted = $0 ~ /include[ \t]*"/
             match($0, /[<"][^>"]*/)
@@ -98,16 +116,17 @@ self_test() {
     while IFS='|' read -r file line want; do
         [ -n "$file" ] || continue
         rm -rf "$place/tree"
-        for present in base/a.h sys/a.h sys/posix/a.h ui/a.h host/db/a.h host/include/dbmain.h host/include/windows.h \
+        for present in base/a.h sys/a.h sys/posix/a.h ui/a.h host/db/core/a.h host/db/entities/a.h host/ed/a.h host/gi/a.h host/include/dbmain.h host/include/windows.h \
             siblings/zef_kernal/k.h siblings/zef_public/p.h module/frame/m.h clients/c.h apps/zefhost/z.h; do
             mkdir -p "$place/tree/$(dirname $present)"
             : >"$place/tree/$present"
         done
+        mkdir -p "$place/tree/$(dirname "$file")"
         printf '// first line\n%s\n' "$line" >"$place/tree/$file"
         got=$(check "$place/tree" 2>&1) && got=${got:-ok}
         case $got in
         ok) [ "$want" = ok ] ;;
-        "$file:2: "*"$want"*) [ "$want" != ok ] ;;
+        "$file:"[12]": "*"$want"*) [ "$want" != ok ] ;;
         *) false ;;
         esac || { echo "check_arrows: $file with $line: wanted $want, got: $got" >&2; wrong=1; }
     done <<'CASES'
@@ -120,28 +139,35 @@ base/b.cpp|# include <unistd.h>|belongs to a system
 base/b.cpp|#include "base/none.h"|neither beside
 sys/b.h|#include <fcntl.h>|belongs to a system
 sys/posix/b.cpp|#include <fcntl.h>|ok
-sys/posix/b.cpp|#include "host/db/a.h"|goes up
+sys/posix/b.cpp|#include "host/db/core/a.h"|goes up
 sys/b.h|#include "ui/a.h"|across one floor
 sys/b.h|#ifdef _WIN32|ok
-host/db/b.cpp|#include "dbmain.h"|ok
-host/db/b.cpp|#include "sys/a.h"|ok
-host/db/b.cpp|#include "module/frame/m.h"|goes up
-host/db/b.cpp|#include "siblings/zef_kernal/k.h"|goes up
-host/db/b.cpp|#include <sys/stat.h>|belongs to a system
-host/db/b.cpp|#if defined(__linux__)|asks which system
-host/db/b.cpp|#include <dlfcn.h>|belongs to a system
+host/db/core/b.cpp|#include "dbmain.h"|ok
+host/db/core/b.cpp|#include "sys/a.h"|ok
+host/db/core/b.cpp|#include "module/frame/m.h"|goes up
+host/db/core/b.cpp|#include "siblings/zef_kernal/k.h"|goes up
+host/db/core/b.cpp|#include <sys/stat.h>|belongs to a system
+host/db/core/b.cpp|#if defined(__linux__)|asks which system
+host/db/core/b.cpp|#include <dlfcn.h>|belongs to a system
+host/db/core/b.cpp|#include "host/gi/a.h"|ok
+host/gi/b.cpp|#include "host/db/core/a.h"|up inside the host
+host/db/core/b.cpp|#include "host/ed/a.h"|up inside the host
+host/db/core/b.cpp|#include "host/db/entities/a.h"|up inside the host
+host/ed/b.cpp|#include "host/db/entities/a.h"|a roof
+host/include/b.h|#include "host/gi/a.h"|up inside the host
+host/cellar/b.cpp|#include "dbmain.h"|no place among
 siblings/zef_public/b.cpp|#include "siblings/zef_kernal/k.h"|ok
 siblings/zef_kernal/b.cpp|#include "siblings/zef_public/p.h"|across one floor
 siblings/zef_kernal/b.cpp|#include "module/frame/m.h"|goes up
 module/frame/b.cpp|#include <windows.h>|ok
 module/frame/b.cpp|#include "siblings/zef_public/p.h"|ok
 module/frame/b.cpp|#include "host/include/dbmain.h"|ok
-module/frame/b.cpp|#include "host/db/a.h"|inside of the host
+module/frame/b.cpp|#include "host/db/core/a.h"|inside of the host
 module/frame/b.cpp|#include "clients/c.h"|goes up
 module/frame/b.cpp|#include <iconv.h>|belongs to a system
 clients/b.cpp|#include "module/frame/m.h"|ok
-clients/b.cpp|#include "host/db/a.h"|inside of the host
-apps/zefhost/b.cpp|#include "host/db/a.h"|ok
+clients/b.cpp|#include "host/db/core/a.h"|inside of the host
+apps/zefhost/b.cpp|#include "host/db/core/a.h"|ok
 apps/zefhost/b.cpp|#include <histedit.h>|ok
 CASES
     rm -rf "$place"

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "dbmain.h"
-#include "host/db/imp_database.h"
-#include "host/db/imp_object.h"
-#include "host/gi/extents.h"
-#include "host/gi/tracer.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/core/imp_object.h"
+#include "host/view/extents.h"
+#include "host/view/tracer.h"
 #include "tests/dxf_support.h"
 #include "tests/support.h"
 

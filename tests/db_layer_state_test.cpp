@@ -2,7 +2,7 @@
 #include "acdblayerstatemanager.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 
 #include <gtest/gtest.h>
 

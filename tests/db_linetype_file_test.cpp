@@ -3,7 +3,7 @@
 #include "base/utf.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
-#include "host/db/linetype_file.h"
+#include "host/db/tables/linetype_file.h"
 #include "tests/db_entities.h"
 #include "tests/ed_session.h"
 

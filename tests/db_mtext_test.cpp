@@ -2,7 +2,7 @@
 #include "acutmem.h"
 #include "dbents.h"
 #include "dbmtext.h"
-#include "host/db/mtext_codes.h"
+#include "host/db/entities/mtext_codes.h"
 #include "tests/db_entities.h"
 
 #include <cmath>

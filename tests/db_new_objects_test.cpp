@@ -4,7 +4,7 @@
 #include "dbents.h"
 #include "dbobjptr.h"
 #include "dbpl.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/dxf/record_header.h"
 #include "tests/dxf_support.h"
 #include "tests/support.h"

@@ -1,9 +1,9 @@
 // The pictures that entities leave for programs that do not know them: what is not geometry in them.
 #include "acgi.h"
 #include "dbmain.h"
-#include "host/db/imp_object.h"
-#include "host/db/proxy_graphics.h"
-#include "host/gi/tracer.h"
+#include "host/db/core/imp_object.h"
+#include "host/db/custom/proxy_graphics.h"
+#include "host/view/tracer.h"
 
 #include <gtest/gtest.h>
 

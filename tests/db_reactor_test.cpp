@@ -8,7 +8,7 @@
 #include "dbfiler.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "tchar.h"
 #include <functional>
 #include <gtest/gtest.h>

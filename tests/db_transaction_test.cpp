@@ -3,8 +3,8 @@
 #include "base/utf.h"
 #include "dbents.h"
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
-#include "host/db/transactions.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/core/transactions.h"
 #include "host/rx/reactor_list.h"
 
 #include <algorithm>

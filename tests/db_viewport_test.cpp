@@ -5,7 +5,7 @@
 #include "dblayout.h"
 #include "dbobjptr.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/system_variables.h"
 #include "tests/support.h"
 

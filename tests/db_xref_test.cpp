@@ -2,9 +2,10 @@
 // them.
 #include "dbents.h"
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
-#include "host/db/xref_names.h"
-#include "host/db/xrefs.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/core/references.h"
+#include "host/db/tables/dependent_names.h"
+#include "host/db/xref/loading.h"
 #include "sys/folders.h"
 #include "tests/support.h"
 
@@ -19,7 +20,7 @@ using Changes = std::vector<std::string>;
 struct Loaded {
     explicit Loaded(const std::filesystem::path& file) : database(false, true) {
         EXPECT_EQ(database.dxfIn(file.wstring().c_str()), Acad::eOk);
-        told = database.imp().references().load();
+        told = db::load_references(database.imp());
     }
     AcDbDatabase database;
     Lines told;

@@ -1,6 +1,6 @@
 // Oddities of drawings in the wild: none is damage, all survive byte for byte, and what they say is
 // understood.
-#include "host/db/properties.h"
+#include "host/db/tables/properties.h"
 #include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
 #include "tests/dxf_support.h"

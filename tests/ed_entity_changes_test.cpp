@@ -2,7 +2,7 @@
 #include "acutmem.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
-#include "host/db/imp_object.h"
+#include "host/db/core/imp_object.h"
 #include "host/dxf/record_header.h"
 #include "tests/ed_session.h"
 #include "tests/support.h"

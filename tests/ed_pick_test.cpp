@@ -1,10 +1,10 @@
 // Picks by point, nested picks, windows, crossings and fences, by what entities draw.
 #include "dbmain.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/pick.h"
-#include "host/gi/extents.h"
-#include "host/gi/quick_box.h"
-#include "host/gi/tracer.h"
+#include "host/view/extents.h"
+#include "host/view/quick_box.h"
+#include "host/view/tracer.h"
 #include "tests/db_entities.h"
 #include "tests/support.h"
 

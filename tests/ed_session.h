@@ -6,7 +6,7 @@
 #include "base/utf.h"
 #include "dbmain.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/editor.h"
 #include "tests/sys_support.h"
 

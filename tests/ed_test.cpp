@@ -2,7 +2,7 @@
 #include "acutmem.h"
 #include "adscodes.h"
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/input.h"
 #include "host/ed/keywords.h"
 #include "host/ed/selection_filter.h"

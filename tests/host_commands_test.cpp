@@ -1,7 +1,7 @@
 // The host's own commands: what they put into a drawing, and what they say.
 #include "base/number_text.h"
 #include "base/utf.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "tests/support.h"
 
 #include <cmath>

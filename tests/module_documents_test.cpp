@@ -5,8 +5,8 @@
 #include "dbsymtb.h"
 #include "host/ap/documents.h"
 #include "host/ed/editor.h"
-#include "host/ed/editor_reactors.h"
 #include "host/rx/applications.h"
+#include "host/rx/editor_reactors.h"
 #include "module/frame/DrawingDefaults.h"
 #include "module/frame/PerDocData.h"
 #include "module/frame/Reactors.h"
@@ -65,7 +65,7 @@ protected:
 
     ap::document* current() { return docs.current(); }
     void end_command(const wchar_t* name) {
-        ed::tell_editor([&](AcEditorReactor& reactor) { reactor.commandEnded(name); });
+        rx::tell_editor([&](AcEditorReactor& reactor) { reactor.commandEnded(name); });
     }
     // A new layer in a drawing, changed once more; its id.
     AcDbObjectId touch(ap::document& document) {
@@ -132,7 +132,7 @@ TEST_F(ModuleDocuments, AreFollowedInEveryOrder) {
                                                    (name == names[3] || !model[current()].layers.empty()));
             model[current()].layers.clear();
         } else if (act == 5) {
-            ed::tell_editor([&](AcEditorReactor& reactor) {
+            rx::tell_editor([&](AcEditorReactor& reactor) {
                 reactor.commandCancelled(L"LINE");
                 reactor.commandFailed(L"LINE");
             });

@@ -1,7 +1,7 @@
-#include "host/gi/clip.h"
 #include "host/picture/line_pattern.h"
 #include "host/picture/picture.h"
 #include "host/picture/stroke_letters.h"
+#include "host/view/clip.h"
 #include "tests/support.h"
 
 #include <gtest/gtest.h>

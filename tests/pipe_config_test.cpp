@@ -1,6 +1,6 @@
 // How a drawing shows pipe systems, and what becomes of pipe entities without their application.
 #include "dbproxy.h"
-#include "host/gi/tracer.h"
+#include "host/view/tracer.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
 #include "siblings/zef_pipewire/TDefaultCfg.h"
 #include "tests/pipe_support.h"

@@ -1,6 +1,6 @@
 // The pipe entities: how they are drawn, moved, exploded and labelled.
 #include "dbents.h"
-#include "host/gi/tracer.h"
+#include "host/view/tracer.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
 #include "siblings/zef_pipewire/TDefaultCfg.h"
 #include "tests/pipe_support.h"

@@ -1,5 +1,5 @@
 // What the pipe entities file in drawings.
-#include "host/db/record_text.h"
+#include "host/db/core/record_text.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
 #include "tests/binary_form.h"
 #include "tests/pipe_support.h"

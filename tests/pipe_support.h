@@ -2,8 +2,8 @@
 #pragma once
 
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
-#include "host/db/imp_object.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/core/imp_object.h"
 #include "host/dxf/group_reader.h"
 #include "host/dxf/record_header.h"
 #include "host/rx/applications.h"

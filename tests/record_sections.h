@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/utf.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/dxf/group_reader.h"
 #include "host/dxf/record_header.h"
 

@@ -1,6 +1,6 @@
 // Undo and redo: through random commands on real drawings, and by the options of UNDO.
 #include "base/utf.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "tests/support.h"
 
 #include <algorithm>

@@ -4,11 +4,11 @@
 #include "base/utf.h"
 #include "dbmain.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
-#include "host/db/save_as_version.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/editor.h"
 #include "host/ed/picture_file.h"
 #include "host/rx/applications.h"
+#include "host/version/saving.h"
 #include "sys/file.h"
 #include "sys/folders.h"
 #include "sys/plain_text.h"
@@ -83,7 +83,7 @@ void save_output(const std::wstring& output, int version) {
     }
     AcDbImpDatabase& drawing = ap::documents::instance().current_database()->imp();
     bool written = true;
-    const auto lost = db::write_as_version(
+    const auto lost = version::write_as_version(
         drawing, version != 0 ? version : drawing.drawing().version(), [&](std::string_view piece) {
             written = std::fwrite(piece.data(), 1, piece.size(), stdout) == piece.size();
             return written;

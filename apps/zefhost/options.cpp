@@ -2,9 +2,9 @@
 
 #include "base/utf.h"
 #include "host/ap/file_name.h"
-#include "host/db/save_as_version.h"
 #include "host/dxf/encoding_guess.h"
 #include "host/picture/picture.h"
+#include "host/version/saving.h"
 #include "sys/folders.h"
 
 const char* const usage =
@@ -105,7 +105,7 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             if (options.encoding == 0)
                 return base::failure{L"'" + value + L"' is no encoding that is known"};
         } else if (argument == L"--as") {
-            options.saved_as = db::version_by_name(value);
+            options.saved_as = version::version_by_name(value);
             if (options.saved_as == 0)
                 return base::failure{L"'" + value + L"' is no version that drawings can be saved as"};
         } else if (argument == L"--no-module") {

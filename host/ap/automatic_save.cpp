@@ -1,7 +1,7 @@
 #include "host/ap/automatic_save.h"
 
-#include "host/db/imp_database.h"
-#include "host/ed/system_variables.h"
+#include "host/ap/surroundings.h"
+#include "host/db/core/imp_database.h"
 #include "sys/folders.h"
 
 #include <array>
@@ -21,7 +21,7 @@ fs::path new_name(const std::wstring& title, int count) {
     std::snprintf(end.data(), end.size(), "_1_%d_%04x.sv$", count, std::random_device()() % digits);
     fs::path name = sys::to_path(title).stem();
     name += end.data();
-    const std::wstring folder = ed::variable<std::wstring>(L"SAVEFILEPATH");
+    const std::wstring folder = automatic_folder();
     return (folder.empty() ? sys::temp_folder() : sys::to_path(folder)) / name;
 }
 
@@ -40,7 +40,7 @@ void automatic_save::remove() {
 
 std::wstring automatic_save::at_prompt(AcDbImpDatabase& drawing, const std::wstring& title,
                                        clock::time_point now) {
-    const std::chrono::minutes pause(ed::variable<int>(L"SAVETIME"));
+    const std::chrono::minutes pause = automatic_pause();
     if (pause.count() == 0 || drawing.records().journal().size() == seen_)
         return {};
     if (!changed_)

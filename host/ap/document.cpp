@@ -2,7 +2,7 @@
 
 #include "actrans.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "sys/folders.h"
 
 #include <algorithm>

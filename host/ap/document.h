@@ -3,7 +3,7 @@
 
 #include "acdocman.h"
 #include "host/ap/automatic_save.h"
-#include "host/db/layer_history.h"
+#include "host/db/tables/layer_history.h"
 #include "sys/file_lock.h"
 #include "sys/file_stamp.h"
 

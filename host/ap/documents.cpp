@@ -1,12 +1,11 @@
 #include "host/ap/documents.h"
 
 #include "aced.h"
-#include "host/db/imp_database.h"
-#include "host/db/xrefs.h"
-#include "host/ed/editor.h"
-#include "host/ed/editor_reactors.h"
-#include "host/ed/output.h"
+#include "host/ap/surroundings.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/xref/loading.h"
 #include "host/rx/applications.h"
+#include "host/rx/editor_reactors.h"
 #include "host/rx/events.h"
 #include "sys/folders.h"
 
@@ -24,10 +23,6 @@ std::wstring title_of(const std::wstring& path) {
 
 // Who works at a terminal has a drawing to himself as long as it is open, a run without a person while it
 // saves.
-bool has_person() {
-    return ed::editor::instance().input.has_person();
-}
-
 void tie_for_opening(document& made, const std::wstring& path, bool read_only) {
     document::file_tie tie;
     if (!read_only) {
@@ -52,10 +47,8 @@ void tell_in_use(const document& opened) {
 
 // Reads what the drawing refers to. What was found and what not is told, and nothing of it is a failure.
 void tell_references(AcDbImpDatabase& drawing) {
-    for (const std::wstring& line : drawing.references().load()) {
-        ed::command_line::instance().fresh_line();
-        ed::command_line::instance().print(line + L"\n");
-    }
+    for (const std::wstring& line : db::load_references(drawing))
+        show(line);
 }
 
 } // namespace
@@ -89,7 +82,7 @@ documents::~documents() = default;
 base::result<void> documents::open(const std::wstring& path, bool read_only) {
     const in_context application(document::owner::application);
     if (!path.empty())
-        ed::tell_editor([&](AcEditorReactor& reactor) { reactor.beginDwgOpen(path.c_str()); });
+        rx::tell_editor([&](AcEditorReactor& reactor) { reactor.beginDwgOpen(path.c_str()); });
     all_.push_back(std::make_unique<document>(std::make_unique<AcDbDatabase>(path.empty()), title_of(path)));
     document& made = *all_.back();
     if (!path.empty())
@@ -104,7 +97,7 @@ base::result<void> documents::open(const std::wstring& path, bool read_only) {
         }
     reactors_.tell([&](AcApDocManagerReactor& reactor) { reactor.documentCreated(&made); });
     if (!path.empty())
-        ed::tell_editor([&](AcEditorReactor& reactor) { reactor.endDwgOpen(path.c_str(), made.database()); });
+        rx::tell_editor([&](AcEditorReactor& reactor) { reactor.endDwgOpen(path.c_str(), made.database()); });
     activate(made);
     tell_in_use(made);
     tell_references(made.database()->imp());
@@ -145,7 +138,7 @@ base::result<void> documents::close(document& closing) {
         return base::failure{L"a command is under way in '" + std::wstring(closing.docTitle()) + L"'"};
     const in_context application(document::owner::application);
     document* const before = current_;
-    ed::tell_editor([&](AcEditorReactor& reactor) { reactor.beginClose(closing.database()); });
+    rx::tell_editor([&](AcEditorReactor& reactor) { reactor.beginClose(closing.database()); });
     set_current(&closing);
     rx::applications::instance().send(AcRx::kUnloadDwgMsg);
     if (active_ == &closing)

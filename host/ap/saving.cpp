@@ -2,11 +2,11 @@
 #include "host/ap/documents.h"
 
 #include "base/case_fold.h"
-#include "host/db/imp_database.h"
+#include "host/ap/surroundings.h"
+#include "host/db/core/imp_database.h"
 #include "host/dwg/drawing_reader.h"
-#include "host/ed/editor.h"
-#include "host/ed/system_variables.h"
 #include "host/rx/events.h"
+#include "host/version/saving.h"
 #include "sys/folders.h"
 
 #include <fstream>
@@ -52,7 +52,7 @@ base::failure no_dwg(const std::wstring& name) {
 
 // plan.bak of plan.dxf, beside the file that links lead to; empty when none is to be kept.
 fs::path backup_of(const std::wstring& target) {
-    if (ed::variable<int>(L"ISAVEBAK") == 0)
+    if (!keeps_backup())
         return {};
     std::error_code error;
     fs::path file = fs::canonical(sys::to_path(target), error);
@@ -72,7 +72,7 @@ void read_anew(void* saved) {
     if (!all.close(*one))
         return;
     if (auto opened = all.open(path, false); !opened)
-        ed::command_line::instance().error(opened.error());
+        show_error(opened.error());
 }
 
 } // namespace
@@ -126,7 +126,7 @@ base::result<void> documents::save(const std::wstring& path, int version, if_cha
     AcDbDatabase* const database = current_->database();
     rx::event_reactors().tell(
         [&](AcRxEventReactor& reactor) { reactor.beginSave(database, target.c_str()); });
-    if (auto saved = database->imp().save(target, version, backup_of(target)); !saved) {
+    if (auto saved = version::save(database->imp(), target, version, backup_of(target)); !saved) {
         rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.abortSave(database); });
         return saved;
     }
@@ -138,7 +138,7 @@ base::result<void> documents::save(const std::wstring& path, int version, if_cha
     sys::lock_holder holder;
     if (own && before.lock.holds())
         tie.lock = current_->take_lock();
-    if (!ed::editor::instance().input.has_person())
+    if (!has_person())
         tie.lock = {};
     else if (!tie.lock.holds())
         static_cast<void>(sys::file_lock::take(sys::to_path(target), tie.lock, holder));
@@ -153,10 +153,8 @@ void documents::save_automatically() {
     const auto now = automatic_save::clock::now();
     for (const auto& one : all_)
         if (const std::wstring told = one->automatic.at_prompt(one->database()->imp(), one->docTitle(), now);
-            !told.empty()) {
-            ed::command_line::instance().fresh_line();
-            ed::command_line::instance().print(told + L"\n");
-        }
+            !told.empty())
+            show(told);
 }
 
 base::result<void> documents::save_copy(const std::wstring& path, int version) {
@@ -168,7 +166,7 @@ base::result<void> documents::save_copy(const std::wstring& path, int version) {
         return base::failure{quoted(path) + L" is the drawing's own file; use QSAVE"};
     if (const auto lock = lock_target(path); !lock)
         return base::failure{lock.error()};
-    return current_->database()->imp().save_copy(path, version, backup_of(path));
+    return version::save_copy(current_->database()->imp(), path, version, backup_of(path));
 }
 
 } // namespace ap

@@ -11,7 +11,7 @@
 #include "dbmtext.h"
 #include "dbobjptr.h"
 #include "dbpl.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/questions.h"

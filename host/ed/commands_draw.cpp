@@ -5,7 +5,7 @@
 #include "base/case_fold.h"
 #include "dbents.h"
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/circle_tangents.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"

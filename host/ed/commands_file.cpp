@@ -1,7 +1,7 @@
 // NEW, OPEN, CLOSE, QUIT.
 #include "acedads.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/questions.h"

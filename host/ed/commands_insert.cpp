@@ -3,10 +3,10 @@
 #include "base/case_fold.h"
 #include "base/wildcard.h"
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
-#include "host/db/inserted_drawing.h"
-#include "host/db/new_block.h"
-#include "host/db/xrefs.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/creation/inserted_drawing.h"
+#include "host/db/creation/new_block.h"
+#include "host/db/xref/loading.h"
 #include "host/ed/editor.h"
 #include "host/ed/expected.h"
 #include "host/ed/host_commands.h"
@@ -171,7 +171,7 @@ void xattach_command() {
         }
         acutPrintf(L"\n%ls Xref \"%ls\": %ls\n", kind.c_str(), block_name.c_str(),
                    sys::from_path(file).c_str());
-        for (const std::wstring& line : drawing.references().load())
+        for (const std::wstring& line : db::load_references(drawing))
             acutPrintf(L"%ls\n", line.c_str());
     }
     insert_block(block, false);

@@ -5,14 +5,14 @@
 #include "base/utf.h"
 #include "host/ap/documents.h"
 #include "host/ap/file_name.h"
-#include "host/db/imp_database.h"
-#include "host/db/save_as_version.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/editor.h"
 #include "host/ed/expected.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/prompts.h"
 #include "host/ed/questions.h"
 #include "host/ed/system_variables.h"
+#include "host/version/saving.h"
 #include "sys/folders.h"
 
 #include <string>
@@ -104,7 +104,8 @@ bool ask_target(const std::wstring& prompt, std::wstring& name) {
 // "R12 2000 ... 2018", oldest first.
 std::wstring version_names(wchar_t between) {
     std::wstring names;
-    for (auto version = std::rbegin(db::saved_versions); version != std::rend(db::saved_versions); ++version)
+    for (auto version = std::rbegin(version::saved_versions); version != std::rend(version::saved_versions);
+         ++version)
         names += (names.empty() ? L"" : std::wstring(1, between)) + version->name;
     return names;
 }
@@ -113,8 +114,9 @@ std::wstring version_names(wchar_t between) {
 constexpr std::wstring_view other_names = L" LT2 LT2000 LT2004 LT2007";
 
 int version_of(const std::wstring& keyword) {
-    return keyword == L"LT2" ? db::version_by_name(L"R12")
-                             : db::version_by_name(keyword.starts_with(L"LT") ? keyword.substr(2) : keyword);
+    return keyword == L"LT2"
+               ? version::version_by_name(L"R12")
+               : version::version_by_name(keyword.starts_with(L"LT") ? keyword.substr(2) : keyword);
 }
 
 std::wstring format_wanted(const answer& given) {
@@ -161,7 +163,8 @@ bool ask_accuracy(int& version, const std::wstring& current) {
 
 std::wstring current_format() {
     const AcDbImpDatabase& drawing = current_drawing()->imp();
-    return db::version_name(drawing.file_version != 0 ? drawing.file_version : drawing.drawing().version());
+    return version::version_name(drawing.file_version != 0 ? drawing.file_version
+                                                           : drawing.drawing().version());
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // SCRIPT, DELAY, MODEL.
 #include "acedads.h"
-#include "host/db/spaces.h"
-#include "host/db/support_path.h"
+#include "host/db/core/support_path.h"
+#include "host/db/tables/spaces.h"
 #include "host/ed/editor.h"
 #include "host/ed/expected.h"
 #include "host/ed/host_commands.h"

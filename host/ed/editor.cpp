@@ -5,17 +5,17 @@
 #include "base/utf.h"
 #include "dbmain.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
-#include "host/db/transactions.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/core/transactions.h"
 #include "host/ed/command_aliases.h"
 #include "host/ed/command_stack.h"
 #include "host/ed/console_bars.h"
 #include "host/ed/console_dialogs.h"
-#include "host/ed/editor_reactors.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/pick_first.h"
 #include "host/ed/profile_variables.h"
 #include "host/ed/system_variables.h"
+#include "host/rx/editor_reactors.h"
 #include "host/rx/letter_case.h"
 
 #include <algorithm>
@@ -81,7 +81,7 @@ editor& editor::instance() {
 
 editor::editor() {
     register_command_stack();
-    register_editor();
+    rx::register_editor();
     register_host_commands();
     static console_dialogs console;
     ui::set_presenter(&console);
@@ -163,8 +163,8 @@ void editor::run_press(std::wstring_view name, const std::function<void()>& pres
 }
 
 void editor::quit() {
-    tell_editor([](AcEditorReactor& reactor) { reactor.beginQuit(); });
-    tell_editor([](AcEditorReactor& reactor) { reactor.quitWillStart(); });
+    rx::tell_editor([](AcEditorReactor& reactor) { reactor.beginQuit(); });
+    rx::tell_editor([](AcEditorReactor& reactor) { reactor.quitWillStart(); });
     stopped_ = true;
 }
 
@@ -179,7 +179,7 @@ bool editor::run_command(std::wstring_view typed) {
         command = find_command(L"SETVAR");
     if (command == nullptr) {
         AcDbVoidPtrArray none;
-        tell_editor([&](AcEditorReactor& reactor) { reactor.unknownCommand(name.c_str(), &none); });
+        rx::tell_editor([&](AcEditorReactor& reactor) { reactor.unknownCommand(name.c_str(), &none); });
         return false;
     }
     if (ap::documents::instance().current() == nullptr && (command->commandFlags() & ACRX_CMD_SESSION) == 0) {
@@ -242,7 +242,7 @@ void editor::run_inside(const running_command& command, Function function) {
     running_.push_back(command);
     const std::wstring name = command.name;
     if (!command.is_press)
-        tell_editor([&](AcEditorReactor& reactor) { reactor.commandWillStart(name.c_str()); });
+        rx::tell_editor([&](AcEditorReactor& reactor) { reactor.commandWillStart(name.c_str()); });
     // Nothing that a command throws may end the program: the drawing is still there.
     try {
         function();
@@ -259,7 +259,7 @@ void editor::run_inside(const running_command& command, Function function) {
                     : running_.back().cancelled ? outcome::cancelled
                                                 : outcome::ended;
     const outcome became = last_outcome_;
-    tell_editor([&](AcEditorReactor& reactor) {
+    rx::tell_editor([&](AcEditorReactor& reactor) {
         if (command.is_press)
             return;
         if (became == outcome::failed)

@@ -2,8 +2,8 @@
 #include "acdbads.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
-#include "host/db/imp_object.h"
-#include "host/db/properties.h"
+#include "host/db/core/imp_object.h"
+#include "host/db/tables/properties.h"
 
 #include <cstdlib>
 #include <optional>

@@ -2,10 +2,10 @@
 
 #include "dbmain.h"
 #include "host/ed/view.h"
-#include "host/gi/extents.h"
-#include "host/gi/quick_box.h"
-#include "host/gi/tracer.h"
 #include "host/picture/layer_states.h"
+#include "host/view/extents.h"
+#include "host/view/space_index.h"
+#include "host/view/tracer.h"
 
 namespace ed {
 
@@ -113,7 +113,8 @@ std::optional<hit> pick(AcDbImpDatabase& database, const AcGePoint3d& point) {
     const gi::region box =
         gi::region::box({point.x - half, point.y - half}, {point.x + half, point.y + half});
     picture::layer_states states(database);
-    for (const dxf::record_id entity : database.entities_near(current_space(database), box_around(box))) {
+    for (const dxf::record_id entity :
+         gi::entities_near(database, current_space(database), box_around(box))) {
         testing test(box, states, testing::wanted::topmost);
         gi::tracer(test).draw(database, entity);
         if (!test.touched())
@@ -132,7 +133,8 @@ std::optional<hit> pick(AcDbImpDatabase& database, const AcGePoint3d& point) {
 std::vector<dxf::record_id> entities_in(AcDbImpDatabase& database, const gi::region& region, reach reach) {
     std::vector<dxf::record_id> found;
     picture::layer_states states(database);
-    for (const dxf::record_id entity : database.entities_near(current_space(database), box_around(region))) {
+    for (const dxf::record_id entity :
+         gi::entities_near(database, current_space(database), box_around(region))) {
         testing test(region, states, reach == reach::inside ? testing::wanted::all : testing::wanted::any);
         gi::tracer(test).draw(database, entity);
         if (reach == reach::inside ? test.all_inside() : test.touched())

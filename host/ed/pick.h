@@ -3,7 +3,7 @@
 
 #include "dbidar.h"
 #include "gemat3d.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/gi/region.h"
 
 #include <optional>

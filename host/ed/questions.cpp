@@ -6,7 +6,7 @@
 #include "dbobjptr.h"
 #include "geassign.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/expected.h"
 #include "host/ed/prompts.h"
 

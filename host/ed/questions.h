@@ -45,8 +45,8 @@ std::vector<AcDbObjectId> ask_objects(bool writes);
 // Puts a new entity into the current space. False when the drawing can not hold it: the user is told.
 bool add_to_current_space(std::unique_ptr<AcDbEntity> entity);
 
-// Whether the drawing has a linetype, or got it now from a file that defines it (host/db/linetype_file.h);
-// ByLayer and ByBlock count. And what the user is told where it is not so.
+// Whether the drawing has a linetype, or got it now from a file that defines it
+// (host/db/tables/linetype_file.h); ByLayer and ByBlock count. And what the user is told where it is not so.
 bool has_linetype(const std::wstring& name);
 std::wstring linetype_missing(const std::wstring& name);
 

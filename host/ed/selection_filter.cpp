@@ -5,7 +5,7 @@
 #include "base/number_text.h"
 #include "base/utf.h"
 #include "base/wildcard.h"
-#include "host/db/spaces.h"
+#include "host/db/tables/spaces.h"
 #include "host/dxf/code_line.h"
 #include "host/dxf/record_header.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "adsdef.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 
 #include <memory>
 #include <optional>

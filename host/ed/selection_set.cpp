@@ -3,8 +3,8 @@
 #include "acdbads.h"
 #include "acedads.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
-#include "host/db/symbol_entry.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/tables/symbol_entry.h"
 #include "host/ed/system_variables.h"
 
 #include <algorithm>

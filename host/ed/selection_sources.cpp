@@ -3,7 +3,7 @@
 #include "dbdict.h"
 #include "dbobjptr.h"
 #include "host/ap/documents.h"
-#include "host/db/properties.h"
+#include "host/db/tables/properties.h"
 #include "host/dxf/record_header.h"
 #include "host/ed/pick.h"
 #include "host/ed/selection_set.h"

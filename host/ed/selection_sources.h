@@ -1,7 +1,7 @@
 // Where selections come from: everything, the last entity, the set before, groups, handles.
 #pragma once
 
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/ed/selection_filter.h"
 #include "host/ed/selection_mode.h"
 #include "host/gi/region.h"

@@ -5,9 +5,9 @@
 #include "dbents.h"
 #include "dbobjptr.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
-#include "host/db/new_layout.h"
-#include "host/db/spaces.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/creation/new_layout.h"
+#include "host/db/tables/spaces.h"
 
 namespace ed {
 

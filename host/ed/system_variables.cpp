@@ -6,18 +6,18 @@
 #include "base/utf.h"
 #include "dbsymtb.h"
 #include "host/ap/documents.h"
-#include "host/db/imp_database.h"
-#include "host/db/notifier.h"
-#include "host/db/properties.h"
-#include "host/db/spaces.h"
-#include "host/db/support_path.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/core/notifier.h"
+#include "host/db/core/support_path.h"
+#include "host/db/tables/properties.h"
+#include "host/db/tables/spaces.h"
 #include "host/dxf/record_header.h"
 #include "host/ed/editor.h"
-#include "host/ed/editor_reactors.h"
 #include "host/ed/profile_variables.h"
 #include "host/ed/spaces.h"
 #include "host/ed/variable_table.h"
 #include "host/ed/view.h"
+#include "host/rx/editor_reactors.h"
 #include "sys/code_page.h"
 #include "sys/folders.h"
 #include "sys/user.h"
@@ -376,9 +376,9 @@ variable_status set_variable(std::wstring_view name, const variable_value& value
     if (taken.index() != row->value.index())
         return variable_status::wrong_type;
     const std::wstring known(row->name);
-    tell_editor([&](AcEditorReactor& reactor) { reactor.sysVarWillChange(known.c_str()); });
+    rx::tell_editor([&](AcEditorReactor& reactor) { reactor.sysVarWillChange(known.c_str()); });
     const bool done = put(*row, taken);
-    tell_editor([&](AcEditorReactor& reactor) { reactor.sysVarChanged(known.c_str(), done); });
+    rx::tell_editor([&](AcEditorReactor& reactor) { reactor.sysVarChanged(known.c_str(), done); });
     return done ? variable_status::well : variable_status::out_of_range;
 }
 

@@ -4,7 +4,7 @@
 #include "dbmain.h"
 #include "host/dxf/record_header.h"
 #include "host/ed/system_variables.h"
-#include "host/gi/extents.h"
+#include "host/view/extents.h"
 
 #include <algorithm>
 
@@ -45,7 +45,7 @@ view current_view(AcDbImpDatabase& database) {
     view saved = database.self().tilemode() ? saved_model_view(database) : saved_sheet_view(database, space);
     if (saved.height > 0.0)
         return saved;
-    const AcDbExtents& extents = database.extents_of_block(space);
+    const AcDbExtents& extents = gi::extents_of_block(database, space);
     if (gi::is_empty(extents))
         return {{}, 1.0};
     const AcGePoint3d least = extents.minPoint();

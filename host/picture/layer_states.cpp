@@ -1,10 +1,10 @@
 #include "host/picture/layer_states.h"
 
-#include "host/db/imp_object.h"
-#include "host/db/properties.h"
-#include "host/db/spaces.h"
-#include "host/db/viewport_groups.h"
-#include "host/db/xref_names.h"
+#include "host/db/core/imp_object.h"
+#include "host/db/tables/dependent_names.h"
+#include "host/db/tables/properties.h"
+#include "host/db/tables/spaces.h"
+#include "host/db/tables/viewport_groups.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // selected.
 #pragma once
 
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/gi/canvas.h"
 
 #include <memory>

@@ -3,7 +3,7 @@
 #include "acutmem.h"
 #include "dbmain.h"
 #include "dbsymtb.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 
 #include <cmath>
 #include <memory>

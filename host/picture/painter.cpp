@@ -4,11 +4,11 @@
 #include "dbents.h"
 #include "dbmain.h"
 #include "dbsymtb.h"
-#include "host/db/layer_look.h"
+#include "host/db/tables/layer_look.h"
 #include "host/dxf/record_header.h"
-#include "host/gi/extents.h"
 #include "host/gi/font.h"
 #include "host/picture/hatch_lines.h"
+#include "host/view/extents.h"
 
 #include <algorithm>
 #include <cmath>

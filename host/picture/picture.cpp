@@ -2,12 +2,12 @@
 
 #include "dbents.h"
 #include "dbmain.h"
-#include "host/db/draw_order.h"
-#include "host/db/spaces.h"
+#include "host/db/tables/draw_order.h"
+#include "host/db/tables/spaces.h"
 #include "host/dxf/group_list.h"
-#include "host/gi/extents.h"
-#include "host/gi/quick_box.h"
-#include "host/gi/tracer.h"
+#include "host/view/extents.h"
+#include "host/view/space_index.h"
+#include "host/view/tracer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -65,7 +65,7 @@ struct area {
 
 // What a space holds; something to look at for an empty one.
 area extents_of(AcDbImpDatabase& drawing, dxf::record_id space) {
-    const AcDbExtents& extents = drawing.extents_of_block(space);
+    const AcDbExtents& extents = gi::extents_of_block(drawing, space);
     if (gi::is_empty(extents))
         return {{0.0, 0.0}, {420.0, 297.0}};
     return {{extents.minPoint().x, extents.minPoint().y}, {extents.maxPoint().x, extents.maxPoint().y}};
@@ -167,7 +167,7 @@ private:
         around.add(least.x, least.y);
         around.add(most.x, most.y);
         const dxf::record_id model = drawing_.block(ACDB_MODEL_SPACE);
-        std::vector<dxf::record_id> entities = drawing_.entities_near(model, around);
+        std::vector<dxf::record_id> entities = gi::entities_near(drawing_, model, around);
         std::reverse(entities.begin(), entities.end()); // the oldest first
         const sys::sheet_point rim[] = {
             {box.left, box.top}, {box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}};

@@ -3,7 +3,7 @@
 
 #include "base/result.h"
 #include "gepnt2d.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/picture/painter.h"
 #include "sys/paper.h"
 

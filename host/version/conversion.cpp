@@ -1,7 +1,7 @@
 #include "host/version/conversion.h"
 
-#include "host/db/format_versions.h"
-#include "host/db/record_text.h"
+#include "host/db/core/format_versions.h"
+#include "host/db/core/record_text.h"
 #include "host/dxf/encoding_guess.h"
 #include "host/dxf/record_header.h"
 

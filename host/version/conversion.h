@@ -1,7 +1,7 @@
 // What all steps of writing a drawing as another version share.
 #pragma once
 
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "host/version/losses.h"
 #include "host/version/output.h"
 

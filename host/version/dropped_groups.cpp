@@ -1,6 +1,6 @@
 #include "host/version/dropped_groups.h"
 
-#include "host/db/format_versions.h"
+#include "host/db/core/format_versions.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-#include "host/db/format_versions.h"
-#include "host/db/record_text.h"
+#include "host/db/core/format_versions.h"
+#include "host/db/core/record_text.h"
 #include "host/version/sections.h"
 #include "host/version/variables.h"
 

@@ -1,4 +1,4 @@
-#include "host/db/format_versions.h"
+#include "host/db/core/format_versions.h"
 #include "host/version/modern_objects.h"
 #include "host/version/modern_plan.h"
 #include "host/version/modern_records.h"

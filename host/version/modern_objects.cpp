@@ -1,6 +1,6 @@
 #include "host/version/modern_objects.h"
 
-#include "host/db/format_versions.h"
+#include "host/db/core/format_versions.h"
 #include "host/version/markers.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "host/version/modern_records.h"
 
 #include "base/case_fold.h"
-#include "host/db/format_versions.h"
+#include "host/db/core/format_versions.h"
 #include "host/version/markers.h"
 #include "host/version/viewport_forms.h"
 

@@ -1,5 +1,5 @@
 #include "base/case_fold.h"
-#include "host/db/format_versions.h"
+#include "host/db/core/format_versions.h"
 #include "host/version/modern_plan.h"
 #include "host/version/r12_pictures.h"
 #include "host/version/r12_records.h"

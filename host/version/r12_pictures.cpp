@@ -1,12 +1,12 @@
 #include "host/version/r12_pictures.h"
 
 #include "dbents.h"
-#include "host/db/format_versions.h"
-#include "host/db/imp_object.h"
-#include "host/db/record_text.h"
-#include "host/gi/tracer.h"
+#include "host/db/core/format_versions.h"
+#include "host/db/core/imp_object.h"
+#include "host/db/core/record_text.h"
 #include "host/version/dropped_groups.h"
 #include "host/version/r12_figures.h"
+#include "host/view/tracer.h"
 
 #include <algorithm>
 #include <cmath>

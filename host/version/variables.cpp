@@ -1,6 +1,6 @@
 #include "host/version/variables.h"
 
-#include "host/db/format_versions.h"
+#include "host/db/core/format_versions.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,5 +1,5 @@
 // The view of a VIEWPORT in both of the forms that files have had: groups of its own since 2000, before that
-// a list in its extended data (see host/db/viewport_groups.h).
+// a list in its extended data (see host/db/tables/viewport_groups.h).
 #pragma once
 
 #include "host/version/conversion.h"

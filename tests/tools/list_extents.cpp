@@ -4,8 +4,8 @@
 #include "base/utf.h"
 #include "dbents.h"
 #include "dbsymtb.h"
-#include "host/db/imp_database.h"
-#include "host/db/imp_object.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/core/imp_object.h"
 #include "sys/folders.h"
 
 #include <cstdio>

@@ -5,7 +5,7 @@
 #include "base/utf.h"
 #include "dbents.h"
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
+#include "host/db/core/imp_database.h"
 #include "sys/folders.h"
 
 #include <cstdio>

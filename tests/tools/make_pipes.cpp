@@ -3,9 +3,9 @@
 // Tabulators stand between them.
 #include "base/utf.h"
 #include "dbobjptr.h"
-#include "host/db/imp_database.h"
-#include "host/gi/tracer.h"
+#include "host/db/core/imp_database.h"
 #include "host/rx/applications.h"
+#include "host/view/tracer.h"
 #include "siblings/zef_pipewire/TDbDoubleLinePipe.h"
 #include "siblings/zef_pipewire/TDbPipeAttachment.h"
 #include "siblings/zef_pipewire/TDbPipeNode.h"

@@ -1,0 +1,95 @@
+// The host's side of an object: which record it stands for, who has it open, and its groups.
+#pragma once
+
+#include "dbmain.h"
+#include "host/dxf/group_list.h"
+#include "host/dxf/record_table.h"
+#include "host/rx/reactor_list.h"
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+class AcDbImpDatabase;
+
+namespace db {
+
+// A member of an object was called that wants the object open in another way. Ends the command.
+class open_violation : public std::logic_error {
+public:
+    using std::logic_error::logic_error;
+};
+
+} // namespace db
+
+class ACDB_PORT AcDbImpObject {
+public:
+    // A new object, whose groups are those of `text` until it has a record.
+    void begin_new(std::string text);
+    // The same for a text that lives for ever, which is read when it is first asked for: objects that are
+    // opened are made by the same constructors, and never ask.
+    void begin_as(const char* text) { fresh_ = text; }
+
+    AcDbImpDatabase* database = nullptr; // null: new
+    dxf::record_id record = dxf::no_record;
+    int readers = 0;
+    bool writing = false;
+    bool touched = false; // since it was opened, by a member that wanted it open for write
+
+    // What happened since it was opened, for who wants to hear of it (host/db/core/notifier.h).
+    struct happened {
+        bool opened_for_modify = false; // which was told
+        bool made = false;
+        bool was_gone = false;
+        bool modified = false;
+        bool data = false;     // its extended data
+        bool graphics = false; // something else
+    };
+    happened news;
+    bool notifying = false;      // others are told of it: closed to all but readers
+    bool lent = false;           // and who is told may write: it has just joined the drawing
+    bool in_transaction = false; // which keeps it open
+    std::unique_ptr<rx::reactor_list<AcDbObjectReactor>> reactors; // of a new object
+
+    // Of a new entity: the properties that it was given; the others are the drawing's defaults once it
+    // joins one.
+    enum : unsigned {
+        given_layer = 1,
+        given_color = 2,
+        given_linetype = 4,
+        given_scale = 8,
+        given_weight = 16
+    };
+    unsigned given = 0;
+    // And what follows it when it does: vertices, attributes, and the end of their sequence.
+    std::vector<std::unique_ptr<AcDbObject>> parts;
+
+    // What the object is, as it stands in the drawing.
+    const dxf::group_list& groups() const;
+    // The same, to be changed, which is told the first time.
+    dxf::group_list& edit();
+    // Takes back what was changed since the last commit.
+    void forget() {
+        ++revision_;
+        groups_ = {};
+        loaded_ = false;
+    }
+    bool changed() const { return loaded_ && groups_.changed(); }
+    // Whether its groups are in memory. Until they are it is what the drawing's index and its record say.
+    bool is_read() const { return loaded_; }
+    // Another number after everything that may have changed the groups, for who keeps something made of them.
+    std::size_t revision() const { return revision_; }
+
+    std::wstring decode(std::string_view bytes) const;
+    std::string encode(std::wstring_view text) const;
+
+private:
+    void load() const;
+
+    mutable dxf::group_list groups_;
+    mutable bool loaded_ = false;
+    std::size_t revision_ = 0;
+    const char* fresh_ = nullptr;
+    std::string own_; // text of a new object, with the padding that reading wants
+};
