@@ -137,6 +137,7 @@ CSegmentGrid::CSegmentGrid(std::span<const Segment> pieces, double reach) {
         }
     }
     std::sort(entries.begin(), entries.end());
+    m_cells.reserve(entries.size());
     m_entries.reserve(entries.size());
     m_ways.reserve(entries.size());
     for (const auto& [key, way, piece] : entries) {

@@ -5,6 +5,7 @@
 #include "gepnt3d.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -15,7 +16,10 @@ struct Segment {
     AcGePoint3d m_start;
     AcGePoint3d m_end;
 
-    double Length() const { return m_start.distanceTo(m_end); }
+    double Length() const {
+        const double x = m_end.x - m_start.x, y = m_end.y - m_start.y, z = m_end.z - m_start.z;
+        return std::sqrt(x * x + y * y + z * z);
+    }
     // The point of it that is nearest to another one.
     AcGePoint3d Nearest(const AcGePoint3d& to) const;
     // How far behind the start, along it, the foot of a point lies.
