@@ -127,6 +127,16 @@ TEST(Linetypes, AreUnitedScaledContinuedAndTakenOut) {
     const std::size_t wall = text.find("\n  6\n", text.find("\n  2\n墙体\n"));
     text.replace(wall + 5, text.find('\n', wall + 5) - wall - 5, "虚线-2");
     put(text, "$LTSCALE\n 40\n15.0", "$LTSCALE\n 40\n1.0");
+    // A wall whose pattern would be too long, and one that is still readable.
+    const std::string on_wall = "\n  8\n墙体\n";
+    std::string handles[2];
+    std::size_t at = text.find("\n  2\nENTITIES\n");
+    for (int i = 0; i < 2; ++i) {
+        at = text.find(on_wall, at) + on_wall.size();
+        const std::size_t own = text.rfind("\n  5\n", at) + 5;
+        handles[i] = text.substr(own, text.find('\n', own) - own);
+        text.insert(at, i == 0 ? " 48\n8.0\n" : " 48\n0.5\n");
+    }
     const auto drawing = folder.write("in.dxf", text);
     const auto none = test::run_on_layers(drawing, "xxyh\n-*\nOK\n");
     EXPECT_TRUE(says(none.ran, "没有选择操作，图形没有改变。") && none.changed.empty()) << none.ran.out;
@@ -139,6 +149,8 @@ TEST(Linetypes, AreUnitedScaledContinuedAndTakenOut) {
         return std::ranges::find(outcome.changed, change) != outcome.changed.end();
     };
     EXPECT_TRUE(has("墙体: 6 DASHED") && has("FA1: gone") && has("FA2: gone"))
+        << testing::PrintToString(outcome.changed);
+    EXPECT_TRUE(has((handles[0] + ": -48 8.0").c_str()) && !has((handles[1] + ": -48 0.5").c_str()))
         << testing::PrintToString(outcome.changed);
     // Walls are closed polylines: their pattern goes on now.
     EXPECT_NE(std::ranges::count_if(outcome.changed,
