@@ -202,6 +202,9 @@ TEST_F(Checks, MapLayersByAFileAndBackAndLearnIt) {
         const auto refused = run("gxfz\nM\n" + folder_.write("bad.txt", bad).string() + "\n", 4);
         EXPECT_NE(refused.err.find("bad.txt 第 1 行"), std::string::npos) << refused.err;
     }
+    // Of a drawing with a reference that is not there, other handles than ours.
+    const std::string other = test::drawing("layer_tools/pipes.dxf").string();
+    EXPECT_TRUE(says(run("gxfz\nL\n" + other + "\n"), "两个图形的图层没有不同。"));
     run("gxfz\nM\nnowhere.txt\n", 4);
     run("gxfz\nL\nnowhere.dxf\n", 4);
 }
