@@ -131,7 +131,8 @@ TEST_F(LayerExport, GivesEachLayerAFileAndTakesPipesAlongOrApart) {
     EXPECT_EQ(with.types.at("ZEF_PIPE"), 1);
     EXPECT_TRUE(with.entries.contains("CLASS ZEF_PIPE"));
     EXPECT_TRUE(test::read(folder_ / "e-PIPE-给水.dxf").find("AC1015") != std::string::npos);
-    ran = run("tcdc\nN\nPIPE-给水\n\nY\nR12\n" + file("apart.dxf") + "\n");
+    // On a locked layer, too.
+    ran = run("-LAYER LO PIPE-给水\n\ntcdc\nN\nPIPE-给水\n\nY\nR12\n" + file("apart.dxf") + "\n");
     EXPECT_TRUE(says(ran, "个自定义实体已分解。")) << ran.out;
     const Content apart = read_content(folder_ / "apart.dxf");
     EXPECT_EQ(apart.types.count("ZEF_PIPE"), 0u);
