@@ -160,6 +160,50 @@ TEST(DbNewObjects, AnEntityStandsInItsContainerInTheMannerOfTheVersion) {
     }
 }
 
+// A polyline's lines share what they have in common until one is changed, or the drawing is: what stands
+// there must be what lines that know nothing of each other leave.
+TEST(DbNewObjects, LinesThatAPolylineFellIntoAreLikeOthers) {
+    const auto fill = [](const std::string& bytes, bool alike) {
+        auto database = holding(bytes);
+        const AcDbObjectId layer = add_record<AcDbLayerTableRecord>(*database, L"管线");
+        add_record<AcDbBlockTableRecord>(*database, L"块");
+        AcDbPolyline polyline;
+        for (unsigned i = 0; i < 12; ++i)
+            polyline.addVertexAt(i, {i / 3.0, i * i * 1e-5}, i == 5 ? 1.0 : 0.0);
+        polyline.setLayer(L"管线");
+        polyline.setColorIndex(3);
+        AcDbVoidPtrArray parts;
+        EXPECT_EQ(polyline.explode(parts), Acad::eOk);
+        std::vector<AcDbEntity*> lines;
+        for (void* const part : parts) {
+            std::unique_ptr<AcDbEntity> line(static_cast<AcDbEntity*>(part));
+            if (!alike)
+                line.reset(static_cast<AcDbEntity*>(line->clone()));
+            lines.push_back(line.release());
+        }
+        AcDbObjectId id;
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            if (i == 3)
+                AcDbLine::cast(lines[i])->setEndPoint({7, 7, -0.0});
+            if (i == 4)
+                lines[i]->setColorIndex(1);
+            if (i == 7)
+                EXPECT_EQ(AcDbLayerTableRecordPointer(layer, AcDb::kForWrite)->setName(L"水"), Acad::eOk);
+            const wchar_t* const block = i == 9 ? L"块" : ACDB_MODEL_SPACE;
+            EXPECT_EQ(append(*database, block, lines[i], id), Acad::eOk);
+        }
+        EXPECT_EQ(AcDbObjectPointer<AcDbLine>(id)->startPoint(), AcGePoint3d(10 / 3.0, 1e-3, 0));
+        return written(*database);
+    };
+    for (const std::string& bytes :
+         {test::read(test::drawing("r2018.dxf")), test::read(test::drawing("r2000_gbk.dxf")),
+          test::read(test::drawing("r12.dxf")), only_entities, r12_with_handles}) {
+        const std::string found = fill(bytes, true);
+        EXPECT_EQ(test::differences(fill(bytes, false), found), (std::vector<std::string>{}));
+        EXPECT_EQ(written(*holding(found)), found);
+    }
+}
+
 TEST(DbNewObjects, WhatAnEntityWasNotGivenItTakesFromTheDrawing) {
     std::string bytes = test::read(test::drawing("r2018.dxf"));
     const auto database = holding(bytes);

@@ -226,10 +226,10 @@ void record_table::note(record_id id, bool appended) {
     // A step goes back to what was before it, not to what it passed through.
     if ((marks_[id] & noted_mark) == 0) {
         noted_.push_back(id);
-        steps_.back().changes.push_back({content(id), id, appended});
+        steps_.back().changes.emplace_back(content(id), id, appended);
     }
     if (!parts_.empty() && parts_.back().noted.insert(id).second)
-        parts_.back().changes.push_back({content(id), id, appended});
+        parts_.back().changes.emplace_back(content(id), id, appended);
     if ((marks_[id] & saved_mark) == 0)
         saved_.push_back(state(id));
     marks_[id] |= noted_mark | saved_mark;
@@ -274,6 +274,10 @@ void record_table::give_handle(record_id id, std::uint64_t handle) {
     set_handle(id, handle);
     if (!indexed)
         return;
+    // New handles mostly follow the highest one.
+    if (handle >= by_handle_.size() && !by_handle_.empty() && by_far_handle_.empty() &&
+        handle / sparse <= size())
+        by_handle_.resize(static_cast<std::size_t>(handle) + 1, no_record);
     if (handle < by_handle_.size())
         by_handle_[static_cast<std::size_t>(handle)] = id;
     else
@@ -307,11 +311,24 @@ record_id record_table::add_behind(record_id previous, std::string_view text, re
 record_id record_table::insert_after(record_id previous, std::string_view text, record_kind kind,
                                      std::uint64_t owner) {
     const record_id id = add_behind(previous, text, kind, owner);
+    note_insertion(id);
+    return id;
+}
+
+record_id record_table::insert_like(record_id previous, std::string_view text, std::uint64_t handle) {
+    const record_id id = place_behind(previous, arena_.keep(text), kinds_[previous], types_[previous]);
+    layers_[id] = layers_[previous];
+    owners_[id] = owners_[previous];
+    give_handle(id, handle);
+    note_insertion(id);
+    return id;
+}
+
+void record_table::note_insertion(record_id id) {
     marks_[id] = gone_mark;
     note(id, true);
     marks_[id] ^= gone_mark;
     journal_.push_back(id);
-    return id;
 }
 
 record_id record_table::insert_implied(record_id previous, std::string_view text, record_kind kind,
@@ -368,9 +385,9 @@ void record_table::begin_step(std::string name) {
 
 void record_table::exchange(change& entry, std::vector<replay>& replayed) {
     const record_content now = content(entry.id);
-    put(entry.id, entry.other);
-    replayed.push_back({entry.id, entry.appended, now.gone, now.text != entry.other.text});
-    entry.other = now;
+    put(entry.id, entry);
+    replayed.push_back({entry.id, entry.appended, now.gone, now.text != entry.text});
+    static_cast<record_content&>(entry) = now;
 }
 
 std::string record_table::undo(std::vector<replay>& replayed) {
@@ -441,7 +458,7 @@ void record_table::take_back_part(std::vector<replay>& replayed) {
     if (taken.changes.empty() || !open_ || done_ != taken.step)
         return;
     // What was first changed in the part is no change of the step any more.
-    std::vector<change>& changes = steps_.back().changes;
+    std::deque<change>& changes = steps_.back().changes;
     const std::size_t before = taken.open ? taken.step_size : 0;
     while (changes.size() > before) {
         marks_[changes.back().id] &= static_cast<std::uint8_t>(~noted_mark);

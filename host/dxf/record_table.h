@@ -185,6 +185,8 @@ public:
     // A new record behind `previous` in the order of the file. Group 5 of the text is its handle, `owner` the
     // handle of its owner, which old files do not write.
     record_id insert_after(record_id previous, std::string_view text, record_kind kind, std::uint64_t owner);
+    // The same behind one that differs from the new one in handle and data alone.
+    record_id insert_like(record_id previous, std::string_view text, std::uint64_t handle);
     // Takes a record out, or brings it back. False when it is so already.
     bool set_gone(record_id id, bool gone);
     // Makes what is implied the drawing's own, so that it is saved. False when it is so already.
@@ -229,10 +231,13 @@ public:
     std::size_t unsaved() const;
 
 private:
-    struct change {
-        record_content other; // what the record was, or after undo: what it became
+    // What a record was, or after undo: what it became. There is one for each record that a step changes, so
+    // the order of members is the one that leaves no room between them.
+    struct change : record_content {
+        change(const record_content& was, record_id record, bool came)
+            : record_content(was), appended(came), id(record) {}
+        bool appended; // it was not there before
         record_id id;
-        bool appended = false; // it was not there before
     };
     // What the file holds of a record.
     struct saved_state {
@@ -244,10 +249,10 @@ private:
     };
     struct step {
         std::string name;
-        std::vector<change> changes;
+        std::deque<change> changes;
     };
     struct part {
-        std::vector<change> changes;
+        std::deque<change> changes;
         std::unordered_set<record_id> noted;
         bool open = false;         // a step had begun when it began
         std::size_t step = 0;      // the number of that step, or of the one that would begin
@@ -264,6 +269,7 @@ private:
 
     record_id add_behind(record_id previous, std::string_view text, record_kind kind, std::uint64_t owner);
     record_content content(record_id id) const;
+    void note_insertion(record_id id);
     record_id place_behind(record_id previous, std::string_view kept, record_kind kind, std::uint32_t type);
     void give_handle(record_id id, std::uint64_t handle);
     void put(record_id id, const record_content& content);
@@ -298,7 +304,7 @@ private:
     mutable bool handles_indexed_ = false;
 
     text_arena arena_;
-    std::vector<step> steps_;
+    std::deque<step> steps_;
     std::size_t done_ = 0;         // steps_[0, done_) are in effect
     bool open_ = false;            // the last step in effect takes further changes
     std::vector<record_id> noted_; // by that step, in the order of its changes

@@ -2,6 +2,7 @@
 
 #include "base/utf.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/lines_alike.h"
 
 namespace {
 
@@ -13,13 +14,23 @@ void AcDbImpObject::begin_new(std::string text) {
     ++revision_;
     own_ = std::move(text);
     own_.append(padding, '\0');
+    alike_.reset();
     groups_ = {};
     loaded_ = false; // there may be a million such objects before one is asked
 }
 
+void AcDbImpObject::begin_like(std::shared_ptr<db::lines_alike> lines, std::size_t number) {
+    alike_ = std::move(lines);
+    number_alike_ = number;
+}
+
 void AcDbImpObject::load() const {
-    if (database == nullptr && own_.empty() && fresh_ != nullptr)
-        const_cast<AcDbImpObject*>(this)->begin_new(fresh_);
+    if (database == nullptr && own_.empty()) {
+        if (alike_ != nullptr)
+            const_cast<AcDbImpObject*>(this)->begin_new(alike_->text(number_alike_));
+        else if (fresh_ != nullptr)
+            const_cast<AcDbImpObject*>(this)->begin_new(fresh_);
+    }
     if (database != nullptr)
         groups_ = dxf::group_list(database->records().text(record));
     else if (!own_.empty())

@@ -15,6 +15,8 @@ class AcDbImpDatabase;
 
 namespace db {
 
+class lines_alike;
+
 // A member of an object was called that wants the object open in another way. Ends the command.
 class open_violation : public std::logic_error {
 public:
@@ -30,6 +32,10 @@ public:
     // The same for a text that lives for ever, which is read when it is first asked for: objects that are
     // opened are made by the same constructors, and never ask.
     void begin_as(const char* text) { fresh_ = text; }
+    // One of many lines that are alike, by its number among them.
+    void begin_like(std::shared_ptr<db::lines_alike> lines, std::size_t number);
+    const std::shared_ptr<db::lines_alike>& alike() const { return alike_; }
+    std::size_t number_alike() const { return number_alike_; }
 
     AcDbImpDatabase* database = nullptr; // null: new
     dxf::record_id record = dxf::no_record;
@@ -91,5 +97,7 @@ private:
     mutable bool loaded_ = false;
     std::size_t revision_ = 0;
     const char* fresh_ = nullptr;
-    std::string own_; // text of a new object, with the padding that reading wants
+    std::string own_;                        // text of a new object, with the padding that reading wants
+    std::shared_ptr<db::lines_alike> alike_; // of a new line that has no text yet
+    std::size_t number_alike_ = 0;
 };

@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "host/db/core/format_versions.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/lines_alike.h"
 #include "host/db/core/record_text.h"
 #include "host/db/custom/custom_objects.h"
 #include "host/db/tables/properties.h"
@@ -79,6 +80,12 @@ dxf::record_id insert(AcDbImpDatabase& database, dxf::record_id previous, AcDbEn
     database.adopt(entity, record);
     save_graphics(entity);
     return record;
+}
+
+void tell_added(AcDbImpDatabase& database, dxf::record_id container, AcDbEntity& entity, AcDbObjectId& id) {
+    id = entity.objectId();
+    database.content_changed(container);
+    database.appended(entity);
 }
 
 // The end of a sequence of parts, with layer and space of the entity.
@@ -183,6 +190,13 @@ void give_defaults(AcDbImpDatabase& database, AcDbImpObject& entity, bool all) {
 Acad::ErrorStatus add_entity(AcDbImpDatabase& database, dxf::record_id block, AcDbEntity& entity,
                              AcDbObjectId& id) {
     AcDbImpObject& imp = entity.imp();
+    const std::shared_ptr<lines_alike> alike = imp.alike();
+    if (alike != nullptr)
+        if (const dxf::record_id record = alike->add(database, block, imp); record != dxf::no_record) {
+            database.adopt(entity, record);
+            tell_added(database, block, entity, id);
+            return Acad::eOk;
+        }
     if (is_external(database, block))
         return Acad::eIsXRefObject;
     const std::wstring name = database.name_of(block);
@@ -213,9 +227,9 @@ Acad::ErrorStatus add_entity(AcDbImpDatabase& database, dxf::record_id block, Ac
     }
     if (on_paper && database.records().type(record) == dxf::type_viewport)
         begin_viewport(imp);
-    id = database.id(record);
-    database.content_changed(block);
-    database.appended(entity);
+    if (alike != nullptr)
+        alike->added(database, block, record);
+    tell_added(database, block, entity, id);
     return Acad::eOk;
 }
 
@@ -242,11 +256,8 @@ Acad::ErrorStatus add_part(AcDbImpDatabase& database, dxf::record_id owner, AcDb
     }
     const bool on_paper = dxf::group_list(records.text(owner)).integer(entity_place, 67).value_or(0) == 1;
     const std::uint64_t handle = records.handle(owner);
-    const dxf::record_id record =
-        insert(database, previous, part, dxf::record_kind::part, handle, handle, on_paper);
-    id = database.id(record);
-    database.content_changed(owner);
-    database.appended(part);
+    insert(database, previous, part, dxf::record_kind::part, handle, handle, on_paper);
+    tell_added(database, owner, part, id);
     return Acad::eOk;
 }
 

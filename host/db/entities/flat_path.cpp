@@ -2,8 +2,8 @@
 
 #include "dbents.h"
 #include "host/db/core/geometry_groups.h"
+#include "host/db/core/lines_alike.h"
 #include "host/db/entities/imp_curve.h"
-#include "host/db/entities/lines_alike.h"
 
 #include <algorithm>
 #include <cmath>
@@ -205,8 +205,8 @@ void add_pieces(const flat_path& path, AcDbImpCurve& pieces) {
 
 void explode_path(const flat_path& path, const AcDbEntity& whole, AcDbVoidPtrArray& parts) {
     const AcGeMatrix3d to_world = AcGeMatrix3d::planeToWorld(path.normal);
-    const AcDbEntity* like = &whole;  // then the part before: it has fewer groups to be searched
-    std::optional<lines_alike> lines; // there may be a million of them
+    const AcDbEntity* like = &whole;    // then the part before: it has fewer groups to be searched
+    std::shared_ptr<lines_alike> lines; // there may be a million of them
     for (std::size_t i = 0; i < path.segments(); ++i) {
         const path_vertex& from = path.vertices[i];
         const AcGePoint2d& to = path.next(i).point;
@@ -223,7 +223,7 @@ void explode_path(const flat_path& path, const AcDbEntity& whole, AcDbVoidPtrArr
         } else {
             const AcGePoint3d start = to_world * at_elevation(from.point, path.elevation);
             const AcGePoint3d end = to_world * at_elevation(to, path.elevation);
-            if (lines) {
+            if (lines != nullptr) {
                 parts.append(lines->make(start, end).release());
                 continue;
             }
@@ -233,7 +233,7 @@ void explode_path(const flat_path& path, const AcDbEntity& whole, AcDbVoidPtrArr
             part->setPropertiesFrom(like);
             parts.append(part);
             like = part;
-            lines.emplace(*part);
+            lines = std::make_shared<lines_alike>(*part);
         }
     }
 }

@@ -1,8 +1,8 @@
 #include "acgi.h"
 #include "dbents.h"
 #include "host/db/core/geometry_groups.h"
+#include "host/db/core/lines_alike.h"
 #include "host/db/entities/imp_curve.h"
-#include "host/db/entities/lines_alike.h"
 #include "host/db/tables/properties.h"
 
 ACRX_DXF_DEFINE_MEMBERS(AcDbLine, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, LINE,
@@ -23,7 +23,7 @@ AcDbLine::AcDbLine() {
 // What is taken apart becomes many lines, so each is written at once.
 AcDbLine::AcDbLine(const AcGePoint3d& start, const AcGePoint3d& end) {
     std::string text = "0\nLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n";
-    db::append_ends(text, start, end);
+    db::append_ends(text, db::plain_style, start, end);
     imp().begin_new(std::move(text));
 }
 
