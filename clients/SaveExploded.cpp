@@ -47,8 +47,8 @@ void SaveExploded() {
     if (acedGetString(withBlanks, L"\n请输入副本的文件名<退出>:", answer) != RTNORM || answer.isEmpty())
         return;
     fs::path path = sys::to_path(answer.kwszPtr());
-    if (!path.has_extension())
-        path += ".dxf";
+    if (CString(sys::from_path(path.extension()).c_str()).CompareNoCase(L".dxf") != 0)
+        path += ".dxf"; // it is DXF whatever the name looks like
     AcDbDatabase& drawing = *acdbHostApplicationServices()->workingDatabase();
     if (IsDrawingItself(drawing, path)) {
         acdbFail(L"\n副本不能覆盖当前图形！");

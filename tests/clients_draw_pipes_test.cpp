@@ -181,7 +181,7 @@ TEST_F(PipeCommands, RefuseWhatTheyCanNotDraw) {
 TEST_F(PipeCommands, DrawSixSystemsAndTakeThemApart) {
     const test::folder folder;
     const std::string out = (folder / "out.dxf").string();
-    const std::string copy = (folder / "copy").string();
+    const std::string copy = (folder / "copy.2").string();
     std::string script = "-LAYER N PIPE-消防 C 5 PIPE-消防 \n";
     const char* const systems[] = {"给水", "热给水", "消防", "喷淋", "污水", "雨水"};
     for (int i = 0; i < 6; ++i) {

@@ -347,12 +347,13 @@ Acad::ErrorStatus ImportFile(const std::filesystem::path& file, Names& imported)
 }
 
 void Import() {
-    const std::filesystem::path file = AskFile(L"\n请输入状态文件(.las)或图形文件(.dxf)名<退出>:", L"");
+    const std::filesystem::path file = AskFile(L"\n请输入状态文件(.las)或图形文件(.dxf、.dwg)名<退出>:", L"");
     if (file.empty())
         return;
     const std::size_t layers = GetAllLayerIds().size();
     Names imported;
-    const bool isDrawing = CString(TextOf(file.extension())).CompareNoCase(L".dxf") == 0;
+    const CString ending = TextOf(file.extension());
+    const bool isDrawing = ending.CompareNoCase(L".dxf") == 0 || ending.CompareNoCase(L".dwg") == 0;
     const Acad::ErrorStatus status = isDrawing ? ImportDrawing(file, imported) : ImportFile(file, imported);
     if (TellFault(TextOf(file), status))
         return;
