@@ -140,6 +140,41 @@ TEST(Dwg, damage_is_told_and_the_rest_opens) {
     }
 }
 
+TEST(Dwg, the_most_frequent_kinds_of_proxies_are_named) {
+    dwg::drawing_text drawing;
+    drawing.objects = 99;
+    const auto told = [&] { return dwg::notes(drawing); };
+    drawing.version = 1015;
+    EXPECT_EQ(told(), L"DWG of 2000, 99 objects");
+    drawing.proxies = {{"A", 1}, {"B", 2}, {"C", 9}, {"D", 2}, {"E", 3}, {"F", 1}};
+    EXPECT_TRUE(told().ends_with(L"; 18 are kept as they are, as proxies: C 9, E 3, B 2, D 2, A 1, F 1"))
+        << told();
+    drawing.proxies.emplace("G", 1);
+    EXPECT_TRUE(told().ends_with(
+        L"; 19 are kept as they are, as proxies: C 9, E 3, B 2, D 2, A 1 and 2 other kinds"));
+}
+
+// Every command that takes a drawing takes this one: opened, put in as a block, attached; and when the
+// drawing that it is attached to is opened again.
+TEST(Dwg, is_opened_inserted_and_attached) {
+    const test::folder folder;
+    const std::string plan = folder.write("plan.dwg", small_drawing().file(39)).string();
+    const std::string out = (folder / "out.dxf").string();
+    const auto opened = test::zefhost({"--no-module", "-c", "OPEN\n" + plan + "\nLIST (handent \"42\") "});
+    EXPECT_EQ(opened.status, 0) << opened.err;
+    EXPECT_NE(opened.out.find("DN50"), std::string::npos) << opened.out;
+    const auto attached = test::zefhost(
+        {test::drawing("r2018.dxf").string(), "--no-module", "-c",
+         "XATTACH\n" + plan + "\nA 0,0 1 1 0\n-INSERT\nblock=" + plan + "\n9,9\n\n\n\n", "-o", out});
+    EXPECT_EQ(attached.status, 0) << attached.out << attached.err;
+    EXPECT_NE(attached.err.find("plan.dwg: DWG of 2000, 26 objects"), std::string::npos) << attached.err;
+    const auto again = test::zefhost({out, "--no-module", "-c", "-LAYER ? *\n\nINSERT ?\n*"});
+    EXPECT_EQ(again.status, 0) << again.err;
+    EXPECT_NE(again.out.find("Resolve Xref \"plan\": " + plan + "\n"), std::string::npos) << again.out;
+    EXPECT_NE(again.out.find("plan|给水"), std::string::npos) << again.out;
+    EXPECT_NE(again.out.find("\"block\""), std::string::npos) << again.out;
+}
+
 TEST(Dwg, what_can_not_be_read_is_refused) {
     for (const auto& [version, words] :
          std::vector<std::pair<std::string, std::wstring>>{{"AC1014", L"before AutoCAD 2000"},

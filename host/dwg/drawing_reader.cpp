@@ -4,6 +4,8 @@
 #include "host/dwg/assembly.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace dwg {
 
@@ -30,6 +32,33 @@ base::result<drawing_text> read_drawing(std::string_view bytes) {
     return out;
 }
 
+namespace {
+
+// How many objects are kept as proxies, and of which kinds: the most frequent, as many as a line has room
+// for.
+std::wstring proxies_told(const drawing_text& drawing) {
+    constexpr std::size_t room = 5;
+    std::size_t count = 0;
+    std::vector<std::pair<std::size_t, std::string>> kinds;
+    for (const auto& [kind, of_kind] : drawing.proxies) {
+        count += of_kind;
+        kinds.emplace_back(of_kind, kind);
+    }
+    std::stable_sort(kinds.begin(), kinds.end(),
+                     [](const auto& one, const auto& other) { return one.first > other.first; });
+    std::wstring told = L"; " + std::to_wstring(count) + L" are kept as they are, as proxies: ";
+    // One kind takes no more room than the words that it is one more.
+    const std::size_t named = kinds.size() <= room + 1 ? kinds.size() : room;
+    for (std::size_t i = 0; i < named; ++i)
+        told +=
+            (i == 0 ? L"" : L", ") + base::widen(kinds[i].second) + L" " + std::to_wstring(kinds[i].first);
+    if (named < kinds.size())
+        told += L" and " + std::to_wstring(kinds.size() - named) + L" other kinds";
+    return told;
+}
+
+} // namespace
+
 std::wstring notes(const drawing_text& drawing) {
     constexpr std::pair<int, std::wstring_view> years[] = {{r2000, L"2000"}, {r2004, L"2004"},
                                                            {r2007, L"2007"}, {r2010, L"2010"},
@@ -39,14 +68,8 @@ std::wstring notes(const drawing_text& drawing) {
         if (version == drawing.version)
             line += year;
     line += L", " + std::to_wstring(drawing.objects) + L" objects";
-    std::size_t count = 0;
-    std::wstring kinds;
-    for (const auto& [kind, of_kind] : drawing.proxies) {
-        count += of_kind;
-        kinds += (kinds.empty() ? L"" : L", ") + base::widen(kind) + L" " + std::to_wstring(of_kind);
-    }
-    if (count != 0)
-        line += L"; " + std::to_wstring(count) + L" are kept as they are, as proxies: " + kinds;
+    if (!drawing.proxies.empty())
+        line += proxies_told(drawing);
     constexpr std::size_t most = 20;
     for (std::size_t i = 0; i < drawing.damage.size() && i < most; ++i)
         line += L"\n" + drawing.damage[i];
