@@ -17,7 +17,6 @@
 #include <bit>
 #include <gtest/gtest.h>
 
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,8 +53,9 @@ TEST_F(ModuleCommands, HelpKnowsEach) {
          {L"zef_kernal", L"zef_pipewire", L"zef_public", L"zef_pipeSystem", L"zef_client"})
         ASSERT_TRUE(apps.load(name));
     for (const auto& [group, command] : ed::all_commands())
-        if (group.starts_with(L"ZEF_"))
+        if (group.starts_with(L"ZEF_")) {
             EXPECT_NE(ed::help_of(*command), L"") << base::narrow(command->globalName());
+        }
 }
 
 TEST_F(ModuleCommands, AreRegisteredInTheirOrderAndGoWithTheModule) {
