@@ -4,7 +4,8 @@ number of its group. The file KEPT holds what was printed last: sources stay in 
 new source or a new name costs the groups it comes into and no others.
 
 Compiling sources as one reads the headers that they share once. Two sources stand apart when one uses a name that the other
-keeps to itself (in an unnamed namespace, or static): the word would then mean something else, or two things.
+keeps to itself (in an unnamed namespace, or static): the word would then mean something else, or two things. A function that a
+source keeps stands in the way of calls and of types alone: a variable of its name hides it, as it should.
 """
 import re
 import sys
@@ -18,17 +19,23 @@ def code(text):
 
 
 def kept_names(text):
-    """What a source declares for itself alone: the names at the line's start between `namespace {` and its end."""
+    """What a source declares for itself alone: the names at the line's start between `namespace {` and its end; calls as "name("."""
     inside = re.findall(r"^namespace \{\n(.*?)^\} // namespace$", text, re.S | re.M)
     lines = code("".join(inside)).split("\n") + re.findall(r"^static (.*)", text, re.M)
     names = set()
     for line in lines:
-        if not re.match(r"[A-Za-z]", line) or re.match(r"TEST|using namespace|using [\w:]+;|namespace ", line):
+        if not re.match(r"[A-Za-z]", line) or re.match(r"TEST|using namespace|using [\w:]+;|namespace |static_assert", line):
             continue
-        declared = re.match(r"(?:struct|class|enum class|enum|using)\s+(\w+)", line) or re.search(r"(\w+)\s*(?:[(={;[]|$)", line)
+        declared = re.match(r"(?:struct|class|enum class|enum|using)\s+(\w+)()", line) or re.search(r"(\w+)\s*(?:(\()|[={;[]|$)", line)
         if declared:
-            names.add(declared.group(1))
+            names.add(declared.group(1) + (declared.group(2) or ""))
     return names
+
+
+def used_names(text):
+    """The words of a source but for members and what another namespace is asked for; calls, and what may be types, also as "name("."""
+    found = re.findall(r"(?<![.\w>:])(\w+)\b(\s*[({<>&*]|\s+\w)?", code(text))
+    return {word for name, use in found for word in (name, name + "(" if use else name)}
 
 
 def groups(sources, most, number_of=None):
@@ -36,7 +43,7 @@ def groups(sources, most, number_of=None):
     number_of = number_of or {}
     texts = {source: Path(source).read_text(encoding="utf-8") for source in sources}
     kept = {source: kept_names(texts[source]) for source in sources}
-    used = {source: set(re.findall(r"(?<![.\w>])\w+", code(texts[source]))) for source in sources}
+    used = {source: used_names(texts[source]) for source in sources}
     found = [[] for _ in range(max(number_of.values(), default=-1) + 1)]
 
     def fits(source, group):
