@@ -2,6 +2,7 @@
 // transformation puts it, what can not be transformed stays, copies and parts draw the same.
 #include "dbents.h"
 #include "tests/db_figures.h"
+#include "tests/support.h"
 
 #include <cmath>
 
@@ -169,6 +170,7 @@ TEST(DbFigures, TakenApartTheyDrawTheSame) {
 TEST(DbFigures, DamagedOnesHarmNobody) {
     const char* const wild[] = {"nan",    "inf", "-inf", "1e308",  "-1e308",
                                 "1e-320", "",    "x",    "-32768", "999999999"};
+    std::size_t cases = 0;
     for (const test::figure& figure : test::figures()) {
         const std::string_view whole = figure.groups;
         for (std::size_t bar = whole.find("|8 0|"); bar != whole.npos; bar = whole.find('|', bar + 1)) {
@@ -181,6 +183,9 @@ TEST(DbFigures, DamagedOnesHarmNobody) {
                     damaged.push_back(std::string(whole.substr(0, value)) + text +
                                       std::string(whole.substr(end)));
             for (const std::string& text : damaged) {
+                if (test::sanitized &&
+                    ++cases % 7 != 0) // eleven at a place: in time each damage comes to each kind of place
+                    continue;
                 const auto database = test::database_of(test::with_entities(text));
                 const dxf::record_id record = database->imp().records().find(0x100);
                 if (record == dxf::no_record)

@@ -72,7 +72,8 @@ TEST(Dxf, EveryBeginningOfADrawingIsReadRepairedOrRefusedWithAReason) {
     for (const char* name : {"r12.dxf", "r2018.dxf"}) {
         const std::string whole = test::read(test::drawing(name));
         std::size_t refused = 0;
-        for (std::size_t length = 0; length <= whole.size(); ++length) {
+        const std::size_t step = test::sanitized ? 7 : 1;
+        for (std::size_t length = whole.size() % step; length <= whole.size(); length += step) {
             const auto drawing = dxf::drawing::from_bytes(whole.substr(0, length));
             if (!drawing) {
                 EXPECT_FALSE(drawing.error().empty());
@@ -89,7 +90,8 @@ TEST(Dxf, EveryBeginningOfADrawingIsReadRepairedOrRefusedWithAReason) {
                 EXPECT_EQ(written(*repaired), again) << length;
             }
         }
-        EXPECT_LE(refused, whole.find("BLOCKS") + 10) << "from the first block on there is something to save";
+        EXPECT_LE(refused * step, whole.find("BLOCKS") + 10 + step)
+            << "from the first block on there is something to save";
     }
 }
 

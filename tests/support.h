@@ -8,6 +8,13 @@
 
 namespace test {
 
+// Everything takes many times as long under sanitizers: long rows of cases are cut down there.
+#ifdef ZEF_SANITIZED
+inline constexpr bool sanitized = true;
+#else
+inline constexpr bool sanitized = false;
+#endif
+
 // A folder that is there for one test.
 class folder {
 public:
