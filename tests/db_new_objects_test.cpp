@@ -187,8 +187,9 @@ TEST(DbNewObjects, LinesThatAPolylineFellIntoAreLikeOthers) {
                 AcDbLine::cast(lines[i])->setEndPoint({7, 7, -0.0});
             if (i == 4)
                 lines[i]->setColorIndex(1);
-            if (i == 7)
+            if (i == 7) {
                 EXPECT_EQ(AcDbLayerTableRecordPointer(layer, AcDb::kForWrite)->setName(L"水"), Acad::eOk);
+            }
             const wchar_t* const block = i == 9 ? L"块" : ACDB_MODEL_SPACE;
             EXPECT_EQ(append(*database, block, lines[i], id), Acad::eOk);
         }
