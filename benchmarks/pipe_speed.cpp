@@ -7,6 +7,7 @@
 #include "benchmarks/stop_watch.h"
 #include "dbapserv.h"
 #include "dbobjptr.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/rx/applications.h"
 #include "module/annotation/PipeLabels.h"
@@ -91,7 +92,7 @@ int Change(AcDbDatabase& drawing, const wchar_t* standard, bool (*change)(AcDbOb
         return 3;
     PipeTexts::Load();
     AcDbImpDatabase& imp = drawing.imp();
-    const auto records = imp.entities(imp.block(ACDB_MODEL_SPACE));
+    const auto records = imp.blocks().entities(imp.blocks().find(ACDB_MODEL_SPACE));
     int pipes = 0;
     const long before = PeakMemory();
     const auto begin = std::chrono::steady_clock::now();

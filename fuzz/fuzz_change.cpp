@@ -1,7 +1,9 @@
 // A drawing that is read, changed, saved and read again: what was changed is there, nothing else is, and undo
 // gives the bytes back. What is done to it, its last bytes say: behind the end of a drawing there is room for
 // them.
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
@@ -43,7 +45,7 @@ public:
         for (dxf::record_id id = 0; id < records_.size(); ++id)
             if (records_.kind(id) == dxf::record_kind::entity && records_.type_name(id) != "BLOCK_RECORD")
                 entities_.push_back(id);
-        database_.begin_step("step");
+        database_.history().begin_step("step");
     }
 
     void act(unsigned char what) {
@@ -59,18 +61,19 @@ public:
             append();
             break;
         case 3:
-            database_.undo();
-            database_.begin_step("step"); // an undo step without a name would look like the last one
+            database_.history().undo();
+            database_.history().begin_step(
+                "step"); // an undo step without a name would look like the last one
             break;
         case 4:
-            database_.redo();
-            database_.begin_step("step");
+            database_.history().redo();
+            database_.history().begin_step("step");
             break;
         case 5:
             database_.drawing().set_header_value("$CLAYER", 8, which % 2 == 0 ? "0" : "FUZZ");
             break;
         default:
-            database_.begin_step("step");
+            database_.history().begin_step("step");
             break;
         }
     }
@@ -86,7 +89,7 @@ private:
     }
     void erase(unsigned which) {
         if (!entities_.empty())
-            database_.set_erased(entities_[which % entities_.size()], which % 4 != 0);
+            database_.objects().set_erased(entities_[which % entities_.size()], which % 4 != 0);
     }
     void append() {
         const dxf::record_id section = database_.drawing().parts().entities;
@@ -130,7 +133,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     insist(static_cast<bool>(again));
     insist(written(**again) == changed || !(*again)->repairs().empty());
     insist(entities_of(**again) == entities_of(imp.drawing()));
-    while (!imp.undo().empty())
+    while (!imp.history().undo().empty())
         continue;
     insist(written(imp.drawing()) == before);
     return 0;

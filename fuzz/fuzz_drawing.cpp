@@ -3,7 +3,9 @@
 // can be opened and read.
 #include "acutmem.h"
 #include "dbobjptr.h"
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "host/dwg/drawing_reader.h"
 #include "host/dxf/drawing.h"
 
@@ -46,7 +48,7 @@ void read_all(AcDbDatabase& database) {
 
 void change_layers(AcDbDatabase& database) {
     AcDbImpDatabase& imp = database.imp();
-    for (const dxf::record_id entry : imp.entries(db::table_kind::layer)) {
+    for (const dxf::record_id entry : imp.names().entries(db::table_kind::layer)) {
         const AcDbObjectPointer<AcDbLayerTableRecord> layer(imp.id(entry), AcDb::kForWrite);
         if (layer.openStatus() != Acad::eOk)
             continue;
@@ -81,12 +83,12 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     database.imp().set_drawing(std::move(*drawing));
     read_all(database);
     insist(written(database.imp().drawing()) == whole);
-    database.imp().begin_step("layers");
+    database.imp().history().begin_step("layers");
     change_layers(database);
     const std::string changed = written(database.imp().drawing());
-    database.imp().undo();
+    database.imp().history().undo();
     insist(written(database.imp().drawing()) == whole);
-    database.imp().redo();
+    database.imp().history().redo();
     insist(written(database.imp().drawing()) == changed);
     return 0;
 }

@@ -1,4 +1,5 @@
 // The client's commands that draw pipes, in the program: what they ask, what they leave in the drawing.
+#include "host/db/core/blocks.h"
 #include "tests/pipe_support.h"
 
 namespace {
@@ -40,7 +41,7 @@ TEST_F(PipeCommands, DrawPipesThatMeetInJoints) {
     const auto there = holding(drawn);
     AcDbImpDatabase& imp = there->imp();
     int ends = 0;
-    for (const dxf::record_id record : imp.entities(imp.block(ACDB_MODEL_SPACE))) {
+    for (const dxf::record_id record : imp.blocks().entities(imp.blocks().find(ACDB_MODEL_SPACE))) {
         const AcDbObjectPointer<TDbPipe> pipe(imp.id(record), AcDb::kForRead);
         if (pipe.openStatus() != Acad::eOk)
             continue;
@@ -88,7 +89,7 @@ TEST_F(PipeCommands, OfPipesThatCrossOnePassesOverTheOther) {
     std::vector<std::vector<std::size_t>> over; // of each pipe, by their numbers
     std::vector<AcDbObjectId> pipes;
     AcDbImpDatabase& imp = there->imp();
-    for (const dxf::record_id record : imp.entities(imp.block(ACDB_MODEL_SPACE)))
+    for (const dxf::record_id record : imp.blocks().entities(imp.blocks().find(ACDB_MODEL_SPACE)))
         if (imp.records().type_name(record) == "ZEF_PIPE")
             pipes.push_back(imp.id(record));
     for (const AcDbObjectId id : pipes) {

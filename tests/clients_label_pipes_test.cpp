@@ -1,4 +1,5 @@
 // The client's commands that label and number pipes, in the program.
+#include "host/db/core/blocks.h"
 #include "tests/pipe_support.h"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ protected:
     template<class Entity, class Look>
     void for_each(Look look) const {
         AcDbImpDatabase& imp = database->imp();
-        for (const dxf::record_id record : imp.entities(imp.block(ACDB_MODEL_SPACE)))
+        for (const dxf::record_id record : imp.blocks().entities(imp.blocks().find(ACDB_MODEL_SPACE)))
             if (const AcDbObjectPointer<Entity> entity(imp.id(record), AcDb::kForRead);
                 entity.openStatus() == Acad::eOk)
                 look(*entity);

@@ -4,7 +4,10 @@
 #include "adscodes.h"
 #include "dbfiler.h"
 #include "dbobjptr.h"
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/custom/group_filers.h"
 #include "host/db/custom/memory_filer.h"
 #include "host/dxf/record_header.h"
@@ -29,7 +32,7 @@ protected:
         ASSERT_TRUE(rx::applications::instance().load(L"custom_classes"));
     }
     void TearDown() override {
-        database->imp().close_all();
+        database->imp().objects().close_all();
         static_cast<void>(rx::applications::instance().unload(L"custom_classes")); // it may be gone
     }
 
@@ -128,7 +131,7 @@ TEST_F(DbCustomClass, AnEntityFilesItselfAndItsClass) {
     erased->close();
     EXPECT_EQ(class_entry(*holding(written(*database)), "TESTPIPE"),
               "TestPipe CustomClasses|a test 1 1 0 1 ");
-    database->imp().undo();
+    database->imp().history().undo();
     EXPECT_EQ(written(*database), before);
 }
 
@@ -165,12 +168,12 @@ TEST_F(DbCustomClass, AChangeWritesWhatChangedAlone) {
          {}},
     };
     for (const row& row : rows) {
-        other->imp().begin_step("change");
+        other->imp().history().begin_step("change");
         AcDbObjectId id;
         ASSERT_EQ(other->getAcDbObjectId(id, false, AcDbHandle(0xA1)), Acad::eOk);
         auto* const pipe = open<TestPipe>(id, AcDb::kForWrite);
         row.change(*pipe);
-        other->imp().close_all();
+        other->imp().objects().close_all();
         std::vector<std::string> differences;
         for (const std::string& line : test::differences(bytes, written(*other)))
             differences.push_back(line);
@@ -185,7 +188,7 @@ TEST_F(DbCustomClass, AChangeWritesWhatChangedAlone) {
             EXPECT_EQ(differences, row.expected) << row.what;
         }
         if (written(*other) != bytes)
-            other->imp().undo();
+            other->imp().history().undo();
         EXPECT_EQ(written(*other), bytes) << row.what;
     }
 }

@@ -4,6 +4,7 @@
 #include "dbmain.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/view/extents.h"
 #include "host/view/tracer.h"
 #include "tests/dxf_support.h"
@@ -67,7 +68,7 @@ public:
     seen(AcDbDatabase& database, std::uint64_t handle) {
         const dxf::record_id record = database.imp().records().find(handle);
         if (record != dxf::no_record)
-            object_ = database.imp().view(record);
+            object_ = database.imp().objects().view(record);
         EXPECT_NE(Entity::cast(object_.get()), nullptr) << "handle " << std::hex << handle;
     }
     Entity& operator*() const { return *Entity::cast(object_.get()); }

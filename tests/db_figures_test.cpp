@@ -1,6 +1,7 @@
 // What holds for all figures: reading changes nothing, a transformed one is where the
 // transformation puts it, what can not be transformed stays, copies and parts draw the same.
 #include "dbents.h"
+#include "host/db/core/open_objects.h"
 #include "tests/db_figures.h"
 #include "tests/support.h"
 
@@ -190,7 +191,7 @@ TEST(DbFigures, DamagedOnesHarmNobody) {
                 const dxf::record_id record = database->imp().records().find(0x100);
                 if (record == dxf::no_record)
                     continue;
-                const std::unique_ptr<AcDbObject> object = database->imp().view(record);
+                const std::unique_ptr<AcDbObject> object = database->imp().objects().view(record);
                 AcDbEntity& entity = *AcDbEntity::cast(object.get());
                 AcDbExtents box;
                 entity.getGeomExtents(box);

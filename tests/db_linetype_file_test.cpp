@@ -3,6 +3,7 @@
 #include "base/utf.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/linetype_file.h"
 #include "tests/db_entities.h"
 #include "tests/ed_session.h"
@@ -69,7 +70,7 @@ TEST(DbLinetypeFile, ADrawingGetsThemFromFilesBesideIt) {
                           sys::system_folder() / "linetype.dbf");
     AcDbDatabase& drawing = session.database().self();
     const auto has = [&](std::wstring_view name) {
-        return session.database().find_entry(db::table_kind::linetype, name) != dxf::no_record;
+        return session.database().names().find(db::table_kind::linetype, name) != dxf::no_record;
     };
     struct row {
         const wchar_t* name;

@@ -4,7 +4,11 @@
 #include "dbents.h"
 #include "dbobjptr.h"
 #include "dbpl.h"
+#include "host/db/core/blocks.h"
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/layer_facts.h"
+#include "host/db/core/symbol_names.h"
 #include "host/dxf/record_header.h"
 #include "tests/dxf_support.h"
 #include "tests/support.h"
@@ -87,7 +91,7 @@ std::unique_ptr<AcDbDatabase> saved_and_read(const AcDbDatabase& database, const
 
 std::size_t live(AcDbDatabase& database, const wchar_t* block) {
     std::size_t count = 0;
-    for (const dxf::record_id entity : database.imp().entities(database.imp().block(block)))
+    for (const dxf::record_id entity : database.imp().blocks().entities(database.imp().blocks().find(block)))
         count += database.imp().records().gone(entity) ? 0 : 1;
     return count;
 }
@@ -147,15 +151,15 @@ TEST(DbNewObjects, AnEntityStandsInItsContainerInTheMannerOfTheVersion) {
 
         const auto again = saved_and_read(*database, row.bytes);
         EXPECT_EQ(live(*again, row.block), before + 1);
-        const auto entities = again->imp().entities(again->imp().block(row.block));
+        const auto entities = again->imp().blocks().entities(again->imp().blocks().find(row.block));
         EXPECT_EQ(again->imp().records().type_name(entities.back()), "LINE") << "the last of its container";
         if (const auto seed = again->imp().drawing().header_value("$HANDSEED")) {
             EXPECT_GT(dxf::parse_handle(*seed), static_cast<Adesk::UInt64>(id.handle()));
         }
 
-        database->imp().undo();
+        database->imp().history().undo();
         EXPECT_EQ(written(*database), row.bytes);
-        database->imp().redo();
+        database->imp().history().redo();
         EXPECT_EQ(written(*database), written(*again));
     }
 }
@@ -352,7 +356,7 @@ TEST(DbNewObjects, ABlockComesWithAllThatItNeeds) {
         EXPECT_EQ(append(*database, L"Valve", new AcDbLine, line), Acad::eOk);
         EXPECT_EQ(line.objectClass(), AcDbLine::desc());
         EXPECT_EQ(live(*saved_and_read(*database, row.bytes), L"VALVE"), 1u);
-        database->imp().begin_step("erase");
+        database->imp().history().begin_step("erase");
         AcDbBlockTableRecordPointer erased(id, AcDb::kForWrite);
         EXPECT_EQ(erased->erase(), Acad::eOk);
         EXPECT_TRUE(line.isErased());
@@ -361,8 +365,8 @@ TEST(DbNewObjects, ABlockComesWithAllThatItNeeds) {
         EXPECT_EQ(erased->erase(), Acad::eOk);
         erased.close();
         EXPECT_EQ(written(*database).find("VALVE"), std::string::npos);
-        database->imp().undo();
-        database->imp().undo();
+        database->imp().history().undo();
+        database->imp().history().undo();
         EXPECT_EQ(written(*database), row.bytes);
     }
 }
@@ -409,8 +413,8 @@ TEST(DbNewObjects, AMissingTableIsMadeWithItsFirstRecord) {
         EXPECT_NE(written(*database).find(groups(row.expected)), std::string::npos) << written(*database);
         EXPECT_EQ(database->setClayer(layer), Acad::eOk);
         const auto again = saved_and_read(*database, row.bytes);
-        EXPECT_EQ(again->imp().name_of(again->imp().current_layer()), L"PIPE");
-        database->imp().undo();
+        EXPECT_EQ(again->imp().names().name_of(again->imp().layers().current()), L"PIPE");
+        database->imp().history().undo();
         EXPECT_EQ(written(*database), row.bytes);
     }
     // As a user has it: the drawing had no table of layers.
@@ -432,7 +436,7 @@ TEST(DbNewObjects, ExtendedDataBringsItsApplication) {
         AcDbObjectId id;
         ASSERT_EQ(append(*database, ACDB_MODEL_SPACE, line, id), Acad::eOk);
         const auto again = saved_and_read(*database, bytes);
-        EXPECT_NE(again->imp().find_entry(db::table_kind::regapp, L"ZEF_TEST"), dxf::no_record);
+        EXPECT_NE(again->imp().names().find(db::table_kind::regapp, L"ZEF_TEST"), dxf::no_record);
         AcDbObjectPointer<AcDbLine> there(id);
         resbuf* const read = there->xData(L"ZEF_TEST");
         ASSERT_NE(read, nullptr);
@@ -489,7 +493,7 @@ TEST(DbNewObjects, WhatNamesARecordFollowsItsNewName) {
         SCOPED_TRACE(row.what);
         const auto database = holding(row.bytes);
         AcDbObjectPointer<AcDbSymbolTableRecord> record(
-            database->imp().id(database->imp().find_entry(row.kind, L"old")), AcDb::kForWrite);
+            database->imp().id(database->imp().names().find(row.kind, L"old")), AcDb::kForWrite);
         ASSERT_EQ(record.openStatus(), Acad::eOk);
         EXPECT_EQ(record->setName(L"a*b"), Acad::eInvalidInput);
         EXPECT_EQ(record->setName(L"管NEW"), Acad::eOk);
@@ -501,11 +505,11 @@ TEST(DbNewObjects, WhatNamesARecordFollowsItsNewName) {
             for (std::size_t at = expected.find(old); at != expected.npos; at = expected.find(old))
                 expected.replace(at, 3, name);
         EXPECT_EQ(written(*database), expected);
-        EXPECT_NE(database->imp().find_entry(row.kind, L"管new"), dxf::no_record);
-        EXPECT_EQ(database->imp().find_entry(row.kind, L"OLD"), dxf::no_record);
-        database->imp().undo();
+        EXPECT_NE(database->imp().names().find(row.kind, L"管new"), dxf::no_record);
+        EXPECT_EQ(database->imp().names().find(row.kind, L"OLD"), dxf::no_record);
+        database->imp().history().undo();
         EXPECT_EQ(written(*database), row.bytes);
-        EXPECT_NE(database->imp().find_entry(row.kind, L"OLD"), dxf::no_record);
+        EXPECT_NE(database->imp().names().find(row.kind, L"OLD"), dxf::no_record);
     }
 }
 
@@ -520,13 +524,13 @@ TEST(DbNewObjects, PurgeLeavesInTheListWhatNothingUses) {
         "0 SECTION|2 ENTITIES|0 INSERT|8 0|2 used|10 0|20 0|0 ENDSEC|0 EOF"));
     AcDbObjectIdArray ids;
     for (const db::table_kind kind : {db::table_kind::linetype, db::table_kind::layer, db::table_kind::block})
-        for (const dxf::record_id entry : database->imp().entries(kind))
+        for (const dxf::record_id entry : database->imp().names().entries(kind))
             ids.append(database->imp().id(entry));
     EXPECT_EQ(ids.length(), 3 + 4 + 4);
     ASSERT_EQ(database->purge(ids), Acad::eOk);
     std::vector<std::wstring> names;
     for (const AcDbObjectId& id : ids)
-        names.push_back(database->imp().name_of(database->imp().record(id)));
+        names.push_back(database->imp().names().name_of(database->imp().record(id)));
     EXPECT_EQ(names, (std::vector<std::wstring>{L"DOTTED", L"FREE", L"UNUSED"}));
 }
 
@@ -605,7 +609,7 @@ TEST(DbNewObjects, ObjectsStandInDictionariesAndKnowWhoWantsToHearOfThem) {
         EXPECT_EQ(line->removePersistentReactor(owned_id), Acad::eKeyNotFound);
         line.close();
         EXPECT_EQ(record_groups(*database, line_id), before);
-        database->imp().undo();
+        database->imp().history().undo();
         EXPECT_EQ(written(*database), bytes);
     }
     AcDbDictionary* none = nullptr;
@@ -632,7 +636,7 @@ TEST(DbNewObjects, AnotherObjectTakesOverIdHandleAndPlace) {
     AcDbObjectPointer<AcDbCircle> there(at(*again, 0x102));
     ASSERT_EQ(there.openStatus(), Acad::eOk);
     EXPECT_EQ(there->radius(), 4.0);
-    database->imp().undo();
+    database->imp().history().undo();
     EXPECT_EQ(written(*database), bytes);
     EXPECT_EQ(id.objectClass(), AcDbLine::desc());
 }
@@ -678,7 +682,7 @@ TEST(DbNewObjects, VerticesAndAttributesFollowTheirEntity) {
         const auto database = holding(row.bytes);
         AcDbImpDatabase& imp = database->imp();
         std::vector<AcDbObjectId> entities(1);
-        if (const dxf::record_id tap = imp.block(L"TAP"); tap != dxf::no_record) {
+        if (const dxf::record_id tap = imp.blocks().find(L"TAP"); tap != dxf::no_record) {
             auto* const reference = new AcDbBlockReference(AcGePoint3d::kOrigin, imp.id(tap));
             auto* const attribute = new AcDbAttribute;
             EXPECT_EQ(attribute->setTag(L"BORE"), Acad::eOk);
@@ -714,10 +718,10 @@ TEST(DbNewObjects, VerticesAndAttributesFollowTheirEntity) {
                                                              : text);
             }
         EXPECT_EQ(found, row.expected);
-        const dxf::record_id block = again->imp().block(row.block);
-        EXPECT_EQ(again->imp().entities(block).back(),
+        const dxf::record_id block = again->imp().blocks().find(row.block);
+        EXPECT_EQ(again->imp().blocks().entities(block).back(),
                   again->imp().record(at(*again, entities.back().handle())));
-        imp.undo();
+        imp.history().undo();
         EXPECT_EQ(written(*database), row.bytes);
     }
 }

@@ -3,6 +3,7 @@
 #include "dbents.h"
 #include "dbobjptr.h"
 #include "dbpl.h"
+#include "host/db/core/open_objects.h"
 #include "tests/db_figures.h"
 
 #include <chrono>
@@ -370,7 +371,7 @@ TEST(DbOldPolyline, DrawsEdgesThatAreVisible) {
 
 TEST(DbOldPolyline, GoesOverItsVerticesAndOpensThem) {
     const auto database = test::database_of(old_polyline("|70 0|30 7", "1 2 7 0;3 4 7 0 42=0.5;5 6 7 0"));
-    database->imp().set_erased(database->imp().records().find(0x102), true);
+    database->imp().objects().set_erased(database->imp().records().find(0x102), true);
     const test::seen<AcDb2dPolyline> polyline(*database, 0x100);
     const std::unique_ptr<AcDbObjectIterator> vertices(polyline->vertexIterator());
     std::vector<double> found;

@@ -8,7 +8,9 @@
 #include "dbfiler.h"
 #include "dbobjptr.h"
 #include "dbsymtb.h"
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
 #include "tchar.h"
 #include <functional>
 #include <gtest/gtest.h>
@@ -109,7 +111,7 @@ struct DbReactor : testing::Test {
         const AcDbObjectPointer<AcDbLine> opened(line, AcDb::kForRead, true);
         ASSERT_EQ(opened->addReactor(of_line.get()), Acad::eOk);
     }
-    void step(const char* name) { database->imp().begin_step(name); }
+    void step(const char* name) { database->imp().history().begin_step(name); }
     AcDbObjectId add(AcDbEntity* entity) {
         const AcDbBlockTableRecordPointer space(ACDB_MODEL_SPACE, database.get(), AcDb::kForWrite);
         AcDbObjectId id;
@@ -214,24 +216,24 @@ TEST_F(DbReactor, WhatIsUndoneIsToldAsUndone) {
     const lines revived{"revived", "db revived Line undoing", "closed"};
     const lines erased{"erased", "db erased Line undoing", "closed"};
     const lines undone{"undone", "modified", "xdata", "graphics", "db modified Line undoing", "closed"};
-    EXPECT_EQ(imp.undo(), "ERASE");
+    EXPECT_EQ(imp.history().undo(), "ERASE");
     EXPECT_EQ(heard(), revived);
-    EXPECT_EQ(imp.undo(), "CIRCLE");
+    EXPECT_EQ(imp.history().undo(), "CIRCLE");
     EXPECT_EQ(heard(), (lines{"db unappended Circle undoing"}));
-    EXPECT_EQ(imp.undo(), "STRETCH");
+    EXPECT_EQ(imp.history().undo(), "STRETCH");
     EXPECT_EQ(heard(), undone);
     EXPECT_EQ(of_line->is, 1.0);
-    EXPECT_EQ(imp.undo(), "LINE");
+    EXPECT_EQ(imp.history().undo(), "LINE");
     EXPECT_EQ(heard(), (lines{"unappended", "db unappended Line undoing", "closed"}));
-    EXPECT_EQ(imp.redo(), "LINE");
+    EXPECT_EQ(imp.history().redo(), "LINE");
     EXPECT_EQ(heard(), (lines{"reappended", "db reappended Line undoing", "closed"}));
-    EXPECT_EQ(imp.redo(), "STRETCH");
+    EXPECT_EQ(imp.history().redo(), "STRETCH");
     EXPECT_EQ(heard(), undone);
-    EXPECT_EQ(imp.redo(), "CIRCLE");
+    EXPECT_EQ(imp.history().redo(), "CIRCLE");
     EXPECT_EQ(heard(), (lines{"db reappended Circle undoing"}));
-    EXPECT_EQ(imp.redo(), "ERASE");
+    EXPECT_EQ(imp.history().redo(), "ERASE");
     EXPECT_EQ(heard(), erased);
-    EXPECT_EQ(imp.undo(), "ERASE");
+    EXPECT_EQ(imp.history().undo(), "ERASE");
     const AcDbObjectPointer<AcDbLine> opened(line);
     EXPECT_FALSE(opened->isUndoing());
 }
@@ -432,6 +434,6 @@ TEST_F(DbReactor, ObjectsThatARecordNamesHearOfIt) {
         EXPECT_EQ(opened->removePersistentReactor(note), Acad::eOk);
     }
     EXPECT_EQ(heard(), lines{}) << "it is one no more";
-    database->imp().close_all();
+    database->imp().objects().close_all();
     deleteAcRxClass(HearingNote::desc());
 }

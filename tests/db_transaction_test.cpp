@@ -3,6 +3,8 @@
 #include "base/utf.h"
 #include "dbents.h"
 #include "dbobjptr.h"
+#include "host/db/core/blocks.h"
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/transactions.h"
 #include "host/rx/reactor_list.h"
@@ -23,7 +25,7 @@ struct DbTransaction : testing::Test {
         step("C");
     }
     void TearDown() override { EXPECT_EQ(manager.numActiveTransactions(), 0); }
-    void step(const char* name) { database->imp().begin_step(name); }
+    void step(const char* name) { database->imp().history().begin_step(name); }
     AcDbObjectId append(AcDbEntity* entity, bool in_transaction = false) {
         const AcDbBlockTableRecordPointer space(ACDB_MODEL_SPACE, database.get(), AcDb::kForWrite);
         AcDbObjectId id;
@@ -98,20 +100,21 @@ TEST_F(DbTransaction, WhatIsAbortedIsAsItWas) {
 
         AcDbImpDatabase& imp = database->imp();
         const auto lines = [&] {
-            const auto all = imp.entities(imp.block(ACDB_MODEL_SPACE));
+            const auto all = imp.blocks().entities(imp.blocks().find(ACDB_MODEL_SPACE));
             return static_cast<std::size_t>(
                 std::count_if(all.begin(), all.end(), [&](auto id) { return !imp.records().gone(id); }));
         };
         EXPECT_EQ(length(), row.length);
         EXPECT_EQ(lines(), row.lines);
-        EXPECT_EQ(imp.undo(), row.keep_outer ? "C" : "LINE") << "a step that is taken back whole is none";
+        EXPECT_EQ(imp.history().undo(), row.keep_outer ? "C" : "LINE")
+            << "a step that is taken back whole is none";
         if (row.keep_outer) {
             EXPECT_EQ(length(), 1.0);
-            EXPECT_EQ(imp.redo(), "C");
+            EXPECT_EQ(imp.history().redo(), "C");
             EXPECT_EQ(length(), row.length);
             EXPECT_EQ(lines(), row.lines);
         } else {
-            imp.redo();
+            imp.history().redo();
             EXPECT_EQ(std::string(imp.records().text(imp.record(line))), text);
         }
     }
@@ -134,7 +137,7 @@ TEST_F(DbTransaction, ErasingAndCancellingAreTakenBackToo) {
     manager.startTransaction();
     append(new AcDbLine({0, 0, 0}, {7, 0, 0}), true);
     EXPECT_EQ(db::transactions::instance().abort_all(), 2u);
-    EXPECT_EQ(database->imp().undo(), "LINE");
+    EXPECT_EQ(database->imp().history().undo(), "LINE");
 }
 
 TEST_F(DbTransaction, AllIsToldWhenTheOutermostEnds) {
@@ -181,7 +184,8 @@ TEST_F(DbTransaction, AllIsToldWhenTheOutermostEnds) {
     hears.log.clear();
     manager.startTransaction();
     AcDbObject* space = nullptr;
-    manager.getObject(space, database->imp().id(database->imp().block(ACDB_MODEL_SPACE)), AcDb::kForWrite);
+    manager.getObject(space, database->imp().id(database->imp().blocks().find(ACDB_MODEL_SPACE)),
+                      AcDb::kForWrite);
     auto* const made = new AcDbLine({0, 0, 0}, {7, 0, 0});
     AcDbObjectId id;
     EXPECT_EQ(AcDbBlockTableRecord::cast(space)->appendAcDbEntity(id, made), Acad::eOk);

@@ -2,8 +2,11 @@
 // them.
 #include "dbents.h"
 #include "dbobjptr.h"
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/references.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/dependent_names.h"
 #include "host/db/xref/loading.h"
 #include "sys/folders.h"
@@ -124,7 +127,8 @@ TEST(DbXref, ReferencesAreReadOnceToldAndCutWhereTheyCircle) {
     EXPECT_EQ(acdbOpenObject(entity, inside[0], AcDb::kForWrite), Acad::eIsXRefObject);
     ASSERT_EQ(acdbOpenObject(entity, inside[0], AcDb::kForRead), Acad::eOk);
     EXPECT_EQ(entity->upgradeOpen(), Acad::eIsXRefObject);
-    EXPECT_EQ(host.database.imp().close_all(), 1u) << "what is left open in a reference is the command's too";
+    EXPECT_EQ(host.database.imp().objects().close_all(), 1u)
+        << "what is left open in a reference is the command's too";
     EXPECT_EQ(saved(host.database), test::read(host_file()));
 }
 
@@ -219,7 +223,7 @@ TEST(DbXref, AChangedDependentNameIsTheDrawingsOwn) {
     Loaded host(host_file());
     const std::string before = test::read(host_file());
     const auto thaw = [&] {
-        host.database.imp().begin_step("thaw");
+        host.database.imp().history().begin_step("thaw");
         const AcDbLayerTableRecordPointer door(L"一层|门", &host.database, AcDb::kForWrite);
         EXPECT_EQ(door->setIsFrozen(false), Acad::eOk);
     };
@@ -246,10 +250,10 @@ TEST(DbXref, AChangedDependentNameIsTheDrawingsOwn) {
         AcDbObjectPointer<AcDbLinetypeTableRecord>(door->linetypeObjectId())->getName(name);
         EXPECT_EQ(std::wstring(name.kwszPtr()), L"一层|管线");
     }
-    host.database.imp().undo();
+    host.database.imp().history().undo();
     EXPECT_EQ(saved(host.database), before);
     EXPECT_TRUE(AcDbLayerTableRecordPointer(L"一层|门", &host.database)->isFrozen()) << "seen as before";
-    host.database.imp().redo();
+    host.database.imp().history().redo();
     EXPECT_EQ(saved(host.database), after);
 }
 
@@ -268,7 +272,7 @@ TEST(DbXref, WithoutRetainingTheReferencesStateIsSeen) {
     EXPECT_EQ(saved(host.database), bytes) << "seen, not changed";
     { AcDbLayerTableRecordPointer(L"一层|墙", &host.database, AcDb::kForWrite)->setIsLocked(true); }
     EXPECT_EQ(test::differences(bytes, saved(host.database)), (Changes{"- -5", "+ 1"}));
-    host.database.imp().undo();
+    host.database.imp().history().undo();
     EXPECT_EQ(saved(host.database), bytes);
 }
 
@@ -292,7 +296,8 @@ TEST(DbXref, LayersOfReferencesAreRuledByTheHosts) {
     EXPECT_EQ(db::layer_seen(imp, L"墙"), L"墙");
     for (const auto& row : rows) {
         const dxf::record_id layer = db::ruling_layer(imp, row.reference, row.layer);
-        EXPECT_EQ(layer == dxf::no_record ? std::wstring() : imp.name_of(layer), row.ruled_by) << &row - rows;
+        EXPECT_EQ(layer == dxf::no_record ? std::wstring() : imp.names().name_of(layer), row.ruled_by)
+            << &row - rows;
     }
 }
 

@@ -1,6 +1,8 @@
 // Picks by point, nested picks, windows, crossings and fences, by what entities draw.
 #include "dbmain.h"
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
 #include "host/ed/pick.h"
 #include "host/view/extents.h"
 #include "host/view/quick_box.h"
@@ -177,19 +179,19 @@ TEST(Pick, TheIndexFollowsChanges) {
         EXPECT_EQ(entity->transformBy(AcGeMatrix3d::translation({0.0, y, 0.0})), Acad::eOk);
         entity->close();
     };
-    database.begin_step("one");
+    database.history().begin_step("one");
     move(0x20, -50.0);
     EXPECT_EQ(picked(database, 50.0, 0.0), "");
     EXPECT_EQ(picked(database, 50.0, -50.0), "20");
-    database.begin_step("two");
+    database.history().begin_step("two");
     move(0x11, 1.0); // in a block: every reference shows it elsewhere
     EXPECT_EQ(picked(database, 20.0, 20.0), "");
     EXPECT_EQ(picked(database, 20.0, 22.0), "11<27");
-    database.undo();
-    database.undo();
+    database.history().undo();
+    database.history().undo();
     EXPECT_EQ(picked(database, 50.0, 0.0), "20");
     EXPECT_EQ(picked(database, 20.0, 20.0), "11<27");
-    database.set_erased(database.records().find(0x20), true);
+    database.objects().set_erased(database.records().find(0x20), true);
     EXPECT_EQ(picked(database, 50.0, 0.0), "");
 }
 

@@ -1,5 +1,6 @@
 // System variables: kinds, ranges, where each is kept, and what they leave in the drawing.
 #include "acutmem.h"
+#include "host/db/core/history.h"
 #include "host/ed/system_variables.h"
 #include "sys/registry.h"
 #include "tests/ed_session.h"
@@ -106,7 +107,7 @@ TEST(EdVariables, OfADrawingAreSetAndTakenBack) {
     for (const char* const drawing : {"r2018.dxf", "r12.dxf", "r2000_gbk.dxf"}) {
         test::session session(test::drawing(drawing));
         const std::string before = bytes_of(session);
-        session.database().begin_step("SETVAR");
+        session.database().history().begin_step("SETVAR");
         int changed = 0;
         for (const std::wstring& name : ed::variable_names()) {
             ed::variable_value old, wanted, found;
@@ -122,7 +123,7 @@ TEST(EdVariables, OfADrawingAreSetAndTakenBack) {
         }
         EXPECT_GT(changed, 80) << drawing;
         EXPECT_NE(bytes_of(session), before);
-        session.database().undo();
+        session.database().history().undo();
         EXPECT_TRUE(bytes_of(session) == before) << drawing;
     }
 }

@@ -1,5 +1,6 @@
 // How a drawing shows pipe systems, and what becomes of pipe entities without their application.
 #include "dbproxy.h"
+#include "host/db/core/history.h"
 #include "host/view/tracer.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
 #include "siblings/zef_pipewire/TDefaultCfg.h"
@@ -90,7 +91,7 @@ TEST_F(PipeConfig, HidesSystemsUntilTheyAreShown) {
     EXPECT_EQ(GetPsBreakWidth(again.get()), 2.5);
     EXPECT_EQ(GetElbowType(again.get()), 1);
     EXPECT_EQ(GetPsPipeTextDis(again.get()), GetPsPipeTextDis(holding(before).get())) << "the default";
-    database->imp().undo();
+    database->imp().history().undo();
     EXPECT_EQ(GetDwgPsGlobal(config, AcDb::kForRead, database.get()), Acad::eKeyNotFound);
 }
 

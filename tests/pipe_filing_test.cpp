@@ -1,5 +1,7 @@
 // What the pipe entities file in drawings.
+#include "host/db/core/history.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "siblings/zef_pipewire/PipeSystems.h"
 #include "tests/binary_form.h"
 #include "tests/pipe_support.h"
@@ -33,7 +35,7 @@ TEST_P(PipeFilingIn, FilesWhatItHolds) {
     const AcDbObjectId passing = append(test::pipe_between({0, 5, 9}, {9, 0, 9}));
     const AcDbObjectId layer = database->clayer();
     const AcDbObjectId style =
-        database->imp().id(database->imp().find_entry(db::table_kind::text_style, L"Standard"));
+        database->imp().id(database->imp().names().find(db::table_kind::text_style, L"Standard"));
     const std::string node = db::handle_text(other.handle());
     const std::string layer_handle = db::handle_text(layer.handle());
     struct row {
@@ -145,7 +147,7 @@ TEST_P(PipeFilingIn, FilesWhatItHolds) {
             mirrored->ChangeValues().m_flow = x < 0 ? kFlowUnknown : kFlowToStart;
         }
         EXPECT_EQ(test::section(id, row.marker), row.expected) << "mirrored twice";
-        database->imp().undo();
+        database->imp().history().undo();
         EXPECT_TRUE(saved(*database) == with_it) << "undone";
     }
     EXPECT_NE(saved(*database).find("TDbVerticalSectionFeed"), std::string::npos);

@@ -4,6 +4,7 @@
 #include "dbobjptr.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/dxf/group_reader.h"
 #include "host/dxf/record_header.h"
 #include "host/rx/applications.h"
@@ -28,7 +29,7 @@ protected:
         database = holding(read(drawing("r2018.dxf")));
     }
     void TearDown() override {
-        database->imp().close_all();
+        database->imp().objects().close_all();
         database.reset();
         static_cast<void>(rx::applications::instance().unload(L"zef_pipewire")); // it may be gone
     }

@@ -1,6 +1,8 @@
 // Undo and redo: through random commands on real drawings, and by the options of UNDO.
 #include "base/utf.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "tests/support.h"
 
 #include <algorithm>
@@ -25,14 +27,14 @@ subjects subjects_of(const std::filesystem::path& file) {
     AcDbImpDatabase& imp = database.imp();
     const dxf::record_table& records = imp.records();
     for (dxf::record_id id = 0; id < records.size(); ++id)
-        if (records.kind(id) == dxf::record_kind::entity && imp.in_space(id)) {
+        if (records.kind(id) == dxf::record_kind::entity && imp.blocks().in_space(id)) {
             ACHAR handle[AcDbHandle::kStrSiz];
             AcDbHandle(records.handle(id)).getIntoAsciiBuffer(handle);
             found.handles.push_back(base::narrow(handle));
         }
     const auto names = [&](db::table_kind kind, std::vector<std::string>& into) {
-        for (const dxf::record_id entry : imp.entries(kind))
-            if (const std::wstring name = imp.name_of(entry);
+        for (const dxf::record_id entry : imp.names().entries(kind))
+            if (const std::wstring name = imp.names().name_of(entry);
                 name.find_first_of(L"\"*|\n\\`#@.?~[],") == name.npos && !name.empty())
                 into.push_back("\"" + base::narrow(name) + "\"");
     };

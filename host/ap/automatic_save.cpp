@@ -2,6 +2,7 @@
 
 #include "host/ap/surroundings.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/left_entries.h"
 #include "sys/folders.h"
 
 #include <array>
@@ -51,7 +52,7 @@ std::wstring automatic_save::at_prompt(AcDbImpDatabase& drawing, const std::wstr
     seen_ = drawing.records().journal().size();
     if (drawing.records().unsaved() == 0)
         return {};
-    drawing.settle_dictionaries();
+    db::settle_dictionaries(drawing);
     const fs::path fresh = new_name(title, ++count_);
     if (auto written = drawing.drawing().write_file(fresh); !written)
         return L"Automatic save failed: " + written.error();

@@ -3,6 +3,7 @@
 #include "aced.h"
 #include "host/ap/surroundings.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/xref/loading.h"
 #include "host/rx/applications.h"
 #include "host/rx/editor_reactors.h"
@@ -208,7 +209,7 @@ documents::in_context::~in_context() {
 
 void documents::settle_locks() {
     for (const auto& one : all_)
-        one->database()->imp().write_locked = one->may_write(context_);
+        one->database()->imp().objects().write_locked = one->may_write(context_);
 }
 
 Acad::ErrorStatus documents::lock(document& locked, AcAp::DocLockMode mode, const std::wstring& name) {

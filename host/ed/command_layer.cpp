@@ -10,7 +10,9 @@
 #include "host/ap/documents.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/properties.h"
 #include "host/ed/color_text.h"
 #include "host/ed/expected.h"
@@ -34,21 +36,21 @@ AcDbDatabase* database() {
 }
 
 std::wstring current_name() {
-    const dxf::record_id current = database()->imp().current_layer();
-    return current != dxf::no_record ? database()->imp().name_of(current) : L"0";
+    const dxf::record_id current = database()->imp().layers().current();
+    return current != dxf::no_record ? database()->imp().names().name_of(current) : L"0";
 }
 
 std::vector<AcDbObjectId> all_layers() {
     std::vector<AcDbObjectId> ids;
     AcDbImpDatabase& imp = database()->imp();
-    for (const dxf::record_id entry : imp.entries(db::table_kind::layer))
+    for (const dxf::record_id entry : imp.names().entries(db::table_kind::layer))
         if (!imp.records().gone(entry))
             ids.push_back(imp.id(entry));
     return ids;
 }
 
 std::wstring name_of(AcDbObjectId id) {
-    return database()->imp().name_of(database()->imp().record(id));
+    return database()->imp().names().name_of(database()->imp().record(id));
 }
 
 std::vector<std::wstring> layer_names() {
@@ -74,7 +76,7 @@ std::vector<std::wstring> split(std::wstring_view list) {
 // The layers that a list names: a layer of exactly that name, else those that its patterns fit.
 std::vector<AcDbObjectId> layers_of(const std::wstring& list) {
     AcDbImpDatabase& imp = database()->imp();
-    if (const dxf::record_id exact = imp.find_entry(db::table_kind::layer, list); exact != dxf::no_record)
+    if (const dxf::record_id exact = imp.names().find(db::table_kind::layer, list); exact != dxf::no_record)
         return {imp.id(exact)};
     std::vector<AcDbObjectId> found;
     for (const AcDbObjectId id : all_layers())
@@ -147,7 +149,7 @@ bool list_layers() {
         const std::wstring weight_text =
             weight < 0 ? L"Default" : base::widen(base::real_text(weight / 100.0)) + L" mm";
         row(name, state, color_text(layer->color()),
-            linetype != dxf::no_record ? database()->imp().name_of(linetype) : L"", weight_text);
+            linetype != dxf::no_record ? database()->imp().names().name_of(linetype) : L"", weight_text);
     }
     acutPrintf(L"\nCurrent layer: \"%ls\"\n", current_name().c_str());
     return true;
@@ -187,7 +189,7 @@ bool new_layers() {
             const bool twice = std::any_of(names.begin(), name, [&](const std::wstring& other) {
                 return base::equal_no_case(other, *name);
             });
-            if (twice || database()->imp().find_entry(db::table_kind::layer, *name) != dxf::no_record)
+            if (twice || database()->imp().names().find(db::table_kind::layer, *name) != dxf::no_record)
                 return reason_for(*name, Acad::eDuplicateRecordName);
             if (acdbSNValid(name->c_str(), 0) != RTNORM)
                 return reason_for(*name, Acad::eInvalidInput);
@@ -210,7 +212,7 @@ bool make_or_set(bool makes) {
     const expecting hint({{}, {}, {}, layer_names});
     return ask_value(prompt.c_str(), {}, answer_rule::word, [&](const answer& given) -> std::wstring {
                AcDbImpDatabase& imp = database()->imp();
-               AcDbObjectId id = imp.id(imp.find_entry(db::table_kind::layer, given.text));
+               AcDbObjectId id = imp.id(imp.names().find(db::table_kind::layer, given.text));
                if (id.isNull()) {
                    if (!makes)
                        return L"Cannot find layer \"" + given.text + L"\".";
@@ -234,23 +236,24 @@ bool rename() {
     const int answered = ask_value(
         L"\nEnter old layer name: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
             old_name = given.text;
-            const dxf::record_id found = database()->imp().find_entry(db::table_kind::layer, old_name);
+            const dxf::record_id found = database()->imp().names().find(db::table_kind::layer, old_name);
             return found != dxf::no_record && old_name != L"0"
                        ? L""
                        : L"Cannot rename layer \"" + old_name + L"\".";
         });
     if (answered != RTNORM)
         return answered != RTCAN;
-    return ask_value(
-               L"\nEnter new layer name: ", {}, answer_rule::word, [&](const answer& given) -> std::wstring {
-                   const dxf::record_id found = database()->imp().find_entry(db::table_kind::layer, old_name);
-                   const AcDbObjectPointer<AcDbLayerTableRecord> layer(database()->imp().id(found),
-                                                                       AcDb::kForWrite);
-                   if (layer.openStatus() != Acad::eOk)
-                       return L"Cannot rename layer \"" + old_name + L"\".";
-                   const Acad::ErrorStatus status = layer->setName(given.text.c_str());
-                   return status == Acad::eOk ? L"" : reason_for(given.text, status);
-               }) != RTCAN;
+    return ask_value(L"\nEnter new layer name: ", {}, answer_rule::word,
+                     [&](const answer& given) -> std::wstring {
+                         const dxf::record_id found =
+                             database()->imp().names().find(db::table_kind::layer, old_name);
+                         const AcDbObjectPointer<AcDbLayerTableRecord> layer(database()->imp().id(found),
+                                                                             AcDb::kForWrite);
+                         if (layer.openStatus() != Acad::eOk)
+                             return L"Cannot rename layer \"" + old_name + L"\".";
+                         const Acad::ErrorStatus status = layer->setName(given.text.c_str());
+                         return status == Acad::eOk ? L"" : reason_for(given.text, status);
+                     }) != RTCAN;
 }
 
 bool on() {
@@ -337,7 +340,7 @@ bool linetype() {
                   });
     if (answered == RTCAN)
         return false;
-    chosen = database()->imp().id(database()->imp().find_entry(db::table_kind::linetype, name));
+    chosen = database()->imp().id(database()->imp().names().find(db::table_kind::linetype, name));
     return for_layers(L"\nEnter name list of layer(s) for linetype \"" + name + L"\" <" + current_name() +
                           L">: ",
                       true, [&](AcDbLayerTableRecord& layer) { layer.setLinetypeObjectId(chosen); });

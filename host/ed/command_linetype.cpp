@@ -7,6 +7,7 @@
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/support_path.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/linetype_file.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/prompts.h"
@@ -95,7 +96,8 @@ bool reloads(const std::wstring& name) {
 
 void load(const linetype_definition& definition) {
     AcDbDatabase& drawing = *current_drawing();
-    const bool known = drawing.imp().find_entry(db::table_kind::linetype, definition.name) != dxf::no_record;
+    const bool known =
+        drawing.imp().names().find(db::table_kind::linetype, definition.name) != dxf::no_record;
     if (known && !reloads(definition.name))
         return;
     AcDbObjectId id;
@@ -138,9 +140,9 @@ void list_loaded() {
         return;
     AcDbImpDatabase& drawing = current_drawing()->imp();
     acutPrintf(L"\nName             Description\n");
-    for (const dxf::record_id entry : drawing.entries(db::table_kind::linetype)) {
+    for (const dxf::record_id entry : drawing.names().entries(db::table_kind::linetype)) {
         const AcDbObjectPointer<AcDbLinetypeTableRecord> linetype(drawing.id(entry), AcDb::kForRead);
-        const std::wstring name = drawing.name_of(entry);
+        const std::wstring name = drawing.names().name_of(entry);
         if (linetype.openStatus() != Acad::eOk || !base::wildcard_match(name, names, true))
             continue;
         ACHAR* description = linetype->comments();
@@ -173,7 +175,7 @@ bool set_current() {
 
 bool has_linetype(const std::wstring& name) {
     return base::equal_no_case(name, L"ByLayer") || base::equal_no_case(name, L"ByBlock") ||
-           current_drawing()->imp().find_entry(db::table_kind::linetype, name) != dxf::no_record ||
+           current_drawing()->imp().names().find(db::table_kind::linetype, name) != dxf::no_record ||
            !db::find_and_load_linetype(*current_drawing(), name).isNull();
 }
 

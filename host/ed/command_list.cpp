@@ -12,6 +12,7 @@
 #include "dbobjptr.h"
 #include "dbpl.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"
 #include "host/ed/questions.h"
@@ -54,7 +55,7 @@ std::wstring name_of(AcDbObjectId id) {
     if (id.isNull() || id.database() == nullptr)
         return {};
     AcDbImpDatabase& drawing = id.database()->imp();
-    return drawing.name_of(drawing.record(id));
+    return drawing.names().name_of(drawing.record(id));
 }
 
 // Type, layer, space, handle, and what is not ByLayer.

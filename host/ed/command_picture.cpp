@@ -3,6 +3,7 @@
 #include "base/case_fold.h"
 #include "dblayout.h"
 #include "dbobjptr.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/creation/new_layout.h"
 #include "host/db/tables/spaces.h"
@@ -25,7 +26,7 @@ std::vector<dxf::record_id> all_sheets(AcDbImpDatabase& drawing) {
         if (opened.openStatus() != Acad::eOk)
             continue;
         const AcDbObjectId space = opened->getBlockTableRecordId();
-        if (space.isValid() && drawing.record(space) != drawing.block(ACDB_MODEL_SPACE))
+        if (space.isValid() && drawing.record(space) != drawing.blocks().find(ACDB_MODEL_SPACE))
             sheets.push_back(drawing.record(space));
     }
     return sheets;
@@ -41,7 +42,7 @@ bool ask_what(AcDbImpDatabase& drawing, sys::paper_format format, picture::reque
                     several ? L"Current Model Sheets Window" : L"Current Model Window", word);
     if (answered == RTCAN)
         return false;
-    const dxf::record_id model = drawing.block(ACDB_MODEL_SPACE);
+    const dxf::record_id model = drawing.blocks().find(ACDB_MODEL_SPACE);
     wanted.spaces = {word == L"Model" ? model : db::current_tab(drawing)};
     if (word == L"Sheets") {
         wanted.spaces = all_sheets(drawing);

@@ -6,6 +6,7 @@
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/audit.h"
 #include "host/ed/editor.h"
 #include "host/ed/host_commands.h"
@@ -98,10 +99,10 @@ public:
     bool purge(const purged_kind& kind, std::size_t& found) {
         AcDbImpDatabase& drawing = current_drawing()->imp();
         AcDbObjectIdArray ids;
-        for (const dxf::record_id entry : drawing.entries(kind.table)) {
+        for (const dxf::record_id entry : drawing.names().entries(kind.table)) {
             const AcDbObjectId id = drawing.id(entry);
             const bool wanted = !drawing.records().gone(entry) && !declined_.contains(entry) &&
-                                base::wildcard_match(drawing.name_of(entry), names_, true) &&
+                                base::wildcard_match(drawing.names().name_of(entry), names_, true) &&
                                 (kind.table != table_kind::text_style || loads_shapes(id) == kind.shapes);
             if (wanted)
                 ids.append(id);
@@ -117,7 +118,7 @@ public:
 private:
     bool purge_one(const purged_kind& kind, AcDbObjectId id) {
         AcDbImpDatabase& drawing = current_drawing()->imp();
-        const std::wstring name = drawing.name_of(drawing.record(id));
+        const std::wstring name = drawing.names().name_of(drawing.record(id));
         if (verifies_) {
             std::wstring word = L"No";
             if (ask_keyword(L"\nPurge " + std::wstring(kind.one) + L" \"" + name + L"\"? [Yes/No] <N>: ",

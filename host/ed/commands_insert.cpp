@@ -3,7 +3,9 @@
 #include "base/case_fold.h"
 #include "base/wildcard.h"
 #include "dbobjptr.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/creation/inserted_drawing.h"
 #include "host/db/creation/new_block.h"
 #include "host/db/xref/loading.h"
@@ -22,7 +24,7 @@ std::wstring last_block; // of the session
 
 AcDbObjectId block_named(const std::wstring& name) {
     AcDbImpDatabase& drawing = current_drawing()->imp();
-    return drawing.id(drawing.find_entry(db::table_kind::block, name));
+    return drawing.id(drawing.names().find(db::table_kind::block, name));
 }
 
 void list_blocks() {
@@ -34,9 +36,9 @@ void list_blocks() {
     int references = 0;
     int own = 0;
     int unnamed = 0;
-    for (const dxf::record_id entry : drawing.entries(db::table_kind::block)) {
-        const std::wstring name = drawing.name_of(entry);
-        if (drawing.records().gone(entry) || AcDbImpDatabase::is_space_name(name))
+    for (const dxf::record_id entry : drawing.names().entries(db::table_kind::block)) {
+        const std::wstring name = drawing.names().name_of(entry);
+        if (drawing.records().gone(entry) || db::blocks::is_space_name(name))
             continue;
         const AcDbObjectPointer<AcDbBlockTableRecord> block(drawing.id(entry));
         const bool external = block.openStatus() == Acad::eOk && block->isFromExternalReference();
@@ -81,7 +83,7 @@ std::wstring find_wanted(std::wstring text, wanted& found) {
     found.name = text.substr(0, equals);
     if (equals == text.npos)
         found.block = block_named(text);
-    if (!found.block.isNull() && !AcDbImpDatabase::is_space_name(text))
+    if (!found.block.isNull() && !db::blocks::is_space_name(text))
         return {};
     found.block = {};
     const std::wstring file =

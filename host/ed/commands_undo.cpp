@@ -2,6 +2,7 @@
 #include "acedads.h"
 #include "base/number_text.h"
 #include "base/utf.h"
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/undo_groups.h"
 #include "host/ed/editor.h"
@@ -23,7 +24,7 @@ bool automatic = true;                    // whether menus group what they do: t
 // The history of the current drawing, as its groups divide it.
 class history {
 public:
-    explicit history(AcDbImpDatabase& drawing) : drawing_(drawing), groups_(drawing.undo_groups) {
+    explicit history(AcDbImpDatabase& drawing) : drawing_(drawing), groups_(drawing.history().groups) {
         if (drawing.records().can_redo() || groups_.undone.empty())
             return;
         // A change since then took the place of what had been undone, and of where that was divided.
@@ -43,7 +44,7 @@ public:
             const std::size_t unit = begin_of_unit();
             std::wstring name = unit + 1 < now() ? L"GROUP" : L"";
             while (now() > std::max(unit, place)) {
-                const std::wstring step = base::widen(drawing_.undo());
+                const std::wstring step = base::widen(drawing_.history().undo());
                 if (name.empty())
                     name = step;
             }
@@ -205,7 +206,7 @@ void redo_command() {
     }
     std::wstring names;
     while (count-- > 0)
-        if (const std::string name = drawing.redo(); !name.empty())
+        if (const std::string name = drawing.history().redo(); !name.empty())
             names += (names.empty() ? L"" : L" ") + base::widen(name);
     past.groups().reached = past.now();
     acutPrintf(names.empty() ? L"\nNothing to redo.\n" : L"\n%ls\n", names.c_str());

@@ -5,7 +5,9 @@
 #include "base/utf.h"
 #include "dbmain.h"
 #include "host/ap/documents.h"
+#include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/transactions.h"
 #include "host/ed/command_aliases.h"
 #include "host/ed/command_stack.h"
@@ -221,7 +223,7 @@ void editor::run_outermost(const running_command& command, Function function) {
     if (is_step)
         for (const auto& one : documents.all()) { // it may go to the others
             one->layer_history.command_begins();
-            one->database()->imp().begin_step(base::narrow(command.shown));
+            one->database()->imp().history().begin_step(base::narrow(command.shown));
         }
     if (!session)
         ++document->commands;
@@ -284,7 +286,7 @@ void editor::close_left_open(const std::wstring& name) {
     };
     tell(db::transactions::instance().abort_all(), L" transactions open; they were aborted");
     for (AcDbDatabase* const database : ap::documents::instance().databases())
-        tell(database->imp().close_all(), L" objects open; they were closed");
+        tell(database->imp().objects().close_all(), L" objects open; they were closed");
 }
 
 std::wstring editor::command_names() const {

@@ -8,9 +8,12 @@
 #include "dbdict.h"
 #include "dbobjptr.h"
 #include "host/ap/documents.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/extended_data.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/symbol_names.h"
 #include "host/dxf/record_header.h"
 #include "host/ed/selection_sources.h"
 #include "host/ed/system_variables.h"
@@ -60,7 +63,7 @@ void append(resbuf* chain, resbuf* more) {
 
 // The data of an entity or object, extended data only of the applications that are asked for.
 resbuf* list_of(AcDbImpDatabase& database, dxf::record_id record, const resbuf* applications) {
-    const std::unique_ptr<AcDbObject> view = database.view(record);
+    const std::unique_ptr<AcDbObject> view = database.objects().view(record);
     if (view == nullptr)
         return nullptr;
     constexpr int entity_name = -1;
@@ -97,7 +100,7 @@ resbuf* list_of(AcDbImpDatabase& database, dxf::record_id record, const resbuf* 
 bool is_walked(AcDbImpDatabase& database, dxf::record_id record) {
     const dxf::record_kind kind = database.records().kind(record);
     return (kind == dxf::record_kind::entity || kind == dxf::record_kind::part) &&
-           !database.records().gone(record) && database.in_space(record);
+           !database.records().gone(record) && database.blocks().in_space(record);
 }
 
 // ---- tables
@@ -119,8 +122,8 @@ std::optional<db::table_kind> table_of(const ACHAR* name) {
 // An entry of a table as programs see it: without handles, owners and class markers; of a block its
 // definition, and the first entity in it.
 resbuf* entry_list(AcDbImpDatabase& database, db::table_kind kind, dxf::record_id entry) {
-    const dxf::record_id begin = kind == db::table_kind::block ? database.begin_of_block(entry) : entry;
-    const std::unique_ptr<AcDbObject> view = database.view(entry);
+    const dxf::record_id begin = kind == db::table_kind::block ? database.blocks().begin_of(entry) : entry;
+    const std::unique_ptr<AcDbObject> view = database.objects().view(entry);
     if (view == nullptr || begin == dxf::no_record)
         return nullptr;
     const dxf::group_list groups(database.records().text(begin));
@@ -139,7 +142,7 @@ resbuf* entry_list(AcDbImpDatabase& database, db::table_kind kind, dxf::record_i
     resbuf* const list = db::chain_of(view->imp(), shown);
     if (kind == db::table_kind::block) {
         constexpr int first_entity = -2;
-        const auto entities = database.entities(entry);
+        const auto entities = database.blocks().entities(entry);
         const auto first = std::find_if(entities.begin(), entities.end(),
                                         [&](dxf::record_id id) { return !database.records().gone(id); });
         if (first != entities.end())
@@ -233,7 +236,7 @@ int acdbTblObjName(const ACHAR* table, const ACHAR* name, ads_name result) {
     const auto kind = ed::table_of(table);
     if (database == nullptr || !kind || name == nullptr || result == nullptr)
         return RTERROR;
-    return ed::give_name(*database, database->find_entry(*kind, name), result) ? RTNORM : RTERROR;
+    return ed::give_name(*database, database->names().find(*kind, name), result) ? RTNORM : RTERROR;
 }
 
 resbuf* acdbTblSearch(const ACHAR* table, const ACHAR* name, int setNext) {
@@ -241,11 +244,11 @@ resbuf* acdbTblSearch(const ACHAR* table, const ACHAR* name, int setNext) {
     const auto kind = ed::table_of(table);
     if (database == nullptr || !kind || name == nullptr)
         return nullptr;
-    const dxf::record_id entry = database->find_entry(*kind, name);
+    const dxf::record_id entry = database->names().find(*kind, name);
     if (entry == dxf::no_record)
         return nullptr;
     if (setNext != 0) {
-        const auto entries = database->entries(*kind);
+        const auto entries = database->names().entries(*kind);
         ed::walk_in(*database).next[static_cast<std::size_t>(*kind)] =
             static_cast<std::size_t>(std::find(entries.begin(), entries.end(), entry) - entries.begin() + 1);
     }
@@ -260,11 +263,11 @@ resbuf* acdbTblNext(const ACHAR* table, int rewind) {
     std::size_t& next = ed::walk_in(*database).next[static_cast<std::size_t>(*kind)];
     if (rewind != 0)
         next = 0;
-    const auto entries = database->entries(*kind);
+    const auto entries = database->names().entries(*kind);
     while (next < entries.size()) {
         const dxf::record_id entry = entries[next++];
         if (database->records().gone(entry) ||
-            (*kind == db::table_kind::block && AcDbImpDatabase::is_space_name(database->name_of(entry))))
+            (*kind == db::table_kind::block && db::blocks::is_space_name(database->names().name_of(entry))))
             continue;
         if (resbuf* const list = ed::entry_list(*database, *kind, entry))
             return list;
@@ -275,7 +278,7 @@ resbuf* acdbTblNext(const ACHAR* table, int rewind) {
 int acdbNamedObjDict(ads_name result) {
     AcDbImpDatabase* const database = ed::selected_drawing();
     return database != nullptr && result != nullptr &&
-                   ed::give_name(*database, database->root_dictionary(), result)
+                   ed::give_name(*database, database->drawing().ensure_root_dictionary(), result)
                ? RTNORM
                : RTERROR;
 }

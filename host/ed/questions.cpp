@@ -7,6 +7,7 @@
 #include "geassign.h"
 #include "host/ap/documents.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/layer_facts.h"
 #include "host/ed/expected.h"
 #include "host/ed/prompts.h"
 
@@ -101,7 +102,7 @@ std::vector<AcDbObjectId> ask_objects(bool writes) {
         if (acedSSName(set, i, name) != RTNORM || acdbGetObjectId(id, name) != Acad::eOk)
             continue;
         AcDbImpDatabase& drawing = id.database()->imp();
-        if (writes && drawing.on_locked_layer(drawing.record(id)))
+        if (writes && drawing.layers().is_locked(drawing.record(id)))
             ++locked;
         else
             chosen.push_back(id);

@@ -5,6 +5,7 @@
 #include "base/number_text.h"
 #include "base/utf.h"
 #include "base/wildcard.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/spaces.h"
 #include "host/dxf/code_line.h"
 #include "host/dxf/record_header.h"
@@ -407,7 +408,7 @@ bool selection_filter::fits_space(const node& tested, candidate& entity) const {
     if (known < 0 && tested.what == node::kind::layout) {
         known = base::wildcard_match(db::tab_name(*database_, entity.space()), tested.pattern, true) ? 1 : 0;
     } else if (known < 0) {
-        const std::wstring block = base::folded(database_->name_of(entity.space()));
+        const std::wstring block = base::folded(database_->names().name_of(entity.space()));
         const double paper = block.starts_with(L"*paper_space") ? 1.0 : 0.0;
         known = holds(tested.how[0], paper, tested.value[0]) ? 1 : 0;
     }

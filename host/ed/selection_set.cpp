@@ -4,6 +4,7 @@
 #include "acedads.h"
 #include "host/ap/documents.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/symbol_entry.h"
 #include "host/ed/system_variables.h"
 
@@ -119,7 +120,7 @@ Acad::ErrorStatus acdbGetAdsName(ads_name& name, AcDbObjectId id) {
 int acdbRegApp(const ACHAR* application) {
     AcDbDatabase* const database = ap::documents::instance().current_database();
     if (application == nullptr || database == nullptr ||
-        database->imp().find_entry(db::table_kind::regapp, application) != dxf::no_record)
+        database->imp().names().find(db::table_kind::regapp, application) != dxf::no_record)
         return RTERROR;
     return db::register_application(database->imp(), application) ? RTNORM : RTERROR;
 }

@@ -3,6 +3,8 @@
 #include "dbdict.h"
 #include "dbobjptr.h"
 #include "host/ap/documents.h"
+#include "host/db/core/blocks.h"
+#include "host/db/core/layer_facts.h"
 #include "host/db/tables/properties.h"
 #include "host/dxf/record_header.h"
 #include "host/ed/pick.h"
@@ -23,7 +25,7 @@ void for_entities_newest_first(AcDbImpDatabase& database, const std::vector<bool
             continue;
         if (records.kind(id) != dxf::record_kind::entity || records.gone(id))
             continue;
-        if (database.in_space(id) && !take(id))
+        if (database.blocks().in_space(id) && !take(id))
             return;
     }
 }
@@ -93,7 +95,7 @@ std::vector<AcDbObjectId> previous_in(AcDbImpDatabase& database) {
 }
 
 std::optional<std::vector<AcDbObjectId>> select_group(AcDbImpDatabase& database, const std::wstring& name) {
-    const AcDbObjectPointer<AcDbDictionary> root(database.id(database.root_dictionary()));
+    const AcDbObjectPointer<AcDbDictionary> root(database.id(database.drawing().ensure_root_dictionary()));
     AcDbObjectId groups;
     if (root.openStatus() != Acad::eOk || root->getAt(L"ACAD_GROUP", groups) != Acad::eOk)
         return std::nullopt;

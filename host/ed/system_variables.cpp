@@ -7,8 +7,10 @@
 #include "dbsymtb.h"
 #include "host/ap/documents.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/layer_facts.h"
 #include "host/db/core/notifier.h"
 #include "host/db/core/support_path.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/properties.h"
 #include "host/db/tables/spaces.h"
 #include "host/dxf/record_header.h"
@@ -177,7 +179,7 @@ bool set_color(AcDbImpDatabase& database, std::wstring_view text) {
 }
 
 bool set_current_layer(AcDbImpDatabase& database, const std::wstring& name) {
-    const dxf::record_id layer = database.find_entry(db::table_kind::layer, name);
+    const dxf::record_id layer = database.names().find(db::table_kind::layer, name);
     return layer != dxf::no_record && database.self().setClayer(database.id(layer)) == Acad::eOk;
 }
 
@@ -242,8 +244,8 @@ variable_value asked_value(const variable_row& row) {
     if (database == nullptr)
         return row.value;
     if (row.name == L"CLAYER") {
-        const dxf::record_id layer = database->current_layer();
-        return layer != dxf::no_record ? database->name_of(layer) : std::wstring(L"0");
+        const dxf::record_id layer = database->layers().current();
+        return layer != dxf::no_record ? database->names().name_of(layer) : std::wstring(L"0");
     }
     if (row.name == L"CECOLOR")
         return color_text(*database);
@@ -286,7 +288,7 @@ bool is_allowed(const variable_row& row, const variable_value& value, AcDbImpDat
     if (name == nullptr || database == nullptr)
         return true;
     const auto is_entry = [&](db::table_kind kind) {
-        return database->find_entry(kind, *name) != dxf::no_record;
+        return database->names().find(kind, *name) != dxf::no_record;
     };
     if (row.name == L"TEXTSTYLE" || row.name == L"DIMTXSTY")
         return is_entry(db::table_kind::text_style);

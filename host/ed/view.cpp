@@ -2,6 +2,8 @@
 
 #include "base/number_text.h"
 #include "dbmain.h"
+#include "host/db/core/blocks.h"
+#include "host/db/core/symbol_names.h"
 #include "host/dxf/record_header.h"
 #include "host/ed/system_variables.h"
 #include "host/view/extents.h"
@@ -19,7 +21,7 @@ view view_of(const dxf::group_list& groups, const dxf::group_place& place, int h
 
 // Of the Model tab: the viewport "*Active"; of several (tiled) ones the first.
 view saved_model_view(AcDbImpDatabase& database) {
-    const dxf::record_id active = database.find_entry(db::table_kind::viewport, L"*Active");
+    const dxf::record_id active = database.names().find(db::table_kind::viewport, L"*Active");
     if (active != dxf::no_record) {
         constexpr dxf::group_place place{"AcDbViewportTableRecord"};
         return view_of(dxf::group_list(database.records().text(active)), place, 40);
@@ -30,7 +32,7 @@ view saved_model_view(AcDbImpDatabase& database) {
 
 // Of a sheet: its first viewport is the sheet itself.
 view saved_sheet_view(AcDbImpDatabase& database, dxf::record_id sheet) {
-    for (const dxf::record_id entity : database.entities(sheet))
+    for (const dxf::record_id entity : database.blocks().entities(sheet))
         if (database.records().type(entity) == dxf::type_viewport && !database.records().gone(entity)) {
             constexpr dxf::group_place place{"AcDbViewport"};
             return view_of(dxf::group_list(database.records().text(entity)), place, 45);

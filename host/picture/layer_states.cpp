@@ -1,6 +1,9 @@
 #include "host/picture/layer_states.h"
 
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/dependent_names.h"
 #include "host/db/tables/properties.h"
 #include "host/db/tables/spaces.h"
@@ -18,7 +21,7 @@ layer_states::layer_states(AcDbImpDatabase& drawing, dxf::record_id viewport) : 
     tables_.push_back(std::make_unique<table>(table{drawing, {}, {}}));
     own_ = tables_.front().get();
     if (viewport != dxf::no_record && drawing.records().type(viewport) == dxf::type_viewport)
-        frozen_here_ = db::frozen_layers(drawing.view(viewport)->imp());
+        frozen_here_ = db::frozen_layers(drawing.objects().view(viewport)->imp());
 }
 
 layer_states::table& layer_states::of_reference(AcDbImpDatabase& database, const std::wstring& reference) {
@@ -35,7 +38,7 @@ const layer_state& layer_states::of(table& layers, dxf::record_id entity) const 
         layers.known.resize(layers.database.records().layer_names().size());
     std::optional<layer_state>& state = layers.known[number];
     if (!state)
-        state = named(layers, layers.database.layer_name(entity));
+        state = named(layers, layers.database.layers().name_of(entity));
     return *state;
 }
 
@@ -59,7 +62,7 @@ layer_state layer_states::named(const table& layers, const std::wstring& name) c
     layer_state state;
     state.zero = name == L"0";
     const dxf::record_id layer = layers.reference.empty()
-                                     ? drawing_.find_entry(db::table_kind::layer, name)
+                                     ? drawing_.names().find(db::table_kind::layer, name)
                                      : db::ruling_layer(drawing_, layers.reference, name);
     state.layer = layer;
     if (layer == dxf::no_record)

@@ -4,6 +4,7 @@
 #include "dbmain.h"
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
 
 #include <cmath>
 #include <memory>
@@ -70,7 +71,7 @@ line_pattern pattern_of(const AcDbLinetypeTableRecord& linetype) {
         double size = 1.0; // of a style without a size
         if (const AcDbObjectId id = linetype.shapeStyleAt(i); id.isValid()) {
             AcDbImpDatabase& database = id.database()->imp();
-            const std::unique_ptr<AcDbObject> style = database.view(database.record(id));
+            const std::unique_ptr<AcDbObject> style = database.objects().view(database.record(id));
             if (const auto* const found = AcDbTextStyleTableRecord::cast(style.get())) {
                 size = found->textSize() > 0.0 ? found->textSize() : size;
                 sign.width_factor = found->xScale();

@@ -4,6 +4,7 @@
 #include "dbents.h"
 #include "dbmain.h"
 #include "dbsymtb.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/tables/layer_look.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/font.h"
@@ -105,7 +106,7 @@ const painter::linetype& painter::linetype_of(const AcDbObjectId& id) {
         return found;
     AcDbDatabase* const database = id.database();
     const std::unique_ptr<AcDbObject> view =
-        database != nullptr ? database->imp().view(database->imp().record(id)) : nullptr;
+        database != nullptr ? database->imp().objects().view(database->imp().record(id)) : nullptr;
     const AcDbLinetypeTableRecord* const record = AcDbLinetypeTableRecord::cast(view.get());
     const ACHAR* name = nullptr;
     found.by_layer =
@@ -175,7 +176,7 @@ const layer_state& painter::state_of_layer(const frame& now) {
         return now.state;
     const auto [at, fresh] = part_states_.try_emplace({now.layers, now.layer.asOldId()});
     if (AcDbDatabase* const home = now.layer.database(); fresh && home != nullptr) {
-        const std::unique_ptr<AcDbObject> record = home->imp().view(home->imp().record(now.layer));
+        const std::unique_ptr<AcDbObject> record = home->imp().objects().view(home->imp().record(now.layer));
         const AcDbLayerTableRecord* const layer = AcDbLayerTableRecord::cast(record.get());
         const ACHAR* name = nullptr;
         // What stands in a reference may name a layer of the drawing, too: the one that rules there.
@@ -354,7 +355,7 @@ bool painter::is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, con
     if (type_now() != "HATCH")
         return false;
     const gi::visit& entity = frames_.back().entity;
-    const std::unique_ptr<AcDbObject> view = entity.database->view(entity.entity);
+    const std::unique_ptr<AcDbObject> view = entity.database->objects().view(entity.entity);
     const AcDbHatch* const hatch = AcDbHatch::cast(view.get());
     if (hatch == nullptr || hatch->isSolidFill() || hatch->numPatternDefinitions() == 0)
         return false;

@@ -2,6 +2,8 @@
 
 #include "dbents.h"
 #include "dbmain.h"
+#include "host/db/core/blocks.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/tables/draw_order.h"
 #include "host/db/tables/spaces.h"
 #include "host/dxf/group_list.h"
@@ -79,7 +81,7 @@ struct plan {
 };
 
 plan planned(AcDbImpDatabase& drawing, dxf::record_id space, const request& wanted) {
-    const bool is_model = space == drawing.block(ACDB_MODEL_SPACE);
+    const bool is_model = space == drawing.blocks().find(ACDB_MODEL_SPACE);
     area shown = extents_of(drawing, space);
     if (wanted.window) {
         const auto& [a, b] = *wanted.window;
@@ -124,7 +126,7 @@ public:
 
     void draw_space(dxf::record_id space, const sheet_view& view) {
         manner_.linetype_scale = linetype_scale_;
-        draw_entities(space, drawing_.drawn_of_block(space), view, dxf::no_record, manner_);
+        draw_entities(space, drawing_.blocks().drawn_of(space), view, dxf::no_record, manner_);
     }
 
 private:
@@ -147,7 +149,7 @@ private:
 
     // What is seen of model space through a viewport of a sheet.
     void draw_viewport(dxf::record_id viewport, const sheet_view& sheet) {
-        const std::unique_ptr<AcDbObject> object = drawing_.view(viewport);
+        const std::unique_ptr<AcDbObject> object = drawing_.objects().view(viewport);
         const AcDbViewport* const seen = AcDbViewport::cast(object.get());
         const double scale = seen != nullptr ? seen->customScale() : 0.0;
         if (!(scale > 0.0) || !std::isfinite(scale) || is_off(viewport))
@@ -166,7 +168,7 @@ private:
         gi::flat_box around;
         around.add(least.x, least.y);
         around.add(most.x, most.y);
-        const dxf::record_id model = drawing_.block(ACDB_MODEL_SPACE);
+        const dxf::record_id model = drawing_.blocks().find(ACDB_MODEL_SPACE);
         std::vector<dxf::record_id> entities = gi::entities_near(drawing_, model, around);
         std::reverse(entities.begin(), entities.end()); // the oldest first
         const sys::sheet_point rim[] = {

@@ -207,7 +207,7 @@ void modern_plan::plan_names(conversion& job) {
 }
 
 void modern_plan::plan_objects(conversion& job) {
-    root = job.database.root_dictionary();
+    root = job.database.drawing().ensure_root_dictionary();
     if (root != dxf::no_record && !job.source.is_saved(root))
         root = dxf::no_record;
     root_handle = root != dxf::no_record ? job.records.handle(root) : job.new_handle();

@@ -1,5 +1,7 @@
 #include "base/case_fold.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/format_versions.h"
+#include "host/db/core/symbol_names.h"
 #include "host/version/modern_plan.h"
 #include "host/version/r12_pictures.h"
 #include "host/version/r12_records.h"
@@ -78,12 +80,13 @@ private:
     }
 
     bool is_space(dxf::record_id begin) const {
-        return AcDbImpDatabase::is_space_name(
+        return db::blocks::is_space_name(
             job_.source.codec().decode(modern_block_name(dxf::value_of(job_.records.text(begin), 2))));
     }
 
     void find_spaces() {
-        if (const dxf::record_id sheet = job_.database.block(L"*Paper_Space"); sheet != dxf::no_record)
+        if (const dxf::record_id sheet = job_.database.blocks().find(L"*Paper_Space");
+            sheet != dxf::no_record)
             paper_ = job_.records.handle(sheet);
     }
 
@@ -170,9 +173,8 @@ private:
             return true;
         const auto [at, fresh] = written_owners_.try_emplace(owner, true);
         if (fresh) {
-            const std::wstring name = job_.database.name_of(owner);
-            at->second = !AcDbImpDatabase::is_space_name(name) ||
-                         base::equal_no_case(name, L"*Model_Space") ||
+            const std::wstring name = job_.database.names().name_of(owner);
+            at->second = !db::blocks::is_space_name(name) || base::equal_no_case(name, L"*Model_Space") ||
                          base::equal_no_case(name, L"*Paper_Space");
         }
         return at->second;

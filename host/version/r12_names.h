@@ -2,6 +2,7 @@
 // above ASCII in the file's code page.
 #pragma once
 
+#include "host/db/core/table_kind.h"
 #include "host/version/conversion.h"
 
 #include <array>

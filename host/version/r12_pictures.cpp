@@ -3,6 +3,7 @@
 #include "dbents.h"
 #include "host/db/core/format_versions.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/record_text.h"
 #include "host/version/dropped_groups.h"
 #include "host/version/r12_figures.h"
@@ -157,7 +158,7 @@ void r12_pictures::draw(dxf::record_id id, bool on_paper) {
             return text;
         }());
     gi::tracer tracer(figures, kAcGiSaveWorldDrawForProxy);
-    if (const auto object = job_.database.view(id);
+    if (const auto object = job_.database.objects().view(id);
         AcDbEntity* const entity = AcDbEntity::cast(object.get())) {
         figures.follow(tracer.subEntityTraits(), entity->color());
         tracer.draw(job_.database, id);

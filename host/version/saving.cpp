@@ -2,6 +2,7 @@
 
 #include "base/case_fold.h"
 #include "host/db/core/format_versions.h"
+#include "host/db/core/left_entries.h"
 #include "host/version/sections.h"
 #include "sys/atomic_file.h"
 #include "sys/folders.h"
@@ -24,7 +25,7 @@ std::wstring version_name(int number) {
 
 std::vector<std::wstring> write_as_version(AcDbImpDatabase& database, int version,
                                            const std::function<bool(std::string_view)>& put) {
-    database.settle_dictionaries();
+    db::settle_dictionaries(database);
     if (version == database.drawing().version()) {
         database.drawing().write(put);
         return {};

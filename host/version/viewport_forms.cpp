@@ -1,4 +1,5 @@
 #include "host/version/viewport_forms.h"
+#include "host/db/core/symbol_names.h"
 
 #include <charconv>
 
@@ -80,7 +81,7 @@ void put_viewport_groups(conversion& job, const record_groups& viewport) {
             if (viewport[end].code != 1003)
                 continue;
             const std::wstring layer = job.source.codec().decode(dxf::trimmed(viewport[end].value));
-            const dxf::record_id record = job.database.find_entry(db::table_kind::layer, layer);
+            const dxf::record_id record = job.database.names().find(db::table_kind::layer, layer);
             if (record != dxf::no_record)
                 job.out.handle(331, job.records.handle(record));
             else

@@ -1,5 +1,6 @@
 #include "host/view/extents.h"
 
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/references.h"
 #include "host/view/nesting.h"
@@ -86,7 +87,7 @@ const AcDbExtents& block_extents::of(dxf::record_id block) {
         entered_ = 0;
     extents_canvas measured(entered_);
     tracer drawing(measured, kAcGiForExtents);
-    for (const dxf::record_id entity : database_.drawn_of_block(block))
+    for (const dxf::record_id entity : database_.blocks().drawn_of(block))
         drawing.draw(database_, entity);
     --depth_;
     return known_[block] = measured.extents();
@@ -103,7 +104,7 @@ void block_extents::follow_changes() {
         const bool drawn = kind == dxf::record_kind::entity || kind == dxf::record_kind::part;
         const bool decides = records.type(id) == dxf::type_style ||
                              (kind == dxf::record_kind::object && records.type_name(id) == "SPATIAL_FILTER");
-        if (kind == dxf::record_kind::block || decides || (drawn && !database_.in_space(id)))
+        if (kind == dxf::record_kind::block || decides || (drawn && !database_.blocks().in_space(id)))
             known_.clear();
     }
 }

@@ -1,6 +1,7 @@
 #include "host/view/quick_box.h"
 
 #include "dbmain.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/dxf/group_list.h"
 #include "host/dxf/record_header.h"
@@ -242,7 +243,7 @@ maybe_box box_of_reference(AcDbImpDatabase& database, dxf::record_id entity) {
             break;
         }
     }
-    const dxf::record_id block = database.block_by_bytes(name);
+    const dxf::record_id block = database.blocks().find_bytes(name);
     if (numbers.tilted() || block == dxf::no_record)
         return {};
     flat_box box;
@@ -260,7 +261,7 @@ maybe_box box_of_reference(AcDbImpDatabase& database, dxf::record_id entity) {
     const AcDbExtents& extents = extents_of_block(database, block);
     if (is_empty(extents))
         return box;
-    const AcGePoint3d base = database.base_of_block(block);
+    const AcGePoint3d base = database.blocks().base_of(block);
     const double cosine = std::cos(angle);
     const double sine = std::sin(angle);
     for (const double corner_x : {extents.minPoint().x, extents.maxPoint().x})

@@ -1,5 +1,6 @@
 #include "host/view/space_index.h"
 
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/tables/draw_order.h"
 #include "host/view/tracer.h"
@@ -91,7 +92,7 @@ void space_index::build() {
     boxes_.clear();
     groups_.clear();
     read_ = database_.records().journal().size();
-    std::vector<dxf::record_id> all = database_.entities(space_);
+    std::vector<dxf::record_id> all = database_.blocks().entities(space_);
     std::sort(all.begin(), all.end());
     entities_.reserve(all.size());
     boxes_.reserve(all.size());
@@ -113,7 +114,7 @@ void space_index::follow_changes() {
             id = records.find(records.owner_handle(id));
         if (id == dxf::no_record || records.kind(id) != dxf::record_kind::entity)
             continue;
-        if (!database_.in_space(id)) {
+        if (!database_.blocks().in_space(id)) {
             built_ = false; // part of a block, and so of all its references
             return;
         }

@@ -5,6 +5,7 @@
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/gi/font.h"
 #include "host/view/clip.h"
 #include "host/view/extents.h"
@@ -421,7 +422,7 @@ tracer::tracer(canvas& target, AcGiRegenType purpose, const AcGeMatrix3d& to_wor
 tracer::~tracer() = default;
 
 void tracer::draw(AcDbImpDatabase& database, dxf::record_id entity) {
-    if (const std::unique_ptr<AcDbObject> view = database.view(entity))
+    if (const std::unique_ptr<AcDbObject> view = database.objects().view(entity))
         draw(*view);
 }
 

@@ -4,8 +4,11 @@
 #include "base/utf.h"
 #include "dbents.h"
 #include "dbsymtb.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/symbol_names.h"
 #include "sys/folders.h"
 
 #include <cstdio>
@@ -45,13 +48,13 @@ int main(int argc, char** argv) {
         return 3;
     }
     AcDbImpDatabase& all = database.imp();
-    for (const dxf::record_id block : all.entries(db::table_kind::block)) {
+    for (const dxf::record_id block : all.names().entries(db::table_kind::block)) {
         if (all.records().gone(block))
             continue;
-        for (const dxf::record_id record : all.entities(block)) {
-            const std::unique_ptr<AcDbObject> view = all.view(record);
+        for (const dxf::record_id record : all.blocks().entities(block)) {
+            const std::unique_ptr<AcDbObject> view = all.objects().view(record);
             if (const AcDbEntity* const entity = AcDbEntity::cast(view.get()))
-                list_entity(all.name_of(block), *entity);
+                list_entity(all.names().name_of(block), *entity);
         }
     }
     return 0;

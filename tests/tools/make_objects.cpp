@@ -5,7 +5,9 @@
 #include "base/utf.h"
 #include "dbents.h"
 #include "dbobjptr.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "sys/folders.h"
 
 #include <cstdio>
@@ -57,9 +59,9 @@ int main(int argc, char** argv) {
     const AcDbObjectId layer = add_record<AcDbLayerTableRecord>(database, L"ZEF_NEW", "layer");
     const AcDbObjectId block = add_record<AcDbBlockTableRecord>(database, L"ZEF_NEW_BLOCK", "block");
     append(block, new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 1, 0)), "line in a block");
-    const AcDbObjectId model = database.imp().id(database.imp().block(ACDB_MODEL_SPACE));
-    for (const dxf::record_id space : database.imp().entries(db::table_kind::block)) {
-        if (!AcDbImpDatabase::is_space_name(database.imp().name_of(space)))
+    const AcDbObjectId model = database.imp().id(database.imp().blocks().find(ACDB_MODEL_SPACE));
+    for (const dxf::record_id space : database.imp().names().entries(db::table_kind::block)) {
+        if (!db::blocks::is_space_name(database.imp().names().name_of(space)))
             continue;
         auto* const circle = new AcDbCircle(AcGePoint3d(1, 2, 0), AcGeVector3d::kZAxis, 3.0);
         expect(circle->setLayer(layer), "layer of a circle");

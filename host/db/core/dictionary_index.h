@@ -5,6 +5,7 @@
 #include "dbdict.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/left_entries.h"
 
 #include <optional>
 #include <string>
@@ -38,7 +39,7 @@ struct AcDbDictionary::Index {
 
     bool is_live(const db::dictionary_entry& entry) const {
         return !object->database->records().gone(entry.object) &&
-               !object->database->has_left(object->record, entry.object);
+               !db::has_left(*object->database, object->record, entry.object);
     }
 
     const db::dictionary_entry* find(std::wstring_view key) const {

@@ -7,6 +7,7 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/dxf/record_header.h"
 #include "host/rx/result_buffer.h"
 
@@ -225,7 +226,7 @@ Acad::ErrorStatus write_extended_data(AcDbImpObject& object, const resbuf* chain
     std::size_t size = 0;
     for (const auto& group : fresh) {
         if (group.code == application_code && object.database != nullptr &&
-            object.database->find_entry(table_kind::regapp, object.decode(group.value)) == dxf::no_record)
+            object.database->names().find(table_kind::regapp, object.decode(group.value)) == dxf::no_record)
             return Acad::eRegappIdNotFound;
         if (group.code == 1002)
             depth += group.value == "{" ? 1 : -1;

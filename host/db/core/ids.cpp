@@ -3,6 +3,8 @@
 
 #include "dbmain.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/record_classes.h"
 
 #include <cwchar>
 
@@ -61,7 +63,7 @@ bool AcDbObjectId::isEffectivelyErased() const {
 bool AcDbObjectId::isResident() const {
     dxf::record_id record = dxf::no_record;
     const AcDbImpDatabase* const database = AcDbImpDatabase::find(*this, record);
-    return database != nullptr && database->is_open(record);
+    return database != nullptr && database->objects().is_open(record);
 }
 
 AcDbDatabase* AcDbObjectId::database() const {
@@ -79,7 +81,7 @@ AcDbHandle AcDbObjectId::handle() const {
 AcRxClass* AcDbObjectId::objectClass() const {
     dxf::record_id record = dxf::no_record;
     const AcDbImpDatabase* const database = AcDbImpDatabase::find(*this, record);
-    return database != nullptr ? database->class_of(record) : nullptr;
+    return database != nullptr ? db::class_of(*database, record) : nullptr;
 }
 
 Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode,
@@ -87,7 +89,8 @@ Acad::ErrorStatus acdbOpenObject(AcDbObject*& object, AcDbObjectId id, AcDb::Ope
     object = nullptr;
     dxf::record_id record = dxf::no_record;
     AcDbImpDatabase* const database = AcDbImpDatabase::find(id, record);
-    return database != nullptr ? database->open(object, record, mode, openErasedObject) : Acad::eNullObjectId;
+    return database != nullptr ? database->objects().open(object, record, mode, openErasedObject)
+                               : Acad::eNullObjectId;
 }
 
 Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity*& entity, AcDbObjectId id, AcDb::OpenMode mode,

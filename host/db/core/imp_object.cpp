@@ -47,7 +47,7 @@ const dxf::group_list& AcDbImpObject::groups() const {
 dxf::group_list& AcDbImpObject::edit() {
     groups();
     if (writing && !news.opened_for_modify)
-        database->about_to_modify(*this);
+        tell_about_to_modify();
     ++revision_;
     return groups_;
 }

@@ -92,6 +92,7 @@ public:
 
 private:
     void load() const;
+    void tell_about_to_modify(); // host/db/core/open_objects.cpp
 
     mutable dxf::group_list groups_;
     mutable bool loaded_ = false;

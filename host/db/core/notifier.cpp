@@ -5,6 +5,8 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/object_links.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/record_classes.h"
 #include "host/dxf/record_header.h"
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcDbObjectReactor, AcRxObject)
@@ -124,6 +126,10 @@ Acad::ErrorStatus AcDbDatabase::removeReactor(AcDbDatabaseReactor* reactor) cons
     return m_imp->notifier().of_database().remove(reactor) ? Acad::eOk : Acad::eKeyNotFound;
 }
 
+db::notifier& AcDbImpDatabase::notifier() const {
+    return part<db::notifier>();
+}
+
 namespace db {
 
 bool notifier::heard() const {
@@ -161,17 +167,17 @@ void notifier::tell_persistent(const AcDbImpObject& object, const std::function<
     for (const std::uint64_t handle : links(object.groups(), reactor_braces)) {
         const dxf::record_id record = database_.records().find(handle);
         if (record != dxf::no_record && record != object.record && !database_.records().gone(record) &&
-            !is_host_class(database_.class_of(record)))
+            !is_host_class(db::class_of(database_, record)))
             reactors.push_back(record);
     }
     for (const dxf::record_id record : reactors) {
-        AcDbObject* reactor = database_.open_object(record);
+        AcDbObject* reactor = database_.objects().open_object(record);
         const bool opens = reactor == nullptr;
-        if (opens && database_.open(reactor, record, AcDb::kForNotify, false) != Acad::eOk)
+        if (opens && database_.objects().open(reactor, record, AcDb::kForNotify, false) != Acad::eOk)
             continue;
         rx::call_reactor([&] { news(*reactor); });
-        if (opens && database_.open_object(record) == reactor)
-            database_.close(*reactor, true);
+        if (opens && database_.objects().open_object(record) == reactor)
+            database_.objects().close(*reactor, true);
     }
 }
 
@@ -252,7 +258,7 @@ void notifier::closed(dxf::record_id record) {
         own->tell([&](AcDbObjectReactor& reactor) { reactor.objectClosed(id); });
     if (!has_application_classes())
         return;
-    if (const auto view = database_.view(record))
+    if (const auto view = database_.objects().view(record))
         tell_persistent(view->imp(), [&](AcDbObject& reactor) { reactor.objectClosed(id); });
 }
 
@@ -262,8 +268,8 @@ void notifier::replayed(std::span<const dxf::replay> changes) {
     for (const dxf::replay& change : changes) {
         const bool gone = database_.records().gone(change.id);
         AcDbObject* object = nullptr;
-        if (database_.class_of(change.id) == nullptr ||
-            database_.open(object, change.id, AcDb::kForRead, true) != Acad::eOk)
+        if (db::class_of(database_, change.id) == nullptr ||
+            database_.objects().open(object, change.id, AcDb::kForRead, true) != Acad::eOk)
             continue;
         object->imp().notifying = true;
         object->imp().readers = 0;
@@ -285,7 +291,7 @@ void notifier::replayed(std::span<const dxf::replay> changes) {
         }
         object->imp().notifying = false;
         ++object->imp().readers;
-        database_.close(*object, true);
+        database_.objects().close(*object, true);
         closed(change.id);
     }
 }
@@ -318,7 +324,7 @@ void notifier::goodbye() {
         heard_alone.push_back(record);
     for (const dxf::record_id record : heard_alone)
         if (auto* const own = find(record))
-            if (const auto object = database_.view(record))
+            if (const auto object = database_.objects().view(record))
                 own->tell([&](AcDbObjectReactor& reactor) { reactor.goodbye(object.get()); });
     of_database_.tell([&](AcDbDatabaseReactor& reactor) { reactor.goodbye(&database_.self()); });
 }

@@ -6,8 +6,7 @@
 // nobody can be there to hear.
 #pragma once
 
-#include "dbmain.h"
-#include "host/dxf/record_table.h"
+#include "host/db/core/imp_database.h"
 #include "host/rx/reactor_list.h"
 
 #include <functional>

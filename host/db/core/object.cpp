@@ -3,10 +3,15 @@
 #include "acutmem.h"
 #include "base/utf.h"
 #include "host/db/core/extended_data.h"
+#include "host/db/core/history.h"
 #include "host/db/core/host_classes.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
 #include "host/db/core/notifier.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/references.h"
+#include "host/db/core/symbol_names.h"
 #include "host/dxf/record_header.h"
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcDbObject, AcGiDrawable)
@@ -39,13 +44,13 @@ AcDbDatabase* AcDbObject::database() const {
 }
 
 Acad::ErrorStatus AcDbObject::close() {
-    return m_imp->database != nullptr ? m_imp->database->close(*this, true) : Acad::eNoDatabase;
+    return m_imp->database != nullptr ? m_imp->database->objects().close(*this, true) : Acad::eNoDatabase;
 }
 
 Acad::ErrorStatus AcDbObject::cancel() {
     if (m_imp->database == nullptr)
         return Acad::eNoDatabase;
-    return m_imp->writing ? m_imp->database->close(*this, false) : Acad::eNotOpenForWrite;
+    return m_imp->writing ? m_imp->database->objects().close(*this, false) : Acad::eNotOpenForWrite;
 }
 
 Acad::ErrorStatus AcDbObject::upgradeOpen() {
@@ -53,16 +58,16 @@ Acad::ErrorStatus AcDbObject::upgradeOpen() {
         return Acad::eNoDatabase;
     if (m_imp->writing)
         return Acad::eWasOpenForWrite;
-    if (m_imp->database->is_referenced(m_imp->record))
+    if (m_imp->database->references().is_referenced(m_imp->record))
         return Acad::eIsXRefObject;
-    if (!m_imp->database->write_locked)
+    if (!m_imp->database->objects().write_locked)
         return Acad::eLockViolation;
     if (m_imp->notifying && !m_imp->lent)
         return Acad::eWasNotifying;
     if (m_imp->readers > 1)
         return Acad::eHadMultipleReaders;
     if (dxf::stands_on_layer(m_imp->database->records().kind(m_imp->record)) &&
-        m_imp->database->on_locked_layer(m_imp->record))
+        m_imp->database->layers().is_locked(m_imp->record))
         return Acad::eOnLockedLayer;
     m_imp->readers = 0;
     m_imp->writing = true;
@@ -77,7 +82,7 @@ Acad::ErrorStatus AcDbObject::downgradeOpen() {
     if (m_imp->lent) // until who made it closes it
         m_imp->writing = false;
     else if (!m_imp->in_transaction)
-        m_imp->database->settle(*this);
+        m_imp->database->objects().settle(*this);
     return Acad::eOk;
 }
 
@@ -99,12 +104,12 @@ Acad::ErrorStatus AcDbObject::erase(bool erasing) {
         return erasing ? Acad::eWasErased : Acad::eWasNotErased;
     if (const Acad::ErrorStatus refused = subErase(erasing); refused != Acad::eOk)
         return refused;
-    if (!erasing && m_imp->database->name_is_taken(m_imp->record))
+    if (!erasing && m_imp->database->names().is_taken(m_imp->record))
         return Acad::eDuplicateRecordName;
     if (!m_imp->news.opened_for_modify)
-        m_imp->database->about_to_modify(*m_imp);
-    m_imp->database->commit(*this);
-    m_imp->database->set_erased(m_imp->record, erasing);
+        m_imp->database->objects().about_to_modify(*m_imp);
+    m_imp->database->objects().commit(*this);
+    m_imp->database->objects().set_erased(m_imp->record, erasing);
     return Acad::eOk;
 }
 
@@ -154,7 +159,7 @@ void AcDbObject::assertWriteEnabled(bool /*autoUndo*/, bool /*recordModified*/) 
         throw db::open_violation("an object was changed that is not open for write");
     m_imp->touched = true;
     if (m_imp->writing && !m_imp->news.opened_for_modify)
-        m_imp->database->about_to_modify(*m_imp);
+        m_imp->database->objects().about_to_modify(*m_imp);
 }
 
 bool AcDbObject::isNotifying() const {
@@ -162,7 +167,7 @@ bool AcDbObject::isNotifying() const {
 }
 
 bool AcDbObject::isUndoing() const {
-    return m_imp->database != nullptr && m_imp->database->undoing();
+    return m_imp->database != nullptr && m_imp->database->history().is_replaying();
 }
 
 bool AcDbObject::isTransactionResident() const {

@@ -3,6 +3,7 @@
 
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
 
 #include <algorithm>
 #include <iterator>
@@ -49,7 +50,7 @@ public:
     }
     // An entity's layer, as the layer's own record spells it.
     void layer(const AcDbImpObject& object, const dxf::group& group) {
-        add(group.code, database_.layer_bytes(object.decode(dxf::trimmed(group.value))));
+        add(group.code, database_.layers().bytes_of(object.decode(dxf::trimmed(group.value))));
     }
     const std::string& text() const { return text_; }
     int version() const { return database_.drawing().version(); }

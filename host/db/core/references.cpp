@@ -1,7 +1,11 @@
 #include "host/db/core/references.h"
 
-#include "host/db/core/imp_database.h"
+#include "host/db/core/blocks.h"
 #include "host/dxf/record_header.h"
+
+db::references& AcDbImpDatabase::references() const {
+    return part<db::references>();
+}
 
 namespace db {
 
@@ -21,7 +25,7 @@ AcDbImpDatabase* references::database(dxf::record_id block) const {
 
 block_place references::place(dxf::record_id block) const {
     if (AcDbImpDatabase* const loaded = database(block))
-        return {loaded, loaded->block(ACDB_MODEL_SPACE)};
+        return {loaded, loaded->blocks().find(ACDB_MODEL_SPACE)};
     const auto at = dependents_.blocks.find(block);
     return at == dependents_.blocks.end() ? block_place{&drawing_, block} : at->second;
 }
@@ -47,16 +51,13 @@ AcGePoint3d insertion_base(const AcDbImpDatabase& drawing) {
     return point;
 }
 
-std::optional<bool> references::resolved(dxf::record_id entry) const {
-    return looked_for_ ? std::optional(dependents_.resolved.contains(entry)) : std::nullopt;
+bool references::is_referenced(dxf::record_id record) const {
+    const dxf::record_table& records = drawing_.records();
+    return host_ != nullptr || (records.implied(record) && records.type(record) == dxf::type_block_record);
 }
 
-std::size_t references::close_all() {
-    std::size_t left = 0;
-    for (const auto& [path, read] : files_)
-        if (read.database != nullptr)
-            left += read.database->imp().close_all();
-    return left;
+std::optional<bool> references::resolved(dxf::record_id entry) const {
+    return looked_for_ ? std::optional(dependents_.resolved.contains(entry)) : std::nullopt;
 }
 
 } // namespace db

@@ -4,9 +4,8 @@
 // drawing owns what was read. Objects of a reference are opened for reading only.
 #pragma once
 
-#include "dbmain.h"
 #include "gepnt3d.h"
-#include "host/dxf/record_table.h"
+#include "host/db/core/imp_database.h"
 
 #include <filesystem>
 #include <map>
@@ -60,8 +59,16 @@ public:
     // when references were not looked for.
     std::optional<bool> resolved(dxf::record_id entry) const;
 
-    // Closes what is open in the drawings that were read. How many objects there were.
-    std::size_t close_all();
+    // The drawing that read this one as a reference; null when it is none. Then nothing is opened for write.
+    AcDbImpDatabase* host() const { return host_; }
+    // The name of the block by which the host, or a reference of it, came to read it first.
+    const std::wstring& name() const { return name_; }
+    void set_host(AcDbImpDatabase& host, std::wstring name) {
+        host_ = &host;
+        name_ = std::move(name);
+    }
+    // Whether a record is a reference's, or stands for one of its blocks: it is opened for reading only.
+    bool is_referenced(dxf::record_id record) const;
 
 private:
     struct reference {
@@ -78,6 +85,8 @@ private:
     std::unordered_map<dxf::record_id, reference> by_block_;
     dependents dependents_;
     bool looked_for_ = false;
+    AcDbImpDatabase* host_ = nullptr;
+    std::wstring name_;
     std::map<std::filesystem::path, file> files_; // of a drawing that is no reference itself
 };
 

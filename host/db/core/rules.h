@@ -3,9 +3,12 @@
 #pragma once
 
 #include "dbmain.h"
-#include "host/db/core/imp_database.h"
+#include "host/db/core/table_kind.h"
+#include "host/dxf/record_table.h"
 
 #include <string_view>
+
+class AcDbImpDatabase;
 
 namespace db {
 

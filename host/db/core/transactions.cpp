@@ -1,8 +1,10 @@
 #include "host/db/core/transactions.h"
 
+#include "host/db/core/history.h"
 #include "host/db/core/host_classes.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/rules.h"
 
 #include <algorithm>
@@ -62,11 +64,16 @@ transactions::~transactions() = default;
 
 namespace {
 
+bool is_alive(const AcDbImpDatabase* database) {
+    const std::vector<AcDbImpDatabase*> all = AcDbImpDatabase::all();
+    return std::find(all.begin(), all.end(), database) != all.end();
+}
+
 // The object that a transaction has open; null when it is gone or not a transaction's.
 AcDbObject* held(AcDbObjectId id) {
     dxf::record_id record = dxf::no_record;
     AcDbImpDatabase* const database = AcDbImpDatabase::find(id, record);
-    AcDbObject* const object = database != nullptr ? database->open_object(record) : nullptr;
+    AcDbObject* const object = database != nullptr ? database->objects().open_object(record) : nullptr;
     return object != nullptr && object->imp().in_transaction ? object : nullptr;
 }
 
@@ -82,12 +89,12 @@ void transactions::commit_all() {
     for (const auto& one : open_)
         for (const AcDbObjectId id : one->opened)
             if (AcDbObject* const object = held(id); object != nullptr && object->imp().writing)
-                object->imp().database->commit(*object);
+                object->imp().database->objects().commit(*object);
 }
 
 AcTransaction* transactions::startTransaction() {
     for (AcDbImpDatabase* const database : AcDbImpDatabase::all())
-        if (database->undoing())
+        if (database->history().is_replaying())
             return nullptr;
     tell(&AcTransactionReactor::transactionAboutToStart);
     commit_all();
@@ -163,14 +170,14 @@ Acad::ErrorStatus transactions::endTransaction() {
         outer.insert(outer.end(), ended->opened.begin(), ended->opened.end());
     }
     for (AcDbImpDatabase* const database : ended->databases)
-        if (AcDbImpDatabase::is_alive(database))
+        if (is_alive(database))
             database->records().keep_part();
     if (open_.empty()) {
         const bool was_ending = std::exchange(ending_, true); // who is told may have one of his own
         // All of it is in the drawings before anybody is told of any.
         for (const AcDbObjectId id : ended->opened)
             if (AcDbObject* const object = held(id); object != nullptr && object->imp().writing)
-                object->imp().database->commit(*object);
+                object->imp().database->objects().commit(*object);
         for (const AcDbObjectId id : ended->opened)
             if (AcDbObject* const object = held(id)) {
                 object->imp().in_transaction = false;
@@ -197,8 +204,8 @@ Acad::ErrorStatus transactions::abortTransaction() {
                 object->close();
         }
     for (AcDbImpDatabase* const database : aborted->databases)
-        if (AcDbImpDatabase::is_alive(database))
-            database->take_back_part();
+        if (is_alive(database))
+            database->history().take_back_part();
     // What the transactions around it have open was put into its record when this one started.
     for (const auto& one : open_)
         for (const AcDbObjectId id : one->opened)

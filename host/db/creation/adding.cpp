@@ -5,7 +5,9 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/object_links.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/creation/new_block.h"
 #include "host/db/creation/new_entity.h"
 #include "host/db/creation/new_object.h"
@@ -30,7 +32,7 @@ Acad::ErrorStatus AcDbSymbolTable::add(AcDbObjectId& id, AcDbSymbolTableRecord* 
     if (!record->isNewObject())
         return Acad::eAlreadyInDb;
     AcDbImpDatabase& database = *imp().database;
-    const db::table_kind kind = database.kind_of_table(imp().record);
+    const db::table_kind kind = database.names().kind_of_table(imp().record);
     if (kind != db::table_kind::block)
         return db::add_entry(database, kind, *record, id);
     auto* const block = AcDbBlockTableRecord::cast(record);
@@ -99,7 +101,7 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
         const db::dictionary_entry replaced = *old;
         pair[1].code = groups.groups()[replaced.at + 1].code;
         groups.splice(replaced.at, replaced.at + 2, pair);
-        database.set_erased(replaced.object, true);
+        database.objects().set_erased(replaced.object, true);
         return Acad::eOk;
     }
     // Behind the others, in front of what a dictionary of another class or an application adds.

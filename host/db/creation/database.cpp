@@ -4,11 +4,17 @@
 #include "dbobjptr.h"
 #include "dbsymtb.h"
 #include "dbxrecrd.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/entity_classes.h"
 #include "host/db/core/host_classes.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
+#include "host/db/core/left_entries.h"
 #include "host/db/core/notifier.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/references.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/creation/drawing_part.h"
 #include "host/db/creation/new_drawing.h"
 #include "host/db/creation/transfer.h"
@@ -62,7 +68,7 @@ void register_classes() {
             AcDbLayout::rxInit();
         });
         acrxBuildClassHierarchy();
-        rx::runtime::instance().classes.on_removing = AcDbImpDatabase::close_objects_of;
+        rx::runtime::instance().classes.on_removing = db::open_objects::close_objects_of;
         return true;
     }();
     static_cast<void>(done);
@@ -71,11 +77,12 @@ void register_classes() {
 template<class Table>
 Acad::ErrorStatus open_table(AcDbImpDatabase& imp, db::table_kind kind, Table*& table, AcDb::OpenMode mode) {
     table = nullptr;
-    return imp.has_drawing() ? acdbOpenObject(table, imp.id(imp.table(kind)), mode) : Acad::eNoDatabase;
+    return imp.has_drawing() ? acdbOpenObject(table, imp.id(imp.names().table(kind)), mode)
+                             : Acad::eNoDatabase;
 }
 
 AcDbObjectId table_id(AcDbImpDatabase& imp, db::table_kind kind) {
-    return imp.has_drawing() ? imp.id(imp.table(kind)) : AcDbObjectId::kNull;
+    return imp.has_drawing() ? imp.id(imp.names().table(kind)) : AcDbObjectId::kNull;
 }
 
 } // namespace
@@ -111,7 +118,7 @@ Acad::ErrorStatus AcDbDatabase::dxfOut(const ACHAR* fileName) {
     if (fileName == nullptr || !m_imp->has_drawing())
         return Acad::eInvalidInput;
     rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.beginDxfOut(this); });
-    m_imp->settle_dictionaries();
+    db::settle_dictionaries(*m_imp);
     const bool written(m_imp->drawing().write_file(sys::to_path(fileName)));
     rx::event_reactors().tell([&](AcRxEventReactor& reactor) {
         written ? reactor.dxfOutComplete(this) : reactor.abortDxfOut(this);
@@ -153,7 +160,7 @@ AcDbObjectId AcDbDatabase::UCSTableId() const {
 }
 
 AcDbObjectId AcDbDatabase::namedObjectsDictionaryId() const {
-    return m_imp->has_drawing() ? m_imp->id(m_imp->root_dictionary()) : AcDbObjectId::kNull;
+    return m_imp->has_drawing() ? m_imp->id(m_imp->drawing().ensure_root_dictionary()) : AcDbObjectId::kNull;
 }
 
 Acad::ErrorStatus AcDbDatabase::getLayerTable(AcDbLayerTable*& table, AcDb::OpenMode mode) {
@@ -224,7 +231,7 @@ Acad::ErrorStatus AcDbDatabase::wblock(AcDbDatabase*& outputDb, const AcDbObject
     for (const AcDbObjectId& id : entities) {
         const dxf::record_id record = m_imp->record(id);
         if (record == dxf::no_record || m_imp->records().kind(record) != dxf::record_kind::entity ||
-            m_imp->records().gone(record) || !m_imp->in_space(record))
+            m_imp->records().gone(record) || !m_imp->blocks().in_space(record))
             return Acad::eInvalidInput;
         records.push_back(record);
     }
@@ -259,8 +266,8 @@ Acad::ErrorStatus AcDbDatabase::wblockCloneObjects(AcDbObjectIdArray& objectIds,
         return target.openStatus();
     std::wstring prefix;
     if (drc == AcDb::kDrcMangleName)
-        prefix = from->reference_name().empty() ? sys::from_path(sys::to_path(from->file_name).stem())
-                                                : from->reference_name();
+        prefix = from->references().name().empty() ? sys::from_path(sys::to_path(from->file_name).stem())
+                                                   : from->references().name();
     db::transfer copying(*from, *to, prefix);
     for (std::size_t i = 0; i < records.size(); ++i)
         if (const AcDbObjectId copy = copying.copy_entity(records[i], *target.object()); !copy.isNull())
@@ -280,7 +287,7 @@ Acad::ErrorStatus AcDbDatabase::insert(AcDbObjectId& /*blockId*/, const ACHAR* /
 }
 
 AcDbObjectId AcDbDatabase::clayer() const {
-    return m_imp->has_drawing() ? m_imp->id(m_imp->current_layer()) : AcDbObjectId::kNull;
+    return m_imp->has_drawing() ? m_imp->id(m_imp->layers().current()) : AcDbObjectId::kNull;
 }
 
 Acad::ErrorStatus AcDbDatabase::setClayer(AcDbObjectId id) {

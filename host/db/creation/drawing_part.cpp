@@ -1,7 +1,9 @@
 #include "host/db/creation/drawing_part.h"
 
+#include "host/db/core/left_entries.h"
 #include "host/db/core/object_links.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/creation/needed_records.h"
 #include "host/db/tables/name_references.h"
 #include "host/dxf/record_header.h"
@@ -184,7 +186,7 @@ private:
         for_header_names(
             drawing_, [&](table_kind kind, const std::string& variable, int code, const std::string& value) {
                 const dxf::text_codec& codec = drawing_.drawing().codec();
-                if (!value.empty() && !needed_.has(drawing_.find_entry(kind, codec.decode(value))))
+                if (!value.empty() && !needed_.has(drawing_.names().find(kind, codec.decode(value))))
                     set(header, variable, code, codec.encode(usual_name(kind)));
             });
         const auto style = drawing_.drawing().header_value("$CMLSTYLE");
@@ -205,7 +207,7 @@ private:
                     return records_.find(dxf::parse_handle(list.groups()[i + 1].value));
             return dxf::no_record;
         };
-        return needed_.has(entry(entry(drawing_.root_dictionary(), dictionary), name));
+        return needed_.has(entry(entry(drawing_.drawing().ensure_root_dictionary(), dictionary), name));
     }
 
     static void set(dxf::group_list& header, std::string_view variable, int code, std::string_view value) {
@@ -231,7 +233,7 @@ private:
 
 base::result<std::unique_ptr<dxf::drawing>> part_of_drawing(AcDbImpDatabase& drawing,
                                                             const std::vector<dxf::record_id>& entities) {
-    drawing.settle_dictionaries();
+    db::settle_dictionaries(drawing);
     const needed_records needed = find_needed(drawing, entities);
     return dxf::drawing::from_bytes(composer(drawing, needed).text(), drawing.drawing().codec().number());
 }

@@ -4,6 +4,7 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/object_links.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/record_text.h"
 #include "host/db/creation/new_entity.h"
 #include "host/db/custom/custom_objects.h"
@@ -66,7 +67,7 @@ Acad::ErrorStatus AcDbObject::handOverTo(AcDbObject* newObject, Adesk::Boolean k
         database.records().set_gone(part, true);
     auto parts = std::exchange(fresh.parts, {});
     database.records().replace(record, text.text());
-    database.exchange(*this, *newObject);
+    database.objects().exchange(*this, *newObject);
     m_imp->begin_new(as_new);
     for (auto& part : parts) {
         AcDbObjectId id;

@@ -2,8 +2,11 @@
 
 #include "dbents.h"
 #include "dbobjptr.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/references.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/creation/new_block.h"
 #include "host/db/creation/transfer.h"
 #include "sys/folders.h"
@@ -15,9 +18,9 @@ namespace {
 constexpr dxf::group_place begin_place{"AcDbBlockBegin"};
 
 void empty_block(AcDbImpDatabase& drawing, dxf::record_id block) {
-    for (const dxf::record_id entity : drawing.entities(block))
+    for (const dxf::record_id entity : drawing.blocks().entities(block))
         if (!drawing.records().gone(entity))
-            drawing.set_erased(entity, true);
+            drawing.objects().set_erased(entity, true);
 }
 
 } // namespace
@@ -28,7 +31,7 @@ base::result<inserted_drawing> insert_drawing(AcDbImpDatabase& drawing, const st
     if (auto read = source.imp().read(sys::from_path(file)); !read)
         return base::failure{read.error()};
     inserted_drawing made;
-    const dxf::record_id known = drawing.find_entry(table_kind::block, name);
+    const dxf::record_id known = drawing.names().find(table_kind::block, name);
     made.redefined = known != dxf::no_record;
     if (made.redefined) {
         made.block = drawing.id(known);
@@ -47,7 +50,7 @@ base::result<inserted_drawing> insert_drawing(AcDbImpDatabase& drawing, const st
         block.release()->close(); // the table's now
     }
     transfer copying(source.imp(), drawing);
-    copying.copy_entities(source.imp().block(ACDB_MODEL_SPACE), made.block);
+    copying.copy_entities(source.imp().blocks().find(ACDB_MODEL_SPACE), made.block);
     made.told = copying.told();
     return made;
 }

@@ -1,6 +1,8 @@
 #include "host/db/creation/needed_records.h"
 
 #include "base/case_fold.h"
+#include "host/db/core/blocks.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/name_references.h"
 #include "host/dxf/group_list.h"
 #include "host/dxf/record_header.h"
@@ -72,7 +74,7 @@ private:
     void need_name(table_kind kind, std::string_view bytes) {
         const auto [at, added] = names_[static_cast<std::size_t>(kind)].try_emplace(bytes, dxf::no_record);
         if (added)
-            at->second = drawing_.find_entry(kind, drawing_.drawing().codec().decode(dxf::trimmed(bytes)));
+            at->second = drawing_.names().find(kind, drawing_.drawing().codec().decode(dxf::trimmed(bytes)));
         need(at->second);
     }
 
@@ -92,7 +94,7 @@ private:
                  part = records_.next(part))
                 need(part);
         table_kind table{};
-        if (drawing_.is_table_entry(id, table) && table == table_kind::block)
+        if (drawing_.names().is_entry(id, table) && table == table_kind::block)
             need_content(id);
         const dxf::group_list groups(records_.text(id));
         for_names(drawing_, id, groups, [&](table_kind named, std::size_t i) {
@@ -125,8 +127,8 @@ private:
 
     // What stands in a block; of spaces only their begin and end.
     void need_content(dxf::record_id block) {
-        const bool space = AcDbImpDatabase::is_space_name(drawing_.name_of(block));
-        const dxf::record_id begin = drawing_.begin_of_block(block);
+        const bool space = db::blocks::is_space_name(drawing_.names().name_of(block));
+        const dxf::record_id begin = drawing_.blocks().begin_of(block);
         if (begin == dxf::no_record)
             return;
         constexpr int external = 4;
@@ -143,8 +145,8 @@ private:
 
     void need_standing() {
         for (std::size_t kind = 0; kind < table_kinds; ++kind)
-            for (const dxf::record_id entry : drawing_.entries(static_cast<table_kind>(kind))) {
-                const std::wstring name = drawing_.name_of(entry);
+            for (const dxf::record_id entry : drawing_.names().entries(static_cast<table_kind>(kind))) {
+                const std::wstring name = drawing_.names().name_of(entry);
                 const bool block = static_cast<table_kind>(kind) == table_kind::block;
                 const bool first_space =
                     base::equal_no_case(name, L"*Model_Space") || base::equal_no_case(name, L"*Paper_Space");
@@ -156,8 +158,8 @@ private:
         for_header_names(drawing_, [this](table_kind kind, const std::string& /*variable*/, int /*code*/,
                                           const std::string& value) {
             const std::wstring usual = usual_name(kind);
-            if (!usual.empty() && drawing_.find_entry(kind, usual) == dxf::no_record)
-                need(drawing_.find_entry(kind, drawing_.drawing().codec().decode(value)));
+            if (!usual.empty() && drawing_.names().find(kind, usual) == dxf::no_record)
+                need(drawing_.names().find(kind, drawing_.drawing().codec().decode(value)));
         });
         need_standing_dictionaries();
         if (drawing_.drawing().parts().header == dxf::no_record)
@@ -169,7 +171,7 @@ private:
     }
 
     void need_standing_dictionaries() {
-        const dxf::record_id root = drawing_.root_dictionary();
+        const dxf::record_id root = drawing_.drawing().ensure_root_dictionary();
         need(root, false);
         for_entries(root, [&](std::string_view name, dxf::record_id dictionary) {
             if (!is_one_of(standing_dictionaries, name))
@@ -204,9 +206,10 @@ private:
             sheets.insert(records_.owner_handle(entity));
         for (const std::uint64_t sheet : sheets) {
             const dxf::record_id block = records_.find(sheet);
-            if (block == dxf::no_record || base::equal_no_case(drawing_.name_of(block), L"*Model_Space"))
+            if (block == dxf::no_record ||
+                base::equal_no_case(drawing_.names().name_of(block), L"*Model_Space"))
                 continue;
-            for (const dxf::record_id entity : drawing_.entities(block))
+            for (const dxf::record_id entity : drawing_.blocks().entities(block))
                 if (records_.type(entity) == dxf::type_viewport && !records_.gone(entity) &&
                     dxf::group_list(records_.text(entity)).integer({"AcDbViewport"}, 69) == 1)
                     need(entity);
@@ -216,12 +219,12 @@ private:
     // The layers and styles by which an external reference is known here.
     void need_dependents() {
         std::unordered_set<std::wstring> blocks;
-        for (const dxf::record_id block : drawing_.entries(table_kind::block))
+        for (const dxf::record_id block : drawing_.names().entries(table_kind::block))
             if (found_.has(block))
-                blocks.insert(base::folded(drawing_.name_of(block)));
+                blocks.insert(base::folded(drawing_.names().name_of(block)));
         for (const table_kind kind : {table_kind::layer, table_kind::text_style, table_kind::linetype})
-            for (const dxf::record_id entry : drawing_.entries(kind)) {
-                const std::wstring name = base::folded(drawing_.name_of(entry));
+            for (const dxf::record_id entry : drawing_.names().entries(kind)) {
+                const std::wstring name = base::folded(drawing_.names().name_of(entry));
                 const std::size_t bar = name.find(L'|');
                 if (bar != name.npos && blocks.contains(name.substr(0, bar)))
                     need(entry);
@@ -247,13 +250,14 @@ private:
                     applications.insert(at->second);
             }
         applications.erase("ObjectDBX Classes"); // the editor's own
-        for_entries(drawing_.root_dictionary(), [&](std::string_view /*name*/, dxf::record_id object) {
-            if (object == dxf::no_record)
-                return;
-            const auto at = of_class.find(records_.type_name(object));
-            if (at != of_class.end() && applications.contains(at->second))
-                need(object);
-        });
+        for_entries(drawing_.drawing().ensure_root_dictionary(),
+                    [&](std::string_view /*name*/, dxf::record_id object) {
+                        if (object == dxf::no_record)
+                            return;
+                        const auto at = of_class.find(records_.type_name(object));
+                        if (at != of_class.end() && applications.contains(at->second))
+                            need(object);
+                    });
     }
 
     // A shape is in any of the shape files, which stand in the table of text styles.
@@ -263,7 +267,7 @@ private:
             shapes = found_.needed[id] && records_.type_name(id) == "SHAPE";
         if (!shapes)
             return;
-        for (const dxf::record_id entry : drawing_.entries(table_kind::text_style))
+        for (const dxf::record_id entry : drawing_.names().entries(table_kind::text_style))
             if ((dxf::group_list(records_.text(entry)).integer({"*"}, 70).value_or(0) & 1) != 0)
                 need(entry);
     }

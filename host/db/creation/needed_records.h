@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/db/core/imp_database.h"
+#include "host/db/core/table_kind.h"
 
 #include <unordered_set>
 #include <vector>

@@ -2,9 +2,12 @@
 
 #include "adscodes.h"
 #include "base/case_fold.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/format_versions.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/properties.h"
 #include "host/dxf/record_header.h"
 
@@ -19,8 +22,8 @@ constexpr dxf::group_place begin_place{"AcDbBlockBegin"};
 // The first free name of an anonymous block of a kind ("*U").
 std::wstring anonymous_name(AcDbImpDatabase& database, const std::wstring& kind) {
     unsigned long highest = 0;
-    for (const dxf::record_id block : database.entries(table_kind::block)) {
-        const std::wstring name = database.name_of(block);
+    for (const dxf::record_id block : database.names().entries(table_kind::block)) {
+        const std::wstring name = database.names().name_of(block);
         if (name.size() <= kind.size() || !base::equal_no_case(name.substr(0, kind.size()), kind))
             continue;
         wchar_t* end = nullptr;
@@ -105,18 +108,18 @@ Acad::ErrorStatus add_block(AcDbImpDatabase& database, AcDbBlockTableRecord& blo
     block.getName(given);
     std::wstring name = given.kwszPtr();
     const bool unnumbered = name.size() == 2 && name.front() == L'*';
-    if (acdbSNValid(name.c_str(), 0) != RTNORM || AcDbImpDatabase::is_space_name(name) != sheet)
+    if (acdbSNValid(name.c_str(), 0) != RTNORM || db::blocks::is_space_name(name) != sheet)
         return Acad::eInvalidInput;
     if (unnumbered)
         name = anonymous_name(database, name);
-    else if (database.find_entry(table_kind::block, name) != dxf::no_record)
+    else if (database.names().find(table_kind::block, name) != dxf::no_record)
         return Acad::eDuplicateRecordName;
     const dxf::record_id section = database.drawing().ensure_section("BLOCKS");
     const dxf::record_id last =
         section != dxf::no_record ? database.drawing().last_in(section) : dxf::no_record;
-    const bool own_record = database.has_block_records();
-    const dxf::record_id table = database.table(table_kind::block);
-    const dxf::record_id previous = own_record ? database.place_for_entry(table_kind::block) : last;
+    const bool own_record = database.names().has_block_records();
+    const dxf::record_id table = database.names().table(table_kind::block);
+    const dxf::record_id previous = own_record ? database.names().place_for_entry(table_kind::block) : last;
     if (last == dxf::no_record || previous == dxf::no_record)
         return Acad::eNotApplicable;
 
@@ -136,11 +139,11 @@ Acad::ErrorStatus add_block(AcDbImpDatabase& database, AcDbBlockTableRecord& blo
     }
     records.insert_after(begin, end_text(database, own_record ? records.handle(record) : 0, sheet),
                          dxf::record_kind::block_end, records.handle(record));
-    database.adopt_block(begin);
-    database.adopt(block, record);
+    database.drawing().add_block(begin);
+    database.objects().adopt(block, record);
     id = database.id(record);
-    database.content_changed(table);
-    database.appended(block);
+    database.objects().content_changed(table);
+    database.objects().appended(block);
     return Acad::eOk;
 }
 

@@ -2,10 +2,14 @@
 
 #include "base/case_fold.h"
 #include "base/number_text.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/format_versions.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
 #include "host/db/core/lines_alike.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/custom/custom_objects.h"
 #include "host/db/tables/properties.h"
 #include "host/db/tables/symbol_entry.h"
@@ -36,12 +40,12 @@ dxf::record_id end_of_block(AcDbImpDatabase& database, dxf::record_id block, con
         const dxf::record_id section = database.drawing().ensure_section("ENTITIES");
         return section != dxf::no_record ? database.drawing().last_in(section) : dxf::no_record;
     }
-    const dxf::record_id begin = database.begin_of_block(block);
+    const dxf::record_id begin = database.blocks().begin_of(block);
     return begin != dxf::no_record ? database.drawing().last_in(begin) : dxf::no_record;
 }
 
 bool is_external(const AcDbImpDatabase& database, dxf::record_id block) {
-    const dxf::record_id begin = database.begin_of_block(block);
+    const dxf::record_id begin = database.blocks().begin_of(block);
     constexpr std::int64_t external_flags = 4 | 8;
     if (begin == dxf::no_record)
         return false;
@@ -55,13 +59,13 @@ void keep_to_known_names(AcDbImpDatabase& database, AcDbImpObject& entity) {
         return entity.decode(dxf::trimmed(entity.groups().text(entity_place, code).value_or("")));
     };
     const std::wstring layer = named(8);
-    if (const dxf::record_id current = database.current_layer();
+    if (const dxf::record_id current = database.layers().current();
         current != dxf::no_record && !base::equal_no_case(layer, L"0") &&
-        database.find_entry(table_kind::layer, layer) == dxf::no_record)
-        entity.edit().set_text(entity_place, 8, entity.encode(database.name_of(current)));
+        database.names().find(table_kind::layer, layer) == dxf::no_record)
+        entity.edit().set_text(entity_place, 8, entity.encode(database.names().name_of(current)));
     const std::wstring linetype = named(6);
     if (!linetype.empty() && !is_built_in_linetype(linetype) &&
-        database.find_entry(table_kind::linetype, linetype) == dxf::no_record)
+        database.names().find(table_kind::linetype, linetype) == dxf::no_record)
         entity.edit().remove(entity_place, 6);
 }
 
@@ -77,15 +81,15 @@ dxf::record_id insert(AcDbImpDatabase& database, dxf::record_id previous, AcDbEn
     text.head(dxf::trimmed(imp.groups().groups().front().value), owner_written);
     add_data(text, imp, on_paper);
     const dxf::record_id record = database.records().insert_after(previous, text.text(), kind, owner);
-    database.adopt(entity, record);
+    database.objects().adopt(entity, record);
     save_graphics(entity);
     return record;
 }
 
 void tell_added(AcDbImpDatabase& database, dxf::record_id container, AcDbEntity& entity, AcDbObjectId& id) {
     id = entity.objectId();
-    database.content_changed(container);
-    database.appended(entity);
+    database.objects().content_changed(container);
+    database.objects().appended(entity);
 }
 
 // The end of a sequence of parts, with layer and space of the entity.
@@ -109,7 +113,7 @@ void announce_parts(AcDbImpDatabase& database, dxf::record_id entity) {
     constexpr int flag = 66;
     static constexpr int order[] = {5, 102, 330, 67, 8, 6, 62, 370, 48, 60, flag};
     static constexpr dxf::group_place place{"AcDbBlockReference", order};
-    if (AcDbImpObject* const open = database.opened(entity)) {
+    if (AcDbImpObject* const open = database.objects().opened(entity)) {
         open->edit().set_integer(place, flag, 1);
         return;
     }
@@ -150,8 +154,8 @@ void give_defaults(AcDbImpDatabase& database, AcDbImpObject& entity, bool all) {
     const auto wanted = [&](unsigned what) { return all || (entity.given & what) == 0; };
     const auto header = [&](std::string_view variable) { return database.drawing().header_value(variable); };
     if (wanted(AcDbImpObject::given_layer))
-        if (const dxf::record_id layer = database.current_layer(); layer != dxf::no_record)
-            entity.edit().set_text(entity_place, 8, entity.encode(database.name_of(layer)));
+        if (const dxf::record_id layer = database.layers().current(); layer != dxf::no_record)
+            entity.edit().set_text(entity_place, 8, entity.encode(database.names().name_of(layer)));
     if (wanted(AcDbImpObject::given_color)) {
         AcCmColor color;
         color.setColorIndex(AcCmColor::kACIbyLayer);
@@ -191,15 +195,16 @@ Acad::ErrorStatus add_entity(AcDbImpDatabase& database, dxf::record_id block, Ac
                              AcDbObjectId& id) {
     AcDbImpObject& imp = entity.imp();
     const std::shared_ptr<lines_alike> alike = imp.alike();
-    if (alike != nullptr)
+    if (alike != nullptr) {
         if (const dxf::record_id record = alike->add(database, block, imp); record != dxf::no_record) {
-            database.adopt(entity, record);
+            database.objects().adopt(entity, record);
             tell_added(database, block, entity, id);
             return Acad::eOk;
         }
+    }
     if (is_external(database, block))
         return Acad::eIsXRefObject;
-    const std::wstring name = database.name_of(block);
+    const std::wstring name = database.names().name_of(block);
     const dxf::record_id previous = end_of_block(database, block, name);
     if (previous == dxf::no_record)
         return Acad::eNotApplicable;

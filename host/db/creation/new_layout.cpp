@@ -5,9 +5,12 @@
 #include "dbents.h"
 #include "dblayout.h"
 #include "dbobjptr.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/format_versions.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/creation/new_block.h"
 #include "host/db/tables/spaces.h"
 
@@ -52,7 +55,7 @@ AcDbObjectId layout_dictionary(const AcDbImpDatabase& database) {
 
 std::wstring free_sheet_name(AcDbImpDatabase& database) {
     std::wstring name = ACDB_PAPER_SPACE;
-    for (int number = 0; database.find_entry(table_kind::block, name) != dxf::no_record; ++number)
+    for (int number = 0; database.names().find(table_kind::block, name) != dxf::no_record; ++number)
         name = ACDB_PAPER_SPACE + std::to_wstring(number);
     return name;
 }
@@ -70,7 +73,7 @@ void add_sheet_viewport(AcDbBlockTableRecord& sheet, double width, double height
 }
 
 void copy_entities(AcDbImpDatabase& database, dxf::record_id from, AcDbBlockTableRecord& sheet) {
-    for (const dxf::record_id entity : database.entities(from)) {
+    for (const dxf::record_id entity : database.blocks().entities(from)) {
         const AcDbEntityPointer original(database.id(entity));
         if (original.openStatus() != Acad::eOk)
             continue;
@@ -172,7 +175,7 @@ Acad::ErrorStatus rename_layout(AcDbImpDatabase& database, dxf::record_id layout
     const AcDbDictionaryPointer dictionary(layout_dictionary(database), AcDb::kForWrite);
     const AcDbObjectPointer<AcDbLayout> opened(database.id(layout), AcDb::kForWrite);
     if (dictionary.openStatus() != Acad::eOk || opened.openStatus() != Acad::eOk ||
-        space_of(database, layout) == database.block(ACDB_MODEL_SPACE))
+        space_of(database, layout) == database.blocks().find(ACDB_MODEL_SPACE))
         return Acad::eNotApplicable;
     AcString before;
     opened->getLayoutName(before);
@@ -184,17 +187,17 @@ Acad::ErrorStatus rename_layout(AcDbImpDatabase& database, dxf::record_id layout
 
 Acad::ErrorStatus erase_layout(AcDbImpDatabase& database, dxf::record_id layout) {
     const dxf::record_id sheet = space_of(database, layout);
-    if (sheet == dxf::no_record || sheet == database.block(ACDB_MODEL_SPACE) ||
-        sheet == database.block(ACDB_PAPER_SPACE))
+    if (sheet == dxf::no_record || sheet == database.blocks().find(ACDB_MODEL_SPACE) ||
+        sheet == database.blocks().find(ACDB_PAPER_SPACE))
         return Acad::eNotApplicable;
     if (current_tab(database) == sheet)
-        set_current_tab(database, tab_name(database, database.block(ACDB_PAPER_SPACE)));
+        set_current_tab(database, tab_name(database, database.blocks().find(ACDB_PAPER_SPACE)));
     const AcDbObjectPointer<AcDbLayout> opened(database.id(layout), AcDb::kForWrite);
     if (opened.openStatus() != Acad::eOk)
         return opened.openStatus();
     if (const Acad::ErrorStatus status = opened->erase(); status != Acad::eOk)
         return status;
-    database.set_erased(sheet, true);
+    database.objects().set_erased(sheet, true);
     return Acad::eOk;
 }
 

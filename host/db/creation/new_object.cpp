@@ -3,6 +3,7 @@
 #include "host/db/core/format_versions.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/object_links.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/record_text.h"
 #include "host/db/custom/custom_objects.h"
 #include "host/db/tables/symbol_entry.h"
@@ -45,9 +46,9 @@ Acad::ErrorStatus add_object(AcDbImpDatabase& database, AcDbObject& object, std:
     register_applications(database, object.imp());
     const dxf::record_id record = database.records().insert_after(
         previous, object_text(database, object.imp(), owner, reactor), dxf::record_kind::object, owner);
-    database.adopt(object, record);
+    database.objects().adopt(object, record);
     id = database.id(record);
-    database.appended(object);
+    database.objects().appended(object);
     return Acad::eOk;
 }
 

@@ -3,8 +3,10 @@
 #include "base/case_fold.h"
 #include "dbents.h"
 #include "dbobjptr.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/creation/needed_records.h"
 #include "host/db/tables/name_references.h"
 #include "host/dxf/record_header.h"
@@ -42,7 +44,7 @@ void transfer::copy_entities(dxf::record_id block, AcDbObjectId target) {
     const AcDbObjectPointer<AcDbBlockTableRecord> open(target, AcDb::kForWrite);
     if (open.openStatus() != Acad::eOk)
         return;
-    for (const dxf::record_id entity : from_.entities(block))
+    for (const dxf::record_id entity : from_.blocks().entities(block))
         if (!from_.records().gone(entity))
             copy_entity(entity, *open.object());
 }
@@ -95,8 +97,9 @@ bool transfer::settle(AcDbImpObject& copy) {
             const dxf::record_id entry = ensure(named.kind, name);
             if (entry == dxf::no_record && named.kind == table_kind::block)
                 return false;
-            if (entry != dxf::no_record && !base::equal_no_case(to_.name_of(entry), name)) {
-                const dxf::group_list::fresh_group renamed{named.code, copy.encode(to_.name_of(entry))};
+            if (entry != dxf::no_record && !base::equal_no_case(to_.names().name_of(entry), name)) {
+                const dxf::group_list::fresh_group renamed{named.code,
+                                                           copy.encode(to_.names().name_of(entry))};
                 copy.edit().splice(i, i + 1, {&renamed, 1});
             }
             break;
@@ -136,9 +139,9 @@ bool transfer::settle_handles(AcDbImpObject& copy) {
 dxf::record_id transfer::entry_of(std::uint64_t handle) {
     const dxf::record_id old = from_.records().find(handle);
     table_kind kind{};
-    if (old == dxf::no_record || !from_.is_table_entry(old, kind))
+    if (old == dxf::no_record || !from_.names().is_entry(old, kind))
         return dxf::no_record;
-    return ensure(kind, from_.name_of(old));
+    return ensure(kind, from_.names().name_of(old));
 }
 
 std::wstring transfer::name_there(table_kind kind, const std::wstring& name) const {
@@ -157,9 +160,9 @@ dxf::record_id transfer::ensure(table_kind kind, const std::wstring& name) {
         return known->second;
     const bool anonymous = kind == table_kind::block && name.starts_with(L"*");
     const std::wstring there = name_there(kind, name);
-    dxf::record_id found = anonymous ? dxf::no_record : to_.find_entry(kind, there);
+    dxf::record_id found = anonymous ? dxf::no_record : to_.names().find(kind, there);
     settled_[key] = found; // while it is being copied too: what leads back to it ends there
-    const dxf::record_id old = found == dxf::no_record ? from_.find_entry(kind, name) : dxf::no_record;
+    const dxf::record_id old = found == dxf::no_record ? from_.names().find(kind, name) : dxf::no_record;
     if (old != dxf::no_record)
         found = kind == table_kind::block ? copy_block(old, anonymous ? name.substr(0, 2) : there, key)
                                           : copy_entry(kind, old, there);
@@ -192,18 +195,18 @@ dxf::record_id transfer::copy_entry(table_kind kind, dxf::record_id old, const s
     if (copy == nullptr)
         return dxf::no_record;
     AcDbImpObject& imp = copy->imp();
-    if (name != from_.name_of(old))
+    if (name != from_.names().name_of(old))
         copy->setName(name.c_str());
     if (kind == table_kind::layer) {
         const std::wstring linetype = imp.decode(dxf::trimmed(imp.groups().text(anywhere, 6).value_or("")));
         const dxf::record_id there =
             linetype.empty() ? dxf::no_record : ensure(table_kind::linetype, linetype);
         if (!linetype.empty())
-            imp.edit().set_text(anywhere, 6,
-                                there == dxf::no_record ? "Continuous" : imp.encode(to_.name_of(there)));
+            imp.edit().set_text(
+                anywhere, 6, there == dxf::no_record ? "Continuous" : imp.encode(to_.names().name_of(there)));
     }
     AcDbObjectId id;
-    const AcDbObjectPointer<AcDbSymbolTable> table(to_.id(to_.table(kind)), AcDb::kForWrite);
+    const AcDbObjectPointer<AcDbSymbolTable> table(to_.id(to_.names().table(kind)), AcDb::kForWrite);
     if (!settle_handles(imp) || table.openStatus() != Acad::eOk || table->add(id, copy.get()) != Acad::eOk)
         return dxf::no_record;
     copy.release()->close(); // the table's now

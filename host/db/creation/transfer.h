@@ -3,6 +3,7 @@
 
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/table_kind.h"
 
 #include <map>
 #include <string>

@@ -3,6 +3,8 @@
 #include "acgi.h"
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/record_classes.h"
 
 namespace db {
 
@@ -15,11 +17,11 @@ void draw_arrowhead(const AcDbImpObject& entity, std::uint64_t block, const AcGe
         return;
     const dxf::record_id record =
         block != 0 && entity.database != nullptr ? entity.database->records().find(block) : dxf::no_record;
-    if (record != dxf::no_record && entity.database->class_of(record) == AcDbBlockTableRecord::desc()) {
+    if (record != dxf::no_record && db::class_of(*entity.database, record) == AcDbBlockTableRecord::desc()) {
         AcGeMatrix3d to_tip; // such blocks are one unit long, and point along their x axis
         to_tip.setCoordSystem(tip, along, across, normal * size);
         draw.geometry().pushModelTransform(to_tip);
-        draw.geometry().draw(entity.database->view(record).get());
+        draw.geometry().draw(entity.database->objects().view(record).get());
         draw.geometry().popModelTransform();
         return;
     }

@@ -1,6 +1,7 @@
 #include "acutmem.h"
 #include "base/number_text.h"
 #include "dbents.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/first_groups.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
@@ -226,7 +227,7 @@ AcDbMText* AcDbAttributeDefinition::getMTextAttributeDefinition() const {
 
 Adesk::Boolean AcDbAttributeDefinition::subWorldDraw(AcGiWorldDraw* draw) {
     const bool shows_text =
-        isConstant() && imp().database != nullptr && !imp().database->in_space(imp().record);
+        isConstant() && imp().database != nullptr && !imp().database->blocks().in_space(imp().record);
     if (shows_text && draw_lines(*this, *draw))
         return true;
     db::draw_text(imp(),
@@ -238,7 +239,7 @@ Adesk::Boolean AcDbAttributeDefinition::subWorldDraw(AcGiWorldDraw* draw) {
 }
 
 Adesk::UInt32 AcDbAttributeDefinition::subSetAttributes(AcGiDrawableTraits* traits) {
-    const bool in_block = imp().database != nullptr && !imp().database->in_space(imp().record);
+    const bool in_block = imp().database != nullptr && !imp().database->blocks().in_space(imp().record);
     if (in_block && isConstant() && is_hidden(*this, isInvisible()))
         return kDrawableIsInvisible;
     return AcDbText::subSetAttributes(traits);

@@ -3,6 +3,7 @@
 #include "dbdict.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 
 #include <cmath>
 #include <limits>
@@ -22,7 +23,7 @@ std::unique_ptr<AcDbObject> entry(const AcDbObject* dictionary, const ACHAR* key
     const dxf::record_id record = database.record(id);
     if (record == dxf::no_record || database.records().gone(record))
         return nullptr;
-    return database.view(record);
+    return database.objects().view(record);
 }
 
 // Three rows of four numbers.
@@ -41,7 +42,7 @@ std::optional<AcGiClipBoundary> clip_of(const AcDbObject& reference) {
     if (extension.isNull())
         return std::nullopt;
     AcDbImpDatabase& database = *reference.imp().database;
-    const std::unique_ptr<AcDbObject> own = database.view(database.record(extension));
+    const std::unique_ptr<AcDbObject> own = database.objects().view(database.record(extension));
     const std::unique_ptr<AcDbObject> filters = entry(own.get(), L"ACAD_FILTER");
     const std::unique_ptr<AcDbObject> filter = entry(filters.get(), L"SPATIAL");
     if (filter == nullptr || database.records().type_name(filter->imp().record) != "SPATIAL_FILTER")

@@ -2,10 +2,14 @@
 #include "base/case_fold.h"
 #include "dbelipse.h"
 #include "dbents.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/first_groups.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/part_iterator.h"
+#include "host/db/core/record_classes.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/creation/new_entity.h"
 #include "host/db/entities/block_clip.h"
 #include "host/dxf/record_header.h"
@@ -84,7 +88,7 @@ struct block_place {
 
     explicit operator bool() const { return database != nullptr && record != dxf::no_record; }
     AcGeMatrix3d to_base() const {
-        return AcGeMatrix3d::translation(-database->base_of_block(record).asVector());
+        return AcGeMatrix3d::translation(-database->blocks().base_of(record).asVector());
     }
 };
 
@@ -96,8 +100,8 @@ block_place block_of(const AcDbImpObject& object, std::string_view name, AcDbObj
     }
     found.database = object.database;
     // A changed name's bytes live no longer than the object.
-    found.record = object.changed() ? object.database->block(object.decode(name))
-                                    : object.database->block_by_bytes(name);
+    found.record = object.changed() ? object.database->blocks().find(object.decode(name))
+                                    : object.database->blocks().find_bytes(name);
     return found;
 }
 
@@ -183,14 +187,14 @@ void draw_attributes(const AcDbImpObject& object, AcGiGeometry& geometry) {
     for (dxf::record_id part = records.next(object.record);
          part != dxf::no_record && records.kind(part) == dxf::record_kind::part; part = records.next(part))
         if (records.type(part) == dxf::type_attrib && !records.gone(part))
-            geometry.draw(object.database->view(part).get());
+            geometry.draw(object.database->objects().view(part).get());
 }
 
 // A block in its rows and columns, of which only those are drawn that are wanted.
 class block_array {
 public:
     block_array(const reference_groups& groups, const block_place& block, AcGiWorldDraw& draw)
-        : groups_(groups), draw_(draw), view_(block.database->view(block.record)),
+        : groups_(groups), draw_(draw), view_(block.database->objects().view(block.record)),
           first_(groups.placing() * block.to_base()), across_(groups.column_step()), up_(groups.row_step()),
           one_(gi::extents_of_block(*block.database, block.record)) {
         if (!gi::is_empty(one_))
@@ -304,11 +308,11 @@ Acad::ErrorStatus AcDbBlockReference::setBlockTableRecord(AcDbObjectId block) {
     assertWriteEnabled();
     dxf::record_id record = dxf::no_record;
     AcDbImpDatabase* const database = AcDbImpDatabase::find(block, record);
-    if (database == nullptr || database->class_of(record) != AcDbBlockTableRecord::desc())
+    if (database == nullptr || db::class_of(*database, record) != AcDbBlockTableRecord::desc())
         return Acad::eWrongObjectType;
     if (imp().database != nullptr && imp().database != database)
         return Acad::eWrongDatabase;
-    const std::wstring name = database->name_of(record);
+    const std::wstring name = database->names().name_of(record);
     const dxf::group_place& place = place_of(imp());
     if (!base::equal_no_case(imp().decode(imp().groups().text(place, 2).value_or("")), name))
         imp().edit().set_text(place, 2, imp().encode(name));
@@ -449,7 +453,7 @@ AcRxObject* AcDbBlockReference::clone() const {
         add(*part);
     for (const dxf::record_id part : db::parts_of(imp(), "ATTRIB"))
         if (!imp().database->records().gone(part))
-            add(*imp().database->view(part));
+            add(*imp().database->objects().view(part));
     return copy;
 }
 
@@ -550,16 +554,16 @@ Acad::ErrorStatus AcDbBlockReference::subExplode(AcDbVoidPtrArray& parts) const 
     const block_place block = block_of(imp(), groups.name, m_newBlock);
     if (!block)
         return Acad::eCannotExplodeEntity;
-    const std::unique_ptr<AcDbObject> view = block.database->view(block.record);
+    const std::unique_ptr<AcDbObject> view = block.database->objects().view(block.record);
     const auto& record = static_cast<const AcDbBlockTableRecord&>(*view);
     if (record.isFromExternalReference() || !record.explodable())
         return Acad::eCannotExplodeEntity;
     const AcGeMatrix3d transform = groups.placing() * block.to_base();
     const int before = parts.length();
-    for (const dxf::record_id id : block.database->entities(block.record)) {
+    for (const dxf::record_id id : block.database->blocks().entities(block.record)) {
         if (block.database->records().gone(id))
             continue;
-        const std::unique_ptr<AcDbObject> entity = block.database->view(id);
+        const std::unique_ptr<AcDbObject> entity = block.database->objects().view(id);
         if (add_transformed(static_cast<const AcDbEntity&>(*entity), transform, parts) != Acad::eOk) {
             destroy(parts, before); // nothing gets lost by half
             return Acad::eCannotExplodeEntity;
@@ -591,7 +595,7 @@ Acad::ErrorStatus AcDbBlockReference::explodeToOwnerSpace() const {
     }
     if (status != Acad::eOk)
         for (const dxf::record_id record : added)
-            imp().database->set_erased(record, true);
+            imp().database->objects().set_erased(record, true);
     return status;
 }
 

@@ -5,8 +5,12 @@
 #include "base/wide_format.h"
 #include "dbmtext.h"
 #include "dbsymtb.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/record_classes.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/custom/proxy_graphics.h"
 #include "host/db/tables/dimension_style.h"
 #include "host/dxf/record_header.h"
@@ -103,7 +107,7 @@ dxf::record_id block_of(const AcDbImpObject& imp) {
     const std::string_view name = dxf::trimmed(imp.groups().text(dimension_place, 2).value_or(""));
     if (imp.database == nullptr || name.empty())
         return dxf::no_record;
-    return imp.database->find_entry(db::table_kind::block, imp.decode(name));
+    return imp.database->names().find(db::table_kind::block, imp.decode(name));
 }
 
 AcGeMatrix3d block_to_world(const AcDbDimension& dimension) {
@@ -341,7 +345,7 @@ private:
     void points(const AcGePoint3d& ten) {
         if (imp_.database != nullptr)
             draw_.subEntityTraits().setLayer(
-                imp_.database->id(imp_.database->find_entry(db::table_kind::layer, L"Defpoints")));
+                imp_.database->id(imp_.database->names().find(db::table_kind::layer, L"Defpoints")));
         draw_.geometry().polyline(1, &ten);
         for (const int code : kind_.points)
             if (code != 0 && imp_.groups().find(kind_.place, code) != dxf::group_list::npos) {
@@ -374,9 +378,9 @@ Acad::ErrorStatus AcDbDimension::setDimBlockId(const AcDbObjectId& blockId) {
     const dxf::record_id record = imp().database->record(blockId);
     if (record == dxf::no_record)
         return Acad::eNullObjectId;
-    if (imp().database->class_of(record) != AcDbBlockTableRecord::desc())
+    if (db::class_of(*imp().database, record) != AcDbBlockTableRecord::desc())
         return Acad::eWrongObjectType;
-    imp().edit().set_text(dimension_place, 2, imp().encode(imp().database->name_of(record)));
+    imp().edit().set_text(dimension_place, 2, imp().encode(imp().database->names().name_of(record)));
     return Acad::eOk;
 }
 
@@ -479,7 +483,7 @@ AcDbObjectId AcDbDimension::dimensionStyle() const {
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
     return imp().database->id(
-        imp().database->find_entry(db::table_kind::dim_style, imp().decode(dxf::trimmed(style_of(imp())))));
+        imp().database->names().find(db::table_kind::dim_style, imp().decode(dxf::trimmed(style_of(imp())))));
 }
 
 Acad::ErrorStatus AcDbDimension::setDimensionStyle(AcDbObjectId styleId) {
@@ -491,7 +495,7 @@ Acad::ErrorStatus AcDbDimension::setDimensionStyle(AcDbObjectId styleId) {
         return Acad::eNullObjectId;
     if (imp().database->records().type(record) != dxf::type_dimstyle)
         return Acad::eWrongObjectType;
-    imp().edit().set_text(dimension_place, 3, imp().encode(imp().database->name_of(record)));
+    imp().edit().set_text(dimension_place, 3, imp().encode(imp().database->names().name_of(record)));
     leave_block(imp());
     return Acad::eOk;
 }
@@ -509,7 +513,7 @@ Acad::ErrorStatus AcDbDimension::recomputeDimBlock(bool /*forceUpdate*/) {
 
 Adesk::Boolean AcDbDimension::subWorldDraw(AcGiWorldDraw* draw) {
     if (const dxf::record_id record = block_of(imp()); record != dxf::no_record) {
-        const std::unique_ptr<AcDbObject> block = imp().database->view(record);
+        const std::unique_ptr<AcDbObject> block = imp().database->objects().view(record);
         draw->geometry().pushModelTransform(block_to_world(*this));
         draw->geometry().draw(block.get());
         draw->geometry().popModelTransform();
@@ -558,8 +562,8 @@ Acad::ErrorStatus AcDbDimension::subExplode(AcDbVoidPtrArray& parts) const {
     if (record == dxf::no_record)
         return Acad::eNotApplicable;
     const int before = parts.length();
-    for (const dxf::record_id id : imp().database->drawn_of_block(record)) {
-        const std::unique_ptr<AcDbObject> view = imp().database->view(id);
+    for (const dxf::record_id id : imp().database->blocks().drawn_of(record)) {
+        const std::unique_ptr<AcDbObject> view = imp().database->objects().view(id);
         AcDbEntity* part = nullptr;
         const auto* const entity = AcDbEntity::cast(view.get());
         if (entity != nullptr && entity->getTransformedCopy(block_to_world(*this), part) == Acad::eOk) {

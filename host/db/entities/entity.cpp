@@ -4,6 +4,9 @@
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
+#include "host/db/core/references.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/creation/new_entity.h"
 #include "host/db/tables/dependent_names.h"
 #include "host/db/tables/implied_entries.h"
@@ -54,7 +57,7 @@ std::wstring layer_of(const AcDbEntity& entity, const AcDbImpObject& imp) {
     entity.assertReadEnabled();
     if (imp.database != nullptr && !imp.is_read() &&
         dxf::stands_on_layer(imp.database->records().kind(imp.record)))
-        return imp.database->layer_name(imp.record);
+        return imp.database->layers().name_of(imp.record);
     const auto name = imp.groups().text(entity_place, 8);
     return name && !dxf::trimmed(*name).empty() ? imp.decode(dxf::trimmed(*name)) : L"0";
 }
@@ -72,7 +75,7 @@ AcDbImpDatabase* names_of(const AcDbImpObject& imp) {
 std::string entry_bytes(const AcDbImpObject& imp, const AcDbImpDatabase& database, dxf::record_id entry) {
     if (imp.database == &database)
         return std::string(dxf::value_of(database.records().text(entry), 2));
-    return imp.encode(database.name_of(entry));
+    return imp.encode(database.names().name_of(entry));
 }
 
 // The entry that an id names, if it is a live one of the wanted type in the entity's drawing, or for a new
@@ -93,22 +96,23 @@ Acad::ErrorStatus find_entry(const AcDbImpObject& imp, const ACHAR* name, db::ta
     database = names_of(imp);
     if (database == nullptr)
         return Acad::eNoDatabase;
-    entry = name != nullptr ? database->find_entry(kind, name) : dxf::no_record;
+    entry = name != nullptr ? database->names().find(kind, name) : dxf::no_record;
     return entry != dxf::no_record ? Acad::eOk : Acad::eKeyNotFound;
 }
 
 // The name by which the user knows the layer: of an entity in a reference that of the drawing he works in.
 std::wstring layer_told(const AcDbEntity& entity, const AcDbImpObject& imp) {
     const std::wstring name = layer_of(entity, imp);
-    return imp.database != nullptr && imp.database->host() != nullptr ? db::layer_seen(*imp.database, name)
-                                                                      : name;
+    return imp.database != nullptr && imp.database->references().host() != nullptr
+               ? db::layer_seen(*imp.database, name)
+               : name;
 }
 
 void put_layer(AcDbEntity& entity, AcDbImpObject& imp, AcDbImpDatabase& database, dxf::record_id entry) {
     imp.given |= AcDbImpObject::given_layer;
     if (database.records().implied(entry)) // what is saved must not name what is not
         db::settle_entry(database, entry);
-    if (!base::equal_no_case(layer_of(entity, imp), database.name_of(entry)))
+    if (!base::equal_no_case(layer_of(entity, imp), database.names().name_of(entry)))
         imp.edit().set_text(entity_place, 8, entry_bytes(imp, database, entry));
 }
 
@@ -116,7 +120,7 @@ void put_linetype(AcDbImpObject& imp, AcDbImpDatabase& database, dxf::record_id 
     imp.given |= AcDbImpObject::given_linetype;
     if (database.records().implied(entry))
         db::settle_entry(database, entry);
-    if (base::equal_no_case(database.name_of(entry), L"ByLayer"))
+    if (base::equal_no_case(database.names().name_of(entry), L"ByLayer"))
         imp.edit().remove(entity_place, 6);
     else
         imp.edit().set_text(entity_place, 6, entry_bytes(imp, database, entry));
@@ -136,11 +140,11 @@ Acad::ErrorStatus AcDbEntity::layer(AcString& name) const {
 AcDbObjectId AcDbEntity::layerId() const {
     const std::wstring name = layer_told(*this, imp());
     AcDbImpDatabase* database = names_of(imp());
-    if (database != nullptr && database->host() != nullptr)
-        database = database->host();
+    if (database != nullptr && database->references().host() != nullptr)
+        database = database->references().host();
     if (database == nullptr || (isNewObject() && (imp().given & AcDbImpObject::given_layer) == 0))
         return AcDbObjectId::kNull;
-    return database->id(database->find_entry(db::table_kind::layer, name));
+    return database->id(database->names().find(db::table_kind::layer, name));
 }
 
 Acad::ErrorStatus AcDbEntity::setLayer(const ACHAR* name, bool doSubents, bool /*allowHiddenLayer*/) {
@@ -207,7 +211,7 @@ AcDbObjectId AcDbEntity::linetypeId() const {
     if (database == nullptr)
         return AcDbObjectId::kNull;
     ACHAR* name = linetype();
-    const AcDbObjectId id = database->id(database->find_entry(db::table_kind::linetype, name));
+    const AcDbObjectId id = database->id(database->names().find(db::table_kind::linetype, name));
     acutDelString(name);
     return id;
 }

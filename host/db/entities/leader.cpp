@@ -3,6 +3,7 @@
 #include "dblead.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/custom/proxy_graphics.h"
 #include "host/db/entities/arrowhead.h"
 #include "host/db/entities/imp_curve.h"
@@ -178,7 +179,7 @@ AcDbObjectId AcDbLeader::dimensionStyle() const {
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
     const std::string_view name = dxf::trimmed(imp().groups().text(leader_place, 3).value_or("Standard"));
-    return imp().database->id(imp().database->find_entry(db::table_kind::dim_style, imp().decode(name)));
+    return imp().database->id(imp().database->names().find(db::table_kind::dim_style, imp().decode(name)));
 }
 
 bool AcDbLeader::subMakePieces(AcDbImpCurve& pieces) const {

@@ -4,6 +4,8 @@
 #include "dbsymtb.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/record_classes.h"
 #include "host/db/custom/proxy_graphics.h"
 #include "host/db/entities/arrowhead.h"
 #include "host/db/entities/multileader_context.h"
@@ -174,9 +176,9 @@ Adesk::Boolean AcDbMLeader::subWorldDraw(AcGiWorldDraw* draw) {
         geometry.draw(text_of(imp(), context).get());
     if (context.has_block && imp().database != nullptr) {
         const dxf::record_id block = imp().database->records().find(context.block);
-        if (block != dxf::no_record && imp().database->class_of(block) == AcDbBlockTableRecord::desc()) {
+        if (block != dxf::no_record && db::class_of(*imp().database, block) == AcDbBlockTableRecord::desc()) {
             geometry.pushModelTransform(context.block_to_world);
-            geometry.draw(imp().database->view(block).get());
+            geometry.draw(imp().database->objects().view(block).get());
             geometry.popModelTransform();
         }
     }

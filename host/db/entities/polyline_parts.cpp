@@ -1,6 +1,7 @@
 #include "host/db/entities/polyline_parts.h"
 
 #include "dbents.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/part_iterator.h"
 #include "host/db/creation/new_entity.h"
 #include "host/dxf/group_reader.h"
@@ -144,7 +145,7 @@ void copy_vertices(const AcDbImpObject& from, AcDbObject* copy) {
         add(*part);
     for (const dxf::record_id part : parts_of(from, "VERTEX"))
         if (!from.database->records().gone(part))
-            add(*from.database->view(part));
+            add(*from.database->objects().view(part));
 }
 
 } // namespace db

@@ -3,6 +3,9 @@
 #include "dbtable.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/record_classes.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/custom/proxy_graphics.h"
 #include "host/dxf/record_header.h"
 
@@ -22,11 +25,11 @@ dxf::record_id block_of(const AcDbImpObject& imp) {
     if (imp.database == nullptr)
         return dxf::no_record;
     const std::string_view name = dxf::trimmed(imp.groups().text(reference_place, 2).value_or(""));
-    const dxf::record_id named = imp.database->find_entry(db::table_kind::block, imp.decode(name));
+    const dxf::record_id named = imp.database->names().find(db::table_kind::block, imp.decode(name));
     if (named != dxf::no_record)
         return named;
     const dxf::record_id found = imp.database->records().find(imp.groups().handle(table_place, 343));
-    return found != dxf::no_record && imp.database->class_of(found) == AcDbBlockTableRecord::desc()
+    return found != dxf::no_record && db::class_of(*imp.database, found) == AcDbBlockTableRecord::desc()
                ? found
                : dxf::no_record;
 }
@@ -89,7 +92,7 @@ Adesk::Boolean AcDbTable::subWorldDraw(AcGiWorldDraw* draw) {
     AcGeMatrix3d to_world;
     to_world.setCoordSystem(position(), direction(), normal().crossProduct(direction()), normal());
     draw->geometry().pushModelTransform(to_world);
-    draw->geometry().draw(imp().database->view(record).get());
+    draw->geometry().draw(imp().database->objects().view(record).get());
     draw->geometry().popModelTransform();
     return true;
 }

@@ -3,6 +3,7 @@
 #include "dbfcf.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/custom/proxy_graphics.h"
 #include "host/db/tables/dimension_style.h"
 #include "host/db/tables/text_styles.h"
@@ -110,7 +111,7 @@ AcDbObjectId AcDbFcf::dimensionStyle() const {
     if (imp().database == nullptr)
         return AcDbObjectId::kNull;
     return imp().database->id(
-        imp().database->find_entry(db::table_kind::dim_style, imp().decode(dxf::trimmed(style_of(imp())))));
+        imp().database->names().find(db::table_kind::dim_style, imp().decode(dxf::trimmed(style_of(imp())))));
 }
 
 // Rows of boxes, twice as high as the letters, each as wide as its text and once their height.

@@ -1,6 +1,8 @@
 #include "host/db/tables/audit.h"
 
 #include "base/utf.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/name_references.h"
 #include "host/db/tables/properties.h"
 #include "host/db/tables/symbol_entry.h"
@@ -64,7 +66,7 @@ public:
 private:
     bool is_missing(table_kind kind, const std::wstring& name) {
         return !name.empty() && !is_fixed_name(kind, name) &&
-               database_.find_entry(kind, name) == dxf::no_record;
+               database_.names().find(kind, name) == dxf::no_record;
     }
     std::wstring decoded(std::string_view value) const {
         return database_.drawing().codec().decode(dxf::trimmed(value));
@@ -104,7 +106,7 @@ private:
         if (!mends_)
             return;
         if (erased) {
-            database_.set_erased(id, true);
+            database_.objects().set_erased(id, true);
             return;
         }
         for (const auto& [at, fresh] : changes)

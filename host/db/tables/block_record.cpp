@@ -1,9 +1,11 @@
 #include "acgi.h"
 #include "acutmem.h"
 #include "dbsymtb.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/format_versions.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/references.h"
 #include "host/db/tables/draw_order.h"
 #include "host/db/tables/spaces.h"
@@ -27,7 +29,7 @@ constexpr dxf::group_place begin_place{"AcDbBlockBegin", begin_order};
 
 // The BLOCK record, which holds the flags, the base point and the path of an external reference.
 dxf::record_id block_begin(const AcDbImpObject& imp) {
-    return imp.database != nullptr ? imp.database->begin_of_block(imp.record) : dxf::no_record;
+    return imp.database != nullptr ? imp.database->blocks().begin_of(imp.record) : dxf::no_record;
 }
 
 // Its groups; those of a new block are with the record's own.
@@ -47,7 +49,7 @@ void change_begin(AcDbImpObject& imp, Change change) {
     if (!groups.changed())
         return;
     imp.database->records().replace(block_begin(imp), groups.write(imp.database->drawing().style()));
-    imp.database->content_changed(imp.record);
+    imp.database->objects().content_changed(imp.record);
 }
 
 std::int64_t block_flags(const AcDbImpObject& imp) {
@@ -74,7 +76,7 @@ Acad::ErrorStatus AcDbBlockTableRecord::newIterator(AcDbBlockTableRecordIterator
         return Acad::eNoDatabase;
     AcDbObjectIdArray ids;
     const auto [database, block] = imp().database->references().place(imp().record);
-    for (const dxf::record_id entity : database->entities(block))
+    for (const dxf::record_id entity : database->blocks().entities(block))
         ids.append(database->id(entity));
     iterator = new AcDbBlockTableRecordIterator(std::move(ids)); // the caller's
     iterator->start(atBeginning, skipDeleted);
@@ -86,14 +88,14 @@ Adesk::Boolean AcDbBlockTableRecord::subWorldDraw(AcGiWorldDraw* draw) {
     if (imp().database == nullptr)
         return true;
     const auto [database, block] = imp().database->references().place(imp().record);
-    std::vector<dxf::record_id> drawn = database->drawn_of_block(block);
+    std::vector<dxf::record_id> drawn = database->blocks().drawn_of(block);
     db::draw_order order;
     order.follow(*database, block);
     order.sort(*database, drawn);
     for (const dxf::record_id entity : drawn) {
         if (draw->regenAbort())
             break;
-        if (const auto view = database->view(entity))
+        if (const auto view = database->objects().view(entity))
             draw->geometry().draw(view.get());
     }
     return true;
@@ -107,7 +109,7 @@ Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbEntity* entity) {
 bool AcDbBlockTableRecord::isLayout() const {
     AcString name;
     getName(name);
-    return AcDbImpDatabase::is_space_name(name.kwszPtr());
+    return db::blocks::is_space_name(name.kwszPtr());
 }
 
 AcDbObjectId AcDbBlockTableRecord::getLayoutId() const {
@@ -185,7 +187,7 @@ bool AcDbBlockTableRecord::hasAttributeDefinitions() const {
     if (imp().database == nullptr)
         return false;
     const dxf::record_table& records = imp().database->records();
-    const auto entities = imp().database->entities(imp().record);
+    const auto entities = imp().database->blocks().entities(imp().record);
     return std::any_of(entities.begin(), entities.end(), [&](dxf::record_id entity) {
         return !records.gone(entity) && records.type_name(entity) == "ATTDEF";
     });
@@ -200,7 +202,8 @@ Acad::ErrorStatus AcDbBlockTableRecord::getBlockReferenceIds(AcDbObjectIdArray& 
     const dxf::record_table& records = database.records();
     for (dxf::record_id id = 0; id < records.size(); ++id)
         if (records.type(id) == dxf::type_insert && records.kind(id) == dxf::record_kind::entity &&
-            !records.gone(id) && database.block_by_bytes(dxf::value_of(records.text(id), 2)) == imp().record)
+            !records.gone(id) &&
+            database.blocks().find_bytes(dxf::value_of(records.text(id), 2)) == imp().record)
             ids.append(database.id(id));
     return Acad::eOk;
 }

@@ -1,6 +1,8 @@
 #include "host/db/tables/dependent_names.h"
 
 #include "base/case_fold.h"
+#include "host/db/core/references.h"
+#include "host/db/core/symbol_names.h"
 
 #include <algorithm>
 
@@ -28,12 +30,13 @@ std::wstring dependent_name(table_kind kind, std::wstring_view reference, std::w
 }
 
 dxf::record_id ruling_layer(AcDbImpDatabase& drawing, std::wstring_view reference, std::wstring_view layer) {
-    return drawing.find_entry(table_kind::layer, dependent_name(table_kind::layer, reference, layer));
+    return drawing.names().find(table_kind::layer, dependent_name(table_kind::layer, reference, layer));
 }
 
 std::wstring layer_seen(const AcDbImpDatabase& drawing, std::wstring_view layer) {
-    return drawing.host() == nullptr ? std::wstring(layer)
-                                     : dependent_name(table_kind::layer, drawing.reference_name(), layer);
+    return drawing.references().host() == nullptr
+               ? std::wstring(layer)
+               : dependent_name(table_kind::layer, drawing.references().name(), layer);
 }
 
 } // namespace db

@@ -1,6 +1,7 @@
 #include "host/db/tables/dimension_style.h"
 
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "host/dxf/record_header.h"
 
 #include <cmath>
@@ -34,7 +35,7 @@ std::optional<std::string_view> style_value(const AcDbImpObject& entity, std::st
     if (value || entity.database == nullptr)
         return value;
     const dxf::record_id record =
-        entity.database->find_entry(table_kind::dim_style, entity.decode(dxf::trimmed(style)));
+        entity.database->names().find(table_kind::dim_style, entity.decode(dxf::trimmed(style)));
     if (record == dxf::no_record)
         return std::nullopt;
     const dxf::group_list groups(entity.database->records().text(record));

@@ -3,6 +3,7 @@
 #include "base/utf.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/rules.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/properties.h"
 #include "host/db/tables/symbol_entry.h"
 #include "host/dxf/record_header.h"
@@ -16,19 +17,18 @@ constexpr int style_of_text = 340; // of a linetype's element
 } // namespace
 
 dxf::record_id add_implied_entry(AcDbImpDatabase& drawing, table_kind kind, const AcDbImpObject& entry) {
-    const dxf::record_id previous = drawing.place_for_entry(kind);
+    const dxf::record_id previous = drawing.names().place_for_entry(kind);
     if (previous == dxf::no_record)
         return dxf::no_record;
     const dxf::record_id added =
         drawing.records().insert_implied(previous, entry_text(drawing, kind, entry), dxf::record_kind::entry,
-                                         drawing.records().handle(drawing.table(kind)));
-    drawing.name_came(kind, added);
+                                         drawing.records().handle(drawing.names().table(kind)));
     return added;
 }
 
 void imply_layers(AcDbImpDatabase& drawing, bool dependent) {
     const auto imply = [&](const std::wstring& name) {
-        if (drawing.find_entry(table_kind::layer, name) != dxf::no_record)
+        if (drawing.names().find(table_kind::layer, name) != dxf::no_record)
             return;
         AcDbImpObject layer;
         layer.begin_new(new_entry_text("AcDbLayerTableRecord"));
@@ -56,7 +56,7 @@ void settle_entry(AcDbImpDatabase& drawing, dxf::record_id entry) {
     if (records.type(entry) == dxf::type_layer) {
         const std::wstring linetype =
             drawing.drawing().codec().decode(dxf::trimmed(groups.text(layer_place, 6).value_or("")));
-        settle_implied(drawing.find_entry(table_kind::linetype, linetype));
+        settle_implied(drawing.names().find(table_kind::linetype, linetype));
         if (settled)
             settle_layer_zero(drawing);
     } else if (records.type(entry) == dxf::type_ltype)
@@ -76,7 +76,7 @@ void entry_changed(AcDbImpDatabase& database, dxf::record_id entry, bool was_imp
 }
 
 void settle_layer_zero(AcDbImpDatabase& drawing) {
-    const dxf::record_id zero = drawing.find_entry(table_kind::layer, L"0");
+    const dxf::record_id zero = drawing.names().find(table_kind::layer, L"0");
     if (zero != dxf::no_record && drawing.records().implied(zero))
         settle_entry(drawing, zero);
 }

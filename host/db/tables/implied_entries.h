@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/db/core/imp_database.h"
+#include "host/db/core/table_kind.h"
 
 namespace db {
 

@@ -5,6 +5,8 @@
 #include "dbobjptr.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/implied_entries.h"
 #include "host/db/tables/layer_state.h"
 #include "host/db/tables/layer_tracking.h"
@@ -162,11 +164,11 @@ void layer_history::keep_state_before(const std::vector<earlier>& records) {
     // What the editor's own isolating commands keep. Source: drawings that it has saved.
     state.mask = manager::kOn | manager::kFrozen | manager::kLocked | manager::kNewViewport |
                  manager::kCurrentViewport;
-    state.current_layer = drawing_.name_of(drawing_.current_layer());
+    state.current_layer = drawing_.names().name_of(drawing_.layers().current());
     const std::vector<dxf::record_id> frozen = state.of_viewport
                                                    ? frozen_in(drawing_, viewport, text_before(viewport))
                                                    : std::vector<dxf::record_id>();
-    for (const dxf::record_id layer : drawing_.entries(table_kind::layer)) {
+    for (const dxf::record_id layer : drawing_.names().entries(table_kind::layer)) {
         if (drawing_.records().gone(layer) || text_before(layer).empty())
             continue;
         settle_entry(drawing_, layer); // what is saved must not name what is not

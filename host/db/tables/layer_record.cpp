@@ -3,6 +3,8 @@
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/properties.h"
 #include "host/db/tables/symbol_entry.h"
 #include "host/dxf/record_header.h"
@@ -44,7 +46,7 @@ bool AcDbLayerTableRecord::isFrozen() const {
 Acad::ErrorStatus AcDbLayerTableRecord::setIsFrozen(bool frozen) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
-    if (frozen && imp().database != nullptr && imp().database->current_layer() == imp().record)
+    if (frozen && imp().database != nullptr && imp().database->layers().current() == imp().record)
         return Acad::eInvalidLayer;
     set_flag(*this, imp(), frozen_bit, frozen);
     return Acad::eOk;
@@ -100,7 +102,7 @@ AcDbObjectId AcDbLayerTableRecord::linetypeObjectId() const {
         return AcDbObjectId::kNull;
     const std::wstring name =
         imp().decode(dxf::trimmed(imp().groups().text(layer_place, 6).value_or("Continuous")));
-    return imp().database->id(imp().database->find_entry(db::table_kind::linetype, name));
+    return imp().database->id(imp().database->names().find(db::table_kind::linetype, name));
 }
 
 Acad::ErrorStatus AcDbLayerTableRecord::setLinetypeObjectId(AcDbObjectId id) {
@@ -112,7 +114,7 @@ Acad::ErrorStatus AcDbLayerTableRecord::setLinetypeObjectId(AcDbObjectId id) {
         return Acad::eWrongObjectType;
     if (imp().database != nullptr && imp().database != database)
         return Acad::eWrongDatabase;
-    const std::wstring name = database->name_of(record);
+    const std::wstring name = database->names().name_of(record);
     if (base::equal_no_case(name, L"ByLayer") || base::equal_no_case(name, L"ByBlock"))
         return Acad::eInvalidInput;
     if (linetypeObjectId() != id)
@@ -187,7 +189,7 @@ Acad::ErrorStatus AcDbLayerTableRecord::setDescription(const ACHAR* description)
 }
 
 Acad::ErrorStatus AcDbLayerTableRecord::subErase(bool erasing) {
-    const bool stays =
-        imp().database->name_of(imp().record) == L"0" || imp().database->current_layer() == imp().record;
+    const bool stays = imp().database->names().name_of(imp().record) == L"0" ||
+                       imp().database->layers().current() == imp().record;
     return erasing && stays ? Acad::eCannotBeErasedByCaller : AcDbSymbolTableRecord::subErase(erasing);
 }

@@ -4,6 +4,7 @@
 #include "base/utf.h"
 #include "dbobjptr.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/linetype_file.h"
 #include "host/dxf/group_list.h"
 #include "host/dxf/text_codec.h"
@@ -120,15 +121,16 @@ void take_head_group(named_state& state, int code, std::string_view value, const
 }
 
 AcDbObjectId linetype_for(AcDbImpDatabase& drawing, const std::wstring& name) {
-    if (const dxf::record_id there = drawing.find_entry(table_kind::linetype, name); there != dxf::no_record)
+    if (const dxf::record_id there = drawing.names().find(table_kind::linetype, name);
+        there != dxf::no_record)
         return drawing.id(there);
     const AcDbObjectId loaded = find_and_load_linetype(drawing.self(), name);
-    return loaded.isNull() ? drawing.id(drawing.find_entry(table_kind::linetype, L"Continuous")) : loaded;
+    return loaded.isNull() ? drawing.id(drawing.names().find(table_kind::linetype, L"Continuous")) : loaded;
 }
 
 // Null when the drawing can not have a layer of the name.
 AcDbObjectId layer_for(AcDbImpDatabase& drawing, const std::wstring& name) {
-    if (const dxf::record_id there = drawing.find_entry(table_kind::layer, name); there != dxf::no_record)
+    if (const dxf::record_id there = drawing.names().find(table_kind::layer, name); there != dxf::no_record)
         return drawing.id(there);
     AcDbObjectId id;
     auto layer = std::make_unique<AcDbLayerTableRecord>();
@@ -148,8 +150,9 @@ Acad::ErrorStatus name_layer_state(AcDbImpDatabase& drawing, const std::wstring&
     state.name = name;
     for (const layer_look& look : state.head.looks) {
         const dxf::record_id linetype = drawing.record(look.linetype);
-        state.looks.push_back({drawing.name_of(drawing.record(look.layer)),
-                               linetype != dxf::no_record ? drawing.name_of(linetype) : L"Continuous", look});
+        state.looks.push_back({drawing.names().name_of(drawing.record(look.layer)),
+                               linetype != dxf::no_record ? drawing.names().name_of(linetype) : L"Continuous",
+                               look});
     }
     state.head.looks.clear();
     return Acad::eOk;
@@ -163,7 +166,7 @@ Acad::ErrorStatus take_layer_state(AcDbImpDatabase& drawing, const named_state& 
     layer_state taken = state.head;
     for (const named_look& named : state.looks) {
         layer_look look = named.look;
-        const bool is_new = drawing.find_entry(table_kind::layer, named.layer) == dxf::no_record;
+        const bool is_new = drawing.names().find(table_kind::layer, named.layer) == dxf::no_record;
         look.layer = layer_for(drawing, named.layer);
         look.linetype = linetype_for(drawing, named.linetype);
         if (look.layer.isNull())

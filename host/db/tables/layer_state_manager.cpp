@@ -4,6 +4,9 @@
 #include "dbobjptr.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/implied_entries.h"
 #include "host/db/tables/layer_state_file.h"
 #include "host/db/tables/viewport_groups.h"
@@ -29,7 +32,7 @@ std::vector<dxf::record_id> frozen_in(AcDbImpDatabase& drawing, AcDbObjectId vie
     const dxf::record_id record = drawing.record(viewport);
     if (record == dxf::no_record || drawing.records().type(record) != dxf::type_viewport)
         return {};
-    std::vector<dxf::record_id> layers = db::frozen_layers(drawing.view(record)->imp());
+    std::vector<dxf::record_id> layers = db::frozen_layers(drawing.objects().view(record)->imp());
     std::sort(layers.begin(), layers.end());
     return layers;
 }
@@ -58,7 +61,7 @@ Acad::ErrorStatus give_frozen(AcDbImpDatabase& drawing, AcDbObjectId viewport, c
 }
 
 std::vector<dxf::record_id> live_layers(AcDbImpDatabase& drawing) {
-    std::vector<dxf::record_id> layers = drawing.entries(db::table_kind::layer);
+    std::vector<dxf::record_id> layers = drawing.names().entries(db::table_kind::layer);
     std::erase_if(layers, [&](dxf::record_id layer) { return drawing.records().gone(layer); });
     return layers;
 }
@@ -111,7 +114,7 @@ Acad::ErrorStatus AcDbLayerStateManager::getLayerStateLayers(AcStringArray& laye
     std::sort(known.begin(), known.end());
     for (const dxf::record_id layer : live_layers(drawing))
         if (is_among(known, layer) != bInvert)
-            layerArray.append(drawing.name_of(layer).c_str());
+            layerArray.append(drawing.names().name_of(layer).c_str());
     return Acad::eOk;
 }
 
@@ -128,7 +131,7 @@ Acad::ErrorStatus AcDbLayerStateManager::saveLayerState(const ACHAR* sName, Laye
     db::read_layer_state(drawing, text_of(sName), state); // its description stays
     state.mask = mask;
     state.of_viewport = !idVp.isNull();
-    state.current_layer = drawing.name_of(drawing.current_layer());
+    state.current_layer = drawing.names().name_of(drawing.layers().current());
     state.looks.clear();
     const std::vector<dxf::record_id> frozen = frozen_in(drawing, idVp);
     for (const dxf::record_id layer : live_layers(drawing)) {
@@ -157,7 +160,7 @@ Acad::ErrorStatus AcDbLayerStateManager::restoreLayerState(const ACHAR* sName, A
         getLayerStateLayers(unknown, sName, true);
         for (const AcString& name : unknown) {
             db::layer_look look =
-                db::look_of(drawing, drawing.find_entry(db::table_kind::layer, name.kwszPtr()));
+                db::look_of(drawing, drawing.names().find(db::table_kind::layer, name.kwszPtr()));
             look.flags |= ((nRestoreFlags & kUndefTurnOff) != 0 ? db::layer_off : 0) |
                           ((nRestoreFlags & kUndefFreeze) != 0 ? db::layer_frozen : 0);
             db::give_look(drawing, look, kOn | kFrozen);

@@ -9,6 +9,7 @@
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/support_path.h"
+#include "host/db/core/symbol_names.h"
 #include "sys/dbase_file.h"
 #include "sys/file.h"
 #include "sys/folders.h"
@@ -165,9 +166,9 @@ std::vector<linetype_definition> definitions_of(std::wstring_view text) {
 
 AcDbObjectId text_style(AcDbDatabase& drawing, const std::wstring& name) {
     AcDbImpDatabase& imp = drawing.imp();
-    dxf::record_id style = imp.find_entry(table_kind::text_style, name);
+    dxf::record_id style = imp.names().find(table_kind::text_style, name);
     if (style == dxf::no_record)
-        style = imp.find_entry(table_kind::text_style, L"Standard");
+        style = imp.names().find(table_kind::text_style, L"Standard");
     return imp.id(style);
 }
 
@@ -237,7 +238,7 @@ Acad::ErrorStatus define_linetype(AcDbDatabase& drawing, const linetype_definiti
     if (std::any_of(dashes->begin(), dashes->end(),
                     [](const linetype_dash& dash) { return !dash.shape.empty(); }))
         return Acad::eUndefineShapeName;
-    if (const dxf::record_id known = drawing.imp().find_entry(table_kind::linetype, definition.name);
+    if (const dxf::record_id known = drawing.imp().names().find(table_kind::linetype, definition.name);
         known != dxf::no_record) {
         const AcDbObjectPointer<AcDbLinetypeTableRecord> linetype(drawing.imp().id(known), AcDb::kForWrite);
         if (linetype.openStatus() != Acad::eOk)
@@ -293,7 +294,8 @@ Acad::ErrorStatus AcDbDatabase::loadLineTypeFile(const ACHAR* name, const ACHAR*
         if (named ? !base::equal_no_case(definition.name, name)
                   : !base::wildcard_match(definition.name, name, true))
             continue;
-        const bool is_there = m_imp->find_entry(db::table_kind::linetype, definition.name) != dxf::no_record;
+        const bool is_there =
+            m_imp->names().find(db::table_kind::linetype, definition.name) != dxf::no_record;
         if (named && is_there)
             return Acad::eDuplicateRecordName;
         AcDbObjectId id;

@@ -1,8 +1,12 @@
 #include "host/db/tables/name_references.h"
 
 #include "base/case_fold.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/rules.h"
+#include "host/db/core/symbol_names.h"
 #include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
 
@@ -113,11 +117,11 @@ std::vector<dxf::record_id> candidates(AcDbImpDatabase& database, table_kind kin
     const dxf::record_table& records = database.records();
     std::vector<dxf::record_id> found;
     if (kind == table_kind::layer) {
-        const std::vector<bool> numbers = database.layer_numbers(name);
+        const std::vector<bool> numbers = database.layers().numbers_of(name);
         for (dxf::record_id id = 0; id < records.size(); ++id)
             if (dxf::stands_on_layer(records.kind(id)) && numbers[records.layer(id)])
                 found.push_back(id);
-        const auto& more = database.layer_name_holders();
+        const auto& more = database.layers().name_holders();
         found.insert(found.end(), more.begin(), more.end());
         std::sort(found.begin(), found.end());
         found.erase(std::unique(found.begin(), found.end()), found.end());
@@ -186,7 +190,7 @@ void follow_name(AcDbImpDatabase& database, table_kind kind, std::string_view be
     for (const dxf::record_id id : candidates(database, kind, old_name)) {
         dxf::group_list groups(records.text(id));
         follow(id, groups);
-        AcDbImpObject* const open = database.opened(id);
+        AcDbImpObject* const open = database.objects().opened(id);
         if (open != nullptr && open->changed())
             follow(id, open->edit());
         if (groups.changed()) {
@@ -233,11 +237,10 @@ void keep_purgeable(AcDbImpDatabase& database, AcDbObjectIdArray& ids) {
     for (const AcDbObjectId& id : ids) {
         const dxf::record_id record = database.record(id);
         table_kind kind{};
-        if (record == dxf::no_record || records.gone(record) || !database.is_table_entry(record, kind))
+        if (record == dxf::no_record || records.gone(record) || !database.names().is_entry(record, kind))
             continue;
-        const std::wstring name = database.name_of(record);
-        if (is_fixed_name(kind, name) &&
-            !(kind == table_kind::block && !AcDbImpDatabase::is_space_name(name)))
+        const std::wstring name = database.names().name_of(record);
+        if (is_fixed_name(kind, name) && !(kind == table_kind::block && !db::blocks::is_space_name(name)))
             continue;
         const bool dependent = name.find(L'|') != name.npos;
         if (!dependent && !held.contains(records.handle(record)) &&

@@ -4,6 +4,7 @@
 
 #include "dbmain.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/table_kind.h"
 
 #include <functional>
 #include <string>

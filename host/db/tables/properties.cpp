@@ -3,6 +3,7 @@
 #include "base/number_text.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/references.h"
 #include "host/db/tables/dependent_names.h"
 #include "host/dxf/common_groups.h"
 #include "host/dxf/record_header.h"
@@ -68,8 +69,8 @@ void write_color(AcDbImpObject& object, const dxf::group_place& place, const AcC
 void copy_properties(const AcDbImpObject& from, AcDbImpObject& to) {
     constexpr int copied[] = {8, 6, 62, 370, 48, 60, 420, 430, 440};
     constexpr int handles[] = {347, 390, 284}; // which mean something in one drawing
-    const bool leaves_reference =
-        from.database != to.database && from.database != nullptr && from.database->host() != nullptr;
+    const bool leaves_reference = from.database != to.database && from.database != nullptr &&
+                                  from.database->references().host() != nullptr;
     const auto copy = [&](int code) {
         const auto value = from.groups().text(entity_place, code);
         if (!value) {
@@ -78,7 +79,7 @@ void copy_properties(const AcDbImpObject& from, AcDbImpObject& to) {
             std::wstring text = from.decode(dxf::trimmed(*value));
             if (leaves_reference && (code == 8 || code == 6))
                 text = dependent_name(code == 8 ? table_kind::layer : table_kind::linetype,
-                                      from.database->reference_name(), text);
+                                      from.database->references().name(), text);
             to.edit().set_text(entity_place, code, to.encode(text));
         } else
             to.edit().set_text(entity_place, code, dxf::trimmed(*value));

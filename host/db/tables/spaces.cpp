@@ -1,7 +1,9 @@
 #include "host/db/tables/spaces.h"
 
 #include "base/case_fold.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/notifier.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/viewport_groups.h"
 #include "host/dxf/record_header.h"
 
@@ -15,8 +17,20 @@ constexpr dxf::group_place layout_place{"AcDbLayout"};
 constexpr int sheet_number = 1;
 constexpr int first_of_model = 2; // the first viewport that shows model space
 
+// What the user works in, as far as the file does not tell.
+struct chosen {
+    explicit chosen(AcDbImpDatabase& /*database*/) {}
+
+    dxf::record_id sheet = dxf::no_record;
+    dxf::record_id viewport = dxf::no_record; // on a sheet, or one of the table's
+};
+
+chosen& chosen_in(const AcDbImpDatabase& database) {
+    return database.part<chosen>();
+}
+
 dxf::record_id model_space(AcDbImpDatabase& database) {
-    return database.block(ACDB_MODEL_SPACE);
+    return database.blocks().find(ACDB_MODEL_SPACE);
 }
 
 bool there(const AcDbImpDatabase& database, dxf::record_id record) {
@@ -41,9 +55,10 @@ dxf::record_id space_of(const AcDbImpDatabase& database, dxf::record_id layout) 
 
 // The viewports of the Model tab: records of the table with the name that all of them have.
 std::vector<dxf::record_id> tiled_viewports(AcDbImpDatabase& database) {
-    std::vector<dxf::record_id> found = database.entries(table_kind::viewport);
+    std::vector<dxf::record_id> found = database.names().entries(table_kind::viewport);
     std::erase_if(found, [&](dxf::record_id entry) {
-        return database.records().gone(entry) || !base::equal_no_case(database.name_of(entry), L"*Active");
+        return database.records().gone(entry) ||
+               !base::equal_no_case(database.names().name_of(entry), L"*Active");
     });
     return found;
 }
@@ -54,7 +69,7 @@ bool is_on(const AcDbImpDatabase& database, dxf::record_id viewport) {
 
 // Whether the user has gone into a viewport of the current sheet, which is still there and on.
 bool through_viewport(AcDbImpDatabase& database) {
-    const dxf::record_id chosen = database.chosen_viewport;
+    const dxf::record_id chosen = chosen_in(database).viewport;
     const dxf::record_table& records = database.records();
     return there(database, chosen) && records.type(chosen) == dxf::type_viewport &&
            records.owner_handle(chosen) == records.handle(current_sheet(database)) && is_on(database, chosen);
@@ -113,7 +128,8 @@ std::wstring tab_name(AcDbImpDatabase& database, dxf::record_id space) {
 }
 
 dxf::record_id current_sheet(AcDbImpDatabase& database) {
-    return there(database, database.chosen_sheet) ? database.chosen_sheet : database.block(ACDB_PAPER_SPACE);
+    return there(database, chosen_in(database).sheet) ? chosen_in(database).sheet
+                                                      : database.blocks().find(ACDB_PAPER_SPACE);
 }
 
 dxf::record_id current_tab(AcDbImpDatabase& database) {
@@ -121,7 +137,7 @@ dxf::record_id current_tab(AcDbImpDatabase& database) {
 }
 
 bool set_current_tab(AcDbImpDatabase& database, std::wstring_view name) {
-    std::vector<dxf::record_id> spaces = {model_space(database), database.block(ACDB_PAPER_SPACE)};
+    std::vector<dxf::record_id> spaces = {model_space(database), database.blocks().find(ACDB_PAPER_SPACE)};
     for (const dxf::record_id layout : layouts(database))
         spaces.push_back(space_of(database, layout));
     const auto wanted = std::find_if(spaces.begin(), spaces.end(), [&](dxf::record_id space) {
@@ -130,8 +146,8 @@ bool set_current_tab(AcDbImpDatabase& database, std::wstring_view name) {
     if (wanted == spaces.end() || !set_tile_mode(database, *wanted == model_space(database)))
         return false;
     if (*wanted != model_space(database))
-        database.chosen_sheet = *wanted;
-    database.chosen_viewport = dxf::no_record;
+        chosen_in(database).sheet = *wanted;
+    chosen_in(database).viewport = dxf::no_record;
     return true;
 }
 
@@ -183,10 +199,10 @@ dxf::record_id viewport_by_number(AcDbImpDatabase& database, int number) {
 
 int current_viewport_number(AcDbImpDatabase& database) {
     if (!in_tile_mode(database))
-        return through_viewport(database) ? viewport_number(database, database.chosen_viewport)
+        return through_viewport(database) ? viewport_number(database, chosen_in(database).viewport)
                                           : sheet_number;
     const auto all = tiled_viewports(database);
-    const auto at = std::find(all.begin(), all.end(), database.chosen_viewport);
+    const auto at = std::find(all.begin(), all.end(), chosen_in(database).viewport);
     return first_of_model + (at == all.end() ? 0 : static_cast<int>(at - all.begin()));
 }
 
@@ -197,13 +213,13 @@ dxf::record_id current_viewport(AcDbImpDatabase& database) {
 bool set_current_viewport(AcDbImpDatabase& database, int number) {
     const bool tiled = in_tile_mode(database);
     if (!tiled && number == sheet_number) {
-        database.chosen_viewport = dxf::no_record;
+        chosen_in(database).viewport = dxf::no_record;
         return true;
     }
     const dxf::record_id wanted = viewport_by_number(database, number);
     if (wanted == dxf::no_record || (!tiled && !is_on(database, wanted)))
         return false;
-    database.chosen_viewport = wanted;
+    chosen_in(database).viewport = wanted;
     return true;
 }
 

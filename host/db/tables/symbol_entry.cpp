@@ -3,7 +3,9 @@
 #include "adscodes.h"
 #include "base/case_fold.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/open_objects.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/implied_entries.h"
 #include "host/db/tables/properties.h"
 #include "host/dxf/record_header.h"
@@ -84,7 +86,7 @@ constexpr int first_with_true_colors = 1018;
 
 // Plot style and material of a layer that names none are those of layer 0: the format wants them named.
 void add_plotting(AcDbImpDatabase& database, const AcDbImpObject& layer, record_text& text) {
-    const dxf::record_id zero = database.find_entry(table_kind::layer, L"0");
+    const dxf::record_id zero = database.names().find(table_kind::layer, L"0");
     if (zero == dxf::no_record || database.drawing().version() < first_with_weights)
         return;
     const dxf::group_list model(database.records().text(zero));
@@ -119,7 +121,7 @@ std::string new_entry_text(std::string_view class_name) {
 std::string entry_text(AcDbImpDatabase& database, table_kind kind, const AcDbImpObject& entry) {
     const int version = database.drawing().version();
     bool plotting_is_due = kind == table_kind::layer;
-    const dxf::record_id table = database.table(kind);
+    const dxf::record_id table = database.names().table(kind);
     record_text text(database);
     text.head(entry.groups().groups().front().value, database.records().handle(table));
     for (const dxf::group& group : entry.groups().groups()) {
@@ -150,12 +152,12 @@ Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymb
     entry.getName(name);
     if (acdbSNValid(name.kwszPtr(), 1) != RTNORM)
         return Acad::eInvalidInput;
-    if (database.find_entry(kind, name.kwszPtr()) != dxf::no_record)
+    if (database.names().find(kind, name.kwszPtr()) != dxf::no_record)
         return Acad::eDuplicateRecordName;
-    const dxf::record_id previous = database.place_for_entry(kind);
+    const dxf::record_id previous = database.names().place_for_entry(kind);
     if (previous == dxf::no_record)
         return Acad::eNotApplicable; // the drawing has no such table
-    const dxf::record_id table = database.table(kind);
+    const dxf::record_id table = database.names().table(kind);
     if (dxf::value_of(database.records().text(table), 2) != imp.groups().groups().front().value)
         return Acad::eNotThatKindOfClass;
 
@@ -164,10 +166,10 @@ Acad::ErrorStatus add_entry(AcDbImpDatabase& database, table_kind kind, AcDbSymb
     register_applications(database, imp);
     const dxf::record_id record = database.records().insert_after(
         previous, entry_text(database, kind, imp), dxf::record_kind::entry, database.records().handle(table));
-    database.adopt(entry, record);
+    database.objects().adopt(entry, record);
     id = database.id(record);
-    database.content_changed(table);
-    database.appended(entry);
+    database.objects().content_changed(table);
+    database.objects().appended(entry);
     return Acad::eOk;
 }
 
@@ -179,7 +181,7 @@ void register_applications(AcDbImpDatabase& database, const AcDbImpObject& objec
 }
 
 bool register_application(AcDbImpDatabase& database, const ACHAR* name) {
-    if (database.find_entry(table_kind::regapp, name) != dxf::no_record)
+    if (database.names().find(table_kind::regapp, name) != dxf::no_record)
         return true;
     auto record = std::make_unique<AcDbRegAppTableRecord>();
     AcDbObjectId id;

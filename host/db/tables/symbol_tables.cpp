@@ -6,6 +6,7 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/references.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/name_references.h"
 #include "host/db/tables/properties.h"
 #include "host/db/tables/symbol_entry.h"
@@ -25,7 +26,7 @@ Acad::ErrorStatus AcDbSymbolTableRecord::getName(AcString& name) const {
     assertReadEnabled();
     // The database knows what old drawings call the spaces; a name that was set since counts first.
     if (imp().database != nullptr && !imp().changed()) {
-        name = imp().database->name_of(imp().record).c_str();
+        name = imp().database->names().name_of(imp().record).c_str();
         return Acad::eOk;
     }
     name = imp().decode(dxf::trimmed(imp().groups().text(db::name_place, 2).value_or(""))).c_str();
@@ -51,10 +52,10 @@ Acad::ErrorStatus AcDbSymbolTableRecord::setName(const ACHAR* name) {
         return Acad::eInvalidInput;
     if (imp().database != nullptr) {
         db::table_kind kind{};
-        if (!imp().database->is_table_entry(imp().record, kind) || isDependent() || *name == L'*' ||
-            db::is_fixed_name(kind, imp().database->name_of(imp().record)))
+        if (!imp().database->names().is_entry(imp().record, kind) || isDependent() || *name == L'*' ||
+            db::is_fixed_name(kind, imp().database->names().name_of(imp().record)))
             return Acad::eInvalidInput;
-        const dxf::record_id other = imp().database->find_entry(kind, name);
+        const dxf::record_id other = imp().database->names().find(kind, name);
         if (other != dxf::no_record && other != imp().record)
             return Acad::eDuplicateRecordName;
     }
@@ -94,7 +95,7 @@ AcDbSymbolTable::~AcDbSymbolTable() = default;
 namespace {
 
 db::table_kind kind_of(const AcDbImpObject& imp) {
-    return imp.database->kind_of_table(imp.record);
+    return imp.database->names().kind_of_table(imp.record);
 }
 
 } // namespace
@@ -104,10 +105,10 @@ Acad::ErrorStatus AcDbSymbolTable::getAt(const ACHAR* name, AcDbObjectId& id, bo
     if (name == nullptr)
         return Acad::eInvalidInput;
     AcDbImpDatabase& database = *imp().database;
-    dxf::record_id found = database.find_entry(kind_of(imp()), name);
+    dxf::record_id found = database.names().find(kind_of(imp()), name);
     if (found == dxf::no_record && getErasedRecord)
-        for (const dxf::record_id entry : database.entries(kind_of(imp())))
-            if (base::equal_no_case(database.name_of(entry), name))
+        for (const dxf::record_id entry : database.names().entries(kind_of(imp())))
+            if (base::equal_no_case(database.names().name_of(entry), name))
                 found = entry;
     if (found == dxf::no_record)
         return Acad::eKeyNotFound;
@@ -134,7 +135,7 @@ bool AcDbSymbolTable::has(AcDbObjectId id) const {
     const dxf::record_id record = imp().database->record(id);
     if (record == dxf::no_record || imp().database->records().gone(record))
         return false;
-    for (const dxf::record_id entry : imp().database->entries(kind_of(imp())))
+    for (const dxf::record_id entry : imp().database->names().entries(kind_of(imp())))
         if (entry == record)
             return true;
     return false;
@@ -149,7 +150,7 @@ Acad::ErrorStatus AcDbSymbolTable::newIterator(AcDbSymbolTableIterator*& iterato
                                                bool skipDeleted) const {
     assertReadEnabled();
     AcDbObjectIdArray ids;
-    for (const dxf::record_id entry : imp().database->entries(kind_of(imp())))
+    for (const dxf::record_id entry : imp().database->names().entries(kind_of(imp())))
         ids.append(imp().database->id(entry));
     iterator = new AcDbSymbolTableIterator(std::move(ids)); // the caller's
     iterator->start(atBeginning, skipDeleted);

@@ -5,6 +5,8 @@
 #include "base/case_fold.h"
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/open_objects.h"
+#include "host/db/core/symbol_names.h"
 #include "host/dxf/record_header.h"
 
 namespace db {
@@ -41,9 +43,9 @@ const AcGiTextStyle& text_styles::of(std::string_view name) {
     if (const auto at = known_.find(name); at != known_.end())
         return at->second;
     const dxf::record_id entry =
-        database_.find_entry(table_kind::text_style, database_.drawing().codec().decode(name));
+        database_.names().find(table_kind::text_style, database_.drawing().codec().decode(name));
     const std::unique_ptr<AcDbObject> view =
-        entry != dxf::no_record ? database_.view(entry) : std::unique_ptr<AcDbObject>();
+        entry != dxf::no_record ? database_.objects().view(entry) : std::unique_ptr<AcDbObject>();
     const auto* const record = AcDbTextStyleTableRecord::cast(view.get());
     return known_.emplace(name, record != nullptr ? made_from(*record) : AcGiTextStyle()).first->second;
 }
@@ -64,8 +66,8 @@ AcDbObjectId style_of(const AcDbImpObject& object, const dxf::group_place& place
     if (object.database == nullptr)
         return AcDbObjectId::kNull;
     const std::string_view name = dxf::trimmed(object.groups().text(place, 7).value_or(""));
-    return object.database->id(object.database->find_entry(table_kind::text_style,
-                                                           name.empty() ? L"Standard" : object.decode(name)));
+    return object.database->id(object.database->names().find(
+        table_kind::text_style, name.empty() ? L"Standard" : object.decode(name)));
 }
 
 Acad::ErrorStatus set_style(AcDbImpObject& object, const dxf::group_place& place, AcDbObjectId style) {
@@ -75,7 +77,7 @@ Acad::ErrorStatus set_style(AcDbImpObject& object, const dxf::group_place& place
         return Acad::eWrongObjectType;
     if (object.database != nullptr && object.database != database)
         return Acad::eWrongDatabase;
-    const std::wstring name = database->name_of(record);
+    const std::wstring name = database->names().name_of(record);
     const std::string_view before = dxf::trimmed(object.groups().text(place, 7).value_or("Standard"));
     if (!base::equal_no_case(object.decode(before), name))
         object.edit().set_text(place, 7, object.encode(name));

@@ -3,7 +3,9 @@
 #include "base/case_fold.h"
 #include "base/number_text.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/layer_facts.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/implied_entries.h"
 #include "host/db/tables/properties.h"
 #include "host/db/tables/spaces.h"
@@ -162,7 +164,7 @@ void freeze_by_name(AcDbImpObject& viewport, dxf::record_id layer) {
         add_mview(groups);
     const mview found = find_mview(groups);
     std::vector<dxf::group_list::fresh_group> fresh = {
-        {layer_name, viewport.database->layer_bytes(viewport.database->name_of(layer))}};
+        {layer_name, viewport.database->layers().bytes_of(viewport.database->names().name_of(layer))}};
     if (found.layers != dxf::group_list::npos) {
         groups.splice(found.layers_end, found.layers_end, fresh);
         return;
@@ -199,7 +201,7 @@ void remove_layers(AcDbImpObject& viewport, const std::function<bool(const dxf::
 
 dxf::record_id layer_named_by(const AcDbImpObject& viewport, const dxf::group& group) {
     if (group.code == layer_name)
-        return viewport.database->find_entry(table_kind::layer, viewport.decode(dxf::trimmed(group.value)));
+        return viewport.database->names().find(table_kind::layer, viewport.decode(dxf::trimmed(group.value)));
     const dxf::record_id found = viewport.database->records().find(dxf::parse_handle(group.value));
     return found != dxf::no_record && viewport.database->records().type(found) == dxf::type_layer
                ? found
@@ -298,7 +300,7 @@ void begin_viewport(AcDbImpObject& viewport) {
     viewport.edit().set_integer(viewport_place, 68, number);
     viewport.edit().set_integer(viewport_place, 69, number);
     constexpr std::int64_t frozen_in_new = 2;
-    for (const dxf::record_id layer : database.entries(table_kind::layer))
+    for (const dxf::record_id layer : database.names().entries(table_kind::layer))
         if (!records.gone(layer) &&
             (dxf::group_list(records.text(layer)).integer(layer_place, 70).value_or(0) & frozen_in_new) != 0)
             freeze_in_viewport(viewport, layer);

@@ -3,6 +3,7 @@
 #include "base/case_fold.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/references.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/implied_entries.h"
 #include "host/db/xref/xref_names.h"
 #include "host/dxf/record_header.h"
@@ -101,7 +102,7 @@ public:
             const dxf::record_id block = drawing.records().find(drawing.records().owner_handle(begin));
             if (block == dxf::no_record || own.by_block_.contains(block))
                 continue;
-            const std::wstring name = drawing.name_of(block);
+            const std::wstring name = drawing.names().name_of(block);
             references::reference& made = own.by_block_[block];
             if ((flags & overlay_flag) != 0 && &drawing != &host_) {
                 made.state = reference_state::left_out;
@@ -167,7 +168,7 @@ private:
             return;
         }
         entry.database = std::move(database);
-        drawing.set_host(host_, name);
+        drawing.references().set_host(host_, name);
         chain_.push_back({key, title(drawing)});
         load(drawing);
         chain_.pop_back();

@@ -3,6 +3,8 @@
 #include "base/utf.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/record_text.h"
+#include "host/db/core/references.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/dependent_names.h"
 #include "host/db/tables/implied_entries.h"
 #include "host/db/tables/properties.h"
@@ -34,21 +36,21 @@ public:
     void run() {
         for (const table_kind kind :
              {table_kind::text_style, table_kind::linetype, table_kind::layer, table_kind::block})
-            for (const dxf::record_id entry : from_.entries(kind))
+            for (const dxf::record_id entry : from_.names().entries(kind))
                 if (!from_.records().gone(entry))
                     add(kind, entry);
     }
 
 private:
     void add(table_kind kind, dxf::record_id entry) {
-        const std::wstring name = from_.name_of(entry);
+        const std::wstring name = from_.names().name_of(entry);
         // Anonymous blocks and spaces have no names that could be asked for; shape files have none at all.
         if (name.empty() || name.front() == L'*' || is_shared_name(kind, name))
             return;
         if (kind == table_kind::block && from_.references().state(entry) != reference_state::none)
             return;
         const std::wstring known_as = dependent_name(kind, reference_, name);
-        const dxf::record_id present = drawing_.find_entry(kind, known_as);
+        const dxf::record_id present = drawing_.names().find(kind, known_as);
         if (present != dxf::no_record) {
             known_.resolved.insert(present);
             if (kind == table_kind::layer && !retains_ && !drawing_.records().implied(present))
@@ -156,8 +158,9 @@ private:
         const dxf::record_id style = from_.records().find(dxf::parse_handle(group.value));
         if (style == dxf::no_record || from_.records().type(style) != dxf::type_style)
             return {};
-        const dxf::record_id own = drawing_.find_entry(
-            table_kind::text_style, dependent_name(table_kind::text_style, reference_, from_.name_of(style)));
+        const dxf::record_id own =
+            drawing_.names().find(table_kind::text_style, dependent_name(table_kind::text_style, reference_,
+                                                                         from_.names().name_of(style)));
         return own == dxf::no_record ? std::string() : handle_text(drawing_.records().handle(own));
     }
 

@@ -1,0 +1,324 @@
+#include "host/db/core/open_objects.h"
+
+#include "dbsymtb.h"
+#include "host/db/core/blocks.h"
+#include "host/db/core/host_classes.h"
+#include "host/db/core/imp_object.h"
+#include "host/db/core/layer_facts.h"
+#include "host/db/core/left_entries.h"
+#include "host/db/core/notifier.h"
+#include "host/db/core/record_classes.h"
+#include "host/db/core/references.h"
+#include "host/db/core/rules.h"
+#include "host/db/core/symbol_names.h"
+#include "host/dxf/record_header.h"
+
+#include <utility>
+#include <vector>
+
+db::open_objects& AcDbImpDatabase::objects() const {
+    return part<db::open_objects>();
+}
+
+namespace db {
+
+namespace {
+
+constexpr int most_readers = 256;
+
+// Entities and objects whose class nobody knows; what they are of is no class for programs to make.
+class unknown_entity final : public AcDbEntity {};
+class unknown_object final : public AcDbObject {};
+
+// Where extended data begin in a record.
+std::size_t data_of(std::string_view text) {
+    dxf::group_reader groups(text);
+    dxf::raw_group group;
+    std::size_t at = 0;
+    while (groups.next(group) && group.code < 1000)
+        at = static_cast<std::size_t>(group.end - text.data());
+    return at;
+}
+
+// What of a record was changed.
+void tell_apart(std::string_view before, std::string_view after, AcDbImpObject::happened& news) {
+    const std::size_t old_data = data_of(before);
+    const std::size_t new_data = data_of(after);
+    news.graphics = news.graphics || before.substr(0, old_data) != after.substr(0, new_data);
+    news.data = news.data || before.substr(old_data) != after.substr(new_data);
+}
+
+} // namespace
+
+Acad::ErrorStatus open_objects::open(AcDbObject*& object, dxf::record_id record, AcDb::OpenMode mode,
+                                     bool erased) {
+    object = nullptr;
+    AcRxClass* const type = class_of(database_, record);
+    if (type == nullptr)
+        return Acad::eNullObjectId;
+    if (database_.records().gone(record) && !erased)
+        return Acad::eWasErased;
+    const bool write = mode == AcDb::kForWrite;
+    if (write && database_.references().is_referenced(record))
+        return Acad::eIsXRefObject;
+    if (write && dxf::stands_on_layer(database_.records().kind(record)) &&
+        type != AcDbBlockTableRecord::desc() && database_.layers().is_locked(record))
+        return Acad::eOnLockedLayer;
+    if (write && !write_locked)
+        return Acad::eLockViolation;
+    if (const auto opened = open_.find(record); opened != open_.end()) {
+        AcDbImpObject& imp = opened->second->imp();
+        if (imp.writing)
+            return Acad::eWasOpenForWrite;
+        if (write)
+            return imp.notifying ? Acad::eWasNotifying : Acad::eWasOpenForRead;
+        if (imp.readers >= most_readers)
+            return Acad::eAtMaxReaders;
+        ++imp.readers;
+        object = opened->second.get();
+        return Acad::eOk;
+    }
+    std::unique_ptr<AcDbObject> made = make(type, record);
+    if (!write)
+        made->imp().forget(); // most is known of it without its groups
+    made->imp().writing = write;
+    made->imp().readers = write ? 0 : 1;
+    made->imp().news.was_gone = database_.records().gone(record);
+    object = made.get();
+    open_.emplace(record, std::move(made));
+    return Acad::eOk;
+}
+
+std::unique_ptr<AcDbObject> open_objects::make(AcRxClass* type, dxf::record_id record) {
+    std::unique_ptr<AcDbObject> made;
+    if (type == AcDbEntity::desc())
+        made = std::make_unique<unknown_entity>();
+    else if (type == AcDbObject::desc())
+        made = std::make_unique<unknown_object>();
+    else
+        made.reset(static_cast<AcDbObject*>(type->create()));
+    AcDbImpObject& imp = made->imp();
+    imp.forget();
+    imp.parts.clear();
+    imp.database = &database_;
+    imp.record = record;
+    if (is_host_class(type))
+        return made;
+    const bool read = read_own_sections(*made);
+    if (imp.changed())
+        imp.forget(); // reading changes nothing
+    return read ? std::move(made) : make(class_of_unread(database_, record), record);
+}
+
+void open_objects::close_objects_of(const AcRxClass* type) {
+    for (AcDbImpDatabase* const database : AcDbImpDatabase::all()) {
+        open_objects& objects = database->objects();
+        std::vector<dxf::record_id> closing;
+        for (const auto& [record, object] : objects.open_)
+            if (object->isKindOf(type))
+                closing.push_back(record);
+        for (const dxf::record_id record : closing) {
+            objects.commit(*objects.open_.at(record));
+            objects.destroy(record);
+        }
+    }
+}
+
+std::unique_ptr<AcDbObject> open_objects::view(dxf::record_id record) {
+    AcRxClass* const type = class_of(database_, record);
+    if (type == nullptr)
+        return nullptr;
+    std::unique_ptr<AcDbObject> made = make(type, record);
+    made->imp().readers = 1;
+    return made;
+}
+
+void open_objects::commit(AcDbObject& object) {
+    AcDbImpObject& imp = object.imp();
+    if ((imp.touched || imp.changed()) && !is_host_class(object.isA()))
+        write_own_sections(object);
+    imp.touched = false;
+    settle_dictionary(imp);
+    if (!imp.changed())
+        return;
+    table_kind kind{};
+    const bool entry = database_.names().is_entry(imp.record, kind);
+    const std::string before(entry ? dxf::value_of(database_.records().text(imp.record), 2)
+                                   : std::string_view());
+    const bool implied = database_.records().implied(imp.record);
+    const std::string_view text_before = database_.records().text(imp.record);
+    const bool was_heard_of = database_.notifier().heard_of(imp.record);
+    if (database_.records().replace(imp.record, imp.groups().write(database_.drawing().style()))) {
+        imp.news.modified = true;
+        if (was_heard_of || database_.notifier().heard_of(imp.record))
+            tell_apart(text_before, database_.records().text(imp.record), imp.news);
+        if (implied || database_.records().type(imp.record) == dxf::type_layer)
+            entry_changed(database_, imp.record, implied);
+        const std::string after(entry ? dxf::value_of(database_.records().text(imp.record), 2)
+                                      : std::string_view());
+        if (after != before)
+            follow_name(database_, kind, before, after);
+    }
+    imp.forget();
+}
+
+Acad::ErrorStatus open_objects::close(AcDbObject& object, bool keep_changes) {
+    AcDbImpObject& imp = object.imp();
+    const dxf::record_id record = imp.record;
+    if (imp.notifying && imp.readers == 0)
+        return Acad::eCloseWasNotifying;
+    if (imp.in_transaction && keep_changes && imp.readers <= 1)
+        return Acad::eOk;
+    if (!imp.writing) {
+        --imp.readers;
+        if (imp.readers == 0 && !imp.notifying)
+            destroy(record);
+        return Acad::eOk;
+    }
+    if (keep_changes) {
+        commit(object);
+    } else {
+        imp.forget();
+        if (database_.records().gone(record) != imp.news.was_gone)
+            set_erased(record, imp.news.was_gone);
+        imp.news.modified = false;
+        if (imp.news.opened_for_modify)
+            database_.notifier().cancelled(object);
+    }
+    imp.writing = false;
+    imp.in_transaction = false;
+    const bool news = imp.news.made || imp.news.opened_for_modify;
+    tell_closing(object);
+    if (imp.readers == 0)
+        destroy(record);
+    if (news)
+        database_.notifier().closed(record);
+    return Acad::eOk;
+}
+
+void open_objects::settle(AcDbObject& object) {
+    commit(object);
+    object.imp().writing = false;
+    tell_closing(object);
+    ++object.imp().readers;
+}
+
+// Tells what happened to an object that is not open for write any more; until all have heard of it nobody
+// can change it again.
+void open_objects::tell_closing(AcDbObject& object) {
+    AcDbImpObject& imp = object.imp();
+    imp.notifying = true;
+    database_.notifier().closing(object);
+    imp.notifying = false;
+    imp.news = {};
+    imp.news.was_gone = database_.records().gone(imp.record);
+}
+
+void open_objects::about_to_modify(AcDbImpObject& imp) {
+    imp.news.opened_for_modify = true;
+    if (!database_.notifier().heard())
+        return;
+    // Views, and objects that are being read, are nobody's business.
+    const auto opened = open_.find(imp.record);
+    if (opened != open_.end() && &opened->second->imp() == &imp && imp.writing)
+        database_.notifier().opened_for_modify(*opened->second);
+}
+
+void open_objects::content_changed(dxf::record_id container) {
+    AcDbImpObject* const imp = opened(container);
+    if (imp == nullptr || !imp->writing)
+        return;
+    if (!imp->news.opened_for_modify)
+        about_to_modify(*imp);
+    imp->news.modified = imp->news.graphics = true;
+}
+
+void open_objects::appended(AcDbObject& object) {
+    AcDbImpObject& imp = object.imp();
+    if (imp.reactors != nullptr)
+        database_.notifier().of_object(imp.record).take(*std::exchange(imp.reactors, nullptr));
+    if (!database_.notifier().of_database().empty() || database_.notifier().heard_of(imp.record)) {
+        commit(object); // what its class adds when it joins a drawing is no change of it
+        imp.news = {};
+        imp.writing = false;
+        imp.notifying = imp.lent = true;
+        database_.notifier().appended(object);
+        imp.notifying = imp.lent = false;
+        imp.writing = true;
+    }
+    imp.news.made = true;
+}
+
+void open_objects::adopt(AcDbObject& object, dxf::record_id record) {
+    AcDbImpObject& imp = object.imp();
+    imp.forget();
+    imp.database = &database_;
+    imp.record = record;
+    imp.writing = true;
+    imp.touched = false;
+    imp.news = {};
+    imp.readers = 0;
+    open_.emplace(record, std::unique_ptr<AcDbObject>(&object));
+}
+
+void open_objects::exchange(AcDbObject& old, AcDbObject& fresh) {
+    AcDbImpObject& imp = old.imp();
+    const dxf::record_id record = std::exchange(imp.record, dxf::no_record);
+    imp.database = nullptr;
+    imp.writing = false;
+    static_cast<void>(open_.extract(record).mapped().release()); // the caller owns it
+    adopt(fresh, record);
+}
+
+AcDbObject* open_objects::open_object(dxf::record_id record) const {
+    const auto at = open_.find(record);
+    return at != open_.end() ? at->second.get() : nullptr;
+}
+
+AcDbImpObject* open_objects::opened(dxf::record_id record) const {
+    AcDbObject* const object = open_object(record);
+    return object != nullptr ? &object->imp() : nullptr;
+}
+
+std::size_t open_objects::close_all() {
+    std::size_t left = open_.size();
+    for (const AcDbImpDatabase* const other : AcDbImpDatabase::all())
+        if (other->references().host() == &database_)
+            left += other->objects().close_all();
+    std::vector<dxf::record_id> closing;
+    for (const auto& [record, object] : open_)
+        if (!object->imp().notifying)
+            closing.push_back(record);
+    for (const dxf::record_id record : closing) {
+        AcDbObject* const object = open_object(record);
+        if (object == nullptr) // somebody who heard of another one closed it
+            continue;
+        object->imp().in_transaction = false;
+        object->imp().readers = 0;
+        object->imp().writing = true; // one that was read has nothing to tell
+        close(*object, true);
+    }
+    settle_dictionaries(database_);
+    return left;
+}
+
+void open_objects::set_erased(dxf::record_id record, bool erased) {
+    if (!database_.records().set_gone(record, erased))
+        return;
+    if (erased && database_.records().kind(record) == dxf::record_kind::object)
+        leave_dictionary(database_, record);
+    if (class_of(database_, record) == AcDbBlockTableRecord::desc())
+        database_.blocks().set_contents_erased(record, erased);
+    if (database_.records().kind(record) != dxf::record_kind::entity)
+        return;
+    for (dxf::record_id part = database_.records().next(record);
+         part != dxf::no_record && database_.records().kind(part) == dxf::record_kind::part;
+         part = database_.records().next(part))
+        database_.records().set_gone(part, erased);
+}
+
+} // namespace db
+
+void AcDbImpObject::tell_about_to_modify() {
+    database->objects().about_to_modify(*this);
+}
