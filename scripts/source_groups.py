@@ -34,7 +34,7 @@ def kept_names(text):
 
 def used_names(text):
     """The words of a source but for members and what another namespace is asked for; calls, and what may be types, also as "name("."""
-    found = re.findall(r"(?<![.\w>:])(\w+)\b(\s*[({<>&*]|\s+\w)?", code(text))
+    found = re.findall(r"(?<![.\w>:])(\w+)\b(?=(\s*[({<>&*]|\s+\w)?)", code(text))
     return {word for name, use in found for word in (name, name + "(" if use else name)}
 
 
