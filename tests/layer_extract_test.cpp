@@ -170,6 +170,29 @@ TEST_F(LayerExtract, LayersComeWhole) {
                             [](const auto& g) { return g.starts_with("390 "); }));
 }
 
+// A text that stands for an attribute keeps the typeface of the reference's style.
+TEST_F(LayerExtract, TextStylesComeWithTheirTypefaces) {
+    folder_.write("ref.dxf",
+                  "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nSTYLE\n70\n1\n"
+                  "0\nSTYLE\n2\nSONG\n70\n0\n40\n0\n41\n0.7\n50\n0\n71\n0\n42\n1\n3\nsimsun.ttf\n4\n\n"
+                  "1001\nACAD\n1000\nSimSun\n1071\n34\n0\nENDTAB\n0\nENDSEC\n"
+                  "0\nSECTION\n2\nENTITIES\n"
+                  "0\nATTDEF\n8\nW\n7\nSONG\n10\n5\n20\n9\n40\n2\n1\nfix\n2\nFIX\n3\n?\n70\n2\n"
+                  "0\nENDSEC\n0\nEOF\n");
+    saved = test::read(test::drawing("r2018.dxf"));
+    const test::run_result ran =
+        run("XATTACH\n" + (folder_ / "ref.dxf").string() + "\n\n0,0\n1\n1\n0\ntctq\nL\n\nN\nW\nN\n");
+    std::erase(saved, '\r');
+    const auto objects = test::objects(saved);
+    const auto made = std::find_if(objects.begin(), objects.end(), [](const auto& object) {
+        return std::find(object.second.begin(), object.second.end(), "2 SONG") != object.second.end();
+    });
+    ASSERT_NE(made, objects.end()) << ran.out << ran.err;
+    const texts& style = made->second;
+    for (const char* const group : {"3 simsun.ttf", "41 0.7", "1000 SimSun", "1071 34"})
+        EXPECT_NE(std::find(style.begin(), style.end(), group), style.end()) << group;
+}
+
 TEST_F(LayerExtract, EndsAtEveryPromptWithNothingChanged) {
     std::vector<row> rows = {
         {"tctq\n" + picks({"210"}) + "\n^C\n", {"\n选中的图元里没有外部参照或块！"}},

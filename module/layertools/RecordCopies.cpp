@@ -42,6 +42,14 @@ bool FillStyle(const AcDbTextStyleTableRecord& from, AcDbTextStyleTableRecord& t
     to.setXScale(from.xScale());
     to.setObliquingAngle(from.obliquingAngle());
     to.setFlagBits(from.flagBits());
+    AcString typeface;
+    bool isBold = false;
+    bool isItalic = false;
+    Charset charset{};
+    Autodesk::AutoCAD::PAL::FontUtils::FontPitch pitch{};
+    Autodesk::AutoCAD::PAL::FontUtils::FontFamily family{};
+    if (from.font(typeface, isBold, isItalic, charset, pitch, family) == Acad::eOk && !typeface.isEmpty())
+        to.setFont(typeface, isBold, isItalic, charset, pitch, family);
     return true;
 }
 
