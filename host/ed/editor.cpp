@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <utility>
 
 namespace ed {
@@ -300,6 +301,9 @@ int editor::run_given(std::deque<answer> answers) {
     if (running_.empty() || ap::documents::instance().context() == ap::document::owner::application ||
         !may_ask())
         return RTERROR;
+    std::optional<command_line::mute> muted;
+    if (variable<int>(L"NOMUTT") != 0)
+        muted.emplace();
     given_answers given{std::move(answers)};
     given_.push_back(&given);
     int became = RTNORM;

@@ -31,7 +31,7 @@ void command_line::put(std::wstring_view text) {
 }
 
 void command_line::print(std::wstring_view text) {
-    if (text.empty())
+    if (text.empty() || mutes_ != 0)
         return;
     if (after_answer_ && text.front() == L'\n')
         text.remove_prefix(1);
@@ -72,6 +72,8 @@ void command_line::put_paged(std::wstring_view text) {
 }
 
 void command_line::echo(std::wstring_view answer) {
+    if (mutes_ != 0)
+        return;
     put(answer);
     put(L"\n");
     after_answer_ = true;
@@ -83,7 +85,7 @@ void command_line::line_ended() {
 }
 
 void command_line::fresh_line() {
-    if (!line_.empty())
+    if (!line_.empty() && mutes_ == 0)
         put(L"\n");
 }
 

@@ -42,6 +42,15 @@ public:
     // An error of the host itself.
     void error(std::wstring_view message);
 
+    // While one lives nothing is shown but errors.
+    class mute {
+    public:
+        mute() { ++instance().mutes_; }
+        ~mute() { --instance().mutes_; }
+        mute(const mute&) = delete;
+        mute& operator=(const mute&) = delete;
+    };
+
 private:
     void put(std::wstring_view text);
     void put_paged(std::wstring_view text);
@@ -52,6 +61,7 @@ private:
     screen screen_;
     std::size_t columns_ = 0;
     std::size_t rows_left_ = 0; // on the screen; 0: nothing stops
+    int mutes_ = 0;
     bool after_answer_ = false; // an answer ended the line: a line feed that follows would be one too many
 };
 

@@ -110,12 +110,37 @@ CString PointText(const AcGePoint3d& point) {
     return text;
 }
 
+// While one lives the commands that the module calls show nothing.
+class CMuted {
+public:
+    CMuted() {
+        resbuf value{};
+        if (acedGetVar(L"NOMUTT", &value) == RTNORM && value.restype == RTSHORT)
+            m_before = value.resval.rint;
+        Set(1);
+    }
+    ~CMuted() { Set(m_before); }
+    CMuted(const CMuted&) = delete;
+    CMuted& operator=(const CMuted&) = delete;
+
+private:
+    static void Set(short wanted) {
+        resbuf value{};
+        value.restype = RTSHORT;
+        value.resval.rint = wanted;
+        acedSetVar(L"NOMUTT", &value);
+    }
+
+    short m_before = 0;
+};
+
 // The bytes of a picture as PICTURE makes it; none when it can not, or when they are too many.
 std::string Drawn(const Window& window, const wchar_t* ending, std::size_t most) {
     const fs::path file =
         sys::temp_folder() / (L"report-" + std::to_wstring(std::random_device()()) + ending);
     CString paper;
     paper.Format(L"%.3fx%.3f", window.Width(), window.Height());
+    const CMuted muted;
     const int answer = acedCommandS(RTSTR, L"PICTURE", RTSTR, sys::from_path(file).c_str(), RTSTR, L"Window",
                                     RTSTR, PointText(window.m_box.minPoint()).GetString(), RTSTR,
                                     PointText(window.m_box.maxPoint()).GetString(), RTSTR, paper.GetString(),
