@@ -20,10 +20,9 @@ dxf::record_id add_implied_entry(AcDbImpDatabase& drawing, table_kind kind, cons
     const dxf::record_id previous = drawing.names().place_for_entry(kind);
     if (previous == dxf::no_record)
         return dxf::no_record;
-    const dxf::record_id added =
-        drawing.records().insert_implied(previous, entry_text(drawing, kind, entry), dxf::record_kind::entry,
-                                         drawing.records().handle(drawing.names().table(kind)));
-    return added;
+    return drawing.records().insert_implied(previous, entry_text(drawing, kind, entry),
+                                            dxf::record_kind::entry,
+                                            drawing.records().handle(drawing.names().table(kind)));
 }
 
 void imply_layers(AcDbImpDatabase& drawing, bool dependent) {
