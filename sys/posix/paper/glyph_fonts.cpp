@@ -87,17 +87,40 @@ glyph_fonts::loaded& glyph_fonts::open(choice& chosen, std::size_t at) {
     return font;
 }
 
-std::size_t glyph_fonts::font_of(choice& chosen, wchar_t sign) {
-    const auto [at, fresh] = chosen.of_sign.try_emplace(sign, 0);
-    if (!fresh)
-        return at->second;
+std::size_t glyph_fonts::font_of(const choice& chosen, wchar_t sign) {
     for (std::size_t i = 0; i < chosen.opened.size(); ++i) {
         FcCharSet* signs = nullptr;
         if (FcPatternGetCharSet(chosen.fonts->fonts[i], FC_CHARSET, 0, &signs) == FcResultMatch &&
             FcCharSetHasChar(signs, static_cast<FcChar32>(sign)) == FcTrue)
-            return at->second = i;
+            return i;
     }
     return 0;
+}
+
+const glyph_fonts::known_sign& glyph_fonts::look_up(choice& chosen, wchar_t sign) {
+    const auto [at, fresh] = chosen.signs.try_emplace(sign);
+    known_sign& found = at->second;
+    if (!fresh)
+        return found;
+    found.font = font_of(chosen, sign);
+    found.utf8 = base::narrow(std::wstring_view(&sign, 1));
+    const loaded& from = open(chosen, found.font);
+    cairo_glyph_t* glyphs = nullptr;
+    int count = 0;
+    if (cairo_scaled_font_text_to_glyphs(from.scaled, 0.0, 0.0, found.utf8.data(),
+                                         static_cast<int>(found.utf8.size()), &glyphs, &count, nullptr,
+                                         nullptr, nullptr) != CAIRO_STATUS_SUCCESS)
+        return found;
+    if (count > 0) {
+        cairo_text_extents_t extents;
+        cairo_scaled_font_glyph_extents(from.scaled, glyphs, 1, &extents);
+        constexpr double asked_at = 1000.0;
+        found.advance = extents.x_advance / asked_at * from.size;
+        found.glyph = glyphs->index;
+        found.drawn = true;
+    }
+    cairo_glyph_free(glyphs);
+    return found;
 }
 
 std::vector<glyph_run> glyph_fonts::runs(std::wstring_view text, const sheet_font& font, double& length) {
@@ -108,31 +131,22 @@ std::vector<glyph_run> glyph_fonts::runs(std::wstring_view text, const sheet_fon
         return made;
     std::size_t last = chosen.opened.size();
     for (const wchar_t sign : text) {
-        const std::size_t which = font_of(chosen, sign);
-        const loaded& from = open(chosen, which);
-        if (which != last) {
+        const known_sign& known = look_up(chosen, sign);
+        if (!known.drawn)
+            continue;
+        if (known.font != last) {
+            const loaded& from = open(chosen, known.font);
             made.emplace_back();
             made.back().face = from.face;
             made.back().size = from.size;
-            last = which;
+            last = known.font;
         }
         glyph_run& run = made.back();
-        const std::string utf8 = base::narrow(std::wstring_view(&sign, 1));
-        cairo_glyph_t* glyphs = nullptr;
-        int count = 0;
-        if (cairo_scaled_font_text_to_glyphs(from.scaled, 0.0, 0.0, utf8.data(),
-                                             static_cast<int>(utf8.size()), &glyphs, &count, nullptr, nullptr,
-                                             nullptr) != CAIRO_STATUS_SUCCESS)
-            continue;
-        cairo_text_extents_t extents;
-        cairo_scaled_font_glyph_extents(from.scaled, glyphs, count, &extents);
-        for (int i = 0; i < count; ++i)
-            run.glyphs.push_back({glyphs[i].index, length, 0.0});
-        run.clusters.push_back({static_cast<int>(utf8.size()), count});
-        run.utf8 += utf8;
-        constexpr double asked_at = 1000.0;
-        length += extents.x_advance / asked_at * from.size;
-        cairo_glyph_free(glyphs);
+        run.signs += sign;
+        run.utf8 += known.utf8;
+        run.glyphs.push_back({known.glyph, length, 0.0});
+        run.clusters.push_back({static_cast<int>(known.utf8.size()), 1});
+        length += known.advance;
     }
     return made;
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace sys {
@@ -15,6 +16,7 @@ namespace sys {
 struct glyph_run {
     cairo_font_face_t* face = nullptr; // kept by the fonts
     double size = 1.0;                 // at which its capitals are 1 high
+    std::wstring signs;                // a glyph for each
     std::string utf8;
     std::vector<cairo_glyph_t> glyphs;
     std::vector<cairo_text_cluster_t> clusters; // one a sign
@@ -37,16 +39,25 @@ private:
         cairo_scaled_font_t* scaled = nullptr; // for its glyphs' numbers and widths
         double size = 1.0;
     };
+    // A sign's glyph in the first font that has it.
+    struct known_sign {
+        std::size_t font = 0;
+        unsigned long glyph = 0;
+        double advance = 0.0;
+        bool drawn = false;
+        std::string utf8;
+    };
     struct choice {
         FcPattern* wanted = nullptr;
         FcFontSet* fonts = nullptr; // the best one first
         std::vector<loaded> opened; // as far as they were needed
-        std::map<wchar_t, std::size_t> of_sign;
+        std::unordered_map<wchar_t, known_sign> signs;
     };
 
     choice& choice_of(const sheet_font& font);
-    loaded& open(choice& chosen, std::size_t at);
-    std::size_t font_of(choice& chosen, wchar_t sign);
+    static loaded& open(choice& chosen, std::size_t at);
+    static std::size_t font_of(const choice& chosen, wchar_t sign);
+    static const known_sign& look_up(choice& chosen, wchar_t sign);
 
     std::map<std::wstring, choice> choices_;
 };
