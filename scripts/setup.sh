@@ -12,7 +12,8 @@ build      pkg-config          tells where libraries are
 build      libedit-dev         line editing of the console program
 build      libfontconfig-dev   finds the fonts of this machine
 build      libfreetype-dev     reads what scripts a font has
-build      libcairo2-dev       draws pictures
+build      libcairo2-dev       draws PNGs and SVGs
+build      zlib1g-dev          packs PNGs and PDFs
 build      hershey-fonts-data  letters made of strokes, for pictures
 build      fonts-liberation    letters as wide as those of Arial, for pictures
 build      fonts-arphic-uming  Chinese text: stands in for 宋体 and 仿宋
@@ -34,6 +35,8 @@ bench      dpkg-dev            unpacks the sources of a peer, for wide character
 bench      python3             runs the measurements
 judge      python3-ezdxf       judges the drawings that we write
 judge      python3-matplotlib  draws pictures to set beside ours
+judge      poppler-utils       shows the PDFs that we write
+judge      librsvg2-bin        shows the SVGs that we write
 judge      librecad            plots the copies that are taken apart
 judge      libxml2-utils       judges how documents of markup are read
 '

@@ -77,6 +77,8 @@ public:
     // What follows is drawn within an area only, and within those around it.
     virtual void push_clip(std::span<const sheet_point> rim) = 0;
     virtual void pop_clip() = 0;
+    // What follows stands on a layer, which readers of a PDF can switch off; other files have none.
+    virtual void on_layer(std::wstring_view /*name*/) {}
     // Another sheet; only a PDF has more than one.
     virtual void next_sheet(double width, double height) = 0;
     // The bytes of the file; nothing can be drawn after that. Fails when there is no memory for it.

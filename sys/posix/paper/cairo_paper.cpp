@@ -1,10 +1,11 @@
-// Draws by cairo; glyphs come from the fonts that fontconfig finds.
+// Draws PNG and SVG by cairo; glyphs come from the fonts that fontconfig finds.
 #include "sys/paper.h"
 #include "sys/posix/paper/glyph_fonts.h"
 #include "sys/posix/paper/line_raster.h"
+#include "sys/posix/paper/pdf_paper.h"
+#include "sys/posix/paper/png_file.h"
 
 #include <algorithm>
-#include <cairo-pdf.h>
 #include <cairo-svg.h>
 #include <cairo.h>
 #include <cmath>
@@ -14,7 +15,7 @@ namespace sys {
 
 namespace {
 
-constexpr double points_per_mm = 72.0 / 25.4; // what PDF and SVG count in
+constexpr double points_per_mm = 72.0 / 25.4; // what SVG counts in
 
 cairo_status_t append_bytes(void* closure, const unsigned char* data, unsigned int length) {
     static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
@@ -28,20 +29,12 @@ public:
           thinnest_(setup.format == paper_format::png ? 1.0 / setup.dots_per_mm : hair) {
         const double width = setup.width * scale_;
         const double height = setup.height * scale_;
-        switch (setup.format) {
-        case paper_format::png:
+        if (setup.format == paper_format::png)
             surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24,
                                                   std::max(1, static_cast<int>(std::lround(width))),
                                                   std::max(1, static_cast<int>(std::lround(height))));
-            break;
-        case paper_format::svg:
+        else
             surface_ = cairo_svg_surface_create_for_stream(append_bytes, &bytes_, width, height);
-            break;
-        case paper_format::pdf:
-            surface_ = cairo_pdf_surface_create_for_stream(append_bytes, &bytes_, width, height);
-            cairo_pdf_surface_restrict_to_version(surface_, CAIRO_PDF_VERSION_1_4); // printers know it
-            break;
-        }
         context_ = cairo_create(surface_);
         begin_sheet();
     }
@@ -120,24 +113,16 @@ public:
         cairo_restore(context_);
         find_field();
     }
-    void next_sheet(double width, double height) override {
-        flush();
-        if (setup_.format != paper_format::pdf)
-            return;
-        cairo_show_page(context_);
-        cairo_pdf_surface_set_size(surface_, width * scale_, height * scale_);
-        setup_.width = width;
-        setup_.height = height;
-        cairo_identity_matrix(context_);
-        begin_sheet();
-    }
+    void next_sheet(double /*width*/, double /*height*/) override {}
     base::result<std::string> finish() override {
         flush();
-        if (setup_.format == paper_format::pdf)
-            cairo_show_page(context_);
         cairo_status_t status = cairo_status(context_);
-        if (setup_.format == paper_format::png && status == CAIRO_STATUS_SUCCESS)
-            status = cairo_surface_write_to_png_stream(surface_, append_bytes, &bytes_);
+        if (setup_.format == paper_format::png && status == CAIRO_STATUS_SUCCESS) {
+            cairo_surface_flush(surface_);
+            bytes_ =
+                png_file(cairo_image_surface_get_data(surface_), cairo_image_surface_get_width(surface_),
+                         cairo_image_surface_get_height(surface_), cairo_image_surface_get_stride(surface_));
+        }
         cairo_surface_finish(surface_);
         if (status == CAIRO_STATUS_SUCCESS)
             status = cairo_surface_status(surface_);
@@ -259,6 +244,10 @@ zef_make_paper(const sys::paper_setup& setup, base::result<std::unique_ptr<sys::
         made =
             base::failure{L"a picture of " + std::to_wstring(static_cast<long long>(std::min(side, 1e15))) +
                           L" dots a side is too large; 32767 is the most"};
+        return;
+    }
+    if (setup.format == sys::paper_format::pdf) {
+        made = sys::make_pdf_paper(setup);
         return;
     }
     auto paper = std::make_unique<sys::cairo_paper>(setup);
