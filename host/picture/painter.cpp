@@ -5,6 +5,7 @@
 #include "dbmain.h"
 #include "dbsymtb.h"
 #include "host/db/core/open_objects.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/layer_look.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/font.h"
@@ -132,6 +133,7 @@ const painter::layer_look& painter::look_of_layer(dxf::record_id layer) {
     found.pattern = linetype_of(shown.linetype).drawn();
     found.opacity = opacity_of_number(shown.transparency).value_or(1.0);
     found.plotted = (shown.flags & db::layer_plotted) != 0;
+    found.name = drawing_.names().name_of(layer);
     return found;
 }
 
@@ -201,6 +203,7 @@ painter::look painter::resolve(frame& now) {
     const linetype& named = linetype_of(now.linetype);
     found.pattern = named.by_layer ? layer.pattern : named.by_block ? now.around.pattern : named.drawn();
     found.linetype_scale = now.linetype_scale;
+    found.layer = state.layer;
     constexpr double hundredths = 100.0;
     found.pen.color = ink_of(found.color, opacity_of(now, layer.opacity));
     found.pen.width = found.weight / hundredths * manner_.weight_scale;
@@ -229,6 +232,13 @@ std::string_view painter::type_now() const {
     return entity.database->records().type_name(entity.entity);
 }
 
+void painter::put_on_layer(const look& shown) {
+    if (layer_ == shown.layer)
+        return;
+    layer_ = shown.layer;
+    paper_.on_layer(look_of_layer(shown.layer).name);
+}
+
 void painter::dot(const AcGePoint3d& point, const look& shown) {
     const sys::sheet_point at = view_.at(point);
     const sheet_box& box = view_.box();
@@ -240,6 +250,7 @@ void painter::dot(const AcGePoint3d& point, const look& shown) {
     last_dot_ = at;
     last_dot_ink_ = shown.pen.color;
     const sys::sheet_point points[] = {at, at};
+    put_on_layer(shown);
     paper_.stroke(points, {shown.pen.color, std::min(shown.pen.width, manner_.dot)});
 }
 
@@ -257,6 +268,7 @@ void painter::stroke(std::span<const AcGePoint3d> points, const look& shown) {
         dot(points.front(), shown);
         return;
     }
+    put_on_layer(shown);
     for (const std::vector<sys::sheet_point>& part : view_.near_lines(std::move(placed)))
         paper_.stroke(part, shown.pen);
 }
@@ -292,6 +304,7 @@ void painter::lines(std::span<const AcGePoint3d> points) {
         letters.x = x * (height * sign.sign->width_factor);
         letters.y = AcGeVector3d::kZAxis.crossProduct(x) * height;
         letters.text = sign.sign->text;
+        put_on_layer(now);
         texts_.draw(letters, view_, now.pen);
     }
 }
@@ -336,7 +349,7 @@ void painter::point_sign(const AcGePoint3d& point, const look& shown) {
     }
 }
 
-void painter::fill(std::span<const std::vector<AcGePoint3d>> rims, const sys::ink& ink) {
+void painter::fill(std::span<const std::vector<AcGePoint3d>> rims, const look& shown) {
     std::vector<std::vector<sys::sheet_point>> placed;
     for (const std::vector<AcGePoint3d>& rim : rims) {
         std::vector<sys::sheet_point> points;
@@ -347,8 +360,10 @@ void painter::fill(std::span<const std::vector<AcGePoint3d>> rims, const sys::in
         if (points.size() > 2)
             placed.push_back(std::move(points));
     }
-    if (!placed.empty())
-        paper_.fill(placed, ink);
+    if (placed.empty())
+        return;
+    put_on_layer(shown);
+    paper_.fill(placed, shown.pen.color);
 }
 
 bool painter::is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, const look& shown) {
@@ -377,7 +392,7 @@ void painter::area_of_rims(std::span<const std::vector<AcGePoint3d>> rims) {
     const look& now = current();
     if (!now.seen || is_hatch_drawn(rims, now))
         return;
-    fill(rims, now.pen.color);
+    fill(rims, now);
 }
 
 bool painter::text(const gi::text_line& line) {
@@ -395,6 +410,7 @@ bool painter::text(const gi::text_line& line) {
     sys::pen pen = now.pen;
     constexpr double thickest_letters = 0.15; // of their height
     pen.width = std::min(pen.width, height * thickest_letters);
+    put_on_layer(now);
     texts_.draw(line, view_, pen);
     return true;
 }
@@ -410,8 +426,10 @@ void painter::unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, 
         return;
     const std::vector<sys::sheet_point> part =
         view_.part_of_line(view_.at(from), view_.along(direction), both);
-    if (!part.empty())
-        paper_.stroke(part, now.pen);
+    if (part.empty())
+        return;
+    put_on_layer(now);
+    paper_.stroke(part, now.pen);
 }
 
 } // namespace picture

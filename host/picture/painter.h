@@ -39,6 +39,9 @@ public:
     // The attributes of what is drawn; they must outlive the painter.
     void follow(const AcGiSubEntityTraits& traits) { traits_ = &traits; }
 
+    // Somebody else drew on the paper in between.
+    void forget_paper() { layer_.reset(); }
+
     bool reads_traits() const override { return true; }
     double finest() const override { return manner_.dot / view_.scale(); }
     bool enter(const gi::visit& entity) override;
@@ -59,6 +62,7 @@ private:
         AcCmEntityColor color;
         int weight = 0; // hundredths of a millimetre
         double linetype_scale = 1.0;
+        dxf::record_id layer = dxf::no_record; // of the drawing
         bool seen = false;
     };
     struct frame : layer_states::place {
@@ -76,6 +80,7 @@ private:
         int weight = 0;
         double opacity = 1.0;
         bool plotted = true;
+        std::wstring name;
     };
 
     struct linetype {
@@ -95,8 +100,10 @@ private:
     double opacity_of(const frame& now, double of_layer) const;
     std::string_view type_now() const;
 
+    // Tells the paper on which layer things stand that come next.
+    void put_on_layer(const look& look);
     void stroke(std::span<const AcGePoint3d> points, const look& look);
-    void fill(std::span<const std::vector<AcGePoint3d>> rims, const sys::ink& ink);
+    void fill(std::span<const std::vector<AcGePoint3d>> rims, const look& look);
     void dot(const AcGePoint3d& point, const look& look);
     void point_sign(const AcGePoint3d& point, const look& look);
     bool is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, const look& look);
@@ -112,6 +119,7 @@ private:
     std::map<std::pair<const layer_states::table*, Adesk::LongPtr>, layer_state> part_states_;
     std::unordered_map<dxf::record_id, layer_look> layer_looks_;
     std::unordered_map<Adesk::LongPtr, linetype> linetypes_;
+    std::optional<dxf::record_id> layer_; // that the paper knows of
     int point_mode_ = 0;
     double point_size_ = 0.0; // of the world
     sys::sheet_point last_dot_;

@@ -4,7 +4,6 @@
 #include "dbmain.h"
 #include "host/db/core/blocks.h"
 #include "host/db/core/open_objects.h"
-#include "host/db/tables/draw_order.h"
 #include "host/db/tables/spaces.h"
 #include "host/dxf/group_list.h"
 #include "host/view/extents.h"
@@ -67,10 +66,10 @@ struct area {
 
 // What a space holds; something to look at for an empty one.
 area extents_of(AcDbImpDatabase& drawing, dxf::record_id space) {
-    const AcDbExtents& extents = gi::extents_of_block(drawing, space);
-    if (gi::is_empty(extents))
+    const gi::flat_box extents = gi::flat_extents(drawing, space);
+    if (extents.is_empty())
         return {{0.0, 0.0}, {420.0, 297.0}};
-    return {{extents.minPoint().x, extents.minPoint().y}, {extents.maxPoint().x, extents.maxPoint().y}};
+    return {{extents.least_x, extents.least_y}, {extents.most_x, extents.most_y}};
 }
 
 // A sheet and what is seen on it.
@@ -82,7 +81,9 @@ struct plan {
 
 plan planned(AcDbImpDatabase& drawing, dxf::record_id space, const request& wanted) {
     const bool is_model = space == drawing.blocks().find(ACDB_MODEL_SPACE);
-    area shown = extents_of(drawing, space);
+    area shown;
+    if (!wanted.window)
+        shown = extents_of(drawing, space);
     if (wanted.window) {
         const auto& [a, b] = *wanted.window;
         shown = {{std::min(a.x, b.x), std::min(a.y, b.y)}, {std::max(a.x, b.x), std::max(a.y, b.y)}};
@@ -126,23 +127,36 @@ public:
 
     void draw_space(dxf::record_id space, const sheet_view& view) {
         manner_.linetype_scale = linetype_scale_;
-        draw_entities(space, drawing_.blocks().drawn_of(space), view, dxf::no_record, manner_);
+        draw_entities(seen_of(space, view), view, dxf::no_record, manner_);
     }
 
 private:
-    void draw_entities(dxf::record_id space, std::vector<dxf::record_id> entities, const sheet_view& view,
+    // What of a space can be seen in a view, the oldest first.
+    std::vector<dxf::record_id> seen_of(dxf::record_id space, const sheet_view& view) {
+        AcGePoint2d least;
+        AcGePoint2d most;
+        view.world_box(least, most);
+        gi::flat_box around;
+        constexpr double thickest = 3.0; // millimetres that lines reach beyond where they lie
+        around.add(least.x, least.y, thickest / view.scale());
+        around.add(most.x, most.y, thickest / view.scale());
+        std::vector<dxf::record_id> entities = gi::entities_near(drawing_, space, around);
+        std::reverse(entities.begin(), entities.end());
+        return entities;
+    }
+
+    void draw_entities(const std::vector<dxf::record_id>& entities, const sheet_view& view,
                        dxf::record_id viewport, const manner& manner) {
-        db::draw_order order;
-        order.follow(drawing_, space);
-        order.sort(drawing_, entities);
         layer_states states(drawing_, viewport);
         painter canvas(paper_, texts_, drawing_, states, view, manner);
         gi::tracer tracer(canvas);
         canvas.follow(tracer.subEntityTraits());
         for (const dxf::record_id entity : entities) {
             if (viewport == dxf::no_record && drawing_.records().type(entity) == dxf::type_viewport &&
-                !db::is_sheet_itself(drawing_, entity))
+                !db::is_sheet_itself(drawing_, entity)) {
                 draw_viewport(entity, view);
+                canvas.forget_paper();
+            }
             tracer.draw(drawing_, entity);
         }
     }
@@ -162,21 +176,13 @@ private:
         const sheet_view view =
             sheet_view::through(seen->viewTarget(), seen->viewDirection(), seen->twistAngle(),
                                 seen->viewCenter(), scale * sheet.scale(), box);
-        AcGePoint2d least;
-        AcGePoint2d most;
-        view.world_box(least, most);
-        gi::flat_box around;
-        around.add(least.x, least.y);
-        around.add(most.x, most.y);
         const dxf::record_id model = drawing_.blocks().find(ACDB_MODEL_SPACE);
-        std::vector<dxf::record_id> entities = gi::entities_near(drawing_, model, around);
-        std::reverse(entities.begin(), entities.end()); // the oldest first
         const sys::sheet_point rim[] = {
             {box.left, box.top}, {box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}};
         manner inside = manner_;
         inside.linetype_scale = patterns_by_paper_ ? linetype_scale_ / scale : linetype_scale_;
         paper_.push_clip(rim);
-        draw_entities(model, std::move(entities), view, viewport, inside);
+        draw_entities(seen_of(model, view), view, viewport, inside);
         paper_.pop_clip();
     }
 

@@ -3,6 +3,7 @@
 #include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/tables/draw_order.h"
+#include "host/view/extents.h"
 #include "host/view/tracer.h"
 
 #include <algorithm>
@@ -134,11 +135,47 @@ void space_index::follow_changes() {
     }
 }
 
-std::vector<dxf::record_id> space_index::near(const flat_box& area) {
+void space_index::refresh() {
     if (built_)
         follow_changes();
     if (!built_)
         build();
+}
+
+flat_box space_index::extents() {
+    refresh();
+    extents_canvas measured;
+    tracer drawing(measured, kAcGiForExtents);
+    const auto found = [&] {
+        flat_box around;
+        if (const AcDbExtents& drawn = measured.extents(); !is_empty(drawn)) {
+            around.add(drawn.minPoint().x, drawn.minPoint().y);
+            around.add(drawn.maxPoint().x, drawn.maxPoint().y);
+        }
+        return around;
+    };
+    flat_box known;
+    const auto is_known = [&](const box& other) {
+        return static_cast<double>(other.least_x) >= known.least_x &&
+               static_cast<double>(other.least_y) >= known.least_y &&
+               static_cast<double>(other.most_x) <= known.most_x &&
+               static_cast<double>(other.most_y) <= known.most_y;
+    };
+    for (std::size_t i = 0; i < groups_.size(); ++i) {
+        if (is_known(groups_[i]))
+            continue;
+        for (std::size_t at = i * group; at < std::min((i + 1) * group, boxes_.size()); ++at) {
+            if (is_known(boxes_[at]) || database_.records().gone(entities_[at]))
+                continue;
+            drawing.draw(database_, entities_[at]);
+            known = found();
+        }
+    }
+    return known;
+}
+
+std::vector<dxf::record_id> space_index::near(const flat_box& area) {
+    refresh();
     const box wanted = rounded(area);
     const auto meets = [&](const box& at) {
         return at.least_x <= wanted.most_x && wanted.least_x <= at.most_x && at.least_y <= wanted.most_y &&
@@ -169,18 +206,27 @@ struct seen_spaces {
     std::unordered_map<dxf::record_id, space> all;
 };
 
+seen_spaces::space& seen_space(AcDbImpDatabase& database, dxf::record_id space) {
+    seen_spaces::space& seen = database.part<seen_spaces>().all[space];
+    if (!seen.index)
+        seen.index = std::make_unique<space_index>(database, space);
+    return seen;
+}
+
 } // namespace
 
 std::vector<dxf::record_id> entities_near(AcDbImpDatabase& database, dxf::record_id space,
                                           const flat_box& area) {
-    seen_spaces::space& seen = database.part<seen_spaces>().all[space];
-    if (!seen.index)
-        seen.index = std::make_unique<space_index>(database, space);
+    seen_spaces::space& seen = seen_space(database, space);
     std::vector<dxf::record_id> found = seen.index->near(area);
     seen.order.follow(database, space);
     if (seen.order.sort(database, found))
         std::reverse(found.begin(), found.end());
     return found;
+}
+
+flat_box flat_extents(AcDbImpDatabase& database, dxf::record_id space) {
+    return seen_space(database, space).index->extents();
 }
 
 } // namespace gi

@@ -17,6 +17,8 @@ public:
 
     // The entities whose boxes meet an area, the newest first. Erased ones are not among them.
     std::vector<dxf::record_id> near(const flat_box& area);
+    // The exact extents of what is drawn, seen from above; only what lies at their edges is drawn for them.
+    flat_box extents();
 
 private:
     // Rounded outward, so that half the memory serves.
@@ -27,6 +29,7 @@ private:
 
     static box rounded(const flat_box& box);
     box box_of(dxf::record_id entity) const;
+    void refresh();
     void build();
     void follow_changes();
     void append(dxf::record_id entity);
@@ -44,5 +47,7 @@ private:
 // The live entities of model space or of a sheet that may draw something in an area, what lies on top first.
 std::vector<dxf::record_id> entities_near(AcDbImpDatabase& database, dxf::record_id space,
                                           const flat_box& area);
+// The extents of model space or of a sheet, seen from above.
+flat_box flat_extents(AcDbImpDatabase& database, dxf::record_id space);
 
 } // namespace gi
