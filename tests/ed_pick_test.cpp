@@ -1,11 +1,13 @@
 // Picks by point, nested picks, windows, crossings and fences, by what entities draw.
 #include "dbmain.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/history.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/open_objects.h"
 #include "host/ed/pick.h"
 #include "host/view/extents.h"
 #include "host/view/quick_box.h"
+#include "host/view/space_index.h"
 #include "host/view/tracer.h"
 #include "tests/db_entities.h"
 #include "tests/support.h"
@@ -262,5 +264,22 @@ TEST(Pick, LargeCirclesAreExact) {
             EXPECT_EQ(test.touched(), off == 0.0) << angle << ' ' << off;
             EXPECT_FALSE(test.all_inside());
         }
+    }
+}
+
+// The extents of a space, of which only the edges are drawn, are those of all that is drawn.
+TEST(Pick, extents_of_spaces_are_exact) {
+    for (const char* const name : {"picks.dxf", "r12.dxf", "r2018.dxf", "../../samples/storey.dxf"}) {
+        opened drawing(test::drawing(name));
+        const dxf::record_id space = drawing.imp().blocks().find(ACDB_MODEL_SPACE);
+        const AcDbExtents& all = gi::extents_of_block(drawing.imp(), space);
+        const gi::flat_box edges = gi::flat_extents(drawing.imp(), space);
+        ASSERT_EQ(edges.is_empty(), gi::is_empty(all)) << name;
+        if (edges.is_empty())
+            continue;
+        EXPECT_EQ(AcGePoint2d(edges.least_x, edges.least_y), AcGePoint2d(all.minPoint().x, all.minPoint().y))
+            << name;
+        EXPECT_EQ(AcGePoint2d(edges.most_x, edges.most_y), AcGePoint2d(all.maxPoint().x, all.maxPoint().y))
+            << name;
     }
 }

@@ -4,7 +4,8 @@
 python3-ezdxf's drawing add-on draws the model space of a drawing by matplotlib, zefhost draws the same window on the same paper. Both are
 compared tile by tile: a tile agrees when there is ink in both or in neither, where ink may lie up to one tile away. Both draw a copy of the
 drawing that python3-ezdxf writes, without what the two cannot draw alike (NOT_ALIKE says what, and why). Status 1 when a drawing has more
-tiles that differ than ALLOWED.
+tiles that differ than ALLOWED. Then the sample becomes a PNG, an SVG and a PDF, which rsvg-convert and pdftoppm turn into dots again: all
+of them show the same, and the names of rooms can be read in the PDF.
 
     judge_pictures.py [--show FOLDER] ZEFHOST [DRAWING...]
 
@@ -15,6 +16,7 @@ import argparse
 import logging
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -114,9 +116,12 @@ def ours(zefhost, drawing, window, folder):
     if not out.exists():
         return None, done.stdout[-500:] + done.stderr[-500:]
     image = (matplotlib.image.imread(out)[:, :, :3] * 255).astype(int)
+    return pooled(image), ""
+
+
+def pooled(image):
     rows, columns = image.shape[0] // OURS, image.shape[1] // OURS
-    cut = image[:rows * OURS, :columns * OURS].reshape(rows, OURS, columns, OURS, 3)
-    return cut.min(axis=(1, 3)), ""
+    return image[:rows * OURS, :columns * OURS].reshape(rows, OURS, columns, OURS, 3).min(axis=(1, 3))
 
 
 def tiles(image):
@@ -177,6 +182,37 @@ def judge(zefhost, drawing, show):
     return verdict, reason if verdict == "explained" else f"{wrong.sum()} of {ink.sum()} tiles with ink differ"
 
 
+def as_dots(command, file):
+    """The picture that a program makes of one of ours, as dark as its darkest dots."""
+    subprocess.run(command, check=True, capture_output=True)
+    return pooled((matplotlib.image.imread(file)[:, :, :3] * 255).astype(int))
+
+
+def judge_forms(zefhost):
+    """What differs between the forms of one picture; nothing when they are alike."""
+    drawing = ROOT / "samples/storey.dxf"
+    with tempfile.TemporaryDirectory() as folder:
+        for form in ("png", "svg", "pdf"):
+            subprocess.run([zefhost, drawing, "--readonly", "--no-module", "--profile", f"{folder}/profile", "-c", "", "--picture",
+                            f"{folder}/a.{form}"], check=True, capture_output=True, timeout=300)
+        shown = {"png": as_dots(["true"], f"{folder}/a.png")}
+        if shutil.which("rsvg-convert"):
+            shown["svg"] = as_dots(["rsvg-convert", "-w", "3360", "-o", f"{folder}/svg.png", f"{folder}/a.svg"], f"{folder}/svg.png")
+        if shutil.which("pdftoppm"):
+            shown["pdf"] = as_dots(["pdftoppm", "-r", "203.2", "-png", "-singlefile", f"{folder}/a.pdf", f"{folder}/pdf"],
+                                   f"{folder}/pdf.png")
+        troubles = []
+        for form, image in shown.items():
+            wrong, ink = differing(image, shown["png"])
+            if wrong.sum() > ALLOWED * ink.sum():
+                troubles.append(f"the {form} differs from the PNG in {wrong.sum()} of {ink.sum()} tiles")
+        if shutil.which("pdftotext"):
+            said = subprocess.run(["pdftotext", f"{folder}/a.pdf", "-"], capture_output=True, text=True, check=True).stdout
+            if "主卧室" not in said:
+                troubles.append("no room is named in the text of the PDF")
+        return troubles, sorted(shown)
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("zefhost")
@@ -193,6 +229,12 @@ def main():
         counts[verdict] = counts.get(verdict, 0) + 1
         if verdict != "good" or given.drawings:
             print(f"{pathlib.Path(drawing).name}: {verdict}: {told}")
+    if not given.drawings:
+        troubles, forms = judge_forms(given.zefhost)
+        for trouble in troubles:
+            counts["FAILED"] = counts.get("FAILED", 0) + 1
+            print(trouble)
+        print("forms of the sample that are alike: " + ", ".join(forms) if not troubles else "")
     print("pictures: " + ", ".join(f"{count} {verdict}" for verdict, count in sorted(counts.items())))
     return 1 if "FAILED" in counts else 0
 
