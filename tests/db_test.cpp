@@ -492,6 +492,48 @@ TEST(Db, CancelAndMembersOfClosedObjects) {
     EXPECT_ANY_THROW(read_only->setIsOff(true)) << "a member that can not report ends the command";
 }
 
+TEST(Db, CommonPropertiesChangeOneAfterTheOther) {
+    const auto database = opened("r2018.dxf");
+    const AcDbObjectId id = at(*database, 0x102);
+    for (const bool keep : {false, true}) {
+        AcDbEntity* entity = nullptr;
+        ASSERT_EQ(acdbOpenObject(entity, id, AcDb::kForWrite), Acad::eOk);
+        EXPECT_EQ(entity->setLayer(L"墙体"), Acad::eOk);
+        EXPECT_EQ(entity->setVisibility(AcDb::kInvisible), Acad::eOk);
+        EXPECT_TRUE(entity->isModified());
+        EXPECT_EQ(text_of(entity->layer()), L"墙体") << "as it will be";
+        EXPECT_EQ(entity->visibility(), AcDb::kInvisible);
+        EXPECT_EQ(entity->setLinetype(L"Continuous"), Acad::eOk) << "whose groups were read meanwhile";
+        EXPECT_EQ(keep ? entity->close() : entity->cancel(), Acad::eOk);
+        const AcDbEntityPointer seen(id, AcDb::kForRead);
+        EXPECT_EQ(text_of(seen->layer()), keep ? L"墙体" : L"PIPE-给水");
+        EXPECT_EQ(seen->visibility(), keep ? AcDb::kInvisible : AcDb::kVisible);
+        EXPECT_EQ(text_of(seen->linetype()), keep ? L"Continuous" : L"ByLayer");
+    }
+    {
+        AcDbEntityPointer entity(id, AcDb::kForWrite);
+        EXPECT_EQ(entity->setVisibility(AcDb::kVisible), Acad::eOk);
+        EXPECT_EQ(entity->setLinetype(L"ByLayer"), Acad::eOk);
+        EXPECT_EQ(entity->setLayer(L"PIPE-给水"), Acad::eOk);
+    }
+    EXPECT_EQ(changes(*database, "r2018.dxf"), Changes{});
+
+    // Each change is handed over while the object stays open, the second one with its groups in memory.
+    {
+        AcDbEntityPointer entity(id, AcDb::kForWrite);
+        EXPECT_EQ(entity->setLayer(L"墙体"), Acad::eOk);
+        EXPECT_EQ(entity->downgradeOpen(), Acad::eOk);
+        EXPECT_EQ(text_of(entity->layer()), L"墙体");
+        EXPECT_EQ(entity->lineWeight(), AcDb::kLnWtByLayer);
+        EXPECT_EQ(entity->upgradeOpen(), Acad::eOk);
+        EXPECT_EQ(entity->setLayer(L"0"), Acad::eOk);
+        EXPECT_EQ(entity->downgradeOpen(), Acad::eOk);
+        EXPECT_EQ(entity->upgradeOpen(), Acad::eOk);
+        EXPECT_EQ(entity->setVisibility(AcDb::kInvisible), Acad::eOk);
+    }
+    EXPECT_EQ(text_of(AcDbEntityPointer(id, AcDb::kForRead)->layer()), L"0");
+}
+
 TEST(Db, ColoursKnowTheirPalette) {
     AcCmColor color;
     struct row {

@@ -37,6 +37,10 @@ std::string as_wide_as(std::string value, std::string_view before, int code) {
 
 } // namespace
 
+std::optional<std::int64_t> leading_integer(std::string_view text) {
+    return leading_number<std::int64_t>(text);
+}
+
 std::optional<double> leading_real(std::string_view text) {
     const std::size_t comma = text.find(',');
     std::optional<double> value;
@@ -248,7 +252,7 @@ std::optional<std::string_view> group_list::text(const group_place& place, int c
 
 std::optional<std::int64_t> group_list::integer(const group_place& place, int code) const {
     const std::size_t at = find(place, code);
-    return at == npos ? std::nullopt : leading_number<std::int64_t>(groups_[at].value);
+    return at == npos ? std::nullopt : leading_integer(groups_[at].value);
 }
 
 std::optional<double> group_list::real(const group_place& place, int code) const {
@@ -325,7 +329,7 @@ void group_list::set_real(const group_place& place, int code, double value) {
 }
 
 void group_list::set_integer_at(std::size_t at, std::int64_t value) {
-    if (leading_number<std::int64_t>(groups_[at].value) != value)
+    if (leading_integer(groups_[at].value) != value)
         put_value(at, std::to_string(value));
 }
 

@@ -117,6 +117,9 @@ private:
 enum class value_kind { text, real, small_integer, integer, wide_integer, flag, handle, binary };
 ACDB_PORT value_kind kind_of_code(int code);
 
+// The integer that a text begins with, blanks in front allowed; nothing when it begins with none.
+ACDB_PORT std::optional<std::int64_t> leading_integer(std::string_view text);
+
 // The real that a text begins with, blanks in front allowed, a comma read as the point that it stands for
 // ("1,5"); nothing when it begins with none, or with one that is not finite.
 ACDB_PORT std::optional<double> leading_real(std::string_view text);

@@ -5,7 +5,7 @@
 #include "host/dxf/type_name.h"
 
 #include <algorithm>
-#include <charconv>
+#include <cstring>
 #include <iterator>
 #include <utility>
 
@@ -25,36 +25,6 @@ constexpr std::uint64_t sparse = 8;
 
 record_header header_of(std::string_view text, record_kind kind) {
     return stands_on_layer(kind) ? read_entity_header(text) : read_record_header(text);
-}
-
-// Codes of groups that change what a record looks like, and are none of those that its header is read from.
-constexpr int looks[] = {6, 48, 60, 62, 370, 420, 430, 440};
-
-// Whether one of two texts of a record is the other one with one group more, which says nothing of its
-// header. That is what showing, hiding and colouring do, and it is found faster than a header is read.
-bool has_same_header(std::string_view one, std::string_view other) {
-    const bool is_first = one.size() < other.size();
-    const std::string_view shorter = is_first ? one : other;
-    const std::string_view longer = is_first ? other : one;
-    const auto different = std::mismatch(shorter.begin(), shorter.end(), longer.begin()).first;
-    const auto line_before = [&](std::size_t at) { return at == 0 ? 0 : shorter.rfind('\n', at - 1) + 1; };
-    std::size_t begin = line_before(static_cast<std::size_t>(different - shorter.begin()));
-    // Codes stand on every other line.
-    const auto lines =
-        std::count(shorter.begin(), shorter.begin() + static_cast<std::ptrdiff_t>(begin), '\n');
-    if (lines % 2 != 0)
-        begin = line_before(begin - 1);
-    const std::size_t more = longer.size() - shorter.size();
-    const std::string_view group = longer.substr(begin, more);
-    const std::size_t value = group.find('\n') + 1;
-    if (value == 0 || group.find('\n', value) + 1 != more ||
-        shorter.substr(begin) != longer.substr(begin + more))
-        return false;
-    int code = 0;
-    const std::string_view digits = trimmed(group.substr(0, value - 1));
-    return std::from_chars(digits.data(), digits.data() + digits.size(), code).ptr ==
-               digits.data() + digits.size() &&
-           std::find(std::begin(looks), std::end(looks), code) != std::end(looks);
 }
 
 } // namespace
@@ -236,25 +206,34 @@ void record_table::note(record_id id, bool appended) {
 }
 
 bool record_table::replace(record_id id, std::string_view text) {
-    const std::string_view before = this->text(id);
-    if (before == text)
+    if (this->text(id) == text)
         return false;
+    const std::string_view kept = arena_.keep(text);
+    const record_header header = header_of(kept, kinds_[id]);
     note(id);
     record_content changed = content(id);
-    const std::string_view kept = arena_.keep(text);
+    changed.type = put_type(type_name_of(header.type));
+    if (stands_on_layer(kinds_[id]))
+        changed.layer = put_layer(header.layer);
+    if (header.owner != 0 && kinds_[id] != record_kind::part)
+        changed.owner = put_owner(header.owner);
+    put_text(id, changed, kept);
+    return true;
+}
+
+void record_table::replace_look(record_id id, std::string_view text, std::optional<std::string_view> layer) {
+    note(id);
+    record_content changed = content(id);
+    if (layer)
+        changed.layer = put_layer(*layer);
+    put_text(id, changed, arena_.keep(text));
+}
+
+void record_table::put_text(record_id id, record_content& changed, std::string_view kept) {
     changed.text = kept.data();
     changed.length = static_cast<std::uint32_t>(kept.size());
-    if (!has_same_header(before, kept)) {
-        const record_header header = header_of(kept, kinds_[id]);
-        changed.type = put_type(type_name_of(header.type));
-        if (stands_on_layer(kinds_[id]))
-            changed.layer = put_layer(header.layer);
-        if (header.owner != 0 && kinds_[id] != record_kind::part)
-            changed.owner = put_owner(header.owner);
-    }
     changed.implied = false;
     put(id, changed);
-    return true;
 }
 
 record_id record_table::place_behind(record_id previous, std::string_view kept, record_kind kind,

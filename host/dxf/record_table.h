@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -182,6 +183,9 @@ public:
 
     // Puts a new text in a record's place; layer and owner are read from it. False when it is the same text.
     bool replace(record_id id, std::string_view text);
+    // The same with a text that differs in common groups alone: in its layer, which is given then, or in what
+    // its header is not read from.
+    void replace_look(record_id id, std::string_view text, std::optional<std::string_view> layer);
     // A new record behind `previous` in the order of the file. Group 5 of the text is its handle, `owner` the
     // handle of its owner, which old files do not write.
     record_id insert_after(record_id previous, std::string_view text, record_kind kind, std::uint64_t owner);
@@ -273,6 +277,7 @@ private:
     record_id place_behind(record_id previous, std::string_view kept, record_kind kind, std::uint32_t type);
     void give_handle(record_id id, std::uint64_t handle);
     void put(record_id id, const record_content& content);
+    void put_text(record_id id, record_content& changed, std::string_view kept);
     saved_state state(record_id id) const;
     void note(record_id id, bool appended = false);
     void index_handles() const;

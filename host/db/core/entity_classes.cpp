@@ -27,11 +27,13 @@
 #include "dbxline.h"
 #include "host/db/core/host_classes.h"
 #include "host/db/core/polyline_flags.h"
+#include "host/dxf/code_line.h"
 #include "host/dxf/group_list.h"
 #include "host/dxf/group_reader.h"
 #include "host/dxf/record_header.h"
 #include "rxdict.h"
 
+#include <array>
 #include <unordered_map>
 
 namespace db {
@@ -48,6 +50,9 @@ struct entity_row {
 
 // A reference in rows and columns, whether it says so by its marker or by their numbers.
 AcRxClass* class_of_insert(std::string_view record) {
+    if (!dxf::may_hold(record, "70") && !dxf::may_hold(record, "71") &&
+        record.find("AcDbMInsertBlock") == record.npos)
+        return AcDbBlockReference::desc();
     dxf::group_reader groups(record);
     dxf::raw_group group;
     constexpr int columns = 70;
@@ -196,16 +201,34 @@ void register_entity_classes() {
     AcDbMInsertBlock::rxInit();
 }
 
-AcRxClass* class_of_entity(std::string_view type, std::string_view record) {
+namespace {
+
+const entity_row* row_of(std::string_view type) {
     static const std::unordered_map<std::string_view, const entity_row*> known = [] {
         std::unordered_map<std::string_view, const entity_row*> made;
         for (const entity_row& row : rows)
             made.emplace(row.type, &row);
         return made;
     }();
-    if (const auto row = known.find(type); row != known.end())
-        return row->second->choose != nullptr ? row->second->choose(record) : row->second->desc();
-    AcRxClass* const type_of_application = application_class(type, true);
+    const auto row = known.find(type);
+    return row != known.end() ? row->second : nullptr;
+}
+
+} // namespace
+
+AcRxClass* class_of_entity(const dxf::record_table& records, dxf::record_id id) {
+    // Most entities are of types that have the same number in every drawing.
+    static std::array<const entity_row*, dxf::known_types> by_number{};
+    const std::uint32_t type = records.type(id);
+    const entity_row* row = type < by_number.size() ? by_number[type] : nullptr;
+    if (row == nullptr) {
+        row = row_of(records.type_name(id));
+        if (row != nullptr && type < by_number.size())
+            by_number[type] = row;
+    }
+    if (row != nullptr)
+        return row->choose != nullptr ? row->choose(records.text(id)) : row->desc();
+    AcRxClass* const type_of_application = application_class(records.type_name(id), true);
     return type_of_application != nullptr ? type_of_application : AcDbEntity::desc();
 }
 

@@ -3,6 +3,8 @@
 #include "base/utf.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/lines_alike.h"
+#include "host/dxf/code_line.h"
+#include "host/dxf/common_patch.h"
 
 namespace {
 
@@ -31,11 +33,15 @@ void AcDbImpObject::load() const {
         else if (fresh_ != nullptr)
             const_cast<AcDbImpObject*>(this)->begin_new(fresh_);
     }
-    if (database != nullptr)
+    if (database == nullptr || patched_)
+        groups_ = dxf::group_list(own_text());
+    else
         groups_ = dxf::group_list(database->records().text(record));
-    else if (!own_.empty())
-        groups_ = dxf::group_list(std::string_view(own_).substr(0, own_.size() - padding));
     loaded_ = true;
+}
+
+std::string_view AcDbImpObject::own_text() const {
+    return own_.empty() ? std::string_view() : std::string_view(own_).substr(0, own_.size() - padding);
 }
 
 const dxf::group_list& AcDbImpObject::groups() const {
@@ -44,12 +50,77 @@ const dxf::group_list& AcDbImpObject::groups() const {
     return groups_;
 }
 
-dxf::group_list& AcDbImpObject::edit() {
-    groups();
+void AcDbImpObject::begin_change() {
     if (writing && !news.opened_for_modify)
         tell_about_to_modify();
     ++revision_;
+}
+
+dxf::group_list& AcDbImpObject::edit() {
+    groups();
+    begin_change();
     return groups_;
+}
+
+std::string_view AcDbImpObject::text_to_patch() const {
+    return patched_ ? own_text() : database->records().text(record);
+}
+
+void AcDbImpObject::patch(std::string text) {
+    own_ = std::move(text);
+    own_.append(padding, '\0');
+    patched_ = true;
+}
+
+std::optional<std::int64_t> AcDbImpObject::common_integer(const dxf::group_place& place, int code) const {
+    if (can_patch()) {
+        if (!dxf::may_hold(text_to_patch(), std::to_string(code)))
+            return std::nullopt;
+        if (const auto value = dxf::common_value(text_to_patch(), place, code))
+            return dxf::leading_integer(*value);
+    }
+    return groups().integer(place, code);
+}
+
+void AcDbImpObject::set_common(const dxf::group_place& place, int code, std::string_view value) {
+    begin_change(); // and whoever is told may read the groups
+    std::optional<std::string> text;
+    if (can_patch())
+        text = dxf::with_common(text_to_patch(), database->drawing().style(), place, code, value);
+    if (!text)
+        return edit().set_text(place, code, value);
+    patch(std::move(*text));
+    if (code == 8)
+        layer_ = value;
+}
+
+void AcDbImpObject::remove_common(const dxf::group_place& place, int code) {
+    begin_change();
+    std::optional<std::string> text;
+    if (can_patch())
+        text = dxf::without_common(text_to_patch(), place, code);
+    if (!text)
+        return edit().remove(place, code);
+    patch(std::move(*text));
+}
+
+void AcDbImpObject::forget() {
+    ++revision_;
+    if (loaded_)
+        groups_ = {};
+    own_.clear();
+    layer_.reset();
+    loaded_ = patched_ = false;
+}
+
+bool AcDbImpObject::write() {
+    dxf::record_table& records = database->records();
+    if (loaded_ && groups_.changed())
+        return records.replace(record, groups_.write(database->drawing().style()));
+    if (own_text() == records.text(record))
+        return false;
+    records.replace_look(record, own_text(), layer_);
+    return true;
 }
 
 // A new object's texts are UTF-8 until it joins a drawing, whose encoding they take then.

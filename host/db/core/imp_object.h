@@ -7,6 +7,7 @@
 #include "host/rx/reactor_list.h"
 
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -75,15 +76,19 @@ public:
     const dxf::group_list& groups() const;
     // The same, to be changed, which is told the first time.
     dxf::group_list& edit();
+    // A common group of an entity as an integer; sets one, or takes it away, as edit() would: where nobody
+    // has read the groups, by the bytes of that one alone (host/dxf/common_patch.h).
+    std::optional<std::int64_t> common_integer(const dxf::group_place& place, int code) const;
+    void set_common(const dxf::group_place& place, int code, std::string_view value);
+    void remove_common(const dxf::group_place& place, int code);
     // Takes back what was changed since the last commit.
-    void forget() {
-        ++revision_;
-        groups_ = {};
-        loaded_ = false;
-    }
-    bool changed() const { return loaded_ && groups_.changed(); }
-    // Whether its groups are in memory. Until they are it is what the drawing's index and its record say.
-    bool is_read() const { return loaded_; }
+    void forget();
+    bool changed() const { return patched_ || (loaded_ && groups_.changed()); }
+    // Hands what was changed to the records. False when it is nothing.
+    bool write();
+    // Whether its groups are in memory, or what was changed. Until then it is what the drawing's index and
+    // its record say.
+    bool is_read() const { return loaded_ || patched_; }
     // Another number after everything that may have changed the groups, for who keeps something made of them.
     std::size_t revision() const { return revision_; }
 
@@ -92,13 +97,21 @@ public:
 
 private:
     void load() const;
+    std::string_view own_text() const;
+    void begin_change();
+    bool can_patch() const { return database != nullptr && !loaded_; }
+    std::string_view text_to_patch() const;
+    void patch(std::string text);
     void tell_about_to_modify(); // host/db/core/open_objects.cpp
 
     mutable dxf::group_list groups_;
     mutable bool loaded_ = false;
     std::size_t revision_ = 0;
     const char* fresh_ = nullptr;
-    std::string own_;                        // text of a new object, with the padding that reading wants
+    // The text of a new object, or of one with a group changed, with the padding that reading wants.
+    std::string own_;
+    bool patched_ = false;                   // own_ is what the record becomes
+    std::optional<std::string> layer_;       // which stands in it, if it was changed
     std::shared_ptr<db::lines_alike> alike_; // of a new line that has no text yet
     std::size_t number_alike_ = 0;
 };

@@ -148,7 +148,7 @@ void open_objects::commit(AcDbObject& object) {
     const bool implied = database_.records().implied(imp.record);
     const std::string_view text_before = database_.records().text(imp.record);
     const bool was_heard_of = database_.notifier().heard_of(imp.record);
-    if (database_.records().replace(imp.record, imp.groups().write(database_.drawing().style()))) {
+    if (imp.write()) {
         imp.news.modified = true;
         if (was_heard_of || database_.notifier().heard_of(imp.record))
             tell_apart(text_before, database_.records().text(imp.record), imp.news);

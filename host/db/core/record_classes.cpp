@@ -76,7 +76,7 @@ AcRxClass* class_of(const AcDbImpDatabase& database, dxf::record_id record) {
         return AcDbBlockEnd::desc();
     case dxf::record_kind::entity:
     case dxf::record_kind::part: {
-        AcRxClass* const known = class_of_entity(type, all.text(record));
+        AcRxClass* const known = class_of_entity(all, record);
         return known == AcDbEntity::desc() && is_of_application(database, record) ? AcDbProxyEntity::desc()
                                                                                   : known;
     }

@@ -11,7 +11,6 @@
 #include "host/db/tables/dependent_names.h"
 #include "host/db/tables/implied_entries.h"
 #include "host/db/tables/properties.h"
-#include "host/dxf/code_line.h"
 #include "host/dxf/record_header.h"
 #include "host/view/extents.h"
 #include "host/view/tracer.h"
@@ -113,7 +112,7 @@ void put_layer(AcDbEntity& entity, AcDbImpObject& imp, AcDbImpDatabase& database
     if (database.records().implied(entry)) // what is saved must not name what is not
         db::settle_entry(database, entry);
     if (!base::equal_no_case(layer_of(entity, imp), database.names().name_of(entry)))
-        imp.edit().set_text(entity_place, 8, entry_bytes(imp, database, entry));
+        imp.set_common(entity_place, 8, entry_bytes(imp, database, entry));
 }
 
 void put_linetype(AcDbImpObject& imp, AcDbImpDatabase& database, dxf::record_id entry) {
@@ -121,9 +120,9 @@ void put_linetype(AcDbImpObject& imp, AcDbImpDatabase& database, dxf::record_id 
     if (database.records().implied(entry))
         db::settle_entry(database, entry);
     if (base::equal_no_case(database.names().name_of(entry), L"ByLayer"))
-        imp.edit().remove(entity_place, 6);
+        imp.remove_common(entity_place, 6);
     else
-        imp.edit().set_text(entity_place, 6, entry_bytes(imp, database, entry));
+        imp.set_common(entity_place, 6, entry_bytes(imp, database, entry));
 }
 
 } // namespace
@@ -285,10 +284,7 @@ Acad::ErrorStatus AcDbEntity::setLineWeight(AcDb::LineWeight weight, bool doSube
 
 AcDb::Visibility AcDbEntity::visibility() const {
     assertReadEnabled();
-    if (imp().database != nullptr && !imp().is_read() &&
-        !dxf::may_hold(imp().database->records().text(imp().record), "60"))
-        return AcDb::kVisible;
-    return imp().groups().integer(entity_place, 60).value_or(0) == 1 ? AcDb::kInvisible : AcDb::kVisible;
+    return imp().common_integer(entity_place, 60).value_or(0) == 1 ? AcDb::kInvisible : AcDb::kVisible;
 }
 
 Acad::ErrorStatus AcDbEntity::setVisibility(AcDb::Visibility visibility, bool doSubents) {
@@ -296,9 +292,9 @@ Acad::ErrorStatus AcDbEntity::setVisibility(AcDb::Visibility visibility, bool do
         return Acad::eNotOpenForWrite;
     if (this->visibility() != visibility) {
         if (visibility == AcDb::kVisible)
-            imp().edit().remove(entity_place, 60);
+            imp().remove_common(entity_place, 60);
         else
-            imp().edit().set_integer(entity_place, 60, 1);
+            imp().set_common(entity_place, 60, "1");
     }
     if (doSubents)
         for_parts(imp(), [&](AcDbEntity& part) { part.setVisibility(visibility, false); });
