@@ -89,6 +89,11 @@ TEST(Picture, resolves_colours_through_layers_and_nested_blocks) {
     const std::size_t path = svg.find("d=\"M", orange);
     EXPECT_EQ(times(svg.substr(path, svg.find('"', path + 3) - path), "M"), 6u);
     EXPECT_EQ(times(svg_of(folder, looks(), "Current\\n\\nFit\\nGreys\\n"), red), 0u);
+    const std::string second = group(0, "INSERT") + group(8, "0") + group(62, "2") + group(2, "OUTER") +
+                               group(10, "0.0") + group(20, "40.0");
+    const std::string both = svg_of(folder, looks(second), "Current\\n\\nFit\\nColors\\n");
+    EXPECT_EQ(times(both, magenta), 1u);
+    EXPECT_EQ(times(both, "rgb(100%,100%,0%)"), 1u) << "the same block, ByBlock in another reference";
     const std::string dark = svg_of(folder, looks(), "Current\\n\\nFit\\nScreen\\n");
     EXPECT_GE(times(dark, "stroke:rgb(100%,100%,100%)") + times(dark, "stroke=\"rgb(100%,100%,100%)"), 1u)
         << "colour 7 on black";

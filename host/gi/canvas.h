@@ -59,6 +59,9 @@ public:
 
     // Whether attributes (colour, layer, linetype) matter to it.
     virtual bool reads_traits() const { return false; }
+    // Whether it sees a drawing that stands still: then what blocks hold is read once, however often they are
+    // drawn.
+    virtual bool sees_it_stand_still() const { return false; }
     // An entity of a database begins, inside of those that have not ended: false to leave it out. One that
     // was not left out ends with leave().
     virtual bool enter(const visit& /*entity*/) { return true; }

@@ -7,6 +7,7 @@
 #include "host/db/core/open_objects.h"
 #include "host/db/core/symbol_names.h"
 #include "host/db/tables/layer_look.h"
+#include "host/db/tables/properties.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/font.h"
 #include "host/picture/hatch_lines.h"
@@ -57,18 +58,79 @@ painter::painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawin
     }
 }
 
+painter::look painter::of_nothing() const {
+    look around;
+    around.color.setColorIndex(AcCmEntityColor::kACIForeground);
+    around.weight = default_weight;
+    around.pen.color = ink_of(around.color, 1.0);
+    return around;
+}
+
+bool painter::draw_plain_line(dxf::record_id entity) {
+    const dxf::record_table& records = drawing_.records();
+    if (records.type(entity) != dxf::type_line || records.kind(entity) != dxf::record_kind::entity)
+        return false;
+    int color = AcCmEntityColor::kACIbyLayer;
+    int weight = AcDb::kLnWtByLayer;
+    AcGePoint3d ends[2];
+    dxf::group_reader groups(records.text(entity));
+    dxf::raw_group group;
+    constexpr int first_of_programs = 1000;
+    while (groups.next(group) && group.code < first_of_programs) {
+        const auto number = [&] { return dxf::leading_real(group.value).value_or(0.0); };
+        switch (group.code) {
+        case 0:
+        case 5:
+        case 8:
+        case 67:
+        case 100:
+        case 330:
+        case 410:
+            break;
+        case 10:
+        case 11:
+            ends[group.code % 10].x = number();
+            break;
+        case 20:
+        case 21:
+            ends[group.code % 10].y = number();
+            break;
+        case 30:
+        case 31:
+            ends[group.code % 10].z = number();
+            break;
+        case 62:
+            color = static_cast<int>(number());
+            break;
+        case 370:
+            weight = static_cast<int>(number());
+            break;
+        default:
+            return false;
+        }
+    }
+    if (color < 0 || color > AcCmEntityColor::kACIbyLayer || !db::is_line_weight(weight))
+        return false;
+    const auto [at, fresh] = plain_looks_.try_emplace({records.layer(entity), color, weight});
+    if (fresh) {
+        frame now;
+        static_cast<layer_states::place&>(now) = states_.inside(nullptr, {&drawing_, entity, {}});
+        now.around = of_nothing();
+        now.color.setColorIndex(static_cast<Adesk::UInt16>(color));
+        now.weight = static_cast<AcDb::LineWeight>(weight);
+        at->second = resolve(now);
+        at->second.seen = at->second.seen && !now.state.frozen;
+    }
+    if (at->second.seen)
+        draw_lines(ends, at->second);
+    return true;
+}
+
 bool painter::enter(const gi::visit& entity) {
     const layer_states::place place = states_.inside(frames_.empty() ? nullptr : &frames_.back(), entity);
     if (place.state.frozen)
         return false;
-    look around;
-    if (frames_.empty()) {
-        around.color.setColorIndex(AcCmEntityColor::kACIForeground);
-        around.weight = default_weight;
-        around.pen.color = ink_of(around.color, 1.0);
-    } else {
-        around = current();
-    }
+    const look around = frames_.empty() ? of_nothing() : current();
     frame& now = frames_.emplace_back();
     static_cast<layer_states::place&>(now) = place;
     now.around = around;
@@ -284,6 +346,10 @@ void painter::lines(std::span<const AcGePoint3d> points) {
             dot(points.front(), now);
         return;
     }
+    draw_lines(points, now);
+}
+
+void painter::draw_lines(std::span<const AcGePoint3d> points, const look& now) {
     const double scale = manner_.linetype_scale * now.linetype_scale;
     // A pattern that repeats within a few dots looks like a line.
     constexpr double dots_to_see = 3.0;

@@ -14,6 +14,7 @@
 
 #include <map>
 #include <optional>
+#include <tuple>
 #include <unordered_map>
 
 namespace picture {
@@ -42,7 +43,12 @@ public:
     // Somebody else drew on the paper in between.
     void forget_paper() { layer_.reset(); }
 
+    // Draws an entity of the drawing if it is a line with nothing unusual, of which a plan has more than of
+    // anything else: from the groups of its record, without an object. False for all others.
+    bool draw_plain_line(dxf::record_id entity);
+
     bool reads_traits() const override { return true; }
+    bool sees_it_stand_still() const override { return true; }
     double finest() const override { return manner_.dot / view_.scale(); }
     bool enter(const gi::visit& entity) override;
     void leave() override { frames_.pop_back(); }
@@ -94,6 +100,8 @@ private:
     const linetype& linetype_of(const AcDbObjectId& id);
     // Of what is drawn now.
     const look& current();
+    // What holds around what stands in the drawing itself.
+    look of_nothing() const;
     const layer_state& state_of_layer(const frame& now);
     look resolve(frame& now);
     sys::ink ink_of(const AcCmEntityColor& color, double opacity) const;
@@ -102,6 +110,7 @@ private:
 
     // Tells the paper on which layer things stand that come next.
     void put_on_layer(const look& look);
+    void draw_lines(std::span<const AcGePoint3d> points, const look& look);
     void stroke(std::span<const AcGePoint3d> points, const look& look);
     void fill(std::span<const std::vector<AcGePoint3d>> rims, const look& look);
     void dot(const AcGePoint3d& point, const look& look);
@@ -119,7 +128,8 @@ private:
     std::map<std::pair<const layer_states::table*, Adesk::LongPtr>, layer_state> part_states_;
     std::unordered_map<dxf::record_id, layer_look> layer_looks_;
     std::unordered_map<Adesk::LongPtr, linetype> linetypes_;
-    std::optional<dxf::record_id> layer_; // that the paper knows of
+    std::map<std::tuple<std::uint32_t, int, int>, look> plain_looks_; // by layer's number, colour, weight
+    std::optional<dxf::record_id> layer_;                             // that the paper knows of
     int point_mode_ = 0;
     double point_size_ = 0.0; // of the world
     sys::sheet_point last_dot_;

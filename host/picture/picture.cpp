@@ -157,7 +157,8 @@ private:
                 draw_viewport(entity, view);
                 canvas.forget_paper();
             }
-            tracer.draw(drawing_, entity);
+            if (!canvas.draw_plain_line(entity))
+                tracer.draw(drawing_, entity);
         }
     }
 

@@ -3,9 +3,12 @@
 #include "dbents.h"
 #include "dbpl.h"
 #include "dbsymtb.h"
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/open_objects.h"
+#include "host/db/core/references.h"
+#include "host/db/tables/draw_order.h"
 #include "host/gi/font.h"
 #include "host/view/clip.h"
 #include "host/view/extents.h"
@@ -13,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numbers>
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcGiSubEntityTraits, AcRxObject)
@@ -148,10 +152,17 @@ private:
     static constexpr std::size_t most_repeated = 1'000'000;
 
     struct place {
-        const AcDbImpDatabase* database;
+        AcDbImpDatabase* database;
         dxf::record_id record;
         friend bool operator==(const place&, const place&) = default;
     };
+    // An entity of a block, and the attributes that it sets.
+    struct part {
+        std::unique_ptr<AcDbObject> view;
+        traits attributes{true};
+        bool is_invisible = false;
+    };
+    static constexpr std::size_t most_kept = 100'000; // parts of blocks
 
     std::vector<AcGePoint3d> in_world(std::size_t count, const AcGePoint3d* points) const {
         std::vector<AcGePoint3d> moved(points, points + count);
@@ -166,6 +177,11 @@ private:
             return {};
         return stack_.back() * ((normal != nullptr ? *normal : AcGeVector3d::kZAxis) * thickness);
     }
+    void draw_block(AcGiDrawable& block, const place& here) const;
+    // An entity, with its attributes where they are known.
+    void draw_entity(AcGiDrawable& drawable, const AcDbObject* object, const part* known) const;
+    std::vector<part> parts_of(const place& block) const;
+
     Adesk::Boolean through(const AcGePoint3d& first, const AcGePoint3d& second, const AcGePoint3d& third,
                            bool whole, AcGiArcType type) const;
 
@@ -183,6 +199,8 @@ private:
     std::vector<AcGeMatrix3d> stack_;
     mutable std::vector<std::unique_ptr<clipped_canvas>> clips_; // each over the one before it
     mutable std::vector<place> blocks_;                          // that are being drawn
+    mutable std::map<std::pair<const AcDbImpDatabase*, dxf::record_id>, std::vector<part>> kept_; // by blocks
+    mutable std::size_t parts_kept_ = 0;
     mutable std::size_t depth_ = 0;
     mutable std::size_t drawn_ = 0; // within the outermost drawable
     mutable std::size_t most_drawn_ = 0;
@@ -389,20 +407,34 @@ Adesk::Boolean tracer::sink::draw(AcGiDrawable* drawable) const {
             return false;
         blocks_.push_back(here);
         ++depth_;
-        drawable->worldDraw(&owner_);
+        draw_block(*drawable, here);
         --depth_;
         blocks_.pop_back();
         return false;
     }
+    draw_entity(*drawable, object, nullptr);
+    return false;
+}
+
+void tracer::sink::draw_entity(AcGiDrawable& drawable, const AcDbObject* object, const part* known) const {
+    AcDbImpDatabase* const database = object != nullptr ? object->imp().database : nullptr;
     if (database != nullptr && !out().enter({database, object->imp().record, stack_.back()}))
-        return false;
+        return;
     const traits before = *owner_.traits_;
     const std::size_t pushed = stack_.size();
     const std::size_t clipped = clips_.size();
-    *owner_.traits_ = traits(before.read());
     ++depth_;
-    if ((drawable->setAttributes(owner_.traits_.get()) & AcGiDrawable::kDrawableIsInvisible) == 0)
-        drawable->worldDraw(&owner_);
+    bool is_invisible = false;
+    if (known != nullptr) {
+        *owner_.traits_ = known->attributes;
+        is_invisible = known->is_invisible;
+    } else {
+        *owner_.traits_ = traits(before.read());
+        is_invisible =
+            (drawable.setAttributes(owner_.traits_.get()) & AcGiDrawable::kDrawableIsInvisible) != 0;
+    }
+    if (!is_invisible)
+        drawable.worldDraw(&owner_);
     --depth_;
     // What a drawable pushed and did not pop.
     const_cast<sink*>(this)->stack_.resize(pushed);
@@ -411,7 +443,52 @@ Adesk::Boolean tracer::sink::draw(AcGiDrawable* drawable) const {
     *owner_.traits_ = before;
     if (database != nullptr)
         out().leave();
-    return false;
+}
+
+std::vector<tracer::sink::part> tracer::sink::parts_of(const place& block) const {
+    std::vector<part> parts;
+    for (const dxf::record_id entity : db::drawn_in_order(*block.database, block.record)) {
+        part made;
+        made.view = block.database->objects().view(entity);
+        if (made.view == nullptr)
+            continue;
+        made.is_invisible =
+            (made.view->setAttributes(&made.attributes) & AcGiDrawable::kDrawableIsInvisible) != 0;
+        parts.push_back(std::move(made));
+    }
+    return parts;
+}
+
+void tracer::sink::draw_block(AcGiDrawable& block, const place& here) const {
+    if (!owner_.canvas_.sees_it_stand_still()) {
+        block.worldDraw(&owner_);
+        return;
+    }
+    const std::pair<const AcDbImpDatabase*, dxf::record_id> key(here.database, here.record);
+    auto at = kept_.find(key);
+    if (at == kept_.end()) {
+        const auto [database, record] = here.database->references().place(here.record);
+        if (parts_kept_ + database->blocks().entities(record).size() > most_kept) {
+            block.worldDraw(&owner_);
+            return;
+        }
+        at = kept_.emplace(key, parts_of({database, record})).first;
+        parts_kept_ += at->second.size();
+    }
+    for (const part& each : at->second) {
+        if (owner_.regenAbort())
+            break;
+        AcDbImpDatabase* const database = each.view->imp().database;
+        if (depth_ >= deepest && database != nullptr)
+            tell_too_deep(*database);
+        if (depth_ >= deepest)
+            break;
+        if (database != nullptr)
+            allow(*database);
+        if (++drawn_ > most_drawn_)
+            break;
+        draw_entity(*each.view, each.view.get(), &each);
+    }
 }
 
 tracer::tracer(canvas& target, AcGiRegenType purpose, const AcGeMatrix3d& to_world)

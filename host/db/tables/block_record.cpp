@@ -88,11 +88,7 @@ Adesk::Boolean AcDbBlockTableRecord::subWorldDraw(AcGiWorldDraw* draw) {
     if (imp().database == nullptr)
         return true;
     const auto [database, block] = imp().database->references().place(imp().record);
-    std::vector<dxf::record_id> drawn = database->blocks().drawn_of(block);
-    db::draw_order order;
-    order.follow(*database, block);
-    order.sort(*database, drawn);
-    for (const dxf::record_id entity : drawn) {
+    for (const dxf::record_id entity : db::drawn_in_order(*database, block)) {
         if (draw->regenAbort())
             break;
         if (const auto view = database->objects().view(entity))

@@ -1,5 +1,6 @@
 #include "host/db/tables/draw_order.h"
 
+#include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/object_links.h"
 #include "host/dxf/group_reader.h"
@@ -84,6 +85,14 @@ bool draw_order::sort(const AcDbImpDatabase& database, std::vector<dxf::record_i
     };
     std::ranges::stable_sort(entities, {}, place);
     return true;
+}
+
+std::vector<dxf::record_id> drawn_in_order(AcDbImpDatabase& database, dxf::record_id block) {
+    std::vector<dxf::record_id> drawn = database.blocks().drawn_of(block);
+    draw_order order;
+    order.follow(database, block);
+    order.sort(database, drawn);
+    return drawn;
 }
 
 } // namespace db

@@ -28,4 +28,7 @@ private:
     std::unordered_map<std::uint64_t, std::uint64_t> places_;
 };
 
+// Everything that a reference to a block shows, what lies on top last.
+std::vector<dxf::record_id> drawn_in_order(AcDbImpDatabase& database, dxf::record_id block);
+
 } // namespace db
