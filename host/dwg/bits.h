@@ -183,12 +183,14 @@ public:
     reference H(std::uint64_t own) {
         const auto code = static_cast<std::uint8_t>(take(4));
         const unsigned count = static_cast<unsigned>(take(4));
+        constexpr unsigned most_at_once = 7; // bytes
         std::uint64_t value = 0;
         if (count > 8)
             spoil();
+        else if (count > most_at_once)
+            value = take(8 * (count - most_at_once)) << 8 * most_at_once | take(8 * most_at_once);
         else
-            for (unsigned i = 0; i < count; ++i)
-                value = value << 8 | RC();
+            value = take(8 * count);
         switch (code) {
         case 6:
             return {4, own + 1};

@@ -267,15 +267,17 @@ const std::vector<object_type>& object_types() {
 }
 
 const object_type* type_of_number(int number) {
-    static const std::unordered_map<int, const object_type*> by_number = [] {
-        std::unordered_map<int, const object_type*> map;
+    constexpr std::size_t count = 0x200; // numbers of classes are higher
+    static const std::vector<const object_type*> by_number = [] {
+        std::vector<const object_type*> map(count);
         for (const object_type& type : object_types())
             if (type.row->number != 0)
-                map.emplace(type.row->number, &type);
+                map[static_cast<std::size_t>(type.row->number)] = &type;
         return map;
     }();
-    const auto found = by_number.find(number);
-    return found != by_number.end() ? found->second : nullptr;
+    return number >= 0 && static_cast<std::size_t>(number) < count
+               ? by_number[static_cast<std::size_t>(number)]
+               : nullptr;
 }
 
 const object_type* type_of_class(std::string_view dxf_name) {
