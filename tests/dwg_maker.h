@@ -102,6 +102,10 @@ public:
         const bits data = entity(2).raw(0xFF, 1).RD(1).RD(2).bits(1, 1).bits(1, 1).RD(2.5).T(words);
         add(handle, 1, data, bits().H(3, 0).H(5, on_layer).H(5, 0x11));
     }
+    // An entity of a type that has no class, and is not understood.
+    void frame(std::uint64_t handle, std::uint64_t on_layer) {
+        add(handle, 43, entity(2).RD(1), bits().H(3, 0).H(5, on_layer));
+    }
     // Where an object stands in the file.
     std::size_t address(std::uint64_t handle) const { return first_object + places_.at(handle); }
 

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
@@ -111,6 +112,52 @@ TEST(Dwg, becomes_a_drawing) {
          })
         EXPECT_NE(text.find(record), text.npos) << record;
     EXPECT_LT(text.find("\r\n40\r\n330"), text.find("\r\n41\r\n330")) << "drawn in the order of the chain";
+}
+
+// They are read and written in parts, by several threads.
+TEST(Dwg, many_objects_keep_their_order) {
+    test::dwg_maker maker;
+    constexpr std::uint64_t first = 0x50;
+    constexpr std::uint64_t count = 9000;
+    maker.line(0x40, 0x10, 0, 0, 1, 1);
+    const auto is_frame = [](std::uint64_t i) { return i % 1500 == 7; };
+    for (std::uint64_t i = 0; i < count; ++i)
+        is_frame(i) ? maker.frame(first + i, 0x10)
+                    : maker.line(first + i, 0x10, static_cast<double>(i), 2, 3, 4);
+    std::string bytes = maker.file();
+    const std::uint64_t damaged[] = {first + 5000, first + 8999};
+    for (const std::uint64_t handle : damaged)
+        bytes[maker.address(handle) + 20] ^= 1;
+    const auto read = dwg::read_drawing(bytes);
+    ASSERT_TRUE(read);
+    const std::string text = text_of(*read);
+    std::size_t at = text.find("  5\r\n40\r\n");
+    for (std::uint64_t i = 0; i < count; ++i) {
+        if (first + i == damaged[0] || first + i == damaged[1])
+            continue;
+        char begin[64];
+        std::snprintf(begin, sizeof begin, "\r\n%s\r\n  5\r\n%llX\r\n",
+                      is_frame(i) ? "ACAD_PROXY_ENTITY" : "LINE", static_cast<unsigned long long>(first + i));
+        const std::size_t found = text.find(begin, at);
+        ASSERT_NE(found, text.npos) << begin;
+        ASSERT_LT(found - at, 300U) << "not the next one: " << begin;
+        at = found;
+    }
+    ASSERT_EQ(read->damage.size(), 3U) << "two objects, and the file has no header";
+    EXPECT_TRUE(read->damage[1].starts_with(L"object 13D8: ")) << testing::PrintToString(read->damage);
+    // All frames have the one class that was made for them.
+    EXPECT_EQ(read->proxies.at("OLEFRAME"), 6U);
+    EXPECT_NE(text.find("CLASS\r\n  1\r\nOLEFRAME\r\n"), text.npos);
+    std::size_t numbers = 0;
+    for (std::size_t found = 0; (found = text.find(" 91\r\n      500\r\n", found)) != text.npos; ++found)
+        ++numbers;
+    EXPECT_EQ(numbers, 6U);
+}
+
+TEST(Dwg, check_sums_are_those_of_the_format) {
+    EXPECT_EQ(dwg::crc16("123456789", 0), 0xBB3D); // the published check value of this sum
+    EXPECT_EQ(dwg::crc16("abcdefghijklmnopqrs", 0xC0C1),
+              dwg::crc16("lmnopqrs", dwg::crc16("k", dwg::crc16("abcdefghij", 0xC0C1))));
 }
 
 TEST(Dwg, damage_is_told_and_the_rest_opens) {

@@ -1,4 +1,4 @@
-// What the map of a DWG file, its classes and its tables say of all objects, before any is written.
+// What the classes of a DWG file and its tables say, before any object is written.
 #include "host/dwg/assembly.h"
 
 #include "base/byte_order.h"
@@ -10,54 +10,9 @@ namespace dwg {
 
 namespace {
 
-constexpr int type_block = 4;
-constexpr int type_endblk = 5;
-constexpr int type_block_header = 49;
-constexpr int type_mline_style = 73;
 constexpr std::size_t sentinel = 16;
 
 } // namespace
-
-void assembly::read_map() {
-    std::string_view left = file_.handles;
-    std::size_t page = 0;
-    while (left.size() >= 2) {
-        const std::size_t size = base::big_endian(left, 0, 2);
-        ++page;
-        if (size <= 2)
-            break;
-        if (size > left.size()) {
-            out_.damage.push_back(L"page " + std::to_wstring(page) +
-                                  L" of the map of its objects is cut off");
-            break;
-        }
-        if (size + 2 <= left.size() &&
-            crc16(left.substr(0, size), crc_start) != base::big_endian(left, size, 2))
-            out_.damage.push_back(L"the check sum of page " + std::to_wstring(page) +
-                                  L" of the map of its objects is wrong");
-        bit_reader pairs(left.substr(0, size), 16, size * 8);
-        std::uint64_t handle = 0;
-        std::int64_t address = 0;
-        while (pairs.left() >= 16) {
-            handle += pairs.MC();
-            address += pairs.signed_MC();
-            if (pairs.bad())
-                break;
-            entry& fresh = entries_.emplace_back();
-            fresh.handle = handle;
-            fresh.address = address < 0 ? source_.objects.size() : static_cast<std::size_t>(address);
-        }
-        left.remove_prefix(std::min(left.size(), size + 2));
-    }
-    std::stable_sort(entries_.begin(), entries_.end(),
-                     [](const entry& a, const entry& b) { return a.handle < b.handle; });
-    const auto last = std::unique(entries_.begin(), entries_.end(),
-                                  [](const entry& a, const entry& b) { return a.handle == b.handle; });
-    if (last != entries_.end())
-        out_.damage.push_back(std::to_wstring(entries_.end() - last) +
-                              L" handles stand twice in the map of its objects; the first of each is read");
-    entries_.erase(last, entries_.end());
-}
 
 void assembly::read_classes() {
     bit_reader start(file_.classes);
@@ -92,7 +47,6 @@ void assembly::read_classes() {
         in.data.RC();
         in.data.B();
     }
-    constexpr int first = 500;
     constexpr std::size_t least_bits = 20;
     while (in.data.left() >= least_bits && !in.data.bad()) {
         class_entry fresh;
@@ -110,85 +64,45 @@ void assembly::read_classes() {
             in.data.BL();
             in.data.BL();
         }
-        if (in.data.bad() || fresh.number != first + static_cast<int>(source_.classes.size()))
+        if (in.data.bad() || fresh.number != first_class + static_cast<int>(source_.classes.size()))
             break;
         source_.classes.push_back(std::move(fresh));
     }
 }
 
-void assembly::look_at_all() {
-    model_space_ = header_.handle("MODEL_SPACE");
-    paper_space_ = header_.handle("PAPER_SPACE");
-    write_.known.reserve(entries_.size());
-    for (entry& one : entries_) {
-        if (!object_.open(one.address, one.handle)) {
-            one.is_damaged = true;
-            left_out(one, object_.why());
-            continue;
-        }
-        write_.known.push_back(one.handle);
-        one.number = object_.number;
-        one.type = object_.type;
-        one.is_entity = object_.is_entity;
-        one.mode = static_cast<std::uint8_t>(object_.common.mode);
-        one.owner = object_.common.owner;
-        one.next = object_.common.next;
-        const bool is_entry = one.type != nullptr && one.type->row->role == role::entry;
-        if (is_entry || one.number == type_mline_style)
-            write_.names.emplace(one.handle, object_.text());
-    }
-    // The file's own words may be damaged; then the blocks' names tell.
-    for (const auto& [handle, name] : write_.names) {
-        const entry* const of = find(handle);
-        if (of->number != type_block_header)
-            continue;
-        if (name == "*Model_Space" && find(model_space_) == nullptr)
-            model_space_ = handle;
-        if (name == "*Paper_Space" && find(paper_space_) == nullptr)
-            paper_space_ = handle;
-    }
-    for (const entry& one : entries_)
-        if (one.is_entity && !one.is_damaged && one.number != type_block && one.number != type_endblk)
-            children_[owner_of(one)].push_back(one.handle);
-}
-
-std::uint64_t assembly::owner_of(const entry& of) const {
-    return of.mode == 1 ? paper_space_ : of.mode == 2 ? model_space_ : of.owner;
-}
-
 void assembly::find_linetypes() {
-    constexpr int linetype_control = 56;
     bool is_read = false;
-    if (const entry* const table = control(linetype_control);
-        table != nullptr && reopen(*table, is_read) && is_read)
-        source_.linetypes = object_.owned;
+    if (const entry* const table = index_.first_of(type_linetype_control);
+        table != nullptr && main_.reopen(*table, is_read) && is_read)
+        source_.linetypes = main_.object.owned;
 }
 
 // The names of blocks without a name of their own are stored without their number: it is their place in the
 // table. Further sheets are stored under one name.
 void assembly::name_blocks() {
-    constexpr int block_control = 48;
-    const entry* const table = control(block_control);
-    std::vector<std::uint64_t> handles = {model_space_, paper_space_};
+    const entry* const table = index_.first_of(type_block_control);
+    std::vector<std::uint64_t> handles = {index_.model_space, index_.paper_space};
     bool is_read = false;
-    if (table != nullptr && reopen(*table, is_read) && is_read)
-        handles.insert(handles.end(), object_.owned.begin(), object_.owned.end());
-    for (const entry& one : entries_) // what the table does not tell of
-        if (one.number == type_block_header && !one.is_damaged &&
-            std::find(handles.begin(), handles.end(), one.handle) == handles.end())
-            handles.push_back(one.handle);
+    if (table != nullptr && main_.reopen(*table, is_read) && is_read)
+        handles.insert(handles.end(), main_.object.owned.begin(), main_.object.owned.end());
+    std::vector<std::uint64_t> listed = handles;
+    std::sort(listed.begin(), listed.end());
+    for (const entry* const one : index_.others()) // what the table does not tell of
+        if (one->number == type_block_header &&
+            !std::binary_search(listed.begin(), listed.end(), one->handle))
+            handles.push_back(one->handle);
     std::size_t number = 0;
     std::size_t sheet = 0;
     constexpr std::size_t first_named = 2;
     for (std::size_t i = 0; i < handles.size(); ++i) {
-        if (const entry* const of = find(handles[i]);
+        if (const entry* const of = index_.find(handles[i]);
             of == nullptr || of->is_damaged || of->number != type_block_header)
             continue;
         if (i >= first_named) {
-            if (handles[i] == model_space_ || handles[i] == paper_space_)
+            if (handles[i] == index_.model_space || handles[i] == index_.paper_space)
                 continue;
             ++number;
-            std::string& name = write_.names[handles[i]];
+            std::string& name = source_.names[handles[i]];
             constexpr std::string_view sheets = "*Paper_Space";
             const bool is_sheet = std::equal(name.begin(), name.end(), sheets.begin(), sheets.end(),
                                              [](char a, char b) { return (a | 0x20) == (b | 0x20); });
@@ -203,26 +117,26 @@ void assembly::name_blocks() {
 
 void assembly::read_block(std::uint64_t handle) {
     bool is_read = false;
-    entry* const of = find(handle);
-    if (!reopen(*of, is_read))
+    entry* const of = index_.find(handle);
+    if (!main_.reopen(*of, is_read))
         return;
     block& fresh = blocks_.emplace_back();
     fresh.handle = handle;
-    fresh.is_paper = write_.names[handle].starts_with("*P") && write_.names[handle].size() > 2;
+    fresh.is_paper = source_.names[handle].starts_with("*P") && source_.names[handle].size() > 2;
     if (!is_read)
         return;
-    fresh.begin = static_cast<std::uint64_t>(object_.variable('b'));
-    fresh.end = static_cast<std::uint64_t>(object_.variable('e'));
-    fresh.flags = object_.fields.integer(20070);
-    fresh.owned = object_.owned;
+    fresh.begin = static_cast<std::uint64_t>(main_.object.variable('b'));
+    fresh.end = static_cast<std::uint64_t>(main_.object.variable('e'));
+    fresh.flags = main_.object.fields.integer(20070);
+    fresh.owned = main_.object.owned;
     constexpr std::uint8_t of_block = 8;
-    for (const value& one : object_.fields.all()) {
+    for (const value& one : main_.object.fields.all()) {
         if (one.segment != of_block)
             continue;
         if (one.code == 1)
-            fresh.path = object_.fields.stored(one);
+            fresh.path = main_.object.fields.stored(one);
         else if (one.code == 4)
-            fresh.description = object_.fields.stored(one);
+            fresh.description = main_.object.fields.stored(one);
         else if (one.code == 10)
             std::copy_n(&one.x, 3, fresh.base);
     }

@@ -16,7 +16,7 @@ constexpr double degrees = 180 / std::numbers::pi;
 
 // Types without rows and without a class that are entities: bodies, OLE frames.
 bool is_fixed_entity(int number) {
-    constexpr int entities[] = {37, 38, 39, 43, 74, 0x1F2};
+    constexpr int entities[] = {37, 38, 39, 43, 74, entity_proxy};
     return std::find(std::begin(entities), std::end(entities), number) != std::end(entities);
 }
 
@@ -28,7 +28,7 @@ bool object_reader::open(std::size_t address, std::uint64_t handle, bool looks_a
     of_class = nullptr;
     type = nullptr;
     is_entity = has_strings = false;
-    common = {};
+    common.clear();
     fields.clear();
     fields.segment = 0;
     owned.clear();

@@ -9,9 +9,14 @@
 
 #include <array>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace dwg {
+
+inline constexpr int entity_proxy = 0x1F2;
+inline constexpr int object_proxy = 0x1F3;
 
 // A class as the file names it.
 struct class_entry {
@@ -32,6 +37,10 @@ struct object_source {
     bool two_byte_text = false; // up to 2004: characters of the code page may have two bytes
     std::vector<class_entry> classes;
     std::vector<std::uint64_t> linetypes; // in the order of their table
+    // What handles are written as where DXF has names; in the drawing's characters.
+    std::unordered_map<std::uint64_t, std::string> names;
+    // Objects that there are, by handle: others are not told of as reactors.
+    std::vector<std::uint64_t> known;
 };
 
 // What entities have in common.
@@ -47,6 +56,13 @@ struct common_data {
     double linetype_scale = 1;
     bool invisible = false;
     std::size_t graphics_at = 0, graphics_size = 0; // bit, bytes
+
+    void clear() {
+        std::vector<std::uint64_t> room = std::move(reactors); // is used again
+        room.clear();
+        *this = {};
+        reactors = std::move(room);
+    }
 };
 
 class object_reader {
@@ -74,6 +90,8 @@ public:
     void walk(const std::vector<field>& steps, std::size_t first, std::size_t last);
     std::int64_t& variable(char name) { return variables_[static_cast<std::size_t>(name - 'a') % 26]; }
     bool since(int version) const { return source.version >= version; }
+    // Whether it was a proxy when the file was written; its class stands in its data.
+    bool is_proxy() const { return number == entity_proxy || number == object_proxy; }
     // Where the strings end, and whether it has any.
     bool has_strings = false;
 

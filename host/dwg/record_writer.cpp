@@ -24,23 +24,50 @@ bool is_end_of_sequence(const object_reader& object) {
     return object.type != nullptr && object.type->row->record == "SEQEND";
 }
 
+// A code is at least three columns wide. Room for code_room characters is needed; gives their end.
+constexpr std::size_t code_room = 16;
+inline char* put_code(char* at, int group) {
+    if (group >= 0 && group < 1000) {
+        const auto digit = [](int number) { return static_cast<char>('0' + number); };
+        at[0] = group < 100 ? ' ' : digit(group / 100);
+        at[1] = group < 10 ? ' ' : digit(group / 10 % 10);
+        at[2] = digit(group % 10);
+        at += 3;
+    } else {
+        at = std::to_chars(at, at + code_room, group).ptr;
+    }
+    *at++ = '\r';
+    *at++ = '\n';
+    return at;
+}
+
 } // namespace
 
+const std::string* record_writer::name_if_any(std::uint64_t handle) const {
+    if (handle != last_named_) {
+        const auto found = source_.names.find(handle);
+        last_named_ = handle;
+        last_name_ = found != source_.names.end() ? &found->second : nullptr;
+    }
+    return last_name_;
+}
+
 void record_writer::code(int group) {
-    char digits[12];
-    const char* const end = std::to_chars(digits, digits + sizeof digits, group).ptr;
-    const auto size = static_cast<std::size_t>(end - digits);
-    constexpr std::size_t columns = 3;
-    if (size < columns)
-        out_.append(columns - size, ' ');
-    out_.append(digits, size).append(line_end);
+    char line[code_room];
+    out_.append(line, static_cast<std::size_t>(put_code(line, group) - line));
 }
 
 // Control characters are written as a caret and a letter, a caret with a blank behind it.
 void record_writer::text(int group, std::string_view value) {
-    code(group);
     const auto is_plain = [](char c) { return static_cast<unsigned char>(c) >= 0x20 && c != '^'; };
-    if (std::all_of(value.begin(), value.end(), is_plain)) {
+    const bool plain = std::all_of(value.begin(), value.end(), is_plain);
+    constexpr std::size_t short_text = 64;
+    if (plain && value.size() <= short_text) {
+        char line[code_room + short_text];
+        return finish(line, std::copy(value.begin(), value.end(), put_code(line, group)));
+    }
+    code(group);
+    if (plain) {
         out_.append(value).append(line_end);
         return;
     }
@@ -61,39 +88,53 @@ void record_writer::text(int group, std::string_view value) {
 }
 
 void record_writer::integer(int group, std::int64_t value) {
-    code(group);
+    char line[code_room + 32];
+    char* at = put_code(line, group);
     char digits[24];
-    const char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     const auto size = static_cast<std::size_t>(end - digits);
     if (const std::size_t columns = columns_of(group); size < columns)
-        out_.append(columns - size, ' ');
-    out_.append(digits, size).append(line_end);
+        at = std::fill_n(at, columns - size, ' ');
+    finish(line, std::copy(digits, end, at));
 }
 
 void record_writer::real(int group, double value) {
-    code(group);
+    char line[code_room + 40];
+    char* at = put_code(line, group);
+    char* const limit = line + sizeof line - 4; // what stands behind the digits
     if (!std::isfinite(value))
         value = 0;
-    char digits[40];
     const double size = std::fabs(value);
-    const bool fixed = size == 0 || (size >= 1e-4 && size < 1e15);
-    const char* const end = std::to_chars(digits, digits + sizeof digits, value,
-                                          fixed ? std::chars_format::fixed : std::chars_format::scientific)
-                                .ptr;
-    const std::string_view written(digits, static_cast<std::size_t>(end - digits));
-    out_.append(written);
-    if (fixed && written.find('.') == written.npos)
-        out_.append(".0");
-    out_.append(line_end);
+    constexpr double longest = 1e15; // digits in front of the point
+    if (size < longest && std::trunc(value) == value && !(value == 0 && std::signbit(value))) {
+        at = std::to_chars(at, limit, static_cast<std::int64_t>(value)).ptr;
+        *at++ = '.';
+        *at++ = '0';
+    } else {
+        const bool fixed = size == 0 || (size >= 1e-4 && size < longest);
+        const auto form = fixed ? std::chars_format::fixed : std::chars_format::scientific;
+        at = std::to_chars(at, limit, value, form).ptr;
+        if (size == 0)
+            at = std::copy_n(".0", 2, at);
+    }
+    finish(line, at);
 }
 
 void record_writer::handle(int group, std::uint64_t value) {
-    code(group);
-    char digits[20];
-    const char* const end = std::to_chars(digits, digits + sizeof digits, value, 16).ptr;
-    for (const char* at = digits; at != end; ++at)
-        out_ += *at >= 'a' ? static_cast<char>(*at - 'a' + 'A') : *at;
-    out_.append(line_end);
+    char line[code_room + 20];
+    char* const digits = put_code(line, group);
+    char* const end = std::to_chars(digits, line + sizeof line, value, 16).ptr;
+    for (char* at = digits; at != end; ++at)
+        if (*at >= 'a')
+            *at = static_cast<char>(*at - 'a' + 'A');
+    finish(line, end);
+}
+
+// Adds a line, and its end, for which there is room behind it.
+void record_writer::finish(char* line, char* end) {
+    *end++ = '\r';
+    *end++ = '\n';
+    out_.append(line, static_cast<std::size_t>(end - line));
 }
 
 void record_writer::hexadecimal(int group, std::string_view bytes) {
@@ -130,10 +171,8 @@ void record_writer::field(const values& of, const value& one) {
         return hexadecimal(group, of.stored(one));
     case value_type::handle:
         return handle(group, one.number);
-    case value_type::name: {
-        const auto found = names.find(one.number);
-        return text(group, found != names.end() ? std::string_view(found->second) : std::string_view());
-    }
+    case value_type::name:
+        return text(group, name_of(one.number));
     case value_type::nothing:
         return;
     }
@@ -164,13 +203,9 @@ void record_writer::entity(const object_reader& object, bool in_paper_space, std
     text(100, "AcDbEntity");
     if (in_paper_space)
         integer(67, 1);
-    const auto named = [&](int group, std::uint64_t of, std::string_view otherwise) {
-        const auto found = names.find(of);
-        text(group, found != names.end() ? std::string_view(found->second) : otherwise);
-    };
-    named(8, held.layer, "0");
+    text(8, name_of(held.layer, "0"));
     if (held.linetype_flags == 3)
-        named(6, held.linetype, "ByLayer");
+        text(6, name_of(held.linetype, "ByLayer"));
     else if (held.linetype_flags != 0)
         text(6, held.linetype_flags == 1 ? "ByBlock" : "Continuous");
     if (held.material != 0)
@@ -180,8 +215,8 @@ void record_writer::entity(const object_reader& object, bool in_paper_space, std
     if (held.true_color >= 0)
         integer(420, held.true_color);
     if (held.color_book != 0)
-        if (const auto found = names.find(held.color_book); found != names.end())
-            text(430, found->second);
+        if (const std::string* const name = name_if_any(held.color_book))
+            text(430, *name);
     if (held.transparency >= 0)
         integer(440, held.transparency);
     if (held.linetype_scale != 1)
@@ -210,8 +245,10 @@ bool record_writer::is_left_out(const values& of, const value& one, const order_
     case usual::text: {
         if (one.type == value_type::text)
             return of.stored(one) == step.text;
-        const auto found = names.find(one.number);
-        return one.type == value_type::name && found != names.end() && found->second == step.text;
+        if (one.type != value_type::name)
+            return false;
+        const std::string* const name = name_if_any(one.number);
+        return name != nullptr && *name == step.text;
     }
     case usual::x_axis:
         return one.x == 1 && one.y == 0 && one.z == 0;
@@ -234,6 +271,7 @@ void record_writer::segment(values& of, int number) {
 }
 
 void record_writer::fields(object_reader& object, const std::vector<order_step>& order) {
+    first_free_ = 0;
     for (std::size_t at = 0; at < order.size();)
         at = step(object, order, at);
 }
@@ -251,13 +289,18 @@ std::size_t record_writer::step(object_reader& object, const std::vector<order_s
             field(held, one);
     };
     switch (now.code) {
-    case order_code::group:
-        for (value& one : held.all())
-            if (is_free(one, now.group)) {
-                put(one, now);
+    case order_code::group: {
+        // Most groups stand in the order in which they were read.
+        std::vector<value>& all = held.all();
+        while (first_free_ < all.size() && all[first_free_].written)
+            ++first_free_;
+        for (std::size_t i = first_free_; i < all.size(); ++i)
+            if (is_free(all[i], now.group)) {
+                put(all[i], now);
                 break;
             }
         return at + 1;
+    }
     case order_code::together: {
         std::vector<std::size_t> cursors(now.end - at - 1, 0);
         const auto next = [&](std::size_t which) {
@@ -302,9 +345,6 @@ void record_writer::extended_data(const values& of) {
 
 // Source of the groups: what the editor writes for objects of classes that it does not know.
 void record_writer::proxy(object_reader& object, std::size_t begin, int class_number) {
-    constexpr int entity_proxy = 0x1F2;
-    constexpr int object_proxy = 0x1F3;
-    const bool was_proxy = object.number == entity_proxy || object.number == object_proxy;
     const bool bits_64 = source_.version >= r2010;
     bit_reader in = object.data;
     in.seek(begin);
@@ -317,7 +357,7 @@ void record_writer::proxy(object_reader& object, std::size_t begin, int class_nu
             format |= maintenance << 16;
     }
     bool from_dxf = false;
-    if (was_proxy) {
+    if (object.is_proxy()) {
         class_number = static_cast<int>(in.BL());
         format = in.BL();
         if (source_.version >= r2018)

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace dwg {
@@ -15,10 +14,12 @@ class record_writer {
 public:
     record_writer(std::string& out, const object_source& from) : out_(out), source_(from) {}
 
-    // What handles are written as where DXF has names; in the drawing's characters.
-    std::unordered_map<std::uint64_t, std::string> names;
-    // Objects that there are, by handle: others are not told of as reactors.
-    std::vector<std::uint64_t> known;
+    // The name of the object with a handle; null when it has none.
+    const std::string* name_if_any(std::uint64_t handle) const;
+    std::string_view name_of(std::uint64_t handle, std::string_view otherwise = {}) const {
+        const std::string* const name = name_if_any(handle);
+        return name != nullptr ? std::string_view(*name) : otherwise;
+    }
 
     void code(int group);
     void text(int group, std::string_view value);
@@ -42,14 +43,19 @@ public:
     void proxy(object_reader& object, std::size_t begin, int class_number);
 
 private:
+    void finish(char* line, char* end);
     bool is_known(std::uint64_t handle) const {
-        return std::binary_search(known.begin(), known.end(), handle);
+        return std::binary_search(source_.known.begin(), source_.known.end(), handle);
     }
     bool is_left_out(const values& of, const value& one, const order_step& step) const;
     std::size_t step(object_reader& object, const std::vector<order_step>& order, std::size_t at);
 
     std::string& out_;
     const object_source& source_;
+    std::size_t first_free_ = 0; // in front of it all fields of the object are written
+    // The name that was asked for last: many entities in a row lie on one layer.
+    mutable std::uint64_t last_named_ = 0;
+    mutable const std::string* last_name_ = nullptr;
 };
 
 } // namespace dwg
