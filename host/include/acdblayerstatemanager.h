@@ -15,7 +15,6 @@ class ACDB_PORT AcDbLayerStateManager : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbLayerStateManager);
     explicit AcDbLayerStateManager(AcDbDatabase* pHostDb);
-    ~AcDbLayerStateManager() override;
 
     // What of a layer a state gives back.
     enum LayerStateMask {

@@ -8,7 +8,6 @@ class ACDB_PORT AcDbPlotSettings : public AcDbObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbPlotSettings);
     AcDbPlotSettings();
-    ~AcDbPlotSettings() override;
 
     // Whether they are those of model space.
     bool modelType() const;
@@ -19,7 +18,6 @@ class ACDB_PORT AcDbLayout : public AcDbPlotSettings {
 public:
     ACRX_DECLARE_MEMBERS(AcDbLayout);
     AcDbLayout();
-    ~AcDbLayout() override;
 
     // The name of the tab. The first form gives a text that the caller frees (acutDelString).
     Acad::ErrorStatus getLayoutName(ACHAR*& name) const;

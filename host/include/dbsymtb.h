@@ -14,7 +14,6 @@ class AcDbSymbolTableIterator;
 class ACDB_PORT AcDbSymbolTableRecord : public AcDbObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbSymbolTableRecord);
-    ~AcDbSymbolTableRecord() override;
 
     Acad::ErrorStatus getName(AcString& name) const;
     // A copy that the caller frees (acutDelString).
@@ -45,7 +44,6 @@ private:
 class ACDB_PORT AcDbSymbolTable : public AcDbObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbSymbolTable);
-    ~AcDbSymbolTable() override;
 
     // eKeyNotFound; an erased record only when getErased is true.
     Acad::ErrorStatus getAt(const ACHAR* name, AcDbObjectId& id, bool getErasedRecord = false) const;
@@ -93,7 +91,6 @@ private:
     public:                                                                                                  \
         ACRX_DECLARE_MEMBERS(TABLE);                                                                         \
         TABLE();                                                                                             \
-        ~TABLE() override;                                                                                   \
         using AcDbSymbolTable::getAt;                                                                        \
         Acad::ErrorStatus getAt(const ACHAR* name, RECORD*& record, AcDb::OpenMode mode,                     \
                                 bool openErasedRecord = false) const {                                       \
@@ -110,7 +107,6 @@ private:
         typedef TABLE TableType;                                                                             \
         ACRX_DECLARE_MEMBERS(RECORD);                                                                        \
         RECORD();                                                                                            \
-        ~RECORD() override;                                                                                  \
     }
 
 // A layer.
@@ -119,7 +115,6 @@ public:
     typedef AcDbLayerTable TableType;
     ACRX_DECLARE_MEMBERS(AcDbLayerTableRecord);
     AcDbLayerTableRecord();
-    ~AcDbLayerTableRecord() override;
 
     bool isFrozen() const;
     // eInvalidLayer for the current layer, and nothing changed.
@@ -162,7 +157,6 @@ public:
     typedef AcDbBlockTable TableType;
     ACRX_DECLARE_MEMBERS(AcDbBlockTableRecord);
     AcDbBlockTableRecord();
-    ~AcDbBlockTableRecord() override;
 
     // Entities in the order of the file; those of a loaded reference are objects of that drawing. The caller
     // deletes the iterator.
@@ -241,7 +235,6 @@ public:
     typedef AcDbLinetypeTable TableType;
     ACRX_DECLARE_MEMBERS(AcDbLinetypeTableRecord);
     AcDbLinetypeTableRecord();
-    ~AcDbLinetypeTableRecord() override;
 
     // The description, as a text that the caller frees.
     ACHAR* comments() const;
@@ -283,7 +276,6 @@ public:
     typedef AcDbTextStyleTable TableType;
     ACRX_DECLARE_MEMBERS(AcDbTextStyleTableRecord);
     AcDbTextStyleTableRecord();
-    ~AcDbTextStyleTableRecord() override;
 
     // Whether it loads a file of shapes rather than being a style.
     Adesk::Boolean isShapeFile() const;

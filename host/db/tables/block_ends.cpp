@@ -1,25 +1,16 @@
+// What begins and ends blocks and sequences of parts: entities that draw nothing.
 #include "dbents.h"
-#include "host/db/core/imp_object.h"
+#include "host/db/core/fields.h"
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbBlockBegin, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, BLOCK,
-                        "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbBlockEnd, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, ENDBLK,
-                        "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbSequenceEnd, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, SEQEND,
-                        "ObjectDBX Classes")
+namespace {
 
-AcDbBlockBegin::AcDbBlockBegin() {
-    imp().begin_as("0\nBLOCK\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockBegin\n2\n\n70\n0\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n3\n\n1\n\n");
-}
-AcDbBlockBegin::~AcDbBlockBegin() = default;
+constexpr db::field begin_fields[] = {db::number(2, ""), db::number(70, "0"), db::point(10, "0.0"),
+                                      db::number(3, ""), db::number(1, "")};
+constexpr auto begin_place = db::section_of<begin_fields>("AcDbBlockBegin");
+constexpr auto end_marker = db::marker("AcDbBlockEnd");
 
-AcDbBlockEnd::AcDbBlockEnd() {
-    imp().begin_as("0\nENDBLK\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockEnd\n");
-}
-AcDbBlockEnd::~AcDbBlockEnd() = default;
+} // namespace
 
-AcDbSequenceEnd::AcDbSequenceEnd() {
-    imp().begin_as("0\nSEQEND\n100\nAcDbEntity\n8\n0\n");
-}
-AcDbSequenceEnd::~AcDbSequenceEnd() = default;
+ENTITY_CLASS(AcDbBlockBegin, AcDbEntity, BLOCK, begin_place)
+ENTITY_CLASS(AcDbBlockEnd, AcDbEntity, ENDBLK, end_marker)
+ENTITY_CLASS(AcDbSequenceEnd, AcDbEntity, SEQEND)

@@ -2,6 +2,7 @@
 #include "acutmem.h"
 #include "dbsymtb.h"
 #include "host/db/core/blocks.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/format_versions.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
@@ -19,8 +20,6 @@ ACRX_CONS_DEFINE_MEMBERS(AcDbBlockTableRecord, AcDbSymbolTableRecord, 0)
 AcDbBlockTableRecord::AcDbBlockTableRecord() {
     imp().begin_as(db::new_block_text);
 }
-
-AcDbBlockTableRecord::~AcDbBlockTableRecord() = default;
 
 namespace {
 
@@ -108,11 +107,9 @@ bool AcDbBlockTableRecord::isLayout() const {
     return db::blocks::is_space_name(name.kwszPtr());
 }
 
-AcDbObjectId AcDbBlockTableRecord::getLayoutId() const {
-    assertReadEnabled();
-    return imp().database != nullptr ? imp().database->id(db::layout_of(*imp().database, imp().record))
-                                     : AcDbObjectId::kNull;
-}
+VALUE_GETTER(AcDbBlockTableRecord, getLayoutId,
+             imp().database != nullptr ? imp().database->id(db::layout_of(*imp().database, imp().record))
+                                       : AcDbObjectId::kNull)
 
 AcGePoint3d AcDbBlockTableRecord::origin() const {
     assertReadEnabled();
@@ -163,10 +160,7 @@ Acad::ErrorStatus AcDbBlockTableRecord::setComments(const ACHAR* text) {
     return Acad::eOk;
 }
 
-bool AcDbBlockTableRecord::explodable() const {
-    assertReadEnabled();
-    return imp().groups().integer(record_place, 280).value_or(1) != 0;
-}
+VALUE_GETTER(AcDbBlockTableRecord, explodable, imp().groups().integer(record_place, 280).value_or(1) != 0)
 
 Acad::ErrorStatus AcDbBlockTableRecord::setExplodable(bool explodable) {
     if (!isWriteEnabled())

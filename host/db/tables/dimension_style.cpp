@@ -49,6 +49,17 @@ double with_scale(const AcDbImpObject& entity, std::string_view style, double le
 
 } // namespace
 
+std::string_view dimension_style_of(const AcDbImpObject& entity, const dxf::group_place& place) {
+    return entity.groups().text(place, 3).value_or("Standard");
+}
+
+AcDbObjectId dimension_style_id(const AcDbImpObject& entity, const dxf::group_place& place) {
+    if (entity.database == nullptr)
+        return AcDbObjectId::kNull;
+    const std::string_view name = dxf::trimmed(dimension_style_of(entity, place));
+    return entity.database->id(entity.database->names().find(table_kind::dim_style, entity.decode(name)));
+}
+
 double style_real(const AcDbImpObject& entity, std::string_view style, int code, double missing) {
     const auto text = style_value(entity, style, code);
     const auto value = text ? dxf::leading_real(*text) : std::nullopt;

@@ -8,6 +8,11 @@
 
 namespace db {
 
+// The style that an entity names in group 3: its bytes, and its id; null when its drawing has none of that
+// name.
+std::string_view dimension_style_of(const AcDbImpObject& entity, const dxf::group_place& place);
+AcDbObjectId dimension_style_id(const AcDbImpObject& entity, const dxf::group_place& place);
+
 // The value of a style's group for an entity (a dimension, a leader, a tolerance) that names its style by
 // these bytes: what its extended data override, else what the style says, else `missing`.
 double style_real(const AcDbImpObject& entity, std::string_view style, int code, double missing);

@@ -17,19 +17,12 @@ AcDbLayerTableRecord::AcDbLayerTableRecord() {
     imp().begin_new(db::new_entry_text("AcDbLayerTableRecord"));
 }
 
-AcDbLayerTableRecord::~AcDbLayerTableRecord() = default;
-
 namespace {
 
 // Bits of group 70.
-constexpr std::int64_t frozen_bit = 1;
-constexpr std::int64_t viewport_default_bit = 2;
-constexpr std::int64_t locked_bit = 4;
-
-bool flag(const AcDbLayerTableRecord& layer, const AcDbImpObject& imp, std::int64_t bit) {
-    layer.assertReadEnabled();
-    return (imp.groups().integer(layer_place, 70).value_or(0) & bit) != 0;
-}
+constexpr int frozen_bit = 1;
+constexpr int viewport_default_bit = 2;
+constexpr int locked_bit = 4;
 
 void set_flag(AcDbLayerTableRecord& layer, AcDbImpObject& imp, std::int64_t bit, bool on) {
     layer.assertWriteEnabled();
@@ -39,9 +32,7 @@ void set_flag(AcDbLayerTableRecord& layer, AcDbImpObject& imp, std::int64_t bit,
 
 } // namespace
 
-bool AcDbLayerTableRecord::isFrozen() const {
-    return flag(*this, imp(), frozen_bit);
-}
+BIT_GETTER(AcDbLayerTableRecord, isFrozen, layer_place, 70, frozen_bit)
 
 Acad::ErrorStatus AcDbLayerTableRecord::setIsFrozen(bool frozen) {
     if (!isWriteEnabled())
@@ -52,10 +43,8 @@ Acad::ErrorStatus AcDbLayerTableRecord::setIsFrozen(bool frozen) {
     return Acad::eOk;
 }
 
-bool AcDbLayerTableRecord::isOff() const {
-    assertReadEnabled();
-    return imp().groups().integer(layer_place, 62).value_or(AcCmColor::kACIWhite) < 0;
-}
+VALUE_GETTER(AcDbLayerTableRecord, isOff,
+             imp().groups().integer(layer_place, 62).value_or(AcCmColor::kACIWhite) < 0)
 
 void AcDbLayerTableRecord::setIsOff(bool off) {
     assertWriteEnabled();
@@ -64,17 +53,13 @@ void AcDbLayerTableRecord::setIsOff(bool off) {
         imp().edit().set_integer(layer_place, 62, index == 0 ? -AcCmColor::kACIWhite : -index);
 }
 
-bool AcDbLayerTableRecord::VPDFLT() const {
-    return flag(*this, imp(), viewport_default_bit);
-}
+BIT_GETTER(AcDbLayerTableRecord, VPDFLT, layer_place, 70, viewport_default_bit)
 
 void AcDbLayerTableRecord::setVPDFLT(bool frozen) {
     set_flag(*this, imp(), viewport_default_bit, frozen);
 }
 
-bool AcDbLayerTableRecord::isLocked() const {
-    return flag(*this, imp(), locked_bit);
-}
+BIT_GETTER(AcDbLayerTableRecord, isLocked, layer_place, 70, locked_bit)
 
 void AcDbLayerTableRecord::setIsLocked(bool locked) {
     set_flag(*this, imp(), locked_bit, locked);
@@ -122,10 +107,7 @@ Acad::ErrorStatus AcDbLayerTableRecord::setLinetypeObjectId(AcDbObjectId id) {
     return Acad::eOk;
 }
 
-bool AcDbLayerTableRecord::isPlottable() const {
-    assertReadEnabled();
-    return imp().groups().integer(layer_place, 290).value_or(1) != 0;
-}
+VALUE_GETTER(AcDbLayerTableRecord, isPlottable, imp().groups().integer(layer_place, 290).value_or(1) != 0)
 
 Acad::ErrorStatus AcDbLayerTableRecord::setIsPlottable(bool plottable) {
     if (!isWriteEnabled())

@@ -19,8 +19,6 @@ ACRX_NO_CONS_DEFINE_MEMBERS(AcDbLayerStateManager, AcRxObject)
 AcDbLayerStateManager::AcDbLayerStateManager(AcDbDatabase* pHostDb) : m_drawing(*pHostDb) {
 }
 
-AcDbLayerStateManager::~AcDbLayerStateManager() = default;
-
 namespace {
 
 std::wstring text_of(const ACHAR* name) {

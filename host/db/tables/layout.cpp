@@ -22,7 +22,6 @@ dxf::record_id space_of(const AcDbImpObject& imp) {
 } // namespace
 
 AcDbPlotSettings::AcDbPlotSettings() = default;
-AcDbPlotSettings::~AcDbPlotSettings() = default;
 
 bool AcDbPlotSettings::modelType() const {
     assertReadEnabled();
@@ -31,7 +30,6 @@ bool AcDbPlotSettings::modelType() const {
 }
 
 AcDbLayout::AcDbLayout() = default;
-AcDbLayout::~AcDbLayout() = default;
 
 Acad::ErrorStatus AcDbLayout::getLayoutName(AcString& name) const {
     assertReadEnabled();

@@ -2,8 +2,10 @@
 #include "base/number_text.h"
 #include "dbsymtb.h"
 #include "gevec2d.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/record_text.h"
+#include "host/db/tables/entry_fields.h"
 #include "host/db/tables/symbol_entry.h"
 
 #include <algorithm>
@@ -13,9 +15,6 @@
 ACRX_CONS_DEFINE_MEMBERS(AcDbLinetypeTableRecord, AcDbSymbolTableRecord, 0)
 
 namespace {
-
-constexpr int linetype_order[] = {2, 70, 3, 72, 73, 40};
-constexpr dxf::group_place linetype_place{"AcDbLinetypeTableRecord", linetype_order};
 
 // Bits of a dash's group 74.
 constexpr int oriented_bit = 1;
@@ -41,7 +40,7 @@ struct extent {
 // Where each dash stands.
 std::vector<extent> dashes_of(const dxf::group_list& groups) {
     std::vector<extent> dashes;
-    const auto [first, last] = groups.extent(linetype_place);
+    const auto [first, last] = groups.extent(db::linetype_place);
     for (std::size_t i = first; i < last; ++i) {
         if (groups.groups()[i].code == 49)
             dashes.push_back({i, i});
@@ -147,43 +146,24 @@ AcDbLinetypeTableRecord::AcDbLinetypeTableRecord() {
     imp().begin_new(db::new_entry_text("AcDbLinetypeTableRecord"));
 }
 
-AcDbLinetypeTableRecord::~AcDbLinetypeTableRecord() = default;
-
-ACHAR* AcDbLinetypeTableRecord::comments() const {
-    assertReadEnabled();
-    ACHAR* text = nullptr;
-    acutNewString(imp().decode(imp().groups().text(linetype_place, 3).value_or("")).c_str(), text);
-    return text;
-}
+FIELD_GETTER(AcDbLinetypeTableRecord, comments, db::linetype_place, 3)
 
 Acad::ErrorStatus AcDbLinetypeTableRecord::setComments(const ACHAR* text) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
     assertWriteEnabled();
-    imp().edit().set_text(linetype_place, 3, imp().encode(text != nullptr ? text : L""));
+    imp().edit().set_text(db::linetype_place, 3, imp().encode(text != nullptr ? text : L""));
     return Acad::eOk;
 }
 
-double AcDbLinetypeTableRecord::patternLength() const {
-    assertReadEnabled();
-    return db::read_real(imp(), linetype_place, 40);
-}
-
-void AcDbLinetypeTableRecord::setPatternLength(double length) {
-    assertWriteEnabled();
-    db::write_real(imp(), linetype_place, 40, length);
-}
-
-int AcDbLinetypeTableRecord::numDashes() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), linetype_place, 73);
-}
+FIELD_MEMBERS(AcDbLinetypeTableRecord, patternLength, setPatternLength, db::linetype_place, 40)
+FIELD_GETTER(AcDbLinetypeTableRecord, numDashes, db::linetype_place, 73)
 
 void AcDbLinetypeTableRecord::setNumDashes(int count) {
     assertWriteEnabled();
     const std::vector<extent> dashes = dashes_of(imp().groups());
     const std::size_t wanted = static_cast<std::size_t>(std::max(count, 0));
-    db::write_integer(imp(), linetype_place, 73, static_cast<int>(wanted));
+    db::write_integer(imp(), db::linetype_place, 73, static_cast<int>(wanted));
     if (wanted < dashes.size()) {
         imp().edit().splice(dashes[wanted].first, dashes.back().last, {});
     } else if (wanted > dashes.size()) {
@@ -191,11 +171,11 @@ void AcDbLinetypeTableRecord::setNumDashes(int count) {
         for (std::size_t i = dashes.size(); i < wanted; ++i)
             for (auto& group : groups_of({}))
                 fresh.push_back(std::move(group));
-        const std::size_t length = imp().groups().find(linetype_place, 40);
-        const std::size_t end =
-            dashes.empty() ? (length != dxf::group_list::npos ? length + 1
-                                                              : imp().groups().extent(linetype_place).second)
-                           : dashes.back().last;
+        const std::size_t length = imp().groups().find(db::linetype_place, 40);
+        const std::size_t end = dashes.empty() ? (length != dxf::group_list::npos
+                                                      ? length + 1
+                                                      : imp().groups().extent(db::linetype_place).second)
+                                               : dashes.back().last;
         imp().edit().splice(end, end, fresh);
     }
 }

@@ -16,12 +16,10 @@ namespace db {
 namespace {
 
 constexpr int entity_order[] = {67, 410, 8, 6, 347, 62, 370, 48, 60, 92, 160, 310, 420, 430, 440, 390, 284};
-constexpr int layer_order[] = {2, 70, 62, 420, 430, 6, 290, 370, 390, 347, 348};
 
 } // namespace
 
 const dxf::group_place entity_place{dxf::common_marker, entity_order};
-const dxf::group_place layer_place{"AcDbLayerTableRecord", layer_order};
 const dxf::group_place name_place{"*"};
 
 AcCmColor read_color(const AcDbImpObject& object, const dxf::group_place& place, int missing) {

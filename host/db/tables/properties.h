@@ -3,16 +3,15 @@
 
 #include "acdb.h"
 #include "dbcolor.h"
-#include "host/dxf/group_list.h"
+#include "host/db/tables/entry_fields.h"
 
 class AcDbImpObject;
 
 namespace db {
 
-// The place of what all entities have in common, and of a layer's properties. Source of the orders: the DXF
+// The place of what all entities have in common. Source of the order: the DXF
 // reference's group tables, as the files of the big programs show them.
 extern const dxf::group_place entity_place;
-extern const dxf::group_place layer_place;
 // The name of a symbol table record, whatever its class.
 extern const dxf::group_place name_place;
 

@@ -3,9 +3,11 @@
 #include "adscodes.h"
 #include "base/case_fold.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/lines_alike.h"
 #include "host/db/core/open_objects.h"
 #include "host/db/core/record_text.h"
 #include "host/db/core/symbol_names.h"
+#include "host/db/tables/entry_fields.h"
 #include "host/db/tables/implied_entries.h"
 #include "host/db/tables/properties.h"
 #include "host/dxf/record_header.h"
@@ -17,68 +19,16 @@ namespace db {
 
 namespace {
 
+// What a new record holds before anything is set.
 struct entry_row {
-    std::string_view class_name;
     std::string_view type;
-    // The groups behind the class's marker; a name without text stands where the name goes.
-    std::vector<dxf::group_list::fresh_group> groups;
+    const section& fields;
 };
-
-// What a new record holds before anything is set. Source: the DXF reference's defaults.
-const std::vector<entry_row>& rows() {
-    static const std::vector<entry_row> table = {
-        {"AcDbLayerTableRecord", "LAYER", {{2, ""}, {70, "0"}, {62, "7"}, {6, "Continuous"}, {370, "-3"}}},
-        {"AcDbLinetypeTableRecord",
-         "LTYPE",
-         {{2, ""}, {70, "0"}, {3, ""}, {72, "65"}, {73, "0"}, {40, "0.0"}}},
-        {"AcDbTextStyleTableRecord",
-         "STYLE",
-         {{2, ""},
-          {70, "0"},
-          {40, "0.0"},
-          {41, "1.0"},
-          {50, "0.0"},
-          {71, "0"},
-          {42, "2.5"},
-          {3, "txt"},
-          {4, ""}}},
-        {"AcDbRegAppTableRecord", "APPID", {{2, ""}, {70, "0"}}},
-        {"AcDbDimStyleTableRecord", "DIMSTYLE", {{2, ""}, {70, "0"}}},
-        {"AcDbViewTableRecord",
-         "VIEW",
-         {{2, ""},
-          {70, "0"},
-          {40, "1.0"},
-          {10, "0.0"},
-          {20, "0.0"},
-          {41, "1.0"},
-          {11, "0.0"},
-          {21, "0.0"},
-          {31, "1.0"},
-          {12, "0.0"},
-          {22, "0.0"},
-          {32, "0.0"},
-          {42, "50.0"},
-          {43, "0.0"},
-          {44, "0.0"},
-          {50, "0.0"},
-          {71, "0"}}},
-        {"AcDbUCSTableRecord",
-         "UCS",
-         {{2, ""},
-          {70, "0"},
-          {10, "0.0"},
-          {20, "0.0"},
-          {30, "0.0"},
-          {11, "1.0"},
-          {21, "0.0"},
-          {31, "0.0"},
-          {12, "0.0"},
-          {22, "1.0"},
-          {32, "0.0"}}},
-    };
-    return table;
-}
+constexpr entry_row rows[] = {
+    {"LAYER", layer_place},       {"LTYPE", linetype_place},           {"STYLE", text_style_place},
+    {"APPID", application_place}, {"DIMSTYLE", dimension_style_place}, {"VIEW", view_place},
+    {"UCS", ucs_place},
+};
 
 constexpr int first_with_markers = 1012; // R13
 constexpr int first_with_weights = 1015; // 2000
@@ -103,18 +53,13 @@ const char* const new_block_text =
     "100\nAcDbBlockBegin\n70\n0\n10\n0.0\n20\n0.0\n30\n0.0\n1\n\n";
 
 std::string new_entry_text(std::string_view class_name) {
-    const auto row = std::find_if(rows().begin(), rows().end(), [&](const entry_row& candidate) {
-        return candidate.class_name == class_name;
-    });
     std::string text;
-    if (row == rows().end()) // a class whose records only files bring
-        return text;
-    const dxf::group_style style{"\n", false, 0, 0};
-    dxf::append_group(text, style, 0, row->type);
-    dxf::append_group(text, style, 100, "AcDbSymbolTableRecord");
-    dxf::append_group(text, style, 100, class_name);
-    for (const auto& group : row->groups)
-        dxf::append_group(text, style, group.code, group.value);
+    for (const entry_row& row : rows)
+        if (row.fields.marker == class_name) { // else a class whose records only files bring
+            dxf::append_group(text, plain_style, 0, row.type);
+            dxf::append_group(text, plain_style, 100, "AcDbSymbolTableRecord");
+            append_fresh(text, row.fields);
+        }
     return text;
 }
 

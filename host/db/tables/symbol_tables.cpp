@@ -20,7 +20,6 @@ ACRX_NO_CONS_DEFINE_MEMBERS(AcDbSymbolTable, AcDbObject)
 // ---- records
 
 AcDbSymbolTableRecord::AcDbSymbolTableRecord() = default;
-AcDbSymbolTableRecord::~AcDbSymbolTableRecord() = default;
 
 Acad::ErrorStatus AcDbSymbolTableRecord::getName(AcString& name) const {
     assertReadEnabled();
@@ -90,7 +89,6 @@ Acad::ErrorStatus AcDbSymbolTableRecord::subErase(bool erasing) {
 // ---- tables
 
 AcDbSymbolTable::AcDbSymbolTable() = default;
-AcDbSymbolTable::~AcDbSymbolTable() = default;
 
 namespace {
 
@@ -236,8 +234,7 @@ Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntity(AcDbEntity*& entity, A
 
 #define DEFINE_TABLE(TABLE)                                                                                  \
     ACRX_CONS_DEFINE_MEMBERS(TABLE, AcDbSymbolTable, 0)                                                      \
-    TABLE::TABLE() = default;                                                                                \
-    TABLE::~TABLE() = default;
+    TABLE::TABLE() = default;
 
 DEFINE_TABLE(AcDbLayerTable)
 DEFINE_TABLE(AcDbLinetypeTable)
@@ -253,8 +250,7 @@ DEFINE_TABLE(AcDbUCSTable)
     ACRX_CONS_DEFINE_MEMBERS(RECORD, AcDbSymbolTableRecord, 0)                                               \
     RECORD::RECORD() {                                                                                       \
         imp().begin_new(db::new_entry_text(#RECORD));                                                        \
-    }                                                                                                        \
-    RECORD::~RECORD() = default;
+    }
 
 DEFINE_RECORD(AcDbRegAppTableRecord)
 DEFINE_RECORD(AcDbDimStyleTableRecord)

@@ -1,7 +1,9 @@
 #include "acutmem.h"
 #include "adscodes.h"
 #include "dbsymtb.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
+#include "host/db/tables/entry_fields.h"
 #include "host/db/tables/symbol_entry.h"
 #include "host/dxf/record_header.h"
 
@@ -14,23 +16,14 @@ ACRX_CONS_DEFINE_MEMBERS(AcDbTextStyleTableRecord, AcDbSymbolTableRecord, 0)
 
 namespace {
 
-constexpr int text_style_record_order[] = {2, 70, 40, 41, 50, 71, 42, 3, 4};
-constexpr dxf::group_place text_style_record_place{"AcDbTextStyleTableRecord", text_style_record_order};
-
 // Bits of group 70.
 constexpr int shape_bit = 1;
 constexpr int vertical_bit = 4;
 
-void set_flag(AcDbTextStyleTableRecord& style, int bit, bool on) {
-    style.assertWriteEnabled();
-    const int flags = db::read_integer(style.imp(), text_style_record_place, 70);
-    db::write_integer(style.imp(), text_style_record_place, 70, on ? flags | bit : flags & ~bit);
-}
-
 std::wstring file_of(const AcDbTextStyleTableRecord& style, int code) {
     style.assertReadEnabled();
     return style.imp().decode(
-        dxf::trimmed(style.imp().groups().text(text_style_record_place, code).value_or("")));
+        dxf::trimmed(style.imp().groups().text(db::text_style_place, code).value_or("")));
 }
 
 Acad::ErrorStatus set_file(AcDbTextStyleTableRecord& style, int code, const ACHAR* name) {
@@ -38,7 +31,7 @@ Acad::ErrorStatus set_file(AcDbTextStyleTableRecord& style, int code, const ACHA
         return Acad::eNotOpenForWrite;
     const std::wstring wanted = name != nullptr ? name : L"";
     if (file_of(style, code) != wanted)
-        style.imp().edit().set_text(text_style_record_place, code, style.imp().encode(wanted));
+        style.imp().edit().set_text(db::text_style_place, code, style.imp().encode(wanted));
     return Acad::eOk;
 }
 
@@ -61,43 +54,20 @@ AcDbTextStyleTableRecord::AcDbTextStyleTableRecord() {
     imp().begin_new(db::new_entry_text("AcDbTextStyleTableRecord"));
 }
 
-AcDbTextStyleTableRecord::~AcDbTextStyleTableRecord() = default;
-
-Adesk::Boolean AcDbTextStyleTableRecord::isShapeFile() const {
-    assertReadEnabled();
-    return (db::read_integer(imp(), text_style_record_place, 70) & shape_bit) != 0;
-}
-
-void AcDbTextStyleTableRecord::setIsShapeFile(Adesk::Boolean shape) {
-    set_flag(*this, shape_bit, shape);
-}
-
-Adesk::Boolean AcDbTextStyleTableRecord::isVertical() const {
-    assertReadEnabled();
-    return (db::read_integer(imp(), text_style_record_place, 70) & vertical_bit) != 0;
-}
-
-void AcDbTextStyleTableRecord::setIsVertical(Adesk::Boolean vertical) {
-    set_flag(*this, vertical_bit, vertical);
-}
-
-double AcDbTextStyleTableRecord::textSize() const {
-    assertReadEnabled();
-    return db::read_real(imp(), text_style_record_place, 40);
-}
+BIT_MEMBERS(AcDbTextStyleTableRecord, isShapeFile, setIsShapeFile, db::text_style_place, 70, shape_bit)
+BIT_MEMBERS(AcDbTextStyleTableRecord, isVertical, setIsVertical, db::text_style_place, 70, vertical_bit)
+FIELD_GETTER(AcDbTextStyleTableRecord, textSize, db::text_style_place, 40)
+FIELD_GETTER(AcDbTextStyleTableRecord, priorSize, db::text_style_place, 42)
+FIELD_GETTER(AcDbTextStyleTableRecord, xScale, db::text_style_place, 41)
+FIELD_GETTER(AcDbTextStyleTableRecord, obliquingAngle, db::text_style_place, 50)
 
 Acad::ErrorStatus AcDbTextStyleTableRecord::setTextSize(double size) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
     if (!(size >= 0.0) || !std::isfinite(size))
         return Acad::eInvalidInput;
-    db::write_real(imp(), text_style_record_place, 40, size);
+    db::write_real(imp(), db::text_style_place, 40, size);
     return Acad::eOk;
-}
-
-double AcDbTextStyleTableRecord::priorSize() const {
-    assertReadEnabled();
-    return db::read_real(imp(), text_style_record_place, 42);
 }
 
 Acad::ErrorStatus AcDbTextStyleTableRecord::setPriorSize(double size) {
@@ -105,13 +75,8 @@ Acad::ErrorStatus AcDbTextStyleTableRecord::setPriorSize(double size) {
         return Acad::eNotOpenForWrite;
     if (!(size > 0.0) || !std::isfinite(size))
         return Acad::eInvalidInput;
-    db::write_real(imp(), text_style_record_place, 42, size);
+    db::write_real(imp(), db::text_style_place, 42, size);
     return Acad::eOk;
-}
-
-double AcDbTextStyleTableRecord::xScale() const {
-    assertReadEnabled();
-    return db::read_real(imp(), text_style_record_place, 41, 1.0);
 }
 
 Acad::ErrorStatus AcDbTextStyleTableRecord::setXScale(double scale) {
@@ -119,13 +84,8 @@ Acad::ErrorStatus AcDbTextStyleTableRecord::setXScale(double scale) {
         return Acad::eNotOpenForWrite;
     if (!(scale > 0.0) || !std::isfinite(scale))
         return Acad::eInvalidInput;
-    db::write_real(imp(), text_style_record_place, 41, scale, 1.0);
+    db::write_real(imp(), db::text_style_place, 41, scale, 1.0);
     return Acad::eOk;
-}
-
-double AcDbTextStyleTableRecord::obliquingAngle() const {
-    assertReadEnabled();
-    return db::radians(db::read_real(imp(), text_style_record_place, 50));
 }
 
 Acad::ErrorStatus AcDbTextStyleTableRecord::setObliquingAngle(double angle) {
@@ -134,18 +94,16 @@ Acad::ErrorStatus AcDbTextStyleTableRecord::setObliquingAngle(double angle) {
     if (!(std::fabs(angle) < db::radians(steepest)))
         return Acad::eInvalidInput;
     if (obliquingAngle() != angle)
-        db::write_real(imp(), text_style_record_place, 50, db::degrees(angle));
+        db::write_real(imp(), db::text_style_place, 50, db::degrees(angle));
     return Acad::eOk;
 }
 
-Adesk::UInt8 AcDbTextStyleTableRecord::flagBits() const {
-    assertReadEnabled();
-    return static_cast<Adesk::UInt8>(db::read_integer(imp(), text_style_record_place, 71));
-}
+VALUE_GETTER(AcDbTextStyleTableRecord, flagBits,
+             static_cast<Adesk::UInt8>(db::read_integer(imp(), db::text_style_place, 71)))
 
 void AcDbTextStyleTableRecord::setFlagBits(Adesk::UInt8 flags) {
     assertWriteEnabled();
-    db::write_integer(imp(), text_style_record_place, 71, flags & 6);
+    db::write_integer(imp(), db::text_style_place, 71, flags & 6);
 }
 
 // ---- fonts

@@ -19,11 +19,17 @@ namespace db {
 namespace {
 
 // Source: the DXF reference's group table, in the order in which the files of the big programs show it.
-constexpr int viewport_order[] = {10,  20,  30,  40,  41,  68,  69,  12,  22,  13,  23,  14,  24,
-                                  15,  25,  16,  26,  36,  17,  27,  37,  42,  43,  44,  45,  50,
-                                  51,  72,  331, 341, 340, 90,  1,   281, 71,  74,  110, 120, 130,
-                                  111, 121, 131, 112, 122, 132, 345, 346, 79,  146, 170, 61,  348,
-                                  292, 282, 141, 142, 63,  421, 431, 332, 333, 334, 361, 335};
+constexpr field viewport_fields[] = {
+    point(10, "0.0"),  number(40, "1.0"),   number(41, "1.0"), number(68, "1"),   number(69, "0"),
+    pair(12, "0.0"),   pair(13, "0.0"),     pair(14, "10.0"),  pair(15, "10.0"),  point(16, "0.0 0.0 1.0"),
+    point(17, "0.0"),  number(42, "50.0"),  number(43, "0.0"), number(44, "0.0"), number(45, "1.0"),
+    number(50, "0.0"), number(51, "0.0"),   number(72, "100"), number(331),       number(341),
+    number(340),       number(90, "32864"), number(1),         number(281),       number(71),
+    number(74),        point(110),          point(111),        point(112),        number(345),
+    number(346),       number(79),          number(146),       number(170),       number(61),
+    number(348),       number(292),         number(282),       number(141),       number(142),
+    number(63),        number(421),         number(431),       number(332),       number(333),
+    number(334),       number(361),         number(335)};
 
 constexpr int soft_layer = 331;
 constexpr int hard_layer = 341;
@@ -210,7 +216,7 @@ dxf::record_id layer_named_by(const AcDbImpObject& viewport, const dxf::group& g
 
 } // namespace
 
-const dxf::group_place viewport_place{"AcDbViewport", viewport_order};
+constexpr section viewport_place = section_of<viewport_fields>("AcDbViewport");
 
 bool uses_list(const AcDbImpObject& viewport) {
     constexpr int view_height = 45;

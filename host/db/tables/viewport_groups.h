@@ -5,7 +5,7 @@
 // in a fixed order, at its end a list of the names of layers (1003).
 #pragma once
 
-#include "host/db/core/imp_object.h"
+#include "host/db/core/fields.h"
 #include "host/dxf/group_list.h"
 
 #include <cstdint>
@@ -15,7 +15,7 @@ class AcDbImpDatabase;
 
 namespace db {
 
-extern const dxf::group_place viewport_place;
+extern const section viewport_place;
 
 // Whether a viewport's view is the list, which is so where it has neither in files before R2000.
 bool uses_list(const AcDbImpObject& viewport);
