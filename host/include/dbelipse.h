@@ -14,7 +14,6 @@ public:
     AcDbEllipse();
     AcDbEllipse(const AcGePoint3d& center, const AcGeVector3d& unitNormal, const AcGeVector3d& majorAxis,
                 double radiusRatio, double startAngle = 0.0, double endAngle = 6.28318530717958647692);
-    ~AcDbEllipse() override;
 
     AcGePoint3d center() const;
     Acad::ErrorStatus setCenter(const AcGePoint3d& center);

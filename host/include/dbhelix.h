@@ -9,7 +9,6 @@ class ACDB_PORT AcDbHelix : public AcDbSpline {
 public:
     ACRX_DECLARE_MEMBERS(AcDbHelix);
     AcDbHelix();
-    ~AcDbHelix() override;
 
     AcGePoint3d axisPoint() const;
     AcGePoint3d startPoint() const;

@@ -9,7 +9,6 @@ class ACDB_PORT AcDbRay : public AcDbCurve {
 public:
     ACRX_DECLARE_MEMBERS(AcDbRay);
     AcDbRay();
-    ~AcDbRay() override;
 
     AcGePoint3d basePoint() const;
     Acad::ErrorStatus setBasePoint(const AcGePoint3d& point);

@@ -10,7 +10,6 @@ class ACDB_PORT AcDbXline : public AcDbCurve {
 public:
     ACRX_DECLARE_MEMBERS(AcDbXline);
     AcDbXline();
-    ~AcDbXline() override;
 
     AcGePoint3d basePoint() const;
     Acad::ErrorStatus setBasePoint(const AcGePoint3d& point);

@@ -1,21 +1,17 @@
 #include "acgi.h"
 #include "dbents.h"
 #include "host/db/core/geometry_groups.h"
+#include "host/db/entities/circle_fields.h"
 #include "host/db/entities/imp_curve.h"
 
 #include <cmath>
 #include <numbers>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbArc, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, ARC,
-                        "ObjectDBX Classes")
-
 namespace {
 
 // An arc is a circle with two angles more.
-constexpr int circle_order[] = {39, 10, 20, 30, 40, 210, 220, 230};
-constexpr dxf::group_place circle_place{"AcDbCircle", circle_order};
-constexpr int arc_order[] = {50, 51};
-constexpr dxf::group_place arc_place{"AcDbArc", arc_order};
+constexpr db::field arc_fields[] = {db::angle(50, "0.0"), db::angle(51, "0.0")};
+constexpr auto arc_place = db::section_of<arc_fields>("AcDbArc");
 
 constexpr double full = 2.0 * std::numbers::pi;
 
@@ -26,10 +22,7 @@ double in_one_turn(double angle) {
 
 } // namespace
 
-AcDbArc::AcDbArc() {
-    imp().begin_as("0\nARC\n100\nAcDbEntity\n8\n0\n100\nAcDbCircle\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n40\n0.0\n100\nAcDbArc\n50\n0.0\n51\n0.0\n");
-}
+ENTITY_CLASS(AcDbArc, AcDbCurve, ARC, db::circle_place, arc_place)
 
 AcDbArc::AcDbArc(const AcGePoint3d& center, double radius, double startAngle, double endAngle)
     : AcDbArc(center, AcGeVector3d::kZAxis, radius, startAngle, endAngle) {
@@ -45,36 +38,17 @@ AcDbArc::AcDbArc(const AcGePoint3d& center, const AcGeVector3d& normal, double r
     setEndAngle(endAngle);
 }
 
-AcDbArc::~AcDbArc() = default;
-
-AcGePoint3d AcDbArc::center() const {
-    assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), circle_place, 10);
-}
+VALUE_GETTER(AcDbArc, center,
+             AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), db::circle_place, 10))
 
 Acad::ErrorStatus AcDbArc::setCenter(const AcGePoint3d& center) {
     assertWriteEnabled();
-    db::write_point(imp(), circle_place, 10, AcGeMatrix3d::worldToPlane(normal()) * center);
+    db::write_point(imp(), db::circle_place, 10, AcGeMatrix3d::worldToPlane(normal()) * center);
     return Acad::eOk;
 }
 
-double AcDbArc::radius() const {
-    assertReadEnabled();
-    return db::read_real(imp(), circle_place, 40);
-}
-
-Acad::ErrorStatus AcDbArc::setRadius(double radius) {
-    assertWriteEnabled();
-    if (!(radius >= 0.0))
-        return Acad::eInvalidInput;
-    db::write_real(imp(), circle_place, 40, radius);
-    return Acad::eOk;
-}
-
-double AcDbArc::startAngle() const {
-    assertReadEnabled();
-    return in_one_turn(db::radians(db::read_real(imp(), arc_place, 50)));
-}
+FIELD_MEMBERS(AcDbArc, radius, setRadius, db::circle_place, 40)
+VALUE_GETTER(AcDbArc, startAngle, in_one_turn(db::radians(db::read_real(imp(), arc_place, 50))))
 
 Acad::ErrorStatus AcDbArc::setStartAngle(double angle) {
     assertWriteEnabled();
@@ -83,10 +57,7 @@ Acad::ErrorStatus AcDbArc::setStartAngle(double angle) {
     return Acad::eOk;
 }
 
-double AcDbArc::endAngle() const {
-    assertReadEnabled();
-    return in_one_turn(db::radians(db::read_real(imp(), arc_place, 51)));
-}
+VALUE_GETTER(AcDbArc, endAngle, in_one_turn(db::radians(db::read_real(imp(), arc_place, 51))))
 
 Acad::ErrorStatus AcDbArc::setEndAngle(double angle) {
     assertWriteEnabled();
@@ -105,29 +76,20 @@ double AcDbArc::length() const {
     return radius() * totalAngle();
 }
 
-double AcDbArc::thickness() const {
-    assertReadEnabled();
-    return db::read_real(imp(), circle_place, 39);
-}
-
-Acad::ErrorStatus AcDbArc::setThickness(double thickness) {
-    assertWriteEnabled();
-    db::write_real(imp(), circle_place, 39, thickness);
-    return Acad::eOk;
-}
+FIELD_MEMBERS(AcDbArc, thickness, setThickness, db::circle_place, 39)
 
 // The normal may stand in either section: programs differ.
 AcGeVector3d AcDbArc::normal() const {
     assertReadEnabled();
     const bool behind = imp().groups().find(arc_place, 210) != dxf::group_list::npos;
-    return db::read_normal(imp(), behind ? arc_place : circle_place);
+    return db::read_normal(imp(), behind ? arc_place : db::circle_place);
 }
 
 Acad::ErrorStatus AcDbArc::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
     const AcGePoint3d kept = center();
     const bool behind = imp().groups().find(arc_place, 210) != dxf::group_list::npos;
-    db::write_normal(imp(), behind ? arc_place : circle_place, normal.normal());
+    db::write_normal(imp(), behind ? arc_place : db::circle_place, normal.normal());
     return setCenter(kept);
 }
 
@@ -141,9 +103,7 @@ bool AcDbArc::subMakePieces(AcDbImpCurve& pieces) const {
     return true;
 }
 
-void AcDbArc::getEcs(AcGeMatrix3d& matrix) const {
-    matrix.setToPlaneToWorld(normal());
-}
+PLANE_FIGURE(AcDbArc)
 
 Adesk::Boolean AcDbArc::subWorldDraw(AcGiWorldDraw* draw) {
     const double start = startAngle();

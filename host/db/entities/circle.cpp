@@ -1,24 +1,12 @@
 #include "acgi.h"
 #include "dbents.h"
 #include "host/db/core/geometry_groups.h"
+#include "host/db/entities/circle_fields.h"
 #include "host/db/entities/imp_curve.h"
 
 #include <numbers>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbCircle, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, CIRCLE,
-                        "ObjectDBX Classes")
-
-namespace {
-
-constexpr int circle_order[] = {39, 10, 20, 30, 40, 210, 220, 230};
-constexpr dxf::group_place circle_place{"AcDbCircle", circle_order};
-
-} // namespace
-
-AcDbCircle::AcDbCircle() {
-    imp().begin_as("0\nCIRCLE\n100\nAcDbEntity\n8\n0\n100\nAcDbCircle\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n40\n0.0\n");
-}
+ENTITY_CLASS(AcDbCircle, AcDbCurve, CIRCLE, db::circle_place)
 
 AcDbCircle::AcDbCircle(const AcGePoint3d& center, const AcGeVector3d& normal, double radius) : AcDbCircle() {
     setNormal(normal);
@@ -26,53 +14,16 @@ AcDbCircle::AcDbCircle(const AcGePoint3d& center, const AcGeVector3d& normal, do
     setRadius(radius);
 }
 
-AcDbCircle::~AcDbCircle() = default;
-
 // In the file the center is in the coordinates of the plane.
-AcGePoint3d AcDbCircle::center() const {
-    assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), circle_place, 10);
-}
-
-Acad::ErrorStatus AcDbCircle::setCenter(const AcGePoint3d& center) {
-    assertWriteEnabled();
-    db::write_point(imp(), circle_place, 10, AcGeMatrix3d::worldToPlane(normal()) * center);
-    return Acad::eOk;
-}
-
-double AcDbCircle::radius() const {
-    assertReadEnabled();
-    return db::read_real(imp(), circle_place, 40);
-}
-
-Acad::ErrorStatus AcDbCircle::setRadius(double radius) {
-    assertWriteEnabled();
-    if (!(radius >= 0.0))
-        return Acad::eInvalidInput;
-    db::write_real(imp(), circle_place, 40, radius);
-    return Acad::eOk;
-}
-
-double AcDbCircle::thickness() const {
-    assertReadEnabled();
-    return db::read_real(imp(), circle_place, 39);
-}
-
-Acad::ErrorStatus AcDbCircle::setThickness(double thickness) {
-    assertWriteEnabled();
-    db::write_real(imp(), circle_place, 39, thickness);
-    return Acad::eOk;
-}
-
-AcGeVector3d AcDbCircle::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), circle_place);
-}
+FIELD_MEMBERS(AcDbCircle, center, setCenter, db::circle_place, 10)
+FIELD_MEMBERS(AcDbCircle, radius, setRadius, db::circle_place, 40)
+FIELD_MEMBERS(AcDbCircle, thickness, setThickness, db::circle_place, 39)
+FIELD_GETTER(AcDbCircle, normal, db::circle_place, 210)
 
 Acad::ErrorStatus AcDbCircle::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
     const AcGePoint3d kept = center();
-    db::write_normal(imp(), circle_place, normal.normal());
+    db::write_normal(imp(), db::circle_place, normal.normal());
     return setCenter(kept);
 }
 
@@ -84,9 +35,7 @@ bool AcDbCircle::subMakePieces(AcDbImpCurve& pieces) const {
     return true;
 }
 
-void AcDbCircle::getEcs(AcGeMatrix3d& matrix) const {
-    matrix.setToPlaneToWorld(normal());
-}
+PLANE_FIGURE(AcDbCircle)
 
 Adesk::Boolean AcDbCircle::subWorldDraw(AcGiWorldDraw* draw) {
     draw->subEntityTraits().setThickness(thickness());
@@ -101,6 +50,6 @@ Acad::ErrorStatus AcDbCircle::subTransformBy(const AcGeMatrix3d& matrix) {
     const AcGePoint3d moved = matrix * center();
     setThickness(thickness() * (matrix * normal()).length());
     setRadius(radius() * change.scale);
-    db::write_normal(imp(), circle_place, change.normal);
+    db::write_normal(imp(), db::circle_place, change.normal);
     return setCenter(moved);
 }

@@ -1,5 +1,6 @@
 #include "acgi.h"
 #include "dbelipse.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/entities/imp_curve.h"
 
@@ -7,15 +8,16 @@
 #include <cmath>
 #include <numbers>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbEllipse, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, ELLIPSE,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr int ellipse_order[] = {10, 20, 30, 11, 21, 31, 210, 220, 230, 40, 41, 42};
-constexpr dxf::group_place ellipse_place{"AcDbEllipse", ellipse_order};
-
 constexpr double full = 2.0 * std::numbers::pi;
+constexpr db::field ellipse_fields[] = {
+    db::point(10, "0.0"),  db::point(11, "1.0 0.0 0.0"),
+    db::normal(),          db::number(40, "1.0").or_else(1.0),
+    db::number(41, "0.0"), db::number(42, "6.283185307179586").or_else(full),
+};
+constexpr auto ellipse_place = db::section_of<ellipse_fields>("AcDbEllipse");
+
 constexpr double least_ratio = 1e-6; // the editor's own limit
 
 double start_param(const AcDbImpObject& object) {
@@ -49,11 +51,7 @@ double stretched(double angle, double ratio) {
 
 } // namespace
 
-AcDbEllipse::AcDbEllipse() {
-    imp().begin_as("0\nELLIPSE\n100\nAcDbEntity\n8\n0\n100\nAcDbEllipse\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n11\n1.0\n21\n0.0\n31\n0.0\n"
-                   "40\n1.0\n41\n0.0\n42\n6.283185307179586\n");
-}
+ENTITY_CLASS(AcDbEllipse, AcDbCurve, ELLIPSE, ellipse_place)
 
 AcDbEllipse::AcDbEllipse(const AcGePoint3d& center, const AcGeVector3d& unitNormal,
                          const AcGeVector3d& majorAxis, double radiusRatio, double startAngle,
@@ -62,28 +60,9 @@ AcDbEllipse::AcDbEllipse(const AcGePoint3d& center, const AcGeVector3d& unitNorm
     set(center, unitNormal, majorAxis, radiusRatio, startAngle, endAngle);
 }
 
-AcDbEllipse::~AcDbEllipse() = default;
-
-AcGePoint3d AcDbEllipse::center() const {
-    assertReadEnabled();
-    return db::read_point(imp(), ellipse_place, 10);
-}
-
-Acad::ErrorStatus AcDbEllipse::setCenter(const AcGePoint3d& center) {
-    assertWriteEnabled();
-    db::write_point(imp(), ellipse_place, 10, center);
-    return Acad::eOk;
-}
-
-AcGeVector3d AcDbEllipse::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), ellipse_place);
-}
-
-AcGeVector3d AcDbEllipse::majorAxis() const {
-    assertReadEnabled();
-    return db::read_point(imp(), ellipse_place, 11).asVector();
-}
+FIELD_MEMBERS(AcDbEllipse, center, setCenter, ellipse_place, 10)
+FIELD_GETTER(AcDbEllipse, normal, ellipse_place, 210)
+FIELD_GETTER(AcDbEllipse, majorAxis, ellipse_place, 11)
 
 AcGeVector3d AcDbEllipse::minorAxis() const {
     return normal().crossProduct(majorAxis()) * radiusRatio();
@@ -97,10 +76,7 @@ double AcDbEllipse::minorRadius() const {
     return majorRadius() * radiusRatio();
 }
 
-double AcDbEllipse::radiusRatio() const {
-    assertReadEnabled();
-    return std::fabs(db::read_real(imp(), ellipse_place, 40, 1.0));
-}
+VALUE_GETTER(AcDbEllipse, radiusRatio, std::fabs(db::read_real(imp(), ellipse_place, 40, 1.0)))
 
 Acad::ErrorStatus AcDbEllipse::setRadiusRatio(double ratio) {
     assertWriteEnabled();
@@ -110,31 +86,15 @@ Acad::ErrorStatus AcDbEllipse::setRadiusRatio(double ratio) {
     return Acad::eOk;
 }
 
-Acad::ErrorStatus AcDbEllipse::setStartParam(double startParam) {
-    assertWriteEnabled();
-    db::write_real(imp(), ellipse_place, 41, startParam);
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbEllipse::setEndParam(double endParam) {
-    assertWriteEnabled();
-    db::write_real(imp(), ellipse_place, 42, endParam, full);
-    return Acad::eOk;
-}
-
-double AcDbEllipse::startAngle() const {
-    assertReadEnabled();
-    return angleAtParam(start_param(imp()));
-}
+FIELD_SETTER(AcDbEllipse, setStartParam, ellipse_place, 41)
+FIELD_SETTER(AcDbEllipse, setEndParam, ellipse_place, 42)
+VALUE_GETTER(AcDbEllipse, startAngle, angleAtParam(start_param(imp())))
 
 Acad::ErrorStatus AcDbEllipse::setStartAngle(double startAngle) {
     return setStartParam(paramAtAngle(startAngle));
 }
 
-double AcDbEllipse::endAngle() const {
-    assertReadEnabled();
-    return angleAtParam(end_param(imp()));
-}
+VALUE_GETTER(AcDbEllipse, endAngle, angleAtParam(end_param(imp())))
 
 Acad::ErrorStatus AcDbEllipse::setEndAngle(double endAngle) {
     return setEndParam(paramAtAngle(endAngle));
@@ -175,14 +135,9 @@ Acad::ErrorStatus AcDbEllipse::set(const AcGePoint3d& center, const AcGeVector3d
     return setEndAngle(endAngle);
 }
 
-bool AcDbEllipse::isClosed() const {
-    assertReadEnabled();
-    return read_arc(*this).is_whole();
-}
+VALUE_GETTER(AcDbEllipse, isClosed, read_arc(*this).is_whole())
 
-void AcDbEllipse::getEcs(AcGeMatrix3d& matrix) const {
-    matrix.setToPlaneToWorld(normal());
-}
+PLANE_FIGURE(AcDbEllipse)
 
 bool AcDbEllipse::subMakePieces(AcDbImpCurve& pieces) const {
     const gi::arc arc = read_arc(*this);

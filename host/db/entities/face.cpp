@@ -1,16 +1,15 @@
 #include "acgi.h"
 #include "dbents.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 
 #include <array>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbFace, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, 3DFACE,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr int face_order[] = {10, 20, 30, 11, 21, 31, 12, 22, 32, 13, 23, 33, 70};
-constexpr dxf::group_place face_place{"AcDbFace", face_order};
+constexpr db::field face_fields[] = {db::point(10, "0.0"), db::point(11, "0.0"), db::point(12, "0.0"),
+                                     db::point(13, "0.0"), db::number(70)};
+constexpr auto face_place = db::section_of<face_fields>("AcDbFace");
 constexpr Adesk::UInt16 corners = 4;
 
 Acad::ErrorStatus set_edge(AcDbImpObject& object, Adesk::UInt16 index, bool visible) {
@@ -23,11 +22,7 @@ Acad::ErrorStatus set_edge(AcDbImpObject& object, Adesk::UInt16 index, bool visi
 
 } // namespace
 
-AcDbFace::AcDbFace() {
-    imp().begin_as("0\n3DFACE\n100\nAcDbEntity\n8\n0\n100\nAcDbFace\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n11\n0.0\n21\n0.0\n31\n0.0\n"
-                   "12\n0.0\n22\n0.0\n32\n0.0\n13\n0.0\n23\n0.0\n33\n0.0\n");
-}
+ENTITY_CLASS(AcDbFace, AcDbEntity, 3DFACE, face_place)
 
 AcDbFace::AcDbFace(const AcGePoint3d& pt0, const AcGePoint3d& pt1, const AcGePoint3d& pt2,
                    const AcGePoint3d& pt3, Adesk::Boolean e0vis, Adesk::Boolean e1vis, Adesk::Boolean e2vis,
@@ -45,8 +40,6 @@ AcDbFace::AcDbFace(const AcGePoint3d& pt0, const AcGePoint3d& pt1, const AcGePoi
                    Adesk::Boolean e0vis, Adesk::Boolean e1vis, Adesk::Boolean e2vis, Adesk::Boolean e3vis)
     : AcDbFace(pt0, pt1, pt2, pt2, e0vis, e1vis, e2vis, e3vis) {
 }
-
-AcDbFace::~AcDbFace() = default;
 
 Acad::ErrorStatus AcDbFace::getVertexAt(Adesk::UInt16 index, AcGePoint3d& point) const {
     assertReadEnabled();

@@ -2,19 +2,15 @@
 
 #include "acgi.h"
 #include "dbxline.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/entities/imp_curve.h"
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbRay, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, RAY,
-                        "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbXline, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, XLINE,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr int ray_order[] = {10, 20, 30, 11, 21, 31};
-constexpr dxf::group_place ray_place{"AcDbRay", ray_order};
-constexpr dxf::group_place xline_place{"AcDbXline", ray_order};
+constexpr db::field ray_fields[] = {db::point(10, "0.0"), db::point(11, "1.0 0.0 0.0")};
+constexpr auto ray_place = db::section_of<ray_fields>("AcDbRay");
+constexpr auto xline_place = db::section_of<ray_fields>("AcDbXline");
 
 AcGeVector3d read_direction(const AcDbImpObject& object, const dxf::group_place& place) {
     return db::read_point(object, place, 11).asVector().normal();
@@ -41,28 +37,10 @@ Acad::ErrorStatus transform(AcDbImpObject& object, const dxf::group_place& place
 
 } // namespace
 
-AcDbRay::AcDbRay() {
-    imp().begin_as("0\nRAY\n100\nAcDbEntity\n8\n0\n100\nAcDbRay\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n11\n1.0\n21\n0.0\n31\n0.0\n");
-}
+ENTITY_CLASS(AcDbRay, AcDbCurve, RAY, ray_place)
 
-AcDbRay::~AcDbRay() = default;
-
-AcGePoint3d AcDbRay::basePoint() const {
-    assertReadEnabled();
-    return db::read_point(imp(), ray_place, 10);
-}
-
-Acad::ErrorStatus AcDbRay::setBasePoint(const AcGePoint3d& point) {
-    assertWriteEnabled();
-    db::write_point(imp(), ray_place, 10, point);
-    return Acad::eOk;
-}
-
-AcGeVector3d AcDbRay::unitDir() const {
-    assertReadEnabled();
-    return read_direction(imp(), ray_place);
-}
+FIELD_MEMBERS(AcDbRay, basePoint, setBasePoint, ray_place, 10)
+VALUE_GETTER(AcDbRay, unitDir, read_direction(imp(), ray_place))
 
 Acad::ErrorStatus AcDbRay::setUnitDir(const AcGeVector3d& direction) {
     assertWriteEnabled();
@@ -91,28 +69,10 @@ Acad::ErrorStatus AcDbRay::subTransformBy(const AcGeMatrix3d& matrix) {
     return transform(imp(), ray_place, matrix);
 }
 
-AcDbXline::AcDbXline() {
-    imp().begin_as("0\nXLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbXline\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n11\n1.0\n21\n0.0\n31\n0.0\n");
-}
+ENTITY_CLASS(AcDbXline, AcDbCurve, XLINE, xline_place)
 
-AcDbXline::~AcDbXline() = default;
-
-AcGePoint3d AcDbXline::basePoint() const {
-    assertReadEnabled();
-    return db::read_point(imp(), xline_place, 10);
-}
-
-Acad::ErrorStatus AcDbXline::setBasePoint(const AcGePoint3d& point) {
-    assertWriteEnabled();
-    db::write_point(imp(), xline_place, 10, point);
-    return Acad::eOk;
-}
-
-AcGeVector3d AcDbXline::unitDir() const {
-    assertReadEnabled();
-    return read_direction(imp(), xline_place);
-}
+FIELD_MEMBERS(AcDbXline, basePoint, setBasePoint, xline_place, 10)
+VALUE_GETTER(AcDbXline, unitDir, read_direction(imp(), xline_place))
 
 Acad::ErrorStatus AcDbXline::setUnitDir(const AcGeVector3d& direction) {
     assertWriteEnabled();

@@ -1,43 +1,26 @@
 #include "acgi.h"
 #include "acutmem.h"
 #include "dbents.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/dxf/record_header.h"
 
 #include <cmath>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbShape, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, SHAPE,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr int shape_order[] = {39, 10, 20, 30, 40, 2, 50, 41, 51, 210, 220, 230};
-constexpr dxf::group_place shape_place{"AcDbShape", shape_order};
+constexpr db::field shape_fields[] = {
+    db::number(39), db::flat_point(10, "0.0"),   db::number(40, "1.0"), db::number(2, ""),
+    db::angle(50),  db::number(41).or_else(1.0), db::angle(51),         db::normal(),
+};
+constexpr auto shape_place = db::section_of<shape_fields>("AcDbShape");
 
 } // namespace
 
-AcDbShape::AcDbShape() {
-    imp().begin_as(
-        "0\nSHAPE\n100\nAcDbEntity\n8\n0\n100\nAcDbShape\n10\n0.0\n20\n0.0\n30\n0.0\n40\n1.0\n2\n\n");
-}
+ENTITY_CLASS(AcDbShape, AcDbEntity, SHAPE, shape_place)
 
-AcDbShape::~AcDbShape() = default;
-
-AcGePoint3d AcDbShape::position() const {
-    assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), shape_place, 10);
-}
-
-Acad::ErrorStatus AcDbShape::setPosition(const AcGePoint3d& position) {
-    assertWriteEnabled();
-    db::write_point(imp(), shape_place, 10, AcGeMatrix3d::worldToPlane(normal()) * position);
-    return Acad::eOk;
-}
-
-double AcDbShape::size() const {
-    assertReadEnabled();
-    return db::read_real(imp(), shape_place, 40);
-}
+FIELD_MEMBERS(AcDbShape, position, setPosition, shape_place, 10)
+FIELD_GETTER(AcDbShape, size, shape_place, 40)
 
 Acad::ErrorStatus AcDbShape::setSize(double size) {
     assertWriteEnabled();
@@ -54,10 +37,7 @@ ACHAR* AcDbShape::name() const {
     return copy;
 }
 
-double AcDbShape::rotation() const {
-    assertReadEnabled();
-    return db::radians(db::read_real(imp(), shape_place, 50));
-}
+FIELD_GETTER(AcDbShape, rotation, shape_place, 50)
 
 Acad::ErrorStatus AcDbShape::setRotation(double rotation) {
     assertWriteEnabled();
@@ -65,25 +45,10 @@ Acad::ErrorStatus AcDbShape::setRotation(double rotation) {
     return Acad::eOk;
 }
 
-double AcDbShape::widthFactor() const {
-    assertReadEnabled();
-    return db::read_real(imp(), shape_place, 41, 1.0);
-}
-
-double AcDbShape::oblique() const {
-    assertReadEnabled();
-    return db::radians(db::read_real(imp(), shape_place, 51));
-}
-
-double AcDbShape::thickness() const {
-    assertReadEnabled();
-    return db::read_real(imp(), shape_place, 39);
-}
-
-AcGeVector3d AcDbShape::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), shape_place);
-}
+FIELD_GETTER(AcDbShape, widthFactor, shape_place, 41)
+FIELD_GETTER(AcDbShape, oblique, shape_place, 51)
+FIELD_GETTER(AcDbShape, thickness, shape_place, 39)
+FIELD_GETTER(AcDbShape, normal, shape_place, 210)
 
 Adesk::Boolean AcDbShape::subWorldDraw(AcGiWorldDraw* draw) {
     const AcGeVector3d up = normal();

@@ -1,19 +1,18 @@
 #include "acgi.h"
 #include "dbents.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 
 #include <array>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbSolid, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, SOLID,
-                        "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbTrace, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, TRACE,
-                        "ObjectDBX Classes")
-
 // Files call both by one class, and write the corners in the coordinates of the plane.
 namespace {
 
-constexpr int solid_order[] = {10, 20, 30, 11, 21, 31, 12, 22, 32, 13, 23, 33, 39, 210, 220, 230};
-constexpr dxf::group_place solid_place{"AcDbTrace", solid_order};
+constexpr db::field solid_fields[] = {
+    db::point(10, "0.0"), db::point(11, "0.0"), db::point(12, "0.0"),
+    db::point(13, "0.0"), db::number(39),       db::normal().direction(),
+};
+constexpr auto solid_place = db::section_of<solid_fields>("AcDbTrace");
 constexpr Adesk::UInt16 corners = 4;
 
 bool has_fourth(const AcDbImpObject& object) {
@@ -36,13 +35,6 @@ Acad::ErrorStatus set_point(AcDbImpObject& object, Adesk::UInt16 index, const Ac
         return Acad::eInvalidIndex;
     db::write_point(object, solid_place, 10 + index,
                     AcGeMatrix3d::worldToPlane(db::read_normal(object, solid_place)) * point);
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus set_normal(AcDbImpObject& object, const AcGeVector3d& normal) {
-    if (normal.isZeroLength())
-        return Acad::eInvalidInput;
-    db::write_normal(object, solid_place, normal.normal());
     return Acad::eOk;
 }
 
@@ -85,11 +77,7 @@ Acad::ErrorStatus transform(AcDbImpObject& object, const AcGeMatrix3d& matrix) {
 
 } // namespace
 
-AcDbSolid::AcDbSolid() {
-    imp().begin_as("0\nSOLID\n100\nAcDbEntity\n8\n0\n100\nAcDbTrace\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n11\n0.0\n21\n0.0\n31\n0.0\n"
-                   "12\n0.0\n22\n0.0\n32\n0.0\n13\n0.0\n23\n0.0\n33\n0.0\n");
-}
+ENTITY_CLASS(AcDbSolid, AcDbEntity, SOLID, solid_place)
 
 AcDbSolid::AcDbSolid(const AcGePoint3d& pt0, const AcGePoint3d& pt1, const AcGePoint3d& pt2,
                      const AcGePoint3d& pt3)
@@ -104,13 +92,7 @@ AcDbSolid::AcDbSolid(const AcGePoint3d& pt0, const AcGePoint3d& pt1, const AcGeP
     : AcDbSolid(pt0, pt1, pt2, pt2) {
 }
 
-AcDbSolid::~AcDbSolid() = default;
-
-AcDbTrace::AcDbTrace() {
-    imp().begin_as("0\nTRACE\n100\nAcDbEntity\n8\n0\n100\nAcDbTrace\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n11\n0.0\n21\n0.0\n31\n0.0\n"
-                   "12\n0.0\n22\n0.0\n32\n0.0\n13\n0.0\n23\n0.0\n33\n0.0\n");
-}
+ENTITY_CLASS(AcDbTrace, AcDbEntity, TRACE, solid_place)
 
 AcDbTrace::AcDbTrace(const AcGePoint3d& pt0, const AcGePoint3d& pt1, const AcGePoint3d& pt2,
                      const AcGePoint3d& pt3)
@@ -121,8 +103,6 @@ AcDbTrace::AcDbTrace(const AcGePoint3d& pt0, const AcGePoint3d& pt1, const AcGeP
     setPointAt(3, pt3);
 }
 
-AcDbTrace::~AcDbTrace() = default;
-
 #define DEFINE_SOLID(CLASS)                                                                                  \
     Acad::ErrorStatus CLASS::getPointAt(Adesk::UInt16 index, AcGePoint3d& point) const {                     \
         assertReadEnabled();                                                                                 \
@@ -132,26 +112,9 @@ AcDbTrace::~AcDbTrace() = default;
         assertWriteEnabled();                                                                                \
         return set_point(imp(), index, point);                                                               \
     }                                                                                                        \
-    double CLASS::thickness() const {                                                                        \
-        assertReadEnabled();                                                                                 \
-        return db::read_real(imp(), solid_place, 39);                                                        \
-    }                                                                                                        \
-    Acad::ErrorStatus CLASS::setThickness(double thickness) {                                                \
-        assertWriteEnabled();                                                                                \
-        db::write_real(imp(), solid_place, 39, thickness);                                                   \
-        return Acad::eOk;                                                                                    \
-    }                                                                                                        \
-    AcGeVector3d CLASS::normal() const {                                                                     \
-        assertReadEnabled();                                                                                 \
-        return db::read_normal(imp(), solid_place);                                                          \
-    }                                                                                                        \
-    Acad::ErrorStatus CLASS::setNormal(const AcGeVector3d& normal) {                                         \
-        assertWriteEnabled();                                                                                \
-        return set_normal(imp(), normal);                                                                    \
-    }                                                                                                        \
-    void CLASS::getEcs(AcGeMatrix3d& matrix) const {                                                         \
-        matrix.setToPlaneToWorld(normal());                                                                  \
-    }                                                                                                        \
+    FIELD_MEMBERS(CLASS, thickness, setThickness, solid_place, 39)                                           \
+    FIELD_MEMBERS(CLASS, normal, setNormal, solid_place, 210)                                                \
+    PLANE_FIGURE(CLASS)                                                                                      \
     Adesk::Boolean CLASS::subWorldDraw(AcGiWorldDraw* draw) {                                                \
         draw_solid(imp(), *draw);                                                                            \
         return true;                                                                                         \

@@ -3,25 +3,40 @@
 #include "acgi.h"
 #include "base/number_text.h"
 #include "dbhelix.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/entities/imp_curve.h"
 
 #include <algorithm>
 #include <cmath>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbSpline, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, SPLINE,
-                        "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbHelix, AcDbSpline, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, HELIX,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr int spline_order[] = {210, 220, 230, 70, 71, 72, 73, 74, 42, 43, 44, 12, 22,
-                                32,  13,  23,  33, 40, 41, 10, 20, 30, 11, 21, 31};
-constexpr dxf::group_place spline_place{"AcDbSpline", spline_order};
+constexpr db::field spline_fields[] = {
+    db::normal(),
+    db::number(70, "0"),
+    db::number(71, "3"),
+    db::number(72, "0"), // knots, control points, fit points
+    db::number(73, "0"),
+    db::number(74, "0"),
+    db::number(42, "1e-07"), // tolerances
+    db::number(43, "1e-07"),
+    db::number(44),
+    db::point(12), // tangents
+    db::point(13),
+    db::number(40),
+    db::number(41),
+    db::point(10),
+    db::point(11),
+};
+constexpr auto spline_place = db::section_of<spline_fields>("AcDbSpline");
 
-constexpr int helix_order[] = {90, 91, 10, 20, 30, 11, 21, 31, 12, 22, 32, 40, 41, 42, 290, 280};
-constexpr dxf::group_place helix_place{"AcDbHelix", helix_order};
+constexpr db::field helix_fields[] = {
+    db::number(90, "29"),         db::number(91, "63"),  db::point(10, "0.0"),  db::point(11, "1.0 0.0 0.0"),
+    db::point(12, "0.0 0.0 1.0"), db::number(40, "1.0"), db::number(41, "3.0"), db::number(42, "1.0"),
+    db::number(290, "1"),         db::number(280, "1"),
+};
+constexpr auto helix_place = db::section_of<helix_fields>("AcDbHelix");
 
 constexpr int closed_flag = 1;
 constexpr int periodic_flag = 2;
@@ -139,8 +154,8 @@ void AcDbImpSpline::write(AcDbImpObject& object) const {
     dxf::group_list& groups = object.edit();
     auto [first, last] = groups.extent(spline_place);
     const auto is_own = [&](std::size_t index) {
-        return std::find(std::begin(spline_order), std::end(spline_order), groups.groups()[index].code) !=
-               std::end(spline_order);
+        const std::span<const int> own = spline_place.order;
+        return std::find(own.begin(), own.end(), groups.groups()[index].code) != own.end();
     };
     while (first < last && !is_own(first))
         ++first;
@@ -149,10 +164,7 @@ void AcDbImpSpline::write(AcDbImpObject& object) const {
     groups.splice(first, last, fresh);
 }
 
-AcDbSpline::AcDbSpline() {
-    imp().begin_as("0\nSPLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbSpline\n"
-                   "70\n0\n71\n3\n72\n0\n73\n0\n74\n0\n42\n1e-07\n43\n1e-07\n");
-}
+ENTITY_CLASS(AcDbSpline, AcDbCurve, SPLINE, spline_place)
 
 AcDbSpline::AcDbSpline(const AcGePoint3dArray& fitPoints, int order, double fitTolerance)
     : AcDbSpline(fitPoints, {}, {}, order, fitTolerance) {
@@ -417,49 +429,15 @@ Acad::ErrorStatus AcDbSpline::subTransformBy(const AcGeMatrix3d& matrix) {
 
 // ---- helices
 
-AcDbHelix::AcDbHelix() {
-    imp().begin_as("0\nHELIX\n100\nAcDbEntity\n8\n0\n100\nAcDbSpline\n"
-                   "70\n0\n71\n3\n72\n0\n73\n0\n74\n0\n42\n1e-07\n43\n1e-07\n"
-                   "100\nAcDbHelix\n90\n29\n91\n63\n10\n0.0\n20\n0.0\n30\n0.0\n11\n1.0\n21\n0.0\n31\n0.0\n"
-                   "12\n0.0\n22\n0.0\n32\n1.0\n40\n1.0\n41\n3.0\n42\n1.0\n290\n1\n280\n1\n");
-}
+ENTITY_CLASS(AcDbHelix, AcDbSpline, HELIX, spline_place, helix_place)
 
-AcDbHelix::~AcDbHelix() = default;
-
-AcGePoint3d AcDbHelix::axisPoint() const {
-    assertReadEnabled();
-    return db::read_point(imp(), helix_place, 10);
-}
-
-AcGePoint3d AcDbHelix::startPoint() const {
-    assertReadEnabled();
-    return db::read_point(imp(), helix_place, 11);
-}
-
-AcGeVector3d AcDbHelix::axisVector() const {
-    assertReadEnabled();
-    return db::read_point(imp(), helix_place, 12).asVector();
-}
-
-double AcDbHelix::baseRadius() const {
-    assertReadEnabled();
-    return db::read_real(imp(), helix_place, 40);
-}
-
-double AcDbHelix::turns() const {
-    assertReadEnabled();
-    return db::read_real(imp(), helix_place, 41);
-}
-
-double AcDbHelix::turnHeight() const {
-    assertReadEnabled();
-    return db::read_real(imp(), helix_place, 42);
-}
-
-Adesk::Boolean AcDbHelix::twist() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), helix_place, 290) != 0;
-}
+FIELD_GETTER(AcDbHelix, axisPoint, helix_place, 10)
+FIELD_GETTER(AcDbHelix, startPoint, helix_place, 11)
+FIELD_GETTER(AcDbHelix, axisVector, helix_place, 12)
+FIELD_GETTER(AcDbHelix, baseRadius, helix_place, 40)
+FIELD_GETTER(AcDbHelix, turns, helix_place, 41)
+FIELD_GETTER(AcDbHelix, turnHeight, helix_place, 42)
+FIELD_GETTER(AcDbHelix, twist, helix_place, 290)
 
 Acad::ErrorStatus AcDbHelix::subTransformBy(const AcGeMatrix3d& matrix) {
     if (!matrix.isUniScaledOrtho())
