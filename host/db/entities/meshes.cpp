@@ -1,36 +1,31 @@
 #include "acgi.h"
 #include "dbents.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
-#include "host/db/core/part_iterator.h"
 #include "host/db/entities/polyline_parts.h"
+#include "host/db/entities/vertex_fields.h"
 
 #include <algorithm>
 #include <cstdlib>
-
-ACRX_DXF_DEFINE_MEMBERS(AcDbPolygonMesh, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, POLYLINE,
-                        "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbPolyFaceMesh, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, POLYLINE,
-                        "ObjectDBX Classes")
 
 namespace flag = db::polyline_flag;
 
 namespace {
 
-constexpr int meshes_order[] = {66, 10, 20, 30, 70, 71, 72, 73, 74, 75};
-constexpr dxf::group_place mesh_place{"AcDbPolygonMesh", meshes_order};
-constexpr dxf::group_place polyface_place{"AcDbPolyFaceMesh", meshes_order};
-constexpr int vertex_order[] = {10, 20, 30, 70};
-constexpr dxf::group_place mesh_vertex_place{"AcDbPolygonMeshVertex", vertex_order};
-constexpr dxf::group_place polyface_vertex_place{"AcDbPolyFaceMeshVertex", vertex_order};
-
-Adesk::Int16 read_short(const AcDbImpObject& object, const dxf::group_place& place, int code) {
-    return static_cast<Adesk::Int16>(std::clamp(db::read_integer(object, place, code), -32768, 32767));
-}
-
-void set_flag(AcDbImpObject& object, int bit, bool set) {
-    const int flags = db::read_integer(object, mesh_place, 70);
-    db::write_integer(object, mesh_place, 70, set ? flags | bit : flags & ~bit);
-}
+constexpr db::field mesh_fields[] = {
+    db::number(66, "1"),
+    db::point(10, "0.0"),
+    db::number(70, "16"),
+    db::number(71, "0").not_negative(), // rows and columns
+    db::number(72, "0").not_negative(),
+    db::number(73), // the same of a smooth one
+    db::number(74),
+    db::number(75),
+};
+constexpr auto mesh_place = db::section_of<mesh_fields>("AcDbPolygonMesh");
+constexpr db::field polyface_fields[] = {db::number(66, "1"), db::point(10, "0.0"), db::number(70, "64"),
+                                         db::number(71, "0"), db::number(72, "0")};
+constexpr auto polyface_place = db::section_of<polyface_fields>("AcDbPolyFaceMesh");
 
 // What a mesh draws: as many whole rows as there are vertices for.
 struct net {
@@ -50,7 +45,7 @@ net read_net(const AcDbImpObject& object) {
     net made;
     int wanted = db::vertex_flag::spline;
     const auto size = [&](int code) {
-        return static_cast<std::size_t>(std::max<Adesk::Int16>(0, read_short(object, mesh_place, code)));
+        return static_cast<std::size_t>(std::clamp(db::read_integer(object, mesh_place, code), 0, 32767));
     };
     if ((flags & flag::spline_fit) == 0)
         wanted = 0;
@@ -102,10 +97,7 @@ std::vector<face> read_faces(const AcDbImpObject& object) {
 
 // ---- rows and columns
 
-AcDbPolygonMesh::AcDbPolygonMesh() {
-    imp().begin_as("0\nPOLYLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbPolygonMesh\n"
-                   "66\n1\n10\n0.0\n20\n0.0\n30\n0.0\n70\n16\n71\n0\n72\n0\n");
-}
+ENTITY_CLASS(AcDbPolygonMesh, AcDbEntity, POLYLINE, mesh_place)
 
 AcDbPolygonMesh::AcDbPolygonMesh(AcDb::PolyMeshType type, Adesk::Int16 mSize, Adesk::Int16 nSize,
                                  const AcGePoint3dArray& vertices, Adesk::Boolean mClosed,
@@ -113,17 +105,15 @@ AcDbPolygonMesh::AcDbPolygonMesh(AcDb::PolyMeshType type, Adesk::Int16 mSize, Ad
     : AcDbPolygonMesh() {
     setMSize(mSize);
     setNSize(nSize);
-    set_flag(imp(), flag::closed, mClosed);
-    set_flag(imp(), flag::columns_closed, nClosed);
+    db::write_bit(imp(), mesh_place, 70, flag::closed, mClosed);
+    db::write_bit(imp(), mesh_place, 70, flag::columns_closed, nClosed);
     if (type != AcDb::kSimpleMesh) {
-        set_flag(imp(), flag::spline_fit, true);
+        db::write_bit(imp(), mesh_place, 70, flag::spline_fit, true);
         db::write_integer(imp(), mesh_place, 75, type);
     }
     for (const AcGePoint3d& point : vertices)
         appendVertex(new AcDbPolygonMeshVertex(point));
 }
-
-AcDbPolygonMesh::~AcDbPolygonMesh() = default;
 
 AcDb::PolyMeshType AcDbPolygonMesh::polyMeshType() const {
     assertReadEnabled();
@@ -139,102 +129,17 @@ AcDb::PolyMeshType AcDbPolygonMesh::polyMeshType() const {
     }
 }
 
-Adesk::Int16 AcDbPolygonMesh::mSize() const {
-    assertReadEnabled();
-    return read_short(imp(), mesh_place, 71);
-}
+FIELD_MEMBERS(AcDbPolygonMesh, mSize, setMSize, mesh_place, 71)
+FIELD_MEMBERS(AcDbPolygonMesh, nSize, setNSize, mesh_place, 72)
+FIELD_GETTER(AcDbPolygonMesh, mSurfaceDensity, mesh_place, 73)
+FIELD_GETTER(AcDbPolygonMesh, nSurfaceDensity, mesh_place, 74)
+BIT_GETTER(AcDbPolygonMesh, isMClosed, mesh_place, 70, flag::closed)
+BIT_SWITCHES(AcDbPolygonMesh, makeMClosed, makeMOpen, mesh_place, 70, flag::closed)
+BIT_GETTER(AcDbPolygonMesh, isNClosed, mesh_place, 70, flag::columns_closed)
+BIT_SWITCHES(AcDbPolygonMesh, makeNClosed, makeNOpen, mesh_place, 70, flag::columns_closed)
 
-Acad::ErrorStatus AcDbPolygonMesh::setMSize(Adesk::Int16 size) {
-    assertWriteEnabled();
-    if (size < 0)
-        return Acad::eInvalidInput;
-    db::write_integer(imp(), mesh_place, 71, size);
-    return Acad::eOk;
-}
-
-Adesk::Int16 AcDbPolygonMesh::nSize() const {
-    assertReadEnabled();
-    return read_short(imp(), mesh_place, 72);
-}
-
-Acad::ErrorStatus AcDbPolygonMesh::setNSize(Adesk::Int16 size) {
-    assertWriteEnabled();
-    if (size < 0)
-        return Acad::eInvalidInput;
-    db::write_integer(imp(), mesh_place, 72, size);
-    return Acad::eOk;
-}
-
-Adesk::Int16 AcDbPolygonMesh::mSurfaceDensity() const {
-    assertReadEnabled();
-    return read_short(imp(), mesh_place, 73);
-}
-
-Adesk::Int16 AcDbPolygonMesh::nSurfaceDensity() const {
-    assertReadEnabled();
-    return read_short(imp(), mesh_place, 74);
-}
-
-bool AcDbPolygonMesh::isMClosed() const {
-    assertReadEnabled();
-    return (db::read_integer(imp(), mesh_place, 70) & flag::closed) != 0;
-}
-
-Acad::ErrorStatus AcDbPolygonMesh::makeMClosed() {
-    assertWriteEnabled();
-    set_flag(imp(), flag::closed, true);
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbPolygonMesh::makeMOpen() {
-    assertWriteEnabled();
-    set_flag(imp(), flag::closed, false);
-    return Acad::eOk;
-}
-
-bool AcDbPolygonMesh::isNClosed() const {
-    assertReadEnabled();
-    return (db::read_integer(imp(), mesh_place, 70) & flag::columns_closed) != 0;
-}
-
-Acad::ErrorStatus AcDbPolygonMesh::makeNClosed() {
-    assertWriteEnabled();
-    set_flag(imp(), flag::columns_closed, true);
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbPolygonMesh::makeNOpen() {
-    assertWriteEnabled();
-    set_flag(imp(), flag::columns_closed, false);
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbPolygonMesh::appendVertex(AcDbPolygonMeshVertex* vertex) {
-    AcDbObjectId id;
-    return db::append_vertex(*this, vertex, id);
-}
-
-Acad::ErrorStatus AcDbPolygonMesh::appendVertex(AcDbObjectId& id, AcDbPolygonMeshVertex* vertex) {
-    return db::append_vertex(*this, vertex, id);
-}
-
-Acad::ErrorStatus AcDbPolygonMesh::openVertex(AcDbPolygonMeshVertex*& vertex, AcDbObjectId id,
-                                              AcDb::OpenMode mode, bool openErasedOne) const {
-    vertex = nullptr;
-    const Acad::ErrorStatus status = db::check_vertex(imp(), id);
-    return status == Acad::eOk ? acdbOpenObject(vertex, id, mode, openErasedOne) : status;
-}
-
-AcDbObjectIterator* AcDbPolygonMesh::vertexIterator() const {
-    assertReadEnabled();
-    return db::iterate_parts(imp(), "VERTEX").release(); // the caller's
-}
-
-AcRxObject* AcDbPolygonMesh::clone() const {
-    AcRxObject* const copy = AcDbEntity::clone();
-    db::copy_vertices(imp(), static_cast<AcDbObject*>(copy));
-    return copy;
-}
+VERTEX_MEMBERS(AcDbPolygonMesh, AcDbEntity, AcDbPolygonMeshVertex)
+APPEND_VERTEX(AcDbPolygonMesh, AcDbPolygonMeshVertex)
 
 Adesk::Boolean AcDbPolygonMesh::subWorldDraw(AcGiWorldDraw* draw) {
     const net mesh = read_net(imp());
@@ -254,8 +159,7 @@ Adesk::Boolean AcDbPolygonMesh::subWorldDraw(AcGiWorldDraw* draw) {
 
 Acad::ErrorStatus AcDbPolygonMesh::subTransformBy(const AcGeMatrix3d& matrix) {
     return db::for_vertices(imp(), [&](AcDbImpObject& vertex) {
-        db::write_point(vertex, mesh_vertex_place, 10,
-                        matrix * db::read_point(vertex, mesh_vertex_place, 10));
+        db::write_point(vertex, db::mesh_vertex, 10, matrix * db::read_point(vertex, db::mesh_vertex, 10));
     });
 }
 
@@ -277,22 +181,10 @@ Acad::ErrorStatus AcDbPolygonMesh::subExplode(AcDbVoidPtrArray& parts) const {
 
 // ---- faces
 
-AcDbPolyFaceMesh::AcDbPolyFaceMesh() {
-    imp().begin_as("0\nPOLYLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbPolyFaceMesh\n"
-                   "66\n1\n10\n0.0\n20\n0.0\n30\n0.0\n70\n64\n71\n0\n72\n0\n");
-}
+ENTITY_CLASS(AcDbPolyFaceMesh, AcDbEntity, POLYLINE, polyface_place)
 
-AcDbPolyFaceMesh::~AcDbPolyFaceMesh() = default;
-
-Adesk::Int16 AcDbPolyFaceMesh::numVertices() const {
-    assertReadEnabled();
-    return read_short(imp(), polyface_place, 71);
-}
-
-Adesk::Int16 AcDbPolyFaceMesh::numFaces() const {
-    assertReadEnabled();
-    return read_short(imp(), polyface_place, 72);
-}
+FIELD_GETTER(AcDbPolyFaceMesh, numVertices, polyface_place, 71)
+FIELD_GETTER(AcDbPolyFaceMesh, numFaces, polyface_place, 72)
 
 Acad::ErrorStatus AcDbPolyFaceMesh::appendVertex(AcDbPolyFaceMeshVertex* vertex) {
     AcDbObjectId id;
@@ -318,23 +210,7 @@ Acad::ErrorStatus AcDbPolyFaceMesh::appendFaceRecord(AcDbObjectId& id, AcDbFaceR
     return status;
 }
 
-Acad::ErrorStatus AcDbPolyFaceMesh::openVertex(AcDbVertex*& vertex, AcDbObjectId id, AcDb::OpenMode mode,
-                                               bool openErasedOne) const {
-    vertex = nullptr;
-    const Acad::ErrorStatus status = db::check_vertex(imp(), id);
-    return status == Acad::eOk ? acdbOpenObject(vertex, id, mode, openErasedOne) : status;
-}
-
-AcDbObjectIterator* AcDbPolyFaceMesh::vertexIterator() const {
-    assertReadEnabled();
-    return db::iterate_parts(imp(), "VERTEX").release(); // the caller's
-}
-
-AcRxObject* AcDbPolyFaceMesh::clone() const {
-    AcRxObject* const copy = AcDbEntity::clone();
-    db::copy_vertices(imp(), static_cast<AcDbObject*>(copy));
-    return copy;
-}
+VERTEX_MEMBERS(AcDbPolyFaceMesh, AcDbEntity, AcDbVertex)
 
 Adesk::Boolean AcDbPolyFaceMesh::subWorldDraw(AcGiWorldDraw* draw) {
     const bool all = draw->regenType() == kAcGiForExtents;
@@ -354,10 +230,10 @@ Adesk::Boolean AcDbPolyFaceMesh::subWorldDraw(AcGiWorldDraw* draw) {
 
 Acad::ErrorStatus AcDbPolyFaceMesh::subTransformBy(const AcGeMatrix3d& matrix) {
     return db::for_vertices(imp(), [&](AcDbImpObject& vertex) {
-        const int flags = db::read_integer(vertex, polyface_vertex_place, 70);
+        const int flags = db::read_integer(vertex, db::polyface_vertex, 70);
         if ((flags & db::vertex_flag::mesh) != 0) // faces have no place of their own
-            db::write_point(vertex, polyface_vertex_place, 10,
-                            matrix * db::read_point(vertex, polyface_vertex_place, 10));
+            db::write_point(vertex, db::polyface_vertex, 10,
+                            matrix * db::read_point(vertex, db::polyface_vertex, 10));
     });
 }
 

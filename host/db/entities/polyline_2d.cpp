@@ -1,24 +1,33 @@
 #include "acgi.h"
 #include "dbents.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
-#include "host/db/core/part_iterator.h"
 #include "host/db/entities/flat_path.h"
 #include "host/db/entities/imp_curve.h"
 #include "host/db/entities/polyline_parts.h"
+#include "host/db/entities/vertex_fields.h"
 
 #include <cmath>
-
-ACRX_DXF_DEFINE_MEMBERS(AcDb2dPolyline, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, POLYLINE,
-                        "ObjectDBX Classes")
 
 namespace flag = db::polyline_flag;
 
 namespace {
 
-constexpr int polyline_2d_order[] = {66, 10, 20, 30, 39, 70, 40, 41, 71, 72, 73, 74, 75, 210, 220, 230};
-constexpr dxf::group_place polyline_2d_place{"AcDb2dPolyline", polyline_2d_order};
-constexpr int vertex_order[] = {10, 20, 30, 40, 41, 42, 70, 50, 91};
-constexpr dxf::group_place vertex_place{"AcDb2dVertex", vertex_order};
+constexpr db::field polyline_2d_fields[] = {
+    db::number(66, "1"),
+    db::point(10, "0.0"),
+    db::number(39),
+    db::number(70, "0"),
+    db::number(40).not_negative(),
+    db::number(41).not_negative(),
+    db::number(71),
+    db::number(72),
+    db::number(73),
+    db::number(74),
+    db::number(75),
+    db::normal().direction(),
+};
+constexpr auto polyline_2d_place = db::section_of<polyline_2d_fields>("AcDb2dPolyline");
 
 // Group 75 of a spline.
 constexpr int quadratic = 5;
@@ -26,11 +35,6 @@ constexpr int cubic = 6;
 
 int read_flags(const AcDbImpObject& object) {
     return db::read_integer(object, polyline_2d_place, 70);
-}
-
-void set_flag(AcDbImpObject& object, int bit, bool set) {
-    const int flags = read_flags(object);
-    db::write_integer(object, polyline_2d_place, 70, set ? flags | bit : flags & ~bit);
 }
 
 // The old height above the plane, which files before R11 write, stands for one that is missing.
@@ -60,10 +64,7 @@ db::flat_path read_path(const AcDbImpObject& object) {
 
 } // namespace
 
-AcDb2dPolyline::AcDb2dPolyline() {
-    imp().begin_as("0\nPOLYLINE\n100\nAcDbEntity\n8\n0\n100\nAcDb2dPolyline\n"
-                   "66\n1\n10\n0.0\n20\n0.0\n30\n0.0\n70\n0\n");
-}
+ENTITY_CLASS(AcDb2dPolyline, AcDbCurve, POLYLINE, polyline_2d_place)
 
 AcDb2dPolyline::AcDb2dPolyline(AcDb::Poly2dType type, const AcGePoint3dArray& vertices, double elevation,
                                Adesk::Boolean closed, double dfltStartWidth, double dfltEndWidth,
@@ -72,9 +73,10 @@ AcDb2dPolyline::AcDb2dPolyline(AcDb::Poly2dType type, const AcGePoint3dArray& ve
     setElevation(elevation);
     setDefaultStartWidth(dfltStartWidth);
     setDefaultEndWidth(dfltEndWidth);
-    set_flag(imp(), flag::closed, closed);
-    set_flag(imp(), flag::curve_fit, type == AcDb::k2dFitCurvePoly);
-    set_flag(imp(), flag::spline_fit, type == AcDb::k2dQuadSplinePoly || type == AcDb::k2dCubicSplinePoly);
+    db::write_bit(imp(), polyline_2d_place, 70, flag::closed, closed);
+    db::write_bit(imp(), polyline_2d_place, 70, flag::curve_fit, type == AcDb::k2dFitCurvePoly);
+    db::write_bit(imp(), polyline_2d_place, 70, flag::spline_fit,
+                  type == AcDb::k2dQuadSplinePoly || type == AcDb::k2dCubicSplinePoly);
     if (type == AcDb::k2dQuadSplinePoly || type == AcDb::k2dCubicSplinePoly)
         db::write_integer(imp(), polyline_2d_place, 75, type == AcDb::k2dQuadSplinePoly ? quadratic : cubic);
     for (int i = 0; i < vertices.length(); ++i) {
@@ -83,8 +85,6 @@ AcDb2dPolyline::AcDb2dPolyline(AcDb::Poly2dType type, const AcGePoint3dArray& ve
             new AcDb2dVertex({vertices[i].x, vertices[i].y, elevation}, bulge, dfltStartWidth, dfltEndWidth));
     }
 }
-
-AcDb2dPolyline::~AcDb2dPolyline() = default;
 
 AcDb::Poly2dType AcDb2dPolyline::polyType() const {
     assertReadEnabled();
@@ -95,77 +95,13 @@ AcDb::Poly2dType AcDb2dPolyline::polyType() const {
     return (flags & flag::curve_fit) != 0 ? AcDb::k2dFitCurvePoly : AcDb::k2dSimplePoly;
 }
 
-bool AcDb2dPolyline::isClosed() const {
-    assertReadEnabled();
-    return (read_flags(imp()) & flag::closed) != 0;
-}
-
-Acad::ErrorStatus AcDb2dPolyline::makeClosed() {
-    assertWriteEnabled();
-    set_flag(imp(), flag::closed, true);
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDb2dPolyline::makeOpen() {
-    assertWriteEnabled();
-    set_flag(imp(), flag::closed, false);
-    return Acad::eOk;
-}
-
-double AcDb2dPolyline::defaultStartWidth() const {
-    assertReadEnabled();
-    return db::read_real(imp(), polyline_2d_place, 40);
-}
-
-Acad::ErrorStatus AcDb2dPolyline::setDefaultStartWidth(double width) {
-    assertWriteEnabled();
-    if (!(width >= 0.0))
-        return Acad::eInvalidInput;
-    db::write_real(imp(), polyline_2d_place, 40, width);
-    return Acad::eOk;
-}
-
-double AcDb2dPolyline::defaultEndWidth() const {
-    assertReadEnabled();
-    return db::read_real(imp(), polyline_2d_place, 41);
-}
-
-Acad::ErrorStatus AcDb2dPolyline::setDefaultEndWidth(double width) {
-    assertWriteEnabled();
-    if (!(width >= 0.0))
-        return Acad::eInvalidInput;
-    db::write_real(imp(), polyline_2d_place, 41, width);
-    return Acad::eOk;
-}
-
-double AcDb2dPolyline::thickness() const {
-    assertReadEnabled();
-    return db::read_real(imp(), polyline_2d_place, 39);
-}
-
-Acad::ErrorStatus AcDb2dPolyline::setThickness(double thickness) {
-    assertWriteEnabled();
-    db::write_real(imp(), polyline_2d_place, 39, thickness);
-    return Acad::eOk;
-}
-
-AcGeVector3d AcDb2dPolyline::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), polyline_2d_place);
-}
-
-Acad::ErrorStatus AcDb2dPolyline::setNormal(const AcGeVector3d& normal) {
-    assertWriteEnabled();
-    if (normal.isZeroLength())
-        return Acad::eInvalidInput;
-    db::write_normal(imp(), polyline_2d_place, normal.normal());
-    return Acad::eOk;
-}
-
-double AcDb2dPolyline::elevation() const {
-    assertReadEnabled();
-    return read_elevation(imp());
-}
+BIT_GETTER(AcDb2dPolyline, isClosed, polyline_2d_place, 70, flag::closed)
+BIT_SWITCHES(AcDb2dPolyline, makeClosed, makeOpen, polyline_2d_place, 70, flag::closed)
+FIELD_MEMBERS(AcDb2dPolyline, defaultStartWidth, setDefaultStartWidth, polyline_2d_place, 40)
+FIELD_MEMBERS(AcDb2dPolyline, defaultEndWidth, setDefaultEndWidth, polyline_2d_place, 41)
+FIELD_MEMBERS(AcDb2dPolyline, thickness, setThickness, polyline_2d_place, 39)
+FIELD_MEMBERS(AcDb2dPolyline, normal, setNormal, polyline_2d_place, 210)
+VALUE_GETTER(AcDb2dPolyline, elevation, read_elevation(imp()))
 
 Acad::ErrorStatus AcDb2dPolyline::setElevation(double elevation) {
     assertWriteEnabled();
@@ -174,22 +110,9 @@ Acad::ErrorStatus AcDb2dPolyline::setElevation(double elevation) {
     return Acad::eOk;
 }
 
-bool AcDb2dPolyline::isLinetypeGenerationOn() const {
-    assertReadEnabled();
-    return (read_flags(imp()) & flag::plinegen) != 0;
-}
-
-Acad::ErrorStatus AcDb2dPolyline::setLinetypeGenerationOn() {
-    assertWriteEnabled();
-    set_flag(imp(), flag::plinegen, true);
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDb2dPolyline::setLinetypeGenerationOff() {
-    assertWriteEnabled();
-    set_flag(imp(), flag::plinegen, false);
-    return Acad::eOk;
-}
+BIT_GETTER(AcDb2dPolyline, isLinetypeGenerationOn, polyline_2d_place, 70, flag::plinegen)
+BIT_SWITCHES(AcDb2dPolyline, setLinetypeGenerationOn, setLinetypeGenerationOff, polyline_2d_place, 70,
+             flag::plinegen)
 
 Acad::ErrorStatus AcDb2dPolyline::length(double& length) const {
     double end = 0.0;
@@ -197,28 +120,8 @@ Acad::ErrorStatus AcDb2dPolyline::length(double& length) const {
     return status == Acad::eOk ? getDistAtParam(end, length) : status;
 }
 
-// ---- vertices
-
-Acad::ErrorStatus AcDb2dPolyline::appendVertex(AcDb2dVertex* vertex) {
-    AcDbObjectId id;
-    return db::append_vertex(*this, vertex, id);
-}
-
-Acad::ErrorStatus AcDb2dPolyline::appendVertex(AcDbObjectId& id, AcDb2dVertex* vertex) {
-    return db::append_vertex(*this, vertex, id);
-}
-
-Acad::ErrorStatus AcDb2dPolyline::openVertex(AcDb2dVertex*& vertex, AcDbObjectId id, AcDb::OpenMode mode,
-                                             bool openErasedOne) const {
-    vertex = nullptr;
-    const Acad::ErrorStatus status = db::check_vertex(imp(), id);
-    return status == Acad::eOk ? acdbOpenObject(vertex, id, mode, openErasedOne) : status;
-}
-
-AcDbObjectIterator* AcDb2dPolyline::vertexIterator() const {
-    assertReadEnabled();
-    return db::iterate_parts(imp(), "VERTEX").release(); // the caller's
-}
+VERTEX_MEMBERS(AcDb2dPolyline, AcDbCurve, AcDb2dVertex)
+APPEND_VERTEX(AcDb2dPolyline, AcDb2dVertex)
 
 AcGePoint3d AcDb2dPolyline::vertexPosition(const AcDb2dVertex& vertex) const {
     const AcGePoint3d flat = vertex.position();
@@ -227,15 +130,7 @@ AcGePoint3d AcDb2dPolyline::vertexPosition(const AcDb2dVertex& vertex) const {
 
 // ---- as a curve, and as a whole
 
-void AcDb2dPolyline::getEcs(AcGeMatrix3d& matrix) const {
-    matrix.setToPlaneToWorld(normal());
-}
-
-AcRxObject* AcDb2dPolyline::clone() const {
-    AcRxObject* const copy = AcDbCurve::clone();
-    db::copy_vertices(imp(), static_cast<AcDbObject*>(copy));
-    return copy;
-}
+PLANE_FIGURE(AcDb2dPolyline)
 
 bool AcDb2dPolyline::subMakePieces(AcDbImpCurve& pieces) const {
     pieces.reads_parts = true;
@@ -263,17 +158,17 @@ Acad::ErrorStatus AcDb2dPolyline::subTransformBy(const AcGeMatrix3d& matrix) {
     std::size_t index = 0;
     const Acad::ErrorStatus status = db::for_vertices(imp(), [&](AcDbImpObject& vertex) {
         const db::path_vertex& moved = path.vertices[index++];
-        const bool has_z = vertex.groups().find(vertex_place, 30) != dxf::group_list::npos;
-        db::write_point(vertex, vertex_place, 10,
+        const bool has_z = vertex.groups().find(db::flat_vertex, 30) != dxf::group_list::npos;
+        db::write_point(vertex, db::flat_vertex, 10,
                         {moved.point.x, moved.point.y, has_z ? path.elevation : 0.0});
-        db::write_real(vertex, vertex_place, 42, moved.bulge);
+        db::write_real(vertex, db::flat_vertex, 42, moved.bulge);
         for (const auto& [code, width] : {std::pair(40, moved.start_width), std::pair(41, moved.end_width)})
-            if (vertex.groups().find(vertex_place, code) != dxf::group_list::npos)
-                db::write_real(vertex, vertex_place, code, width);
-        if (vertex.groups().find(vertex_place, 50) != dxf::group_list::npos) {
-            const double angle = db::radians(db::read_real(vertex, vertex_place, 50));
+            if (vertex.groups().find(db::flat_vertex, code) != dxf::group_list::npos)
+                db::write_real(vertex, db::flat_vertex, code, width);
+        if (vertex.groups().find(db::flat_vertex, 50) != dxf::group_list::npos) {
+            const double angle = db::radians(db::read_real(vertex, db::flat_vertex, 50));
             if (const double turned = change.turned(angle); std::fabs(turned - angle) > 1e-12)
-                db::write_real(vertex, vertex_place, 50, db::degrees(turned));
+                db::write_real(vertex, db::flat_vertex, 50, db::degrees(turned));
         }
     });
     if (status != Acad::eOk)

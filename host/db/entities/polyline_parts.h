@@ -3,6 +3,7 @@
 
 #include "gemat3d.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/core/part_iterator.h"
 #include "host/db/core/polyline_flags.h"
 
 #include <array>
@@ -41,3 +42,31 @@ Acad::ErrorStatus for_vertices(const AcDbImpObject& polyline,
 void copy_vertices(const AcDbImpObject& from, AcDbObject* copy);
 
 } // namespace db
+
+// What the classes with vertices do to them alike: open one of a kind, go over all, and copy them with the
+// whole.
+#define VERTEX_MEMBERS(CLASS, PARENT, VERTEX)                                                                \
+    Acad::ErrorStatus CLASS::openVertex(VERTEX*& vertex, AcDbObjectId id, AcDb::OpenMode mode,               \
+                                        bool openErasedOne) const {                                          \
+        vertex = nullptr;                                                                                    \
+        const Acad::ErrorStatus status = db::check_vertex(imp(), id);                                        \
+        return status == Acad::eOk ? acdbOpenObject(vertex, id, mode, openErasedOne) : status;               \
+    }                                                                                                        \
+    AcDbObjectIterator* CLASS::vertexIterator() const {                                                      \
+        assertReadEnabled();                                                                                 \
+        return db::iterate_parts(imp(), "VERTEX").release(); /* the caller's */                              \
+    }                                                                                                        \
+    AcRxObject* CLASS::clone() const {                                                                       \
+        AcRxObject* const copy = PARENT::clone();                                                            \
+        db::copy_vertices(imp(), static_cast<AcDbObject*>(copy));                                            \
+        return copy;                                                                                         \
+    }
+// And take one at the end.
+#define APPEND_VERTEX(CLASS, VERTEX)                                                                         \
+    Acad::ErrorStatus CLASS::appendVertex(VERTEX* vertex) {                                                  \
+        AcDbObjectId id;                                                                                     \
+        return db::append_vertex(*this, vertex, id);                                                         \
+    }                                                                                                        \
+    Acad::ErrorStatus CLASS::appendVertex(AcDbObjectId& id, VERTEX* vertex) {                                \
+        return db::append_vertex(*this, vertex, id);                                                         \
+    }

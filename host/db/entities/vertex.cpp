@@ -1,31 +1,20 @@
 #include "dbents.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/entities/polyline_parts.h"
+#include "host/db/entities/vertex_fields.h"
 
 #include <array>
 #include <cstdlib>
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcDbVertex, AcDbEntity)
-ACRX_DXF_DEFINE_MEMBERS(AcDb2dVertex, AcDbVertex, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, VERTEX,
-                        "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDb3dPolylineVertex, AcDbVertex, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0,
-                        VERTEX, "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbPolygonMeshVertex, AcDbVertex, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0,
-                        VERTEX, "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbPolyFaceMeshVertex, AcDbVertex, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0,
-                        VERTEX, "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbFaceRecord, AcDbVertex, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, VERTEX,
-                        "ObjectDBX Classes")
 
 namespace {
 
-constexpr int vertex_order[] = {10, 20, 30, 40, 41, 42, 70, 50, 91};
-constexpr dxf::group_place flat_place{"AcDb2dVertex", vertex_order};
-constexpr dxf::group_place space_place{"AcDb3dPolylineVertex", vertex_order};
-constexpr dxf::group_place mesh_place{"AcDbPolygonMeshVertex", vertex_order};
-constexpr dxf::group_place polyface_place{"AcDbPolyFaceMeshVertex", vertex_order};
-constexpr int face_order[] = {10, 20, 30, 70, 71, 72, 73, 74};
-constexpr dxf::group_place face_place{"AcDbFaceRecord", face_order};
+constexpr auto vertex_marker = db::marker("AcDbVertex");
+constexpr db::field face_fields[] = {db::point(10, "0.0"), db::number(70, "128"), db::number(71),
+                                     db::number(72),       db::number(73),        db::number(74)};
+constexpr auto face_place = db::section_of<face_fields>("AcDbFaceRecord");
 
 AcDb::Vertex3dType space_type(const AcDbImpObject& object, const dxf::group_place& place) {
     const int flags = db::read_integer(object, place, 70);
@@ -37,7 +26,6 @@ AcDb::Vertex3dType space_type(const AcDbImpObject& object, const dxf::group_plac
 } // namespace
 
 AcDbVertex::AcDbVertex() = default;
-AcDbVertex::~AcDbVertex() = default;
 
 Acad::ErrorStatus AcDbVertex::subTransformBy(const AcGeMatrix3d& /*matrix*/) {
     return Acad::eNotApplicable;
@@ -45,10 +33,7 @@ Acad::ErrorStatus AcDbVertex::subTransformBy(const AcGeMatrix3d& /*matrix*/) {
 
 // ---- of flat polylines
 
-AcDb2dVertex::AcDb2dVertex() {
-    imp().begin_as("0\nVERTEX\n100\nAcDbEntity\n8\n0\n100\nAcDbVertex\n100\nAcDb2dVertex\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n40\n0.0\n41\n0.0\n42\n0.0\n70\n0\n");
-}
+ENTITY_CLASS(AcDb2dVertex, AcDbVertex, VERTEX, vertex_marker, db::flat_vertex)
 
 AcDb2dVertex::AcDb2dVertex(const AcGePoint3d& position, double bulge, double startWidth, double endWidth,
                            double tangent, Adesk::Int32 vertexIdentifier)
@@ -60,14 +45,12 @@ AcDb2dVertex::AcDb2dVertex(const AcGePoint3d& position, double bulge, double sta
     if (tangent != 0.0)
         setTangent(tangent);
     if (vertexIdentifier != 0)
-        db::write_integer(imp(), flat_place, 91, vertexIdentifier);
+        db::write_integer(imp(), db::flat_vertex, 91, vertexIdentifier);
 }
-
-AcDb2dVertex::~AcDb2dVertex() = default;
 
 AcDb::Vertex2dType AcDb2dVertex::vertexType() const {
     assertReadEnabled();
-    const int flags = db::read_integer(imp(), flat_place, 70);
+    const int flags = db::read_integer(imp(), db::flat_vertex, 70);
     if ((flags & db::vertex_flag::frame) != 0)
         return AcDb::k2dSplineCtlVertex;
     if ((flags & db::vertex_flag::spline) != 0)
@@ -75,157 +58,53 @@ AcDb::Vertex2dType AcDb2dVertex::vertexType() const {
     return (flags & db::vertex_flag::fitted) != 0 ? AcDb::k2dCurveFitVertex : AcDb::k2dVertex;
 }
 
-AcGePoint3d AcDb2dVertex::position() const {
-    assertReadEnabled();
-    return db::read_point(imp(), flat_place, 10);
-}
-
-Acad::ErrorStatus AcDb2dVertex::setPosition(const AcGePoint3d& position) {
-    assertWriteEnabled();
-    db::write_point(imp(), flat_place, 10, position);
-    return Acad::eOk;
-}
-
-double AcDb2dVertex::startWidth() const {
-    assertReadEnabled();
-    return db::read_real(imp(), flat_place, 40);
-}
-
-Acad::ErrorStatus AcDb2dVertex::setStartWidth(double width) {
-    assertWriteEnabled();
-    if (!(width >= 0.0))
-        return Acad::eInvalidInput;
-    db::write_real(imp(), flat_place, 40, width);
-    return Acad::eOk;
-}
-
-double AcDb2dVertex::endWidth() const {
-    assertReadEnabled();
-    return db::read_real(imp(), flat_place, 41);
-}
-
-Acad::ErrorStatus AcDb2dVertex::setEndWidth(double width) {
-    assertWriteEnabled();
-    if (!(width >= 0.0))
-        return Acad::eInvalidInput;
-    db::write_real(imp(), flat_place, 41, width);
-    return Acad::eOk;
-}
-
-double AcDb2dVertex::bulge() const {
-    assertReadEnabled();
-    return db::read_real(imp(), flat_place, 42);
-}
-
-Acad::ErrorStatus AcDb2dVertex::setBulge(double bulge) {
-    assertWriteEnabled();
-    db::write_real(imp(), flat_place, 42, bulge);
-    return Acad::eOk;
-}
-
-Adesk::Boolean AcDb2dVertex::isTangentUsed() const {
-    assertReadEnabled();
-    return (db::read_integer(imp(), flat_place, 70) & db::vertex_flag::tangent) != 0;
-}
-
-double AcDb2dVertex::tangent() const {
-    assertReadEnabled();
-    return db::radians(db::read_real(imp(), flat_place, 50));
-}
+FIELD_MEMBERS(AcDb2dVertex, position, setPosition, db::flat_vertex, 10)
+FIELD_MEMBERS(AcDb2dVertex, startWidth, setStartWidth, db::flat_vertex, 40)
+FIELD_MEMBERS(AcDb2dVertex, endWidth, setEndWidth, db::flat_vertex, 41)
+FIELD_MEMBERS(AcDb2dVertex, bulge, setBulge, db::flat_vertex, 42)
+BIT_GETTER(AcDb2dVertex, isTangentUsed, db::flat_vertex, 70, db::vertex_flag::tangent)
+FIELD_GETTER(AcDb2dVertex, tangent, db::flat_vertex, 50)
 
 Acad::ErrorStatus AcDb2dVertex::setTangent(double angle) {
     assertWriteEnabled();
     if (tangent() != angle)
-        db::write_real(imp(), flat_place, 50, db::degrees(angle));
-    db::write_integer(imp(), flat_place, 70,
-                      db::read_integer(imp(), flat_place, 70) | db::vertex_flag::tangent);
+        db::write_real(imp(), db::flat_vertex, 50, db::degrees(angle));
+    db::write_integer(imp(), db::flat_vertex, 70,
+                      db::read_integer(imp(), db::flat_vertex, 70) | db::vertex_flag::tangent);
     return Acad::eOk;
 }
 
 // ---- of polylines in space, and of meshes
 
-AcDb3dPolylineVertex::AcDb3dPolylineVertex() {
-    imp().begin_as("0\nVERTEX\n100\nAcDbEntity\n8\n0\n100\nAcDbVertex\n100\nAcDb3dPolylineVertex\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n70\n32\n");
-}
+ENTITY_CLASS(AcDb3dPolylineVertex, AcDbVertex, VERTEX, vertex_marker, db::space_vertex)
 
 AcDb3dPolylineVertex::AcDb3dPolylineVertex(const AcGePoint3d& position) : AcDb3dPolylineVertex() {
     setPosition(position);
 }
 
-AcDb3dPolylineVertex::~AcDb3dPolylineVertex() = default;
+VALUE_GETTER(AcDb3dPolylineVertex, vertexType, space_type(imp(), db::space_vertex))
+FIELD_MEMBERS(AcDb3dPolylineVertex, position, setPosition, db::space_vertex, 10)
 
-AcDb::Vertex3dType AcDb3dPolylineVertex::vertexType() const {
-    assertReadEnabled();
-    return space_type(imp(), space_place);
-}
-
-AcGePoint3d AcDb3dPolylineVertex::position() const {
-    assertReadEnabled();
-    return db::read_point(imp(), space_place, 10);
-}
-
-Acad::ErrorStatus AcDb3dPolylineVertex::setPosition(const AcGePoint3d& position) {
-    assertWriteEnabled();
-    db::write_point(imp(), space_place, 10, position);
-    return Acad::eOk;
-}
-
-AcDbPolygonMeshVertex::AcDbPolygonMeshVertex() {
-    imp().begin_as("0\nVERTEX\n100\nAcDbEntity\n8\n0\n100\nAcDbVertex\n100\nAcDbPolygonMeshVertex\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n70\n64\n");
-}
+ENTITY_CLASS(AcDbPolygonMeshVertex, AcDbVertex, VERTEX, vertex_marker, db::mesh_vertex)
 
 AcDbPolygonMeshVertex::AcDbPolygonMeshVertex(const AcGePoint3d& position) : AcDbPolygonMeshVertex() {
     setPosition(position);
 }
 
-AcDbPolygonMeshVertex::~AcDbPolygonMeshVertex() = default;
+VALUE_GETTER(AcDbPolygonMeshVertex, vertexType, space_type(imp(), db::mesh_vertex))
+FIELD_MEMBERS(AcDbPolygonMeshVertex, position, setPosition, db::mesh_vertex, 10)
 
-AcDb::Vertex3dType AcDbPolygonMeshVertex::vertexType() const {
-    assertReadEnabled();
-    return space_type(imp(), mesh_place);
-}
-
-AcGePoint3d AcDbPolygonMeshVertex::position() const {
-    assertReadEnabled();
-    return db::read_point(imp(), mesh_place, 10);
-}
-
-Acad::ErrorStatus AcDbPolygonMeshVertex::setPosition(const AcGePoint3d& position) {
-    assertWriteEnabled();
-    db::write_point(imp(), mesh_place, 10, position);
-    return Acad::eOk;
-}
-
-AcDbPolyFaceMeshVertex::AcDbPolyFaceMeshVertex() {
-    imp().begin_as("0\nVERTEX\n100\nAcDbEntity\n8\n0\n100\nAcDbVertex\n100\nAcDbPolyFaceMeshVertex\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n70\n192\n");
-}
+ENTITY_CLASS(AcDbPolyFaceMeshVertex, AcDbVertex, VERTEX, vertex_marker, db::polyface_vertex)
 
 AcDbPolyFaceMeshVertex::AcDbPolyFaceMeshVertex(const AcGePoint3d& position) : AcDbPolyFaceMeshVertex() {
     setPosition(position);
 }
 
-AcDbPolyFaceMeshVertex::~AcDbPolyFaceMeshVertex() = default;
-
-AcGePoint3d AcDbPolyFaceMeshVertex::position() const {
-    assertReadEnabled();
-    return db::read_point(imp(), polyface_place, 10);
-}
-
-Acad::ErrorStatus AcDbPolyFaceMeshVertex::setPosition(const AcGePoint3d& position) {
-    assertWriteEnabled();
-    db::write_point(imp(), polyface_place, 10, position);
-    return Acad::eOk;
-}
+FIELD_MEMBERS(AcDbPolyFaceMeshVertex, position, setPosition, db::polyface_vertex, 10)
 
 // ---- faces
 
-AcDbFaceRecord::AcDbFaceRecord() {
-    imp().begin_as("0\nVERTEX\n100\nAcDbEntity\n8\n0\n100\nAcDbFaceRecord\n"
-                   "10\n0.0\n20\n0.0\n30\n0.0\n70\n128\n");
-}
+ENTITY_CLASS(AcDbFaceRecord, AcDbVertex, VERTEX, face_place)
 
 AcDbFaceRecord::AcDbFaceRecord(Adesk::Int16 vtx0, Adesk::Int16 vtx1, Adesk::Int16 vtx2, Adesk::Int16 vtx3)
     : AcDbFaceRecord() {
@@ -234,8 +113,6 @@ AcDbFaceRecord::AcDbFaceRecord(Adesk::Int16 vtx0, Adesk::Int16 vtx1, Adesk::Int1
     setVertexAt(2, vtx2);
     setVertexAt(3, vtx3);
 }
-
-AcDbFaceRecord::~AcDbFaceRecord() = default;
 
 Acad::ErrorStatus AcDbFaceRecord::getVertexAt(Adesk::UInt16 faceIdx, Adesk::Int16& vtxIdx) const {
     assertReadEnabled();
