@@ -9,7 +9,6 @@
 class ACDB_PORT AcDbDimension : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbDimension);
-    ~AcDbDimension() override;
 
     // The block record with its look; null when it has none.
     AcDbObjectId dimBlockId() const;
@@ -61,7 +60,6 @@ class ACDB_PORT AcDbRotatedDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDbRotatedDimension);
     AcDbRotatedDimension();
-    ~AcDbRotatedDimension() override;
 
     AcGePoint3d xLine1Point() const;
     Acad::ErrorStatus setXLine1Point(const AcGePoint3d& point);
@@ -81,7 +79,6 @@ class ACDB_PORT AcDbAlignedDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDbAlignedDimension);
     AcDbAlignedDimension();
-    ~AcDbAlignedDimension() override;
 
     AcGePoint3d xLine1Point() const;
     Acad::ErrorStatus setXLine1Point(const AcGePoint3d& point);
@@ -97,7 +94,6 @@ class ACDB_PORT AcDb3PointAngularDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDb3PointAngularDimension);
     AcDb3PointAngularDimension();
-    ~AcDb3PointAngularDimension() override;
 
     // Through which the arc runs.
     AcGePoint3d arcPoint() const;
@@ -115,7 +111,6 @@ class ACDB_PORT AcDb2LineAngularDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDb2LineAngularDimension);
     AcDb2LineAngularDimension();
-    ~AcDb2LineAngularDimension() override;
 
     AcGePoint3d arcPoint() const;
     Acad::ErrorStatus setArcPoint(const AcGePoint3d& point);
@@ -134,7 +129,6 @@ class ACDB_PORT AcDbRadialDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDbRadialDimension);
     AcDbRadialDimension();
-    ~AcDbRadialDimension() override;
 
     AcGePoint3d center() const;
     Acad::ErrorStatus setCenter(const AcGePoint3d& point);
@@ -149,7 +143,6 @@ class ACDB_PORT AcDbDiametricDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDbDiametricDimension);
     AcDbDiametricDimension();
-    ~AcDbDiametricDimension() override;
 
     // On opposite sides of the circle.
     AcGePoint3d chordPoint() const;
@@ -164,7 +157,6 @@ class ACDB_PORT AcDbOrdinateDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDbOrdinateDimension);
     AcDbOrdinateDimension();
-    ~AcDbOrdinateDimension() override;
 
     AcGePoint3d origin() const;
     Acad::ErrorStatus setOrigin(const AcGePoint3d& point);
@@ -181,7 +173,6 @@ class ACDB_PORT AcDbArcDimension : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDbArcDimension);
     AcDbArcDimension();
-    ~AcDbArcDimension() override;
 
     AcGePoint3d arcPoint() const;
     Acad::ErrorStatus setArcPoint(const AcGePoint3d& point);
@@ -204,7 +195,6 @@ class ACDB_PORT AcDbRadialDimensionLarge : public AcDbDimension {
 public:
     ACRX_DECLARE_MEMBERS(AcDbRadialDimensionLarge);
     AcDbRadialDimensionLarge();
-    ~AcDbRadialDimensionLarge() override;
 
     AcGePoint3d center() const;
     Acad::ErrorStatus setCenter(const AcGePoint3d& point);

@@ -7,7 +7,6 @@ class ACDB_PORT AcDbFcf : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbFcf);
     AcDbFcf();
-    ~AcDbFcf() override;
 
     // With its codes: %%v between boxes, a line feed between rows. The caller frees it.
     ACHAR* text() const;

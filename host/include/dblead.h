@@ -11,7 +11,6 @@ public:
 
     // Straight, with an arrowhead, without vertices.
     AcDbLeader();
-    ~AcDbLeader() override;
 
     AcGeVector3d normal() const;
     int numVertices() const;

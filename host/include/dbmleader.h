@@ -14,7 +14,6 @@ public:
     enum ContentType { kNoneContent = 0, kBlockContent = 1, kMTextContent = 2, kToleranceContent = 3 };
 
     AcDbMLeader();
-    ~AcDbMLeader() override;
 
     ContentType contentType() const;
     int numLeaders() const;

@@ -1,24 +1,35 @@
 #include "acgi.h"
 #include "base/number_text.h"
 #include "dblead.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
-#include "host/db/core/imp_database.h"
-#include "host/db/core/symbol_names.h"
 #include "host/db/custom/proxy_graphics.h"
 #include "host/db/entities/arrowhead.h"
 #include "host/db/entities/imp_curve.h"
 #include "host/db/tables/dimension_style.h"
-#include "host/dxf/record_header.h"
 #include "host/ge/bspline.h"
-
-ACRX_DXF_DEFINE_MEMBERS(AcDbLeader, AcDbCurve, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, LEADER,
-                        "ObjectDBX Classes")
 
 namespace {
 
-constexpr int leader_order[] = {3,   71,  72,  73,  74,  75,  40,  41,  76,  10,  20,  30,  77,
-                                340, 210, 220, 230, 211, 221, 231, 212, 222, 232, 213, 223, 233};
-constexpr dxf::group_place leader_place{"AcDbLeader", leader_order};
+constexpr db::field leader_fields[] = {
+    db::number(3, "Standard"),
+    db::number(71, "1").or_else(1), // an arrowhead
+    db::number(72, "0"),            // splined
+    db::number(73, "3"),            // kind of note
+    db::number(74, "0"),
+    db::number(75, "0"), // a hook line
+    db::number(40, "0.0"),
+    db::number(41, "0.0"), // height and width of the note
+    db::number(76, "0"),   // vertices
+    db::point(10),
+    db::number(77),
+    db::number(340),
+    db::normal(),
+    db::point(211),
+    db::point(212),
+    db::point(213), // offset of the note
+};
+constexpr auto leader_place = db::section_of<leader_fields>("AcDbLeader");
 
 std::vector<AcGePoint3d> vertices(const AcDbImpObject& imp) {
     return db::read_points(imp, leader_place, 10);
@@ -47,17 +58,9 @@ void set_flag(AcDbImpObject& imp, int code, bool value) {
 
 } // namespace
 
-AcDbLeader::AcDbLeader() {
-    imp().begin_as("0\nLEADER\n100\nAcDbEntity\n8\n0\n100\nAcDbLeader\n3\nStandard\n71\n1\n72\n0\n73\n3\n"
-                   "74\n0\n75\n0\n40\n0.0\n41\n0.0\n76\n0\n");
-}
+ENTITY_CLASS(AcDbLeader, AcDbCurve, LEADER, leader_place)
 
-AcDbLeader::~AcDbLeader() = default;
-
-AcGeVector3d AcDbLeader::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), leader_place);
-}
+FIELD_GETTER(AcDbLeader, normal, leader_place, 210)
 
 int AcDbLeader::numVertices() const {
     assertReadEnabled();
@@ -111,10 +114,7 @@ void AcDbLeader::removeLastVertex() {
     db::write_proxy_graphics(imp(), {});
 }
 
-bool AcDbLeader::hasArrowHead() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), leader_place, 71, 1) != 0;
-}
+FIELD_GETTER(AcDbLeader, hasArrowHead, leader_place, 71)
 
 void AcDbLeader::enableArrowHead() {
     assertWriteEnabled();
@@ -126,15 +126,8 @@ void AcDbLeader::disableArrowHead() {
     set_flag(imp(), 71, false);
 }
 
-bool AcDbLeader::hasHookLine() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), leader_place, 75) != 0;
-}
-
-bool AcDbLeader::isSplined() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), leader_place, 72) != 0;
-}
+FIELD_GETTER(AcDbLeader, hasHookLine, leader_place, 75)
+FIELD_GETTER(AcDbLeader, isSplined, leader_place, 72)
 
 void AcDbLeader::setToSplineLeader() {
     assertWriteEnabled();
@@ -152,35 +145,11 @@ AcDbLeader::AnnoType AcDbLeader::annoType() const {
     return type >= kMText && type <= kNoAnno ? static_cast<AnnoType>(type) : kNoAnno;
 }
 
-AcDbObjectId AcDbLeader::annotationObjId() const {
-    assertReadEnabled();
-    if (imp().database == nullptr)
-        return AcDbObjectId::kNull;
-    return imp().database->id(imp().database->records().find(imp().groups().handle(leader_place, 340)));
-}
-
-double AcDbLeader::annoHeight() const {
-    assertReadEnabled();
-    return db::read_real(imp(), leader_place, 40);
-}
-
-double AcDbLeader::annoWidth() const {
-    assertReadEnabled();
-    return db::read_real(imp(), leader_place, 41);
-}
-
-AcGeVector3d AcDbLeader::annotationOffset() const {
-    assertReadEnabled();
-    return db::read_point(imp(), leader_place, 213).asVector();
-}
-
-AcDbObjectId AcDbLeader::dimensionStyle() const {
-    assertReadEnabled();
-    if (imp().database == nullptr)
-        return AcDbObjectId::kNull;
-    const std::string_view name = dxf::trimmed(imp().groups().text(leader_place, 3).value_or("Standard"));
-    return imp().database->id(imp().database->names().find(db::table_kind::dim_style, imp().decode(name)));
-}
+FIELD_GETTER(AcDbLeader, annotationObjId, leader_place, 340)
+FIELD_GETTER(AcDbLeader, annoHeight, leader_place, 40)
+FIELD_GETTER(AcDbLeader, annoWidth, leader_place, 41)
+FIELD_GETTER(AcDbLeader, annotationOffset, leader_place, 213)
+VALUE_GETTER(AcDbLeader, dimensionStyle, db::dimension_style_id(imp(), leader_place))
 
 bool AcDbLeader::subMakePieces(AcDbImpCurve& pieces) const {
     if (isSplined()) {
@@ -210,7 +179,7 @@ Adesk::Boolean AcDbLeader::subWorldDraw(AcGiWorldDraw* draw) {
             pointing = -curve.at(curve.first()).first;
         }
     }
-    const std::string_view style = imp().groups().text(leader_place, 3).value_or("Standard");
+    const std::string_view style = db::dimension_style_of(imp(), leader_place);
     // Where texts stand above the line it goes on under the note.
     if (hasHookLine() && annoType() == kMText && points.size() > 1 &&
         db::style_real(imp(), style, 77, 0.0) != 0.0) {

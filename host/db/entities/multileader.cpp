@@ -2,6 +2,7 @@
 #include "dbmleader.h"
 #include "dbmtext.h"
 #include "dbsymtb.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/open_objects.h"
@@ -11,12 +12,15 @@
 #include "host/db/entities/multileader_context.h"
 #include "host/dxf/record_header.h"
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbMLeader, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, MULTILEADER,
-                        "ACDB_MLEADER_CLASS")
-
 namespace {
 
-constexpr dxf::group_place multileader_place{"AcDbMLeader"};
+constexpr db::field multileader_fields[] = {
+    db::number(270, "2"),  db::number(300, "CONTEXT_DATA{"),
+    db::number(40, "1.0"), db::number(290, "0"),
+    db::number(296, "0"),  db::number(301, "}"),
+    db::number(172, "0"),
+};
+constexpr db::section multileader_place{{"AcDbMLeader"}, multileader_fields};
 
 // The vertices of all leader lines, each as far as the landing.
 std::vector<std::vector<AcGePoint3d>> lines_of(const db::multileader_context& context) {
@@ -58,13 +62,7 @@ std::unique_ptr<AcDbMText> text_of(const AcDbImpObject& imp, const db::multilead
 
 } // namespace
 
-AcDbMLeader::AcDbMLeader() {
-    imp().begin_as(
-        "0\nMULTILEADER\n100\nAcDbEntity\n8\n0\n100\nAcDbMLeader\n270\n2\n300\nCONTEXT_DATA{\n40\n1.0\n"
-        "290\n0\n296\n0\n301\n}\n172\n0\n");
-}
-
-AcDbMLeader::~AcDbMLeader() = default;
+ENTITY_CLASS_OF(AcDbMLeader, AcDbEntity, MULTILEADER, "ACDB_MLEADER_CLASS", multileader_place)
 
 AcDbMLeader::ContentType AcDbMLeader::contentType() const {
     assertReadEnabled();
@@ -72,15 +70,8 @@ AcDbMLeader::ContentType AcDbMLeader::contentType() const {
     return context.has_text ? kMTextContent : context.has_block ? kBlockContent : kNoneContent;
 }
 
-int AcDbMLeader::numLeaders() const {
-    assertReadEnabled();
-    return static_cast<int>(db::read_context(imp()).leaders.size());
-}
-
-int AcDbMLeader::numLeaderLines() const {
-    assertReadEnabled();
-    return static_cast<int>(lines_of(db::read_context(imp())).size());
-}
+VALUE_GETTER(AcDbMLeader, numLeaders, static_cast<int>(db::read_context(imp()).leaders.size()))
+VALUE_GETTER(AcDbMLeader, numLeaderLines, static_cast<int>(lines_of(db::read_context(imp())).size()))
 
 Acad::ErrorStatus AcDbMLeader::numVertices(int leaderLineIndex, int& count) const {
     assertReadEnabled();
@@ -138,20 +129,9 @@ AcDbObjectId AcDbMLeader::blockContentId() const {
                : AcDbObjectId::kNull;
 }
 
-double AcDbMLeader::scale() const {
-    assertReadEnabled();
-    return db::read_context(imp()).scale;
-}
-
-double AcDbMLeader::textHeight() const {
-    assertReadEnabled();
-    return db::read_context(imp()).text_height;
-}
-
-double AcDbMLeader::arrowSize() const {
-    assertReadEnabled();
-    return db::read_context(imp()).arrow_size;
-}
+VALUE_GETTER(AcDbMLeader, scale, db::read_context(imp()).scale)
+VALUE_GETTER(AcDbMLeader, textHeight, db::read_context(imp()).text_height)
+VALUE_GETTER(AcDbMLeader, arrowSize, db::read_context(imp()).arrow_size)
 
 Adesk::Boolean AcDbMLeader::subWorldDraw(AcGiWorldDraw* draw) {
     const std::string saved = db::read_proxy_graphics(imp());

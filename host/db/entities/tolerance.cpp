@@ -1,25 +1,18 @@
 #include "acgi.h"
-#include "acutmem.h"
 #include "dbfcf.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
-#include "host/db/core/imp_database.h"
-#include "host/db/core/symbol_names.h"
 #include "host/db/custom/proxy_graphics.h"
 #include "host/db/tables/dimension_style.h"
 #include "host/db/tables/text_styles.h"
-#include "host/dxf/record_header.h"
-
-ACRX_DXF_DEFINE_MEMBERS(AcDbFcf, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, TOLERANCE,
-                        "ObjectDBX Classes")
 
 namespace {
 
-constexpr int tolerance_order[] = {3, 10, 20, 30, 1, 210, 220, 230, 11, 21, 31};
-constexpr dxf::group_place tolerance_place{"AcDbFcf", tolerance_order};
-
-std::string_view style_of(const AcDbImpObject& imp) {
-    return imp.groups().text(tolerance_place, 3).value_or("Standard");
-}
+constexpr db::field tolerance_fields[] = {
+    db::number(3, "Standard"),    db::point(10, "0.0"), db::number(1, ""), db::normal(),
+    db::point(11, "1.0 0.0 0.0"),
+};
+constexpr auto tolerance_place = db::section_of<tolerance_fields>("AcDbFcf");
 
 // The parts of a text between separators; empty ones at the end are left out.
 std::vector<std::wstring> parts_of(std::wstring_view text,
@@ -60,20 +53,9 @@ std::wstring without_fonts(std::wstring_view text) {
 
 } // namespace
 
-AcDbFcf::AcDbFcf() {
-    imp().begin_as(
-        "0\nTOLERANCE\n100\nAcDbEntity\n8\n0\n100\nAcDbFcf\n3\nStandard\n10\n0.0\n20\n0.0\n30\n0.0\n"
-        "1\n\n11\n1.0\n21\n0.0\n31\n0.0\n");
-}
+ENTITY_CLASS(AcDbFcf, AcDbEntity, TOLERANCE, tolerance_place)
 
-AcDbFcf::~AcDbFcf() = default;
-
-ACHAR* AcDbFcf::text() const {
-    assertReadEnabled();
-    ACHAR* copy = nullptr;
-    acutNewString(imp().decode(imp().groups().text(tolerance_place, 1).value_or("")).c_str(), copy);
-    return copy;
-}
+FIELD_GETTER(AcDbFcf, text, tolerance_place, 1)
 
 Acad::ErrorStatus AcDbFcf::setText(const ACHAR* text) {
     assertWriteEnabled();
@@ -83,16 +65,7 @@ Acad::ErrorStatus AcDbFcf::setText(const ACHAR* text) {
     return Acad::eOk;
 }
 
-AcGePoint3d AcDbFcf::location() const {
-    assertReadEnabled();
-    return db::read_point(imp(), tolerance_place, 10);
-}
-
-Acad::ErrorStatus AcDbFcf::setLocation(const AcGePoint3d& location) {
-    assertWriteEnabled();
-    db::write_point(imp(), tolerance_place, 10, location);
-    return Acad::eOk;
-}
+FIELD_MEMBERS(AcDbFcf, location, setLocation, tolerance_place, 10)
 
 AcGeVector3d AcDbFcf::direction() const {
     assertReadEnabled();
@@ -101,22 +74,12 @@ AcGeVector3d AcDbFcf::direction() const {
                                     : direction.normal();
 }
 
-AcGeVector3d AcDbFcf::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), tolerance_place);
-}
-
-AcDbObjectId AcDbFcf::dimensionStyle() const {
-    assertReadEnabled();
-    if (imp().database == nullptr)
-        return AcDbObjectId::kNull;
-    return imp().database->id(
-        imp().database->names().find(db::table_kind::dim_style, imp().decode(dxf::trimmed(style_of(imp())))));
-}
+FIELD_GETTER(AcDbFcf, normal, tolerance_place, 210)
+VALUE_GETTER(AcDbFcf, dimensionStyle, db::dimension_style_id(imp(), tolerance_place))
 
 // Rows of boxes, twice as high as the letters, each as wide as its text and once their height.
 Adesk::Boolean AcDbFcf::subWorldDraw(AcGiWorldDraw* draw) {
-    const double height = db::dimension_text_height(imp(), style_of(imp()));
+    const double height = db::dimension_text_height(imp(), db::dimension_style_of(imp(), tolerance_place));
     if (!(height > 0.0))
         return true;
     const AcGeVector3d x = direction();
