@@ -24,7 +24,6 @@ public:
     enum ColumnType { kNoColumns = 0, kStaticColumns = 1, kDynamicColumns = 2 };
 
     AcDbMText();
-    ~AcDbMText() override;
 
     AcGePoint3d location() const;
     Acad::ErrorStatus setLocation(const AcGePoint3d& location);

@@ -1,7 +1,7 @@
-#include "acutmem.h"
 #include "base/number_text.h"
 #include "dbents.h"
 #include "host/db/core/blocks.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/first_groups.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
@@ -9,42 +9,13 @@
 #include "host/db/entities/text.h"
 #include "host/dxf/record_header.h"
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbAttributeDefinition, AcDbText, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0,
-                        ATTDEF, "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbAttribute, AcDbText, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, ATTRIB,
-                        "ObjectDBX Classes")
-
 namespace {
-
-constexpr int definition_order[] = {3, 2, 70, 73, 74};
-constexpr dxf::group_place definition_place{"AcDbAttributeDefinition", definition_order};
-constexpr int attribute_order[] = {2, 70, 73, 74};
-constexpr dxf::group_place attribute_place{"AcDbAttribute", attribute_order};
 
 // Bits of group 70.
 constexpr int invisible_bit = 1;
 constexpr int constant_bit = 2;
 constexpr int verify_bit = 4;
 constexpr int preset_bit = 8;
-
-bool flag(const AcDbText& text, const dxf::group_place& where, int bit) {
-    text.assertReadEnabled();
-    return (db::read_integer(text.imp(), where, 70) & bit) != 0;
-}
-
-Acad::ErrorStatus set_flag(AcDbText& text, const dxf::group_place& where, int bit, bool on) {
-    text.assertWriteEnabled();
-    const int flags = db::read_integer(text.imp(), where, 70);
-    db::write_integer(text.imp(), where, 70, on ? flags | bit : flags & ~bit);
-    return Acad::eOk;
-}
-
-ACHAR* text_of(const AcDbText& text, const dxf::group_place& where, int code) {
-    text.assertReadEnabled();
-    ACHAR* copy = nullptr;
-    acutNewString(text.imp().decode(text.imp().groups().text(where, code).value_or("")).c_str(), copy);
-    return copy;
-}
 
 Acad::ErrorStatus set_tag(AcDbText& text, const dxf::group_place& where, const ACHAR* tag) {
     text.assertWriteEnabled();
@@ -53,12 +24,6 @@ Acad::ErrorStatus set_tag(AcDbText& text, const dxf::group_place& where, const A
         return Acad::eInvalidInput;
     if (text.imp().decode(text.imp().groups().text(where, 2).value_or("")) != wanted)
         text.imp().edit().set_text(where, 2, text.imp().encode(wanted));
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus set_field_length(AcDbText& text, const dxf::group_place& where, Adesk::UInt16 length) {
-    text.assertWriteEnabled();
-    db::write_integer(text.imp(), where, 73, length);
     return Acad::eOk;
 }
 
@@ -127,11 +92,7 @@ bool draw_lines(const AcDbText& text, AcGiWorldDraw& draw) {
 
 // ---- definitions
 
-AcDbAttributeDefinition::AcDbAttributeDefinition() {
-    imp().begin_as(
-        "0\nATTDEF\n100\nAcDbEntity\n8\n0\n100\nAcDbText\n10\n0.0\n20\n0.0\n30\n0.0\n40\n1.0\n1\n\n"
-        "100\nAcDbAttributeDefinition\n3\n\n2\n\n70\n0\n");
-}
+ENTITY_CLASS(AcDbAttributeDefinition, AcDbText, ATTDEF, db::text_place, db::definition_place)
 
 AcDbAttributeDefinition::AcDbAttributeDefinition(const AcGePoint3d& position, const ACHAR* text,
                                                  const ACHAR* tag, const ACHAR* prompt, AcDbObjectId style)
@@ -144,81 +105,37 @@ AcDbAttributeDefinition::AcDbAttributeDefinition(const AcGePoint3d& position, co
         setTextStyle(style);
 }
 
-AcDbAttributeDefinition::~AcDbAttributeDefinition() = default;
-
-ACHAR* AcDbAttributeDefinition::prompt() const {
-    return text_of(*this, definition_place, 3);
-}
+FIELD_GETTER(AcDbAttributeDefinition, prompt, db::definition_place, 3)
 
 Acad::ErrorStatus AcDbAttributeDefinition::setPrompt(const ACHAR* prompt) {
     assertWriteEnabled();
     const std::wstring wanted = prompt != nullptr ? prompt : L"";
-    if (imp().decode(imp().groups().text(definition_place, 3).value_or("")) != wanted)
-        imp().edit().set_text(definition_place, 3, imp().encode(wanted));
+    if (imp().decode(imp().groups().text(db::definition_place, 3).value_or("")) != wanted)
+        imp().edit().set_text(db::definition_place, 3, imp().encode(wanted));
     return Acad::eOk;
 }
 
-ACHAR* AcDbAttributeDefinition::tag() const {
-    return text_of(*this, definition_place, 2);
-}
+FIELD_GETTER(AcDbAttributeDefinition, tag, db::definition_place, 2)
 
 Acad::ErrorStatus AcDbAttributeDefinition::setTag(const ACHAR* tag) {
-    return set_tag(*this, definition_place, tag);
+    return set_tag(*this, db::definition_place, tag);
 }
 
-Adesk::Boolean AcDbAttributeDefinition::isInvisible() const {
-    return flag(*this, definition_place, invisible_bit);
-}
-
-Acad::ErrorStatus AcDbAttributeDefinition::setInvisible(Adesk::Boolean invisible) {
-    return set_flag(*this, definition_place, invisible_bit, invisible);
-}
-
-Adesk::Boolean AcDbAttributeDefinition::isConstant() const {
-    return flag(*this, definition_place, constant_bit);
-}
-
-Acad::ErrorStatus AcDbAttributeDefinition::setConstant(Adesk::Boolean constant) {
-    return set_flag(*this, definition_place, constant_bit, constant);
-}
-
-Adesk::Boolean AcDbAttributeDefinition::isVerifiable() const {
-    return flag(*this, definition_place, verify_bit);
-}
-
-Acad::ErrorStatus AcDbAttributeDefinition::setVerifiable(Adesk::Boolean verifiable) {
-    return set_flag(*this, definition_place, verify_bit, verifiable);
-}
-
-Adesk::Boolean AcDbAttributeDefinition::isPreset() const {
-    return flag(*this, definition_place, preset_bit);
-}
-
-Acad::ErrorStatus AcDbAttributeDefinition::setPreset(Adesk::Boolean preset) {
-    return set_flag(*this, definition_place, preset_bit, preset);
-}
-
-Adesk::UInt16 AcDbAttributeDefinition::fieldLength() const {
-    assertReadEnabled();
-    return static_cast<Adesk::UInt16>(db::read_integer(imp(), definition_place, 73));
-}
-
-Acad::ErrorStatus AcDbAttributeDefinition::setFieldLength(Adesk::UInt16 length) {
-    return set_field_length(*this, definition_place, length);
-}
+BIT_MEMBERS(AcDbAttributeDefinition, isInvisible, setInvisible, db::definition_place, 70, invisible_bit)
+BIT_MEMBERS(AcDbAttributeDefinition, isConstant, setConstant, db::definition_place, 70, constant_bit)
+BIT_MEMBERS(AcDbAttributeDefinition, isVerifiable, setVerifiable, db::definition_place, 70, verify_bit)
+BIT_MEMBERS(AcDbAttributeDefinition, isPreset, setPreset, db::definition_place, 70, preset_bit)
+FIELD_MEMBERS(AcDbAttributeDefinition, fieldLength, setFieldLength, db::definition_place, 73)
 
 bool AcDbAttributeDefinition::lockPositionInBlock() const {
-    return is_locked(*this, definition_place);
+    return is_locked(*this, db::definition_place);
 }
 
 Acad::ErrorStatus AcDbAttributeDefinition::setLockPositionInBlock(bool locked) {
-    return set_locked(*this, definition_place, locked);
+    return set_locked(*this, db::definition_place, locked);
 }
 
-bool AcDbAttributeDefinition::isMTextAttributeDefinition() const {
-    assertReadEnabled();
-    return db::embedded_mtext(imp()) != nullptr;
-}
+VALUE_GETTER(AcDbAttributeDefinition, isMTextAttributeDefinition, db::embedded_mtext(imp()) != nullptr)
 
 AcDbMText* AcDbAttributeDefinition::getMTextAttributeDefinition() const {
     assertReadEnabled();
@@ -233,7 +150,7 @@ Adesk::Boolean AcDbAttributeDefinition::subWorldDraw(AcGiWorldDraw* draw) {
     db::draw_text(imp(),
                   shows_text
                       ? std::wstring(textStringConst())
-                      : imp().decode(dxf::trimmed(imp().groups().text(definition_place, 2).value_or(""))),
+                      : imp().decode(dxf::trimmed(imp().groups().text(db::definition_place, 2).value_or(""))),
                   *draw);
     return true;
 }
@@ -247,11 +164,7 @@ Adesk::UInt32 AcDbAttributeDefinition::subSetAttributes(AcGiDrawableTraits* trai
 
 // ---- attributes
 
-AcDbAttribute::AcDbAttribute() {
-    imp().begin_as(
-        "0\nATTRIB\n100\nAcDbEntity\n8\n0\n100\nAcDbText\n10\n0.0\n20\n0.0\n30\n0.0\n40\n1.0\n1\n\n"
-        "100\nAcDbAttribute\n2\n\n70\n0\n");
-}
+ENTITY_CLASS(AcDbAttribute, AcDbText, ATTRIB, db::text_place, db::attribute_place)
 
 AcDbAttribute::AcDbAttribute(const AcGePoint3d& position, const ACHAR* text, const ACHAR* tag,
                              AcDbObjectId style)
@@ -263,51 +176,24 @@ AcDbAttribute::AcDbAttribute(const AcGePoint3d& position, const ACHAR* text, con
         setTextStyle(style);
 }
 
-AcDbAttribute::~AcDbAttribute() = default;
-
-ACHAR* AcDbAttribute::tag() const {
-    return text_of(*this, attribute_place, 2);
-}
+FIELD_GETTER(AcDbAttribute, tag, db::attribute_place, 2)
 
 Acad::ErrorStatus AcDbAttribute::setTag(const ACHAR* tag) {
-    return set_tag(*this, attribute_place, tag);
+    return set_tag(*this, db::attribute_place, tag);
 }
 
-Adesk::Boolean AcDbAttribute::isInvisible() const {
-    return flag(*this, attribute_place, invisible_bit);
-}
-
-Acad::ErrorStatus AcDbAttribute::setInvisible(Adesk::Boolean invisible) {
-    return set_flag(*this, attribute_place, invisible_bit, invisible);
-}
-
-Adesk::Boolean AcDbAttribute::isConstant() const {
-    return flag(*this, attribute_place, constant_bit);
-}
-
-Adesk::Boolean AcDbAttribute::isVerifiable() const {
-    return flag(*this, attribute_place, verify_bit);
-}
-
-Adesk::Boolean AcDbAttribute::isPreset() const {
-    return flag(*this, attribute_place, preset_bit);
-}
-
-Adesk::UInt16 AcDbAttribute::fieldLength() const {
-    assertReadEnabled();
-    return static_cast<Adesk::UInt16>(db::read_integer(imp(), attribute_place, 73));
-}
-
-Acad::ErrorStatus AcDbAttribute::setFieldLength(Adesk::UInt16 length) {
-    return set_field_length(*this, attribute_place, length);
-}
+BIT_MEMBERS(AcDbAttribute, isInvisible, setInvisible, db::attribute_place, 70, invisible_bit)
+BIT_GETTER(AcDbAttribute, isConstant, db::attribute_place, 70, constant_bit)
+BIT_GETTER(AcDbAttribute, isVerifiable, db::attribute_place, 70, verify_bit)
+BIT_GETTER(AcDbAttribute, isPreset, db::attribute_place, 70, preset_bit)
+FIELD_MEMBERS(AcDbAttribute, fieldLength, setFieldLength, db::attribute_place, 73)
 
 bool AcDbAttribute::lockPositionInBlock() const {
-    return is_locked(*this, attribute_place);
+    return is_locked(*this, db::attribute_place);
 }
 
 Acad::ErrorStatus AcDbAttribute::setLockPositionInBlock(bool locked) {
-    return set_locked(*this, attribute_place, locked);
+    return set_locked(*this, db::attribute_place, locked);
 }
 
 Acad::ErrorStatus AcDbAttribute::setAttributeFromBlock(const AcDbAttributeDefinition* definition,
@@ -317,28 +203,24 @@ Acad::ErrorStatus AcDbAttribute::setAttributeFromBlock(const AcDbAttributeDefini
         return Acad::eNullObjectPointer;
     setPropertiesFrom(definition, false);
     // What stands in the groups of the text is the same for both.
-    static constexpr int copied[] = {39, 10, 20, 30, 40, 1, 50, 41, 51, 7, 71, 72, 11, 21, 31, 210, 220, 230};
-    static constexpr dxf::group_place text_place{"AcDbText", copied};
     const db::first_groups from(definition->imp().groups());
-    for (const int code : copied) {
+    for (const int code : db::text_place.order) {
         if (!from.has(code))
-            imp().edit().remove(text_place, code);
+            imp().edit().remove(db::text_place, code);
         else if (code == 1 || code == 7)
-            imp().edit().set_text(text_place, code, imp().encode(definition->imp().decode(from.text(code))));
+            imp().edit().set_text(db::text_place, code,
+                                  imp().encode(definition->imp().decode(from.text(code))));
         else
-            imp().edit().set_text(text_place, code, dxf::trimmed(from.text(code)));
+            imp().edit().set_text(db::text_place, code, dxf::trimmed(from.text(code)));
     }
-    imp().edit().set_text(attribute_place, 2, imp().encode(definition->imp().decode(from.text(2))));
+    imp().edit().set_text(db::attribute_place, 2, imp().encode(definition->imp().decode(from.text(2))));
     for (const int code : {70, 73, 74})
-        db::write_integer(imp(), attribute_place, code, from.integer(code));
-    set_locked(*this, attribute_place, definition->lockPositionInBlock());
+        db::write_integer(imp(), db::attribute_place, code, from.integer(code));
+    set_locked(*this, db::attribute_place, definition->lockPositionInBlock());
     return transformBy(blockTransform);
 }
 
-bool AcDbAttribute::isMTextAttribute() const {
-    assertReadEnabled();
-    return db::embedded_mtext(imp()) != nullptr;
-}
+VALUE_GETTER(AcDbAttribute, isMTextAttribute, db::embedded_mtext(imp()) != nullptr)
 
 AcDbMText* AcDbAttribute::getMTextAttribute() const {
     assertReadEnabled();

@@ -2,6 +2,7 @@
 
 #include "acutmem.h"
 #include "dbents.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/first_groups.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
@@ -12,29 +13,22 @@
 #include <cmath>
 #include <numbers>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbText, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, TEXT,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr int text_order[] = {39, 10, 20, 30, 40, 1, 50, 41, 51, 7, 71, 72, 11, 21, 31, 210, 220, 230};
-constexpr dxf::group_place text_place{"AcDbText", text_order};
 // Attributes may have what belongs to the text behind their own marker.
-constexpr dxf::group_place anywhere{"*", text_order};
+constexpr dxf::group_place anywhere{"*", db::order_of<db::text_fields>};
+constexpr auto second_marker = db::marker("AcDbText");
 
 // The vertical mode stands behind a second marker of the class, in attributes in a group of their own.
 constexpr int vertical_order[] = {39, 10, 20, 30, 40, 1,   50,  41,  51,  7,
                                   71, 72, 11, 21, 31, 210, 220, 230, 100, 73};
 constexpr dxf::group_place vertical_place{"*", vertical_order};
-constexpr int attribute_order[] = {3, 2, 70, 73, 74};
-constexpr dxf::group_place attribute_place{"AcDbAttribute", attribute_order};
-constexpr dxf::group_place definition_place{"AcDbAttributeDefinition", attribute_order};
 
 const dxf::group_place& place_of(const AcDbImpObject& object, int code) {
     const dxf::group_list& groups = object.groups();
-    const bool elsewhere = groups.find(text_place, code) == dxf::group_list::npos &&
+    const bool elsewhere = groups.find(db::text_place, code) == dxf::group_list::npos &&
                            groups.find(anywhere, code) != dxf::group_list::npos;
-    return elsewhere ? anywhere : text_place;
+    return elsewhere ? anywhere : db::text_place;
 }
 
 std::string_view type_of(const AcDbImpObject& object) {
@@ -44,9 +38,9 @@ std::string_view type_of(const AcDbImpObject& object) {
 
 void write_vertical(AcDbImpObject& object, int mode) {
     if (type_of(object) == "ATTRIB")
-        db::write_integer(object, attribute_place, 74, mode);
+        db::write_integer(object, db::attribute_place, 74, mode);
     else if (type_of(object) == "ATTDEF")
-        db::write_integer(object, definition_place, 74, mode);
+        db::write_integer(object, db::definition_place, 74, mode);
     else
         db::write_integer(object, vertical_place, 73, mode);
 }
@@ -75,8 +69,7 @@ constexpr int backward_bit = 2;
 constexpr int upside_down_bit = 4;
 
 void set_flag(AcDbImpObject& object, int bit, bool on) {
-    const int flags = db::read_integer(object, place_of(object, 71), 71);
-    db::write_integer(object, place_of(object, 71), 71, on ? flags | bit : flags & ~bit);
+    db::write_bit(object, place_of(object, 71), 71, bit, on);
 }
 
 constexpr double steepest = 85.0; // degrees, as the editor takes them
@@ -168,10 +161,7 @@ void draw_text(const AcDbImpObject& object, std::wstring_view message, AcGiWorld
 
 } // namespace db
 
-AcDbText::AcDbText() {
-    imp().begin_as("0\nTEXT\n100\nAcDbEntity\n8\n0\n100\nAcDbText\n10\n0.0\n20\n0.0\n30\n0.0\n40\n1.0\n1\n\n"
-                   "100\nAcDbText\n");
-}
+ENTITY_CLASS(AcDbText, AcDbEntity, TEXT, db::text_place, second_marker)
 
 AcDbText::AcDbText(const AcGePoint3d& position, const ACHAR* text, AcDbObjectId style, double height,
                    double rotation)
@@ -184,8 +174,6 @@ AcDbText::AcDbText(const AcGePoint3d& position, const ACHAR* text, AcDbObjectId 
         setHeight(height);
     setRotation(rotation);
 }
-
-AcDbText::~AcDbText() = default;
 
 // In the file points are in the coordinates of the plane.
 AcGePoint3d AcDbText::position() const {
@@ -216,15 +204,8 @@ Acad::ErrorStatus AcDbText::setAlignmentPoint(const AcGePoint3d& point) {
     return adjustAlignment();
 }
 
-Adesk::Boolean AcDbText::isDefaultAlignment() const {
-    assertReadEnabled();
-    return db::text_line(imp()).is_default_alignment();
-}
-
-AcGeVector3d AcDbText::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), place_of(imp(), 210));
-}
+VALUE_GETTER(AcDbText, isDefaultAlignment, db::text_line(imp()).is_default_alignment())
+VALUE_GETTER(AcDbText, normal, db::read_normal(imp(), place_of(imp(), 210)))
 
 Acad::ErrorStatus AcDbText::setNormal(const AcGeVector3d& normal) {
     assertWriteEnabled();
@@ -240,10 +221,7 @@ Acad::ErrorStatus AcDbText::setNormal(const AcGeVector3d& normal) {
     return Acad::eOk;
 }
 
-double AcDbText::thickness() const {
-    assertReadEnabled();
-    return db::read_real(imp(), place_of(imp(), 39), 39);
-}
+VALUE_GETTER(AcDbText, thickness, db::read_real(imp(), place_of(imp(), 39), 39))
 
 Acad::ErrorStatus AcDbText::setThickness(double thickness) {
     assertWriteEnabled();
@@ -251,10 +229,7 @@ Acad::ErrorStatus AcDbText::setThickness(double thickness) {
     return Acad::eOk;
 }
 
-double AcDbText::oblique() const {
-    assertReadEnabled();
-    return db::text_line(imp()).oblique;
-}
+VALUE_GETTER(AcDbText, oblique, db::text_line(imp()).oblique)
 
 Acad::ErrorStatus AcDbText::setOblique(double angle) {
     assertWriteEnabled();
@@ -265,10 +240,7 @@ Acad::ErrorStatus AcDbText::setOblique(double angle) {
     return Acad::eOk;
 }
 
-double AcDbText::rotation() const {
-    assertReadEnabled();
-    return db::text_line(imp()).rotation;
-}
+VALUE_GETTER(AcDbText, rotation, db::text_line(imp()).rotation)
 
 Acad::ErrorStatus AcDbText::setRotation(double angle) {
     assertWriteEnabled();
@@ -278,10 +250,7 @@ Acad::ErrorStatus AcDbText::setRotation(double angle) {
     return adjustAlignment();
 }
 
-double AcDbText::height() const {
-    assertReadEnabled();
-    return db::text_line(imp()).height;
-}
+VALUE_GETTER(AcDbText, height, db::text_line(imp()).height)
 
 Acad::ErrorStatus AcDbText::setHeight(double height) {
     assertWriteEnabled();
@@ -291,10 +260,7 @@ Acad::ErrorStatus AcDbText::setHeight(double height) {
     return adjustAlignment();
 }
 
-double AcDbText::widthFactor() const {
-    assertReadEnabled();
-    return db::text_line(imp()).width_factor;
-}
+VALUE_GETTER(AcDbText, widthFactor, db::text_line(imp()).width_factor)
 
 Acad::ErrorStatus AcDbText::setWidthFactor(double factor) {
     assertWriteEnabled();
@@ -331,10 +297,7 @@ Acad::ErrorStatus AcDbText::setTextString(const ACHAR* text) {
     return adjustAlignment();
 }
 
-AcDbObjectId AcDbText::textStyle() const {
-    assertReadEnabled();
-    return db::style_of(imp(), place_of(imp(), 7));
-}
+VALUE_GETTER(AcDbText, textStyle, db::style_of(imp(), place_of(imp(), 7)))
 
 Acad::ErrorStatus AcDbText::setTextStyle(AcDbObjectId style) {
     assertWriteEnabled();
@@ -342,10 +305,7 @@ Acad::ErrorStatus AcDbText::setTextStyle(AcDbObjectId style) {
     return status == Acad::eOk ? adjustAlignment() : status;
 }
 
-Adesk::Boolean AcDbText::isMirroredInX() const {
-    assertReadEnabled();
-    return db::text_line(imp()).backward;
-}
+VALUE_GETTER(AcDbText, isMirroredInX, db::text_line(imp()).backward)
 
 Acad::ErrorStatus AcDbText::mirrorInX(Adesk::Boolean mirrored) {
     assertWriteEnabled();
@@ -353,10 +313,7 @@ Acad::ErrorStatus AcDbText::mirrorInX(Adesk::Boolean mirrored) {
     return adjustAlignment();
 }
 
-Adesk::Boolean AcDbText::isMirroredInY() const {
-    assertReadEnabled();
-    return db::text_line(imp()).upside_down;
-}
+VALUE_GETTER(AcDbText, isMirroredInY, db::text_line(imp()).upside_down)
 
 Acad::ErrorStatus AcDbText::mirrorInY(Adesk::Boolean mirrored) {
     assertWriteEnabled();
@@ -364,10 +321,7 @@ Acad::ErrorStatus AcDbText::mirrorInY(Adesk::Boolean mirrored) {
     return adjustAlignment();
 }
 
-AcDb::TextHorzMode AcDbText::horizontalMode() const {
-    assertReadEnabled();
-    return static_cast<AcDb::TextHorzMode>(db::text_line(imp()).horizontal);
-}
+VALUE_GETTER(AcDbText, horizontalMode, static_cast<AcDb::TextHorzMode>(db::text_line(imp()).horizontal))
 
 Acad::ErrorStatus AcDbText::setHorizontalMode(AcDb::TextHorzMode mode) {
     assertWriteEnabled();
@@ -377,10 +331,7 @@ Acad::ErrorStatus AcDbText::setHorizontalMode(AcDb::TextHorzMode mode) {
     return adjustAlignment();
 }
 
-AcDb::TextVertMode AcDbText::verticalMode() const {
-    assertReadEnabled();
-    return static_cast<AcDb::TextVertMode>(db::text_line(imp()).vertical);
-}
+VALUE_GETTER(AcDbText, verticalMode, static_cast<AcDb::TextVertMode>(db::text_line(imp()).vertical))
 
 Acad::ErrorStatus AcDbText::setVerticalMode(AcDb::TextVertMode mode) {
     assertWriteEnabled();
@@ -404,9 +355,7 @@ Acad::ErrorStatus AcDbText::adjustAlignment(const AcDbDatabase* /*database*/) {
     return Acad::eOk;
 }
 
-void AcDbText::getEcs(AcGeMatrix3d& matrix) const {
-    matrix.setToPlaneToWorld(normal());
-}
+PLANE_FIGURE(AcDbText)
 
 Adesk::Boolean AcDbText::subWorldDraw(AcGiWorldDraw* draw) {
     db::draw_text(imp(), textStringConst(), *draw);

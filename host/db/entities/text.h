@@ -3,12 +3,24 @@
 
 #include "acdb.h"
 #include "acgi.h"
-#include "host/db/core/imp_object.h"
+#include "host/db/core/fields.h"
 
 #include <string>
 #include <string_view>
 
 namespace db {
+
+// The groups of a text, and behind their own marker those that attributes have besides.
+inline constexpr field text_fields[] = {
+    number(39), point(10, "0.0"), number(40, "1.0"), number(1, ""), number(50), number(41),
+    number(51), number(7),        number(71),        number(72),    point(11),  normal(),
+};
+inline constexpr auto text_place = section_of<text_fields>("AcDbText");
+inline constexpr field definition_fields[] = {number(3, ""), number(2, ""), number(70, "0"), number(73),
+                                              number(74)};
+inline constexpr auto definition_place = section_of<definition_fields>("AcDbAttributeDefinition");
+inline constexpr field attribute_fields[] = {number(2, ""), number(70, "0"), number(73), number(74)};
+inline constexpr auto attribute_place = section_of<attribute_fields>("AcDbAttribute");
 
 // What the groups of a text say, in the coordinates of its plane, angles in radians.
 struct text_line {
