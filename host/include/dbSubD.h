@@ -9,7 +9,6 @@ class ACDB_PORT AcDbSubDMesh : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbSubDMesh);
     AcDbSubDMesh();
-    ~AcDbSubDMesh() override;
 
     // How many times the faces are divided; the numbers below are of the mesh that is not.
     Acad::ErrorStatus subdLevel(Adesk::Int32& level) const;

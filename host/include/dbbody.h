@@ -8,7 +8,6 @@ class ACDB_PORT AcDbBody : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbBody);
     AcDbBody();
-    ~AcDbBody() override;
 
 protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;

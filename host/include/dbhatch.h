@@ -34,7 +34,6 @@ public:
 
     // Solid, without loops.
     AcDbHatch();
-    ~AcDbHatch() override;
 
     AcGeVector3d normal() const;
     // The loops keep their coordinates, which are then those of the other plane.

@@ -16,7 +16,6 @@ class ACDB_PORT AcDbMline : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbMline);
     AcDbMline();
-    ~AcDbMline() override;
 
     // Null when the drawing has none of its handle.
     AcDbObjectId style() const;

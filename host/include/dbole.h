@@ -7,7 +7,6 @@ class ACDB_PORT AcDbOle2Frame : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbOle2Frame);
     AcDbOle2Frame();
-    ~AcDbOle2Frame() override;
 
     // The upper left corner.
     void getLocation(AcGePoint3d& location) const;

@@ -8,7 +8,6 @@ class ACDB_PORT AcDbRegion : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbRegion);
     AcDbRegion();
-    ~AcDbRegion() override;
 
 protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;

@@ -8,7 +8,6 @@ class ACDB_PORT AcDb3dSolid : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDb3dSolid);
     AcDb3dSolid();
-    ~AcDb3dSolid() override;
 
 protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;

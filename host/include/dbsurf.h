@@ -8,7 +8,6 @@ class ACDB_PORT AcDbSurface : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbSurface);
     AcDbSurface();
-    ~AcDbSurface() override;
 
 protected:
     Adesk::Boolean subWorldDraw(AcGiWorldDraw* draw) override;

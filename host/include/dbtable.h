@@ -7,7 +7,6 @@ class ACDB_PORT AcDbTable : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbTable);
     AcDbTable();
-    ~AcDbTable() override;
 
     // The upper left corner.
     AcGePoint3d position() const;

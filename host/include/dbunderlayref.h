@@ -8,7 +8,6 @@
 class ACDB_PORT AcDbUnderlayReference : public AcDbEntity {
 public:
     ACRX_DECLARE_MEMBERS(AcDbUnderlayReference);
-    ~AcDbUnderlayReference() override;
 
     AcGePoint3d position() const;
     Acad::ErrorStatus setPosition(const AcGePoint3d& position);
@@ -40,7 +39,6 @@ class ACDB_PORT AcDbPdfReference : public AcDbUnderlayReference {
 public:
     ACRX_DECLARE_MEMBERS(AcDbPdfReference);
     AcDbPdfReference();
-    ~AcDbPdfReference() override;
 };
 
 // The same of a DWF file.
@@ -48,7 +46,6 @@ class ACDB_PORT AcDbDwfReference : public AcDbUnderlayReference {
 public:
     ACRX_DECLARE_MEMBERS(AcDbDwfReference);
     AcDbDwfReference();
-    ~AcDbDwfReference() override;
 };
 
 // The same of a DGN file.
@@ -56,5 +53,4 @@ class ACDB_PORT AcDbDgnReference : public AcDbUnderlayReference {
 public:
     ACRX_DECLARE_MEMBERS(AcDbDgnReference);
     AcDbDgnReference();
-    ~AcDbDgnReference() override;
 };

@@ -7,5 +7,4 @@ class ACDB_PORT AcDbWipeout : public AcDbRasterImage {
 public:
     ACRX_DECLARE_MEMBERS(AcDbWipeout);
     AcDbWipeout();
-    ~AcDbWipeout() override;
 };

@@ -3,152 +3,20 @@
 #include "acgi.h"
 #include "base/case_fold.h"
 #include "base/number_text.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/entities/hatch_boundary.h"
+#include "host/db/entities/hatch_pattern.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbHatch, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, HATCH,
-                        "ObjectDBX Classes")
-
 namespace {
 
 using fresh_groups = std::vector<dxf::group_list::fresh_group>;
-
-constexpr dxf::group_place hatch_place{"AcDbHatch"};
-
-// A family of parallel lines of a pattern.
-struct line_family {
-    double angle = 0.0; // degrees
-    AcGePoint2d base;
-    AcGeVector2d offset;
-    std::vector<double> dashes;
-};
-
-// The groups that tell of the pattern behind its type: angle, scale, doubling and the families of lines.
-std::pair<std::size_t, std::size_t> range_of_pattern(const dxf::group_list& groups) {
-    const auto& all = groups.groups();
-    std::size_t first = groups.find(hatch_place, 76);
-    if (first == dxf::group_list::npos)
-        return {all.size(), all.size()};
-    const auto belongs = [](int code) {
-        return code == 73 || code == 52 || code == 41 || code == 77 || code == 78 || code == 53 ||
-               (code >= 43 && code <= 46) || code == 79 || code == 49;
-    };
-    std::size_t last = ++first;
-    while (last < all.size() && belongs(all[last].code))
-        ++last;
-    return {first, last};
-}
-
-std::vector<line_family> read_families(const dxf::group_list& groups) {
-    std::vector<line_family> families;
-    const auto [first, last] = range_of_pattern(groups);
-    for (std::size_t i = first; i < last; ++i) {
-        const dxf::group& group = groups.groups()[i];
-        const double value = dxf::leading_real(group.value).value_or(0.0);
-        if (group.code == 53) {
-            families.push_back({});
-            families.back().angle = value;
-        } else if (!families.empty()) {
-            line_family& family = families.back();
-            switch (group.code) {
-            case 43:
-                family.base.x = value;
-                break;
-            case 44:
-                family.base.y = value;
-                break;
-            case 45:
-                family.offset.x = value;
-                break;
-            case 46:
-                family.offset.y = value;
-                break;
-            case 49:
-                family.dashes.push_back(value);
-                break;
-            default:
-                break;
-            }
-        }
-    }
-    return families;
-}
-
-struct pattern {
-    double angle = 0.0; // degrees
-    double scale = 1.0;
-    bool is_double = false;
-    std::vector<line_family> families;
-};
-
-pattern read_pattern(const AcDbImpObject& imp) {
-    pattern found;
-    found.angle = db::read_real(imp, hatch_place, 52);
-    found.scale = db::read_real(imp, hatch_place, 41, 1.0);
-    found.is_double = db::read_integer(imp, hatch_place, 77) != 0;
-    found.families = read_families(imp.groups());
-    return found;
-}
-
-void write_pattern(AcDbImpObject& imp, const pattern& pattern) {
-    const auto [first, last] = range_of_pattern(imp.groups());
-    fresh_groups fresh;
-    const auto real = [&](int code, double value) { fresh.push_back({code, base::real_text(value)}); };
-    const auto integer = [&](int code, std::size_t value) { fresh.push_back({code, std::to_string(value)}); };
-    if (first < last && imp.groups().groups()[first].code == 73)
-        fresh.push_back({73, std::string(imp.groups().groups()[first].value)});
-    real(52, pattern.angle);
-    real(41, pattern.scale);
-    integer(77, pattern.is_double ? 1 : 0);
-    integer(78, pattern.families.size());
-    for (const line_family& family : pattern.families) {
-        real(53, family.angle);
-        real(43, family.base.x);
-        real(44, family.base.y);
-        real(45, family.offset.x);
-        real(46, family.offset.y);
-        integer(79, family.dashes.size());
-        for (const double dash : family.dashes)
-            real(49, dash);
-    }
-    imp.edit().splice(first, last, fresh);
-}
-
-line_family plain_lines(double angle, double space) {
-    line_family lines;
-    lines.angle = angle;
-    lines.offset = {0.0 - std::sin(db::radians(angle)) * space, std::cos(db::radians(angle)) * space};
-    return lines;
-}
-
-// The lines of a pattern without a definition: at an angle and a distance, and across them when doubled.
-void define_by_user(pattern& pattern) {
-    pattern.families = {plain_lines(pattern.angle, pattern.scale)};
-    if (pattern.is_double)
-        pattern.families.push_back(plain_lines(pattern.angle + 90.0, pattern.scale));
-}
-
-// Turns and scales a pattern about the first line's point.
-void turn_and_scale(pattern& pattern, double turn, double factor) {
-    pattern.angle += turn;
-    pattern.scale *= factor;
-    if (pattern.families.empty())
-        return;
-    const AcGePoint2d center = pattern.families.front().base;
-    for (line_family& family : pattern.families) {
-        family.angle += turn;
-        family.base = center + (family.base - center).rotateBy(db::radians(turn)) * factor;
-        family.offset = family.offset.rotateBy(db::radians(turn)) * factor;
-        for (double& dash : family.dashes)
-            dash *= factor;
-    }
-}
 
 std::vector<db::hatch_loop> loops_of(const AcDbImpObject& imp) {
     const auto [first, last] = db::range_of_loops(imp.groups());
@@ -161,7 +29,7 @@ void write_loops(AcDbImpObject& imp, const std::vector<db::hatch_loop>& loops) {
     for (const db::hatch_loop& loop : loops)
         db::append_loop(fresh, loop);
     imp.edit().splice(first, last, fresh);
-    imp.edit().set_integer(hatch_place, 91, static_cast<std::int64_t>(loops.size()));
+    imp.edit().set_integer(db::hatch_place, 91, static_cast<std::int64_t>(loops.size()));
 }
 
 // What is filled: by the normal style everything inside of an odd number of loops; by the outer one only
@@ -229,47 +97,11 @@ void add_to_rim(const db::hatch_piece& piece, std::vector<AcGePoint3d>& rim) {
 
 } // namespace
 
-AcDbHatch::AcDbHatch() {
-    imp().begin_as("0\nHATCH\n100\nAcDbEntity\n8\n0\n100\nAcDbHatch\n10\n0.0\n20\n0.0\n30\n0.0\n"
-                   "210\n0.0\n220\n0.0\n230\n1.0\n2\nSOLID\n70\n1\n71\n0\n91\n0\n75\n0\n76\n1\n98\n0\n");
-}
+ENTITY_CLASS(AcDbHatch, AcDbEntity, HATCH, db::hatch_place)
 
-AcDbHatch::~AcDbHatch() = default;
-
-AcGeVector3d AcDbHatch::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), hatch_place);
-}
-
-Acad::ErrorStatus AcDbHatch::setNormal(const AcGeVector3d& normal) {
-    assertWriteEnabled();
-    if (normal.isZeroLength())
-        return Acad::eInvalidInput;
-    db::write_normal(imp(), hatch_place, normal.normal());
-    return Acad::eOk;
-}
-
-double AcDbHatch::elevation() const {
-    assertReadEnabled();
-    return db::read_real(imp(), hatch_place, 30);
-}
-
-Acad::ErrorStatus AcDbHatch::setElevation(double elevation) {
-    assertWriteEnabled();
-    db::write_real(imp(), hatch_place, 30, elevation);
-    return Acad::eOk;
-}
-
-bool AcDbHatch::associative() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), hatch_place, 71) != 0;
-}
-
-Acad::ErrorStatus AcDbHatch::setAssociative(bool isAssociative) {
-    assertWriteEnabled();
-    db::write_integer(imp(), hatch_place, 71, isAssociative ? 1 : 0);
-    return Acad::eOk;
-}
+FIELD_MEMBERS(AcDbHatch, normal, setNormal, db::hatch_place, 210)
+FIELD_MEMBERS(AcDbHatch, elevation, setElevation, db::hatch_place, 30)
+FIELD_MEMBERS(AcDbHatch, associative, setAssociative, db::hatch_place, 71)
 
 int AcDbHatch::numLoops() const {
     assertReadEnabled();
@@ -345,7 +177,7 @@ Acad::ErrorStatus AcDbHatch::appendLoop(Adesk::Int32 loopType, const AcGePoint2d
     fresh_groups fresh;
     db::append_loop(fresh, loop);
     imp().edit().splice(at, at, fresh);
-    imp().edit().set_integer(hatch_place, 91, count + 1);
+    imp().edit().set_integer(db::hatch_place, 91, count + 1);
     return Acad::eOk;
 }
 
@@ -381,15 +213,13 @@ Acad::ErrorStatus AcDbHatch::getAssocObjIds(AcDbObjectIdArray& ids) const {
     return Acad::eOk;
 }
 
-AcDbHatch::HatchPatternType AcDbHatch::patternType() const {
-    assertReadEnabled();
-    return static_cast<HatchPatternType>(
-        std::clamp(db::read_integer(imp(), hatch_place, 76, kPreDefined), 0, 2));
-}
+VALUE_GETTER(AcDbHatch, patternType,
+             static_cast<HatchPatternType>(
+                 std::clamp(db::read_integer(imp(), db::hatch_place, 76, kPreDefined), 0, 2)))
 
 const ACHAR* AcDbHatch::patternName() const {
     assertReadEnabled();
-    m_name = imp().decode(dxf::trimmed(imp().groups().text(hatch_place, 2).value_or(""))).c_str();
+    m_name = imp().decode(dxf::trimmed(imp().groups().text(db::hatch_place, 2).value_or(""))).c_str();
     return m_name;
 }
 
@@ -400,25 +230,22 @@ Acad::ErrorStatus AcDbHatch::setPattern(HatchPatternType patType, const ACHAR* p
     const bool solid = patType == kPreDefined && base::equal_no_case(patName, L"SOLID");
     if (!solid && patType != kUserDefined)
         return Acad::eNotImplementedYet;
-    pattern made = read_pattern(imp());
+    db::hatch_pattern made = db::read_pattern(imp());
     dxf::group_list& groups = imp().edit();
-    groups.set_text(hatch_place, 2, imp().encode(patName));
-    groups.set_integer(hatch_place, 70, solid ? 1 : 0);
-    groups.set_integer(hatch_place, 76, patType);
+    groups.set_text(db::hatch_place, 2, imp().encode(patName));
+    groups.set_integer(db::hatch_place, 70, solid ? 1 : 0);
+    groups.set_integer(db::hatch_place, 76, patType);
     if (solid) {
-        const auto [first, last] = range_of_pattern(groups);
+        const auto [first, last] = db::range_of_pattern(groups);
         groups.splice(first, last, {});
     } else {
-        define_by_user(made);
-        write_pattern(imp(), made);
+        db::define_by_user(made);
+        db::write_pattern(imp(), made);
     }
     return Acad::eOk;
 }
 
-double AcDbHatch::patternAngle() const {
-    assertReadEnabled();
-    return db::radians(db::read_real(imp(), hatch_place, 52));
-}
+FIELD_GETTER(AcDbHatch, patternAngle, db::hatch_place, 52)
 
 Acad::ErrorStatus AcDbHatch::setPatternAngle(double angle) {
     assertWriteEnabled();
@@ -426,25 +253,20 @@ Acad::ErrorStatus AcDbHatch::setPatternAngle(double angle) {
         return Acad::eInvalidInput;
     if (angle == patternAngle())
         return Acad::eOk;
-    pattern changed = read_pattern(imp());
-    turn_and_scale(changed, db::degrees(angle) - changed.angle, 1.0);
-    write_pattern(imp(), changed);
+    db::hatch_pattern changed = db::read_pattern(imp());
+    db::turn_and_scale(changed, db::degrees(angle) - changed.angle, 1.0);
+    db::write_pattern(imp(), changed);
     return Acad::eOk;
 }
 
-double AcDbHatch::patternSpace() const {
-    assertReadEnabled();
-    return patternType() == kUserDefined ? db::read_real(imp(), hatch_place, 41, 1.0) : 1.0;
-}
+VALUE_GETTER(AcDbHatch, patternSpace,
+             patternType() == kUserDefined ? db::read_real(imp(), db::hatch_place, 41, 1.0) : 1.0)
 
 Acad::ErrorStatus AcDbHatch::setPatternSpace(double space) {
     return patternType() == kUserDefined ? setPatternScale(space) : Acad::eInvalidInput;
 }
 
-double AcDbHatch::patternScale() const {
-    assertReadEnabled();
-    return db::read_real(imp(), hatch_place, 41, 1.0);
-}
+FIELD_GETTER(AcDbHatch, patternScale, db::hatch_place, 41)
 
 Acad::ErrorStatus AcDbHatch::setPatternScale(double scale) {
     assertWriteEnabled();
@@ -452,46 +274,40 @@ Acad::ErrorStatus AcDbHatch::setPatternScale(double scale) {
         return Acad::eInvalidInput;
     if (scale == patternScale())
         return Acad::eOk;
-    pattern changed = read_pattern(imp());
+    db::hatch_pattern changed = db::read_pattern(imp());
     if (!(changed.scale > 0.0))
         return Acad::eInvalidInput;
-    turn_and_scale(changed, 0.0, scale / changed.scale);
+    db::turn_and_scale(changed, 0.0, scale / changed.scale);
     changed.scale = scale;
-    write_pattern(imp(), changed);
+    db::write_pattern(imp(), changed);
     return Acad::eOk;
 }
 
-bool AcDbHatch::patternDouble() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), hatch_place, 77) != 0;
-}
+FIELD_GETTER(AcDbHatch, patternDouble, db::hatch_place, 77)
 
 Acad::ErrorStatus AcDbHatch::setPatternDouble(bool isDouble) {
     assertWriteEnabled();
     if (patternType() != kUserDefined || isSolidFill())
         return Acad::eInvalidInput;
-    pattern changed = read_pattern(imp());
+    db::hatch_pattern changed = db::read_pattern(imp());
     if (changed.is_double == isDouble)
         return Acad::eOk;
     changed.is_double = isDouble;
-    define_by_user(changed);
-    write_pattern(imp(), changed);
+    db::define_by_user(changed);
+    db::write_pattern(imp(), changed);
     return Acad::eOk;
 }
 
-int AcDbHatch::numPatternDefinitions() const {
-    assertReadEnabled();
-    return static_cast<int>(read_families(imp().groups()).size());
-}
+VALUE_GETTER(AcDbHatch, numPatternDefinitions, static_cast<int>(db::read_families(imp().groups()).size()))
 
 Acad::ErrorStatus AcDbHatch::getPatternDefinitionAt(int index, double& angle, double& baseX, double& baseY,
                                                     double& offsetX, double& offsetY,
                                                     AcGeDoubleArray& dashes) const {
     assertReadEnabled();
-    const auto families = read_families(imp().groups());
+    const auto families = db::read_families(imp().groups());
     if (index < 0 || static_cast<std::size_t>(index) >= families.size())
         return Acad::eInvalidIndex;
-    const line_family& family = families[static_cast<std::size_t>(index)];
+    const db::line_family& family = families[static_cast<std::size_t>(index)];
     angle = db::radians(family.angle);
     baseX = family.base.x;
     baseY = family.base.y;
@@ -503,25 +319,14 @@ Acad::ErrorStatus AcDbHatch::getPatternDefinitionAt(int index, double& angle, do
     return Acad::eOk;
 }
 
-AcDbHatch::HatchStyle AcDbHatch::hatchStyle() const {
-    assertReadEnabled();
-    return static_cast<HatchStyle>(std::clamp(db::read_integer(imp(), hatch_place, 75), 0, 2));
-}
-
-Acad::ErrorStatus AcDbHatch::setHatchStyle(HatchStyle hstyle) {
-    assertWriteEnabled();
-    db::write_integer(imp(), hatch_place, 75, hstyle);
-    return Acad::eOk;
-}
-
-bool AcDbHatch::isSolidFill() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), hatch_place, 70) != 0;
-}
+VALUE_GETTER(AcDbHatch, hatchStyle,
+             static_cast<HatchStyle>(std::clamp(db::read_integer(imp(), db::hatch_place, 75), 0, 2)))
+FIELD_SETTER(AcDbHatch, setHatchStyle, db::hatch_place, 75)
+FIELD_GETTER(AcDbHatch, isSolidFill, db::hatch_place, 70)
 
 AcDbHatch::HatchObjectType AcDbHatch::hatchObjectType() const {
     assertReadEnabled();
-    return db::read_integer(imp(), hatch_place, 450) != 0 ? kGradientObject : kHatchObject;
+    return db::read_integer(imp(), db::hatch_place, 450) != 0 ? kGradientObject : kHatchObject;
 }
 
 // Gradients of users are for the editor's future.
@@ -531,37 +336,20 @@ AcDbHatch::GradientPatternType AcDbHatch::gradientType() const {
 
 const ACHAR* AcDbHatch::gradientName() const {
     assertReadEnabled();
-    m_name = imp().decode(dxf::trimmed(imp().groups().text(hatch_place, 470).value_or(""))).c_str();
+    m_name = imp().decode(dxf::trimmed(imp().groups().text(db::hatch_place, 470).value_or(""))).c_str();
     return m_name;
 }
 
-double AcDbHatch::gradientAngle() const {
-    assertReadEnabled();
-    return db::read_real(imp(), hatch_place, 460); // radians
-}
-
-float AcDbHatch::gradientShift() const {
-    assertReadEnabled();
-    return static_cast<float>(db::read_real(imp(), hatch_place, 461));
-}
-
-bool AcDbHatch::getGradientOneColorMode() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), hatch_place, 452) != 0;
-}
-
-float AcDbHatch::getShadeTintValue() const {
-    assertReadEnabled();
-    return static_cast<float>(db::read_real(imp(), hatch_place, 462));
-}
+FIELD_GETTER(AcDbHatch, gradientAngle, db::hatch_place, 460)
+VALUE_GETTER(AcDbHatch, gradientShift, static_cast<float>(db::read_real(imp(), db::hatch_place, 461)))
+FIELD_GETTER(AcDbHatch, getGradientOneColorMode, db::hatch_place, 452)
+VALUE_GETTER(AcDbHatch, getShadeTintValue, static_cast<float>(db::read_real(imp(), db::hatch_place, 462)))
 
 Acad::ErrorStatus AcDbHatch::evaluateHatch(bool /*bUnderestimateNumLines*/) {
     return Acad::eNotImplementedYet;
 }
 
-void AcDbHatch::getEcs(AcGeMatrix3d& matrix) const {
-    matrix.setToPlaneToWorld(normal());
-}
+PLANE_FIGURE(AcDbHatch)
 
 Adesk::Boolean AcDbHatch::subWorldDraw(AcGiWorldDraw* draw) {
     AcGiWorldGeometry& geometry = draw->geometry();
@@ -601,7 +389,7 @@ Acad::ErrorStatus AcDbHatch::subTransformBy(const AcGeMatrix3d& matrix) {
     auto loops = loops_of(imp());
     for (db::hatch_loop& loop : loops)
         db::transform_loop(loop, moving, change.scale, change.mirrored);
-    pattern lines = read_pattern(imp());
+    db::hatch_pattern lines = db::read_pattern(imp());
     // Directions in the plane: what the x axis becomes, and on which side of it the y axis is.
     const double turn = db::degrees(change.turned(0.0));
     lines.angle = (change.mirrored ? -lines.angle : lines.angle) + turn;
@@ -610,7 +398,7 @@ Acad::ErrorStatus AcDbHatch::subTransformBy(const AcGeMatrix3d& matrix) {
         const AcGePoint3d there = moving * AcGePoint3d(x, y, 0.0);
         return AcGePoint2d(there.x, there.y);
     };
-    for (line_family& family : lines.families) {
+    for (db::line_family& family : lines.families) {
         family.angle = (change.mirrored ? -family.angle : family.angle) + turn;
         const AcGePoint2d base = moved(family.base.x, family.base.y);
         family.offset = moved(family.base.x + family.offset.x, family.base.y + family.offset.y) - base;
@@ -619,11 +407,11 @@ Acad::ErrorStatus AcDbHatch::subTransformBy(const AcGeMatrix3d& matrix) {
             dash *= change.scale;
     }
     if (!isSolidFill())
-        write_pattern(imp(), lines);
+        db::write_pattern(imp(), lines);
     write_loops(imp(), loops);
     // Seed points stand behind their number.
     dxf::group_list& groups = imp().edit();
-    if (const std::size_t at = groups.find(hatch_place, 98); at != dxf::group_list::npos) {
+    if (const std::size_t at = groups.find(db::hatch_place, 98); at != dxf::group_list::npos) {
         const auto& all = groups.groups();
         std::size_t end = at + 1;
         fresh_groups seeds;
@@ -636,9 +424,9 @@ Acad::ErrorStatus AcDbHatch::subTransformBy(const AcGeMatrix3d& matrix) {
         groups.splice(at + 1, end, seeds);
     }
     if (isGradient())
-        db::write_real(imp(), hatch_place, 460,
+        db::write_real(imp(), db::hatch_place, 460,
                        (change.mirrored ? -gradientAngle() : gradientAngle()) + db::radians(turn));
-    db::write_real(imp(), hatch_place, 30, (moving * AcGePoint3d::kOrigin).z);
-    db::write_normal(imp(), hatch_place, change.normal);
+    db::write_real(imp(), db::hatch_place, 30, (moving * AcGePoint3d::kOrigin).z);
+    db::write_normal(imp(), db::hatch_place, change.normal);
     return Acad::eOk;
 }

@@ -2,6 +2,7 @@
 
 #include "acgi.h"
 #include "dbents.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
 
@@ -9,13 +10,21 @@
 #include <array>
 #include <vector>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbMline, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, MLINE,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr int mline_order[] = {2, 340, 40, 70, 71, 72, 73, 10, 20, 30, 210, 220, 230, 11, 21, 31};
-constexpr dxf::group_place mline_place{"AcDbMline", mline_order};
+constexpr db::field mline_fields[] = {
+    db::number(2, "STANDARD"),
+    db::number(340),
+    db::number(40, "1.0").or_else(1.0),
+    db::number(70, "0"),
+    db::number(71, "1"),
+    db::number(72, "0"),
+    db::number(73, "0"),
+    db::point(10, "0.0"),
+    db::normal("0.0 0.0 1.0"),
+    db::point(11),
+};
+constexpr auto mline_place = db::section_of<mline_fields>("AcDbMline");
 
 constexpr int closed_flag = 2;
 
@@ -98,12 +107,7 @@ std::vector<std::array<AcGePoint3d, 2>> read_lines(const AcDbImpObject& object) 
 
 } // namespace
 
-AcDbMline::AcDbMline() {
-    imp().begin_as("0\nMLINE\n100\nAcDbEntity\n8\n0\n100\nAcDbMline\n2\nSTANDARD\n40\n1.0\n70\n0\n71\n1\n"
-                   "72\n0\n73\n0\n10\n0.0\n20\n0.0\n30\n0.0\n210\n0.0\n220\n0.0\n230\n1.0\n");
-}
-
-AcDbMline::~AcDbMline() = default;
+ENTITY_CLASS(AcDbMline, AcDbEntity, MLINE, mline_place)
 
 AcDbObjectId AcDbMline::style() const {
     assertReadEnabled();
@@ -113,30 +117,13 @@ AcDbObjectId AcDbMline::style() const {
                : AcDbObjectId::kNull;
 }
 
-Mline::MlineJustification AcDbMline::justification() const {
-    assertReadEnabled();
-    return static_cast<Mline::MlineJustification>(std::clamp(db::read_integer(imp(), mline_place, 70), 0, 2));
-}
-
-double AcDbMline::scale() const {
-    assertReadEnabled();
-    return db::read_real(imp(), mline_place, 40, 1.0);
-}
-
-AcGeVector3d AcDbMline::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), mline_place);
-}
-
-bool AcDbMline::closedMline() const {
-    assertReadEnabled();
-    return (db::read_integer(imp(), mline_place, 71) & closed_flag) != 0;
-}
-
-int AcDbMline::numVertices() const {
-    assertReadEnabled();
-    return static_cast<int>(db::read_points(imp(), mline_place, 11).size());
-}
+VALUE_GETTER(AcDbMline, justification,
+             static_cast<Mline::MlineJustification>(std::clamp(db::read_integer(imp(), mline_place, 70), 0,
+                                                               2)))
+FIELD_GETTER(AcDbMline, scale, mline_place, 40)
+FIELD_GETTER(AcDbMline, normal, mline_place, 210)
+BIT_GETTER(AcDbMline, closedMline, mline_place, 71, closed_flag)
+VALUE_GETTER(AcDbMline, numVertices, static_cast<int>(db::read_points(imp(), mline_place, 11).size()))
 
 AcGePoint3d AcDbMline::vertexAt(int index) const {
     assertReadEnabled();

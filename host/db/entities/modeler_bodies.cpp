@@ -12,7 +12,6 @@
     CLASS::CLASS() {                                                                                         \
         imp().begin_as("0\n" #TYPE "\n100\nAcDbEntity\n8\n0\n100\nAcDbModelerGeometry\n70\n1\n" MARKER);     \
     }                                                                                                        \
-    CLASS::~CLASS() = default;                                                                               \
     Adesk::Boolean CLASS::subWorldDraw(AcGiWorldDraw* draw) {                                                \
         db::draw_proxy_graphics(db::read_proxy_graphics(imp()), imp(), *draw);                               \
         return true;                                                                                         \

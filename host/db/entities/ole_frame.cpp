@@ -1,45 +1,27 @@
 #include "acgi.h"
 #include "dbole.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/custom/proxy_graphics.h"
 
 #include <cmath>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbOle2Frame, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, OLE2FRAME,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr dxf::group_place ole_frame_place{"AcDbOle2Frame"};
+constexpr db::field ole_frame_fields[] = {db::number(70, "2"), db::point(10, "0.0"), db::point(11, "0.0")};
+constexpr db::section ole_frame_place{{"AcDbOle2Frame"}, ole_frame_fields};
 
 } // namespace
 
-AcDbOle2Frame::AcDbOle2Frame() {
-    imp().begin_as(
-        "0\nOLE2FRAME\n100\nAcDbEntity\n8\n0\n100\nAcDbOle2Frame\n70\n2\n10\n0.0\n20\n0.0\n30\n0.0\n"
-        "11\n0.0\n21\n0.0\n31\n0.0\n");
-}
-
-AcDbOle2Frame::~AcDbOle2Frame() = default;
+ENTITY_CLASS(AcDbOle2Frame, AcDbEntity, OLE2FRAME, ole_frame_place)
 
 void AcDbOle2Frame::getLocation(AcGePoint3d& location) const {
     location = this->location();
 }
 
-AcGePoint3d AcDbOle2Frame::location() const {
-    assertReadEnabled();
-    return db::read_point(imp(), ole_frame_place, 10);
-}
-
-double AcDbOle2Frame::wcsWidth() const {
-    assertReadEnabled();
-    return std::fabs(db::read_point(imp(), ole_frame_place, 11).x - location().x);
-}
-
-double AcDbOle2Frame::wcsHeight() const {
-    assertReadEnabled();
-    return std::fabs(db::read_point(imp(), ole_frame_place, 11).y - location().y);
-}
+FIELD_GETTER(AcDbOle2Frame, location, ole_frame_place, 10)
+VALUE_GETTER(AcDbOle2Frame, wcsWidth, std::fabs(db::read_point(imp(), ole_frame_place, 11).x - location().x))
+VALUE_GETTER(AcDbOle2Frame, wcsHeight, std::fabs(db::read_point(imp(), ole_frame_place, 11).y - location().y))
 
 Adesk::Boolean AcDbOle2Frame::subWorldDraw(AcGiWorldDraw* draw) {
     const AcGePoint3d a = location();

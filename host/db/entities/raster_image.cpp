@@ -1,45 +1,31 @@
 #include "acgi.h"
 #include "dbwipe.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
-#include "host/db/core/imp_database.h"
 #include "host/db/custom/proxy_graphics.h"
 
 #include <cmath>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbRasterImage, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, IMAGE,
-                        "ISM")
-ACRX_DXF_DEFINE_MEMBERS(AcDbWipeout, AcDbRasterImage, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, WIPEOUT,
-                        "WipeOut")
-
 namespace {
 
-constexpr int image_order[] = {90,  10, 20,  30,  11,  21,  31,  12,  22, 32, 13, 23,
-                               340, 70, 280, 281, 282, 283, 290, 360, 71, 91, 14, 24};
-constexpr dxf::group_place image_place{"AcDbRasterImage", image_order};
-constexpr dxf::group_place wipeout_place{"AcDbWipeout", image_order};
+constexpr db::field image_fields[] = {
+    db::number(90, "0"),   db::point(10, "0.0"),  db::point(11, "1.0 0.0 0.0"), db::point(12, "0.0 1.0 0.0"),
+    db::pair(13, "1.0"),   db::number(340),       db::number(70, "7"),          db::number(280, "0"),
+    db::number(281, "50"), db::number(282, "50"), db::number(283, "0"),         db::number(290),
+    db::number(360),       db::number(71, "1"),   db::number(91, "2"),          db::pair(14, "-0.5"),
+    db::pair(14, "0.5"), // a new one's whole frame
+};
+constexpr auto image_place = db::section_of<image_fields>("AcDbRasterImage");
+constexpr auto wipeout_place = db::section_of<image_fields>("AcDbWipeout");
 
-const dxf::group_place& place_of(const AcDbRasterImage& image) {
+const db::section& place_of(const AcDbRasterImage& image) {
     return image.isKindOf(AcDbWipeout::desc()) ? wipeout_place : image_place;
 }
 
-#define NEW_IMAGE(TYPE, MARKER)                                                                              \
-    "0\n" TYPE "\n100\nAcDbEntity\n8\n0\n100\n" MARKER "\n90\n0\n10\n0.0\n20\n0.0\n30\n0.0\n"                \
-    "11\n1.0\n21\n0.0\n31\n0.0\n12\n0.0\n22\n1.0\n32\n0.0\n13\n1.0\n23\n1.0\n70\n7\n280\n0\n"                \
-    "281\n50\n282\n50\n283\n0\n71\n1\n91\n2\n14\n-0.5\n24\n-0.5\n14\n0.5\n24\n0.5\n"
-
 } // namespace
 
-AcDbRasterImage::AcDbRasterImage() {
-    imp().begin_as(NEW_IMAGE("IMAGE", "AcDbRasterImage"));
-}
-
-AcDbRasterImage::~AcDbRasterImage() = default;
-
-AcDbWipeout::AcDbWipeout() {
-    imp().begin_as(NEW_IMAGE("WIPEOUT", "AcDbWipeout"));
-}
-
-AcDbWipeout::~AcDbWipeout() = default;
+ENTITY_CLASS_OF(AcDbRasterImage, AcDbEntity, IMAGE, "ISM", image_place)
+ENTITY_CLASS_OF(AcDbWipeout, AcDbRasterImage, WIPEOUT, "WipeOut", wipeout_place)
 
 void AcDbRasterImage::getOrientation(AcGePoint3d& origin, AcGeVector3d& u, AcGeVector3d& v) const {
     assertReadEnabled();
@@ -70,23 +56,16 @@ AcGeVector2d AcDbRasterImage::imageSize(bool /*bGetCachedValue*/) const {
     return {size.x, size.y};
 }
 
-AcDbObjectId AcDbRasterImage::imageDefId() const {
-    assertReadEnabled();
-    if (imp().database == nullptr)
-        return AcDbObjectId::kNull;
-    return imp().database->id(imp().database->records().find(imp().groups().handle(place_of(*this), 340)));
-}
+VALUE_GETTER(AcDbRasterImage, imageDefId, db::read_id(imp(), place_of(*this), 340))
 
 bool AcDbRasterImage::isSetDisplayOpt(ImageDisplayOpt option) const {
     assertReadEnabled();
-    return (db::read_integer(imp(), place_of(*this), 70) & option) != 0;
+    return db::read_bit(imp(), place_of(*this), 70, option);
 }
 
-bool AcDbRasterImage::isClipped() const {
-    assertReadEnabled();
-    return db::read_integer(imp(), place_of(*this), 280) != 0 && isSetDisplayOpt(kClip) &&
-           clipBoundaryType() != kInvalid;
-}
+VALUE_GETTER(AcDbRasterImage, isClipped,
+             db::read_integer(imp(), place_of(*this), 280) != 0 && isSetDisplayOpt(kClip) &&
+                 clipBoundaryType() != kInvalid)
 
 AcDbRasterImage::ClipBoundaryType AcDbRasterImage::clipBoundaryType() const {
     assertReadEnabled();

@@ -1,16 +1,18 @@
 #include "acgi.h"
 #include "dbSubD.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/custom/proxy_graphics.h"
 
 #include <algorithm>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbSubDMesh, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, MESH,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr dxf::group_place subd_mesh_place{"AcDbSubDMesh"};
+constexpr db::field subd_mesh_fields[] = {
+    db::number(71, "2"), db::number(72, "0"), db::number(91, "0"), db::number(92, "0"),
+    db::number(93, "0"), db::number(94, "0"), db::number(95, "0"), db::number(90, "0"),
+};
+constexpr db::section subd_mesh_place{{"AcDbSubDMesh"}, subd_mesh_fields};
 
 // The entries of the list of faces: group 93 counts them, and edges (94) follow.
 std::vector<Adesk::Int32> face_entries(const AcDbImpObject& imp) {
@@ -29,13 +31,7 @@ std::vector<Adesk::Int32> face_entries(const AcDbImpObject& imp) {
 
 } // namespace
 
-AcDbSubDMesh::AcDbSubDMesh() {
-    imp().begin_as(
-        "0\nMESH\n100\nAcDbEntity\n8\n0\n100\nAcDbSubDMesh\n71\n2\n72\n0\n91\n0\n92\n0\n93\n0\n94\n0\n"
-        "95\n0\n90\n0\n");
-}
-
-AcDbSubDMesh::~AcDbSubDMesh() = default;
+ENTITY_CLASS(AcDbSubDMesh, AcDbEntity, MESH, subd_mesh_place)
 
 Acad::ErrorStatus AcDbSubDMesh::subdLevel(Adesk::Int32& level) const {
     assertReadEnabled();

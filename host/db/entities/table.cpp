@@ -1,6 +1,7 @@
 #include "acgi.h"
 #include "dbsymtb.h"
 #include "dbtable.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/open_objects.h"
@@ -12,14 +13,12 @@
 #include <algorithm>
 #include <cmath>
 
-ACRX_DXF_DEFINE_MEMBERS(AcDbTable, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, ACAD_TABLE,
-                        "ObjectDBX Classes")
-
 namespace {
 
-constexpr int reference_order[] = {2, 10, 20, 30, 210, 220, 230};
-constexpr dxf::group_place reference_place{"AcDbBlockReference", reference_order};
-constexpr dxf::group_place table_place{"AcDbTable"};
+constexpr db::field reference_fields[] = {db::number(2), db::flat_point(10, "0.0"), db::normal()};
+constexpr auto reference_place = db::section_of<reference_fields>("AcDbBlockReference");
+constexpr db::field table_fields[] = {db::point(11, "1.0 0.0 0.0"), db::number(91, "0"), db::number(92, "0")};
+constexpr db::section table_place{{"AcDbTable"}, table_fields};
 
 dxf::record_id block_of(const AcDbImpObject& imp) {
     if (imp.database == nullptr)
@@ -36,18 +35,9 @@ dxf::record_id block_of(const AcDbImpObject& imp) {
 
 } // namespace
 
-AcDbTable::AcDbTable() {
-    imp().begin_as(
-        "0\nACAD_TABLE\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockReference\n10\n0.0\n20\n0.0\n30\n0.0\n"
-        "100\nAcDbTable\n11\n1.0\n21\n0.0\n31\n0.0\n91\n0\n92\n0\n");
-}
+ENTITY_CLASS(AcDbTable, AcDbEntity, ACAD_TABLE, reference_place, table_place)
 
-AcDbTable::~AcDbTable() = default;
-
-AcGePoint3d AcDbTable::position() const {
-    assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), reference_place, 10);
-}
+FIELD_GETTER(AcDbTable, position, reference_place, 10)
 
 Acad::ErrorStatus AcDbTable::setPosition(const AcGePoint3d& position) {
     assertWriteEnabled();
@@ -63,25 +53,13 @@ AcGeVector3d AcDbTable::direction() const {
                                     : direction.normal();
 }
 
-AcGeVector3d AcDbTable::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), reference_place);
-}
-
-AcDbObjectId AcDbTable::blockTableRecord() const {
-    assertReadEnabled();
-    return imp().database != nullptr ? imp().database->id(block_of(imp())) : AcDbObjectId::kNull;
-}
-
-Adesk::UInt32 AcDbTable::numRows() const {
-    assertReadEnabled();
-    return static_cast<Adesk::UInt32>(std::max(db::read_integer(imp(), table_place, 91), 0));
-}
-
-Adesk::UInt32 AcDbTable::numColumns() const {
-    assertReadEnabled();
-    return static_cast<Adesk::UInt32>(std::max(db::read_integer(imp(), table_place, 92), 0));
-}
+FIELD_GETTER(AcDbTable, normal, reference_place, 210)
+VALUE_GETTER(AcDbTable, blockTableRecord,
+             imp().database != nullptr ? imp().database->id(block_of(imp())) : AcDbObjectId::kNull)
+VALUE_GETTER(AcDbTable, numRows,
+             static_cast<Adesk::UInt32>(std::max(db::read_integer(imp(), table_place, 91), 0)))
+VALUE_GETTER(AcDbTable, numColumns,
+             static_cast<Adesk::UInt32>(std::max(db::read_integer(imp(), table_place, 92), 0)))
 
 Adesk::Boolean AcDbTable::subWorldDraw(AcGiWorldDraw* draw) {
     const dxf::record_id record = block_of(imp());

@@ -1,5 +1,6 @@
 #include "acgi.h"
 #include "dbunderlayref.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/custom/proxy_graphics.h"
@@ -7,72 +8,42 @@
 #include <cmath>
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcDbUnderlayReference, AcDbEntity)
-ACRX_DXF_DEFINE_MEMBERS(AcDbPdfReference, AcDbUnderlayReference, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
-                        0, PDFUNDERLAY, "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbDwfReference, AcDbUnderlayReference, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
-                        0, DWFUNDERLAY, "ObjectDBX Classes")
-ACRX_DXF_DEFINE_MEMBERS(AcDbDgnReference, AcDbUnderlayReference, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent,
-                        0, DGNUNDERLAY, "ObjectDBX Classes")
 
 namespace {
 
-constexpr int underlay_order[] = {340, 10, 20, 30, 41, 42, 43, 50, 210, 220, 230, 280, 281, 282, 11, 21};
-constexpr dxf::group_place underlay_place{"AcDbUnderlayReference", underlay_order};
+constexpr db::field underlay_fields[] = {
+    db::number(340),
+    db::flat_point(10, "0.0"),
+    db::number(41).or_else(1.0),
+    db::number(42).or_else(1.0),
+    db::number(43).or_else(1.0),
+    db::angle(50),
+    db::normal(),
+    db::number(280, "2"),
+    db::number(281, "100"),
+    db::number(282, "0"),
+    db::pair(11),
+};
+constexpr auto underlay_place = db::section_of<underlay_fields>("AcDbUnderlayReference");
 
 // Bits of group 280.
 constexpr int clip_flag = 1;
 constexpr int on_flag = 2;
 
-#define NEW_UNDERLAY(TYPE)                                                                                   \
-    "0\n" TYPE "\n100\nAcDbEntity\n8\n0\n100\nAcDbUnderlayReference\n10\n0.0\n20\n0.0\n30\n0.0\n"            \
-    "280\n2\n281\n100\n282\n0\n"
-
 } // namespace
 
 AcDbUnderlayReference::AcDbUnderlayReference() = default;
-AcDbUnderlayReference::~AcDbUnderlayReference() = default;
 
-AcDbPdfReference::AcDbPdfReference() {
-    imp().begin_as(NEW_UNDERLAY("PDFUNDERLAY"));
-}
-AcDbPdfReference::~AcDbPdfReference() = default;
+ENTITY_CLASS(AcDbPdfReference, AcDbUnderlayReference, PDFUNDERLAY, underlay_place)
+ENTITY_CLASS(AcDbDwfReference, AcDbUnderlayReference, DWFUNDERLAY, underlay_place)
+ENTITY_CLASS(AcDbDgnReference, AcDbUnderlayReference, DGNUNDERLAY, underlay_place)
 
-AcDbDwfReference::AcDbDwfReference() {
-    imp().begin_as(NEW_UNDERLAY("DWFUNDERLAY"));
-}
-AcDbDwfReference::~AcDbDwfReference() = default;
-
-AcDbDgnReference::AcDbDgnReference() {
-    imp().begin_as(NEW_UNDERLAY("DGNUNDERLAY"));
-}
-AcDbDgnReference::~AcDbDgnReference() = default;
-
-AcGePoint3d AcDbUnderlayReference::position() const {
-    assertReadEnabled();
-    return AcGeMatrix3d::planeToWorld(normal()) * db::read_point(imp(), underlay_place, 10);
-}
-
-Acad::ErrorStatus AcDbUnderlayReference::setPosition(const AcGePoint3d& position) {
-    assertWriteEnabled();
-    db::write_point(imp(), underlay_place, 10, AcGeMatrix3d::worldToPlane(normal()) * position);
-    return Acad::eOk;
-}
-
-AcGeScale3d AcDbUnderlayReference::scaleFactors() const {
-    assertReadEnabled();
-    return {db::read_real(imp(), underlay_place, 41, 1.0), db::read_real(imp(), underlay_place, 42, 1.0),
-            db::read_real(imp(), underlay_place, 43, 1.0)};
-}
-
-double AcDbUnderlayReference::rotation() const {
-    assertReadEnabled();
-    return db::radians(db::read_real(imp(), underlay_place, 50));
-}
-
-AcGeVector3d AcDbUnderlayReference::normal() const {
-    assertReadEnabled();
-    return db::read_normal(imp(), underlay_place);
-}
+FIELD_MEMBERS(AcDbUnderlayReference, position, setPosition, underlay_place, 10)
+VALUE_GETTER(AcDbUnderlayReference, scaleFactors,
+             {db::read_real(imp(), underlay_place, 41, 1.0), db::read_real(imp(), underlay_place, 42, 1.0),
+              db::read_real(imp(), underlay_place, 43, 1.0)})
+FIELD_GETTER(AcDbUnderlayReference, rotation, underlay_place, 50)
+FIELD_GETTER(AcDbUnderlayReference, normal, underlay_place, 210)
 
 AcGeMatrix3d AcDbUnderlayReference::transform() const {
     const AcGeVector3d x(std::cos(rotation()), std::sin(rotation()), 0.0);
@@ -83,22 +54,10 @@ AcGeMatrix3d AcDbUnderlayReference::transform() const {
     return AcGeMatrix3d::planeToWorld(normal()) * in_plane;
 }
 
-AcDbObjectId AcDbUnderlayReference::definitionId() const {
-    assertReadEnabled();
-    if (imp().database == nullptr)
-        return AcDbObjectId::kNull;
-    return imp().database->id(imp().database->records().find(imp().groups().handle(underlay_place, 340)));
-}
-
-bool AcDbUnderlayReference::isClipped() const {
-    assertReadEnabled();
-    return (db::read_integer(imp(), underlay_place, 280) & clip_flag) != 0 && clipBoundary().length() > 1;
-}
-
-bool AcDbUnderlayReference::isOn() const {
-    assertReadEnabled();
-    return (db::read_integer(imp(), underlay_place, 280) & on_flag) != 0;
-}
+FIELD_GETTER(AcDbUnderlayReference, definitionId, underlay_place, 340)
+VALUE_GETTER(AcDbUnderlayReference, isClipped,
+             (db::read_integer(imp(), underlay_place, 280) & clip_flag) != 0 && clipBoundary().length() > 1)
+BIT_GETTER(AcDbUnderlayReference, isOn, underlay_place, 280, on_flag)
 
 const AcGePoint2dArray& AcDbUnderlayReference::clipBoundary() const {
     assertReadEnabled();

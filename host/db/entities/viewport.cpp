@@ -1,6 +1,7 @@
 
 #include "acgi.h"
 #include "dbents.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
@@ -11,9 +12,6 @@
 #include <algorithm>
 #include <cmath>
 #include <span>
-
-ACRX_DXF_DEFINE_MEMBERS(AcDbViewport, AcDbEntity, AcDb::kDHL_CURRENT, AcDb::kMReleaseCurrent, 0, VIEWPORT,
-                        "ObjectDBX Classes")
 
 namespace {
 
@@ -115,14 +113,7 @@ Acad::ErrorStatus check(const AcDbViewport& viewport, const AcDbObjectIdArray& l
 
 } // namespace
 
-AcDbViewport::AcDbViewport() {
-    imp().begin_as(
-        "0\nVIEWPORT\n100\nAcDbEntity\n8\n0\n100\nAcDbViewport\n10\n0.0\n20\n0.0\n30\n0.0\n40\n1.0\n41\n1.0\n"
-        "68\n1\n69\n0\n12\n0.0\n22\n0.0\n13\n0.0\n23\n0.0\n14\n10.0\n24\n10.0\n15\n10.0\n25\n10.0\n"
-        "16\n0.0\n26\n0.0\n36\n1.0\n17\n0.0\n27\n0.0\n37\n0.0\n42\n50.0\n43\n0.0\n44\n0.0\n45\n1.0\n"
-        "50\n0.0\n51\n0.0\n72\n100\n90\n32864\n");
-}
-AcDbViewport::~AcDbViewport() = default;
+ENTITY_CLASS(AcDbViewport, AcDbEntity, VIEWPORT, db::viewport_place)
 
 AcGePoint3d AcDbViewport::centerPoint() const {
     return {real(*this, center[0]), real(*this, center[1]), real(*this, center[2])};
@@ -219,10 +210,7 @@ Acad::ErrorStatus AcDbViewport::subErase(bool erasing) {
     return erasing && is_sheet ? Acad::eCannotBeErasedByCaller : AcDbEntity::subErase(erasing);
 }
 
-bool AcDbViewport::isLocked() const {
-    assertReadEnabled();
-    return (flags(imp()) & locked_bit) != 0;
-}
+VALUE_GETTER(AcDbViewport, isLocked, (flags(imp()) & locked_bit) != 0)
 Acad::ErrorStatus AcDbViewport::setLocked() {
     return set_locked(*this, true);
 }
