@@ -14,7 +14,6 @@ public:
     enum ImageDisplayOpt { kShow = 1, kShowUnAligned = 2, kClip = 4, kTransparent = 8 };
 
     AcDbRasterImage();
-    ~AcDbRasterImage() override;
 
     // The lower left corner, and the sides of the whole image.
     void getOrientation(AcGePoint3d& origin, AcGeVector3d& u, AcGeVector3d& v) const;
