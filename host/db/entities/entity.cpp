@@ -2,6 +2,7 @@
 #include "base/case_fold.h"
 #include "dbapserv.h"
 #include "dbsymtb.h"
+#include "host/db/core/fields.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/layer_facts.h"
@@ -242,10 +243,7 @@ Acad::ErrorStatus AcDbEntity::setLinetype(AcDbObjectId id, bool doSubents) {
     return Acad::eOk;
 }
 
-double AcDbEntity::linetypeScale() const {
-    assertReadEnabled();
-    return imp().groups().real(entity_place, 48).value_or(1.0);
-}
+VALUE_GETTER(AcDbEntity, linetypeScale, imp().groups().real(entity_place, 48).value_or(1.0))
 
 Acad::ErrorStatus AcDbEntity::setLinetypeScale(double scale, bool doSubents) {
     if (!isWriteEnabled())
