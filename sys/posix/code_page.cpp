@@ -86,6 +86,31 @@ public:
         return std::string(out, out_at);
     }
 
+    // The characters of many codes of two bytes, one after the other: as many as codes, or, where the system
+    // does something else than one character for each, none. Zero for codes that stand for nothing.
+    std::wstring convert_pairs(std::string bytes) {
+        std::wstring characters;
+        std::string out(bytes.size() * 2, '\0');
+        char* in_at = bytes.data();
+        std::size_t in_left = bytes.size();
+        while (in_left != 0) {
+            char* out_at = out.data();
+            std::size_t out_left = out.size();
+            ::iconv(handle_, nullptr, nullptr, nullptr, nullptr);
+            const std::size_t result = ::iconv(handle_, &in_at, &in_left, &out_at, &out_left);
+            characters += base::widen(std::string_view(out.data(), out_at));
+            if (result == 0)
+                break;
+            if (result != static_cast<std::size_t>(-1) || errno != EILSEQ || in_left % 2 != 0 ||
+                characters.size() * 2 != bytes.size() - in_left)
+                return {};
+            characters += L'\0';
+            in_at += 2;
+            in_left -= 2;
+        }
+        return characters.size() * 2 == bytes.size() ? characters : std::wstring();
+    }
+
 private:
     iconv_t handle_;
 };
@@ -109,26 +134,42 @@ bool code_page::fill() {
     characters_.resize(0x10000);
     codes_.resize(0x10000);
 
+    const auto put = [&](unsigned code, char32_t c) {
+        if (c < 0x80 || c > 0xFFFF)
+            return;
+        characters_[code] = static_cast<char16_t>(c);
+        // Of several codes for one character the system tells which one is written.
+        if (codes_[c] == 0 ||
+            encoder.convert(base::narrow(std::wstring(1, static_cast<wchar_t>(c)))) == bytes_of(code))
+            codes_[c] = static_cast<std::uint16_t>(code);
+    };
     // False when the code is the beginning of a longer one.
     const auto add = [&](unsigned code) {
         const auto utf8 = decoder.convert(bytes_of(code));
         if (!utf8)
             return errno != EINVAL;
         const std::wstring text = base::widen(*utf8);
-        const auto c = text.size() == 1 ? static_cast<char32_t>(text[0]) : 0;
-        if (c < 0x80 || c > 0xFFFF)
-            return true;
-        characters_[code] = static_cast<char16_t>(c);
-        // Of several codes for one character the system tells which one is written.
-        if (codes_[c] == 0 || encoder.convert(*utf8) == bytes_of(code))
-            codes_[c] = static_cast<std::uint16_t>(code);
+        if (text.size() == 1)
+            put(code, static_cast<char32_t>(text[0]));
         return true;
+    };
+    constexpr unsigned first_trail = 0x21;
+    const auto add_pairs = [&](unsigned lead) {
+        std::string pairs;
+        for (unsigned trail = first_trail; trail <= 0xFF; ++trail)
+            pairs += bytes_of(lead << 8 | trail);
+        const std::wstring characters = decoder.convert_pairs(pairs);
+        for (unsigned trail = first_trail; trail <= 0xFF; ++trail)
+            if (characters.empty())
+                add(lead << 8 | trail);
+            else
+                put(lead << 8 | trail, static_cast<char32_t>(characters[trail - first_trail]));
     };
     for (unsigned byte = 0; byte < 0x80; ++byte)
         characters_[byte] = static_cast<char16_t>(byte);
     for (unsigned byte = 0x80; byte <= 0xFF; ++byte) {
-        for (unsigned trail = add(byte) ? 0x100 : 0x21; trail <= 0xFF; ++trail)
-            add(byte << 8 | trail);
+        if (!add(byte))
+            add_pairs(byte);
         const auto first = characters_.begin() + byte * 0x100;
         is_lead_[byte] =
             characters_[byte] == 0 && std::any_of(first, first + 0x100, [](char16_t c) { return c != 0; });
