@@ -5,22 +5,28 @@
 #include "base/utf.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
+#include <iterator>
 #include <string_view>
 #include <vector>
 
 namespace ed {
 
+Adesk::UInt16 named_color(std::wstring_view text) {
+    constexpr std::wstring_view names[] = {L"red",  L"yellow",  L"green", L"cyan",
+                                           L"blue", L"magenta", L"white"};
+    for (std::size_t i = 0; i < std::size(names); ++i)
+        if (base::equal_no_case(text, names[i]))
+            return static_cast<Adesk::UInt16>(i + 1);
+    return 0;
+}
+
 std::optional<AcCmColor> parse_color(const std::wstring& text) {
-    static constexpr std::array<std::wstring_view, 7> names = {L"red",  L"yellow",  L"green", L"cyan",
-                                                               L"blue", L"magenta", L"white"};
     AcCmColor color;
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (base::equal_no_case(text, names[i])) {
-            color.setColorIndex(static_cast<Adesk::UInt16>(i + 1));
-            return color;
-        }
+    if (const Adesk::UInt16 index = named_color(text); index != 0) {
+        color.setColorIndex(index);
+        return color;
+    }
     std::vector<std::int64_t> numbers;
     for (std::size_t at = 0; at <= text.size();) {
         const std::size_t comma = std::min(text.find(L',', at), text.size());

@@ -263,15 +263,10 @@ bool on() {
 
 bool off() {
     return for_layers(L"\nEnter name list of layer(s) to turn off: ", false, [](AcDbLayerTableRecord& layer) {
-        if (layer.objectId() == database()->clayer()) {
-            acedInitGet(0, L"Yes No");
-            ACHAR word[8] = L"No";
-            const std::wstring prompt =
-                L"\nReally want layer \"" + current_name() + L"\" (the CURRENT layer) off? [Yes/No] <N>: ";
-            if (acedGetKword(prompt.c_str(), word, 8) != RTNORM || std::wstring_view(word) != L"Yes")
-                return;
-        }
-        layer.setIsOff(true);
+        if (layer.objectId() != database()->clayer() ||
+            ask_yes(L"\nReally want layer \"" + current_name() + L"\" (the CURRENT layer) off?")
+                .value_or(false))
+            layer.setIsOff(true);
     });
 }
 

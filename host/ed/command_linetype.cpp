@@ -88,10 +88,7 @@ bool reloads(const std::wstring& name) {
     constexpr int asks_no_more = 3;
     if (variable<int>(L"EXPERT") >= asks_no_more)
         return true;
-    std::wstring word = L"Yes";
-    return ask_keyword(L"\nLinetype \"" + name + L"\" is already loaded. Reload it? [Yes/No] <Y>: ",
-                       L"Yes No", word) != RTCAN &&
-           word == L"Yes";
+    return ask_yes(L"\nLinetype \"" + name + L"\" is already loaded. Reload it?", true).value_or(false);
 }
 
 void load(const linetype_definition& definition) {

@@ -24,13 +24,12 @@ namespace ed {
 void audit_command() {
     if (current_drawing() == nullptr)
         return;
-    std::wstring word = L"No";
-    if (ask_keyword(L"\nFix any errors detected? [Yes/No] <N>: ", L"Yes No", word) == RTCAN)
+    const std::optional<bool> mends = ask_yes(L"\nFix any errors detected?");
+    if (!mends)
         return;
-    const bool mends = word == L"Yes";
     AcDbImpDatabase& drawing = current_drawing()->imp();
     acutPrintf(L"\nAuditing Header\nAuditing Tables\nAuditing Entities");
-    const auto findings = db::audit(drawing, mends);
+    const auto findings = db::audit(drawing, *mends);
     for (const db::audit_finding& finding : findings) {
         std::wstring place = L"Header";
         if (finding.record != dxf::no_record) {
@@ -89,10 +88,9 @@ public:
     explicit purge_run(std::wstring names) : names_(std::move(names)) {}
 
     bool ask_whether_to_verify() {
-        std::wstring word = L"Yes";
-        const int answered = ask_keyword(L"\nVerify each name to be purged? [Yes/No] <Y>: ", L"Yes No", word);
-        verifies_ = word == L"Yes";
-        return answered != RTCAN;
+        const std::optional<bool> verifies = ask_yes(L"\nVerify each name to be purged?", true);
+        verifies_ = verifies.value_or(true);
+        return verifies.has_value();
     }
 
     // False when the user ended it. `found` gets how many there were.
@@ -120,11 +118,10 @@ private:
         AcDbImpDatabase& drawing = current_drawing()->imp();
         const std::wstring name = drawing.names().name_of(drawing.record(id));
         if (verifies_) {
-            std::wstring word = L"No";
-            if (ask_keyword(L"\nPurge " + std::wstring(kind.one) + L" \"" + name + L"\"? [Yes/No] <N>: ",
-                            L"Yes No", word) == RTCAN)
+            const auto purges = ask_yes(L"\nPurge " + std::wstring(kind.one) + L" \"" + name + L"\"?");
+            if (!purges)
                 return false;
-            if (word == L"No") {
+            if (!*purges) {
                 declined_.insert(drawing.record(id));
                 return true;
             }

@@ -46,7 +46,7 @@ void open_command() {
 void close_command() {
     if (current_drawing() == nullptr ||
         (unsaved_in(*current_drawing()) != 0 &&
-         !ask_yes(L"\nReally want to discard all changes to the drawing? [Yes/No] <N>: ")))
+         !ask_yes(L"\nReally want to discard all changes to the drawing?").value_or(false)))
         return;
     ap::documents::instance().close_current();
     acutPrintf(current_drawing() != nullptr ? L"\nCurrent drawing: %ls\n" : L"\nNo drawing is open.\n",
@@ -60,7 +60,7 @@ void quit_command() {
         for (AcDbDatabase* const database : ap::documents::instance().databases())
             unsaved += unsaved_in(*database);
         if (unsaved != 0 && !editor.saves_at_end &&
-            !ask_yes(L"\nReally want to discard all changes to the drawing? [Yes/No] <N>: "))
+            !ask_yes(L"\nReally want to discard all changes to the drawing?").value_or(false))
             return;
     }
     editor.quit();

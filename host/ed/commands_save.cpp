@@ -51,7 +51,7 @@ bool may_replace(const std::wstring& name) {
     std::error_code ignored;
     return !std::filesystem::exists(sys::to_path(name), ignored) || is_own_file(name) ||
            variable<int>(L"EXPERT") >= asks_no_more ||
-           ask_yes(L"\nA drawing with this name already exists.\nDo you want to replace it? [Yes/No] <N>: ");
+           ask_yes(L"\nA drawing with this name already exists.\nDo you want to replace it?").value_or(false);
 }
 
 // A run without a person can not know the question: it fails.
@@ -59,9 +59,10 @@ void save(const std::wstring& name, int version) {
     ap::documents& documents = ap::documents::instance();
     auto changed = ap::documents::if_changed::refuse;
     if (documents.was_changed_on_disk(name) && editor::instance().input.at_terminal()) {
-        if (!ask_yes(
-                L"\nThe file was changed on the disk by another program since it was opened.\nDo you want to "
-                L"replace it? [Yes/No] <N>: "))
+        if (!ask_yes(L"\nThe file was changed on the disk by another program since it was opened.\nDo you "
+                     L"want to "
+                     L"replace it?")
+                 .value_or(false))
             return;
         changed = ap::documents::if_changed::replace;
     }

@@ -122,9 +122,7 @@ void back_to_mark(history& past) {
         groups.marks.pop_back();
     std::size_t place = past.least();
     if (groups.marks.empty()) {
-        std::wstring word = L"Yes";
-        if (ask_keyword(L"\nThis will undo everything. OK? [Yes/No] <Y>: ", L"Yes No", word) == RTCAN ||
-            word == L"No")
+        if (!ask_yes(L"\nThis will undo everything. OK?", true).value_or(false))
             return;
     } else {
         place = std::max(place, groups.marks.back());

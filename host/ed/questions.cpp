@@ -83,9 +83,11 @@ std::wstring file_of(std::wstring_view typed) {
     return std::wstring(typed);
 }
 
-bool ask_yes(const std::wstring& prompt) {
-    std::wstring word;
-    return ask_keyword(prompt, L"Yes No", word) == RTNORM && word == L"Yes";
+std::optional<bool> ask_yes(const std::wstring& question, bool enter) {
+    std::wstring word = enter ? L"Yes" : L"No";
+    if (ask_keyword(question + (enter ? L" [Yes/No] <Y>: " : L" [Yes/No] <N>: "), L"Yes No", word) == RTCAN)
+        return std::nullopt;
+    return word == L"Yes";
 }
 
 std::vector<AcDbObjectId> ask_objects(bool writes) {

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,8 +36,9 @@ int ask_line(const std::wstring& prompt, std::wstring& text);
 int ask_file(const std::wstring& prompt, const std::wstring& extension, std::wstring& file);
 // The file name in a line that was typed: without marks around it and blanks behind it.
 std::wstring file_of(std::wstring_view typed);
-// Whether the user says yes; Enter says no.
-bool ask_yes(const std::wstring& prompt);
+// Whether the user says yes, behind whose question "[Yes/No] <N>: " is shown; `enter` is what Enter says.
+// Nothing when it was cancelled.
+std::optional<bool> ask_yes(const std::wstring& question, bool enter = false);
 
 // What the user selects; those on locked layers are left out and counted where `writes` is set. Empty when
 // there is nothing, or it was cancelled.

@@ -166,13 +166,12 @@ std::wstring color_text(AcDbImpDatabase& database) {
 }
 
 bool set_color(AcDbImpDatabase& database, std::wstring_view text) {
-    static constexpr std::array<std::wstring_view, 8> names = {L"BYBLOCK", L"RED",  L"YELLOW",  L"GREEN",
-                                                               L"CYAN",    L"BLUE", L"MAGENTA", L"WHITE"};
     std::optional<std::int64_t> index = base::parse_integer(base::narrow(text));
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (base::equal_no_case(text, names[i]))
-            index = static_cast<std::int64_t>(i);
-    if (base::equal_no_case(text, L"BYLAYER"))
+    if (const auto named = named_color(text); named != 0)
+        index = named;
+    else if (base::equal_no_case(text, L"BYBLOCK"))
+        index = 0;
+    else if (base::equal_no_case(text, L"BYLAYER"))
         index = 256;
     return index && *index >= 0 && *index <= 256 &&
            database.notifier().set_header_value("$CECOLOR", 62, std::to_string(*index));

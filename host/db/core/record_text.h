@@ -4,23 +4,15 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/layer_facts.h"
+#include "host/dxf/handle_text.h"
 
 #include <algorithm>
-#include <iterator>
 #include <string>
 #include <string_view>
 
 namespace db {
 
-// A handle as files write it.
-inline std::string handle_text(std::uint64_t handle) {
-    char digits[16];
-    char* first = std::end(digits);
-    do
-        *--first = "0123456789ABCDEF"[handle & 0xF];
-    while ((handle >>= 4) != 0);
-    return {first, std::end(digits)};
-}
+using dxf::handle_text;
 
 class record_text {
 public:
