@@ -3,7 +3,7 @@
 #include "module/engines/MarkupDoc.h"
 #include "module/engines/MarkupFault.h"
 #include "module/standard/LineWeightText.h"
-#include "module/standard/StandardFileNames.h"
+#include "module/standard/StandardFileFields.h"
 
 #include "adscodes.h"
 #include "dbsymtb.h"
@@ -123,14 +123,8 @@ private:
                     Tell(L"系统名称 " + Quoted(name) + L" 已经使用");
             } else if (tag == Name::material.name || tag == Name::outdoorMaterial.name) {
                 CheckMaterial(value, tag == Name::outdoorMaterial.name);
-            } else if ((tag == Name::lineWidth.name || tag == Name::vPipeRadius.name ||
-                        tag == Name::vPipeRadius1.name || tag == Name::vPipeRadius2.name) &&
-                       !IsSize(value)) {
-                Tell(L"数值 " + Quoted(value) + L" 无效");
-            } else if (tag == Name::canRename.name || tag == Name::canDeletePipe.name) {
-                CheckFlag(value);
-            } else if ((tag == Name::vPipeType.name || tag == Name::status.name) && !IsInteger(value)) {
-                Tell(L"整数 " + Quoted(value) + L" 无效");
+            } else {
+                ForEachSystemField(m_kinds.system, CheckKind(tag, value));
             }
         });
         if (!told)
@@ -162,17 +156,12 @@ private:
                            !isNew && use->second != owner) {
                     Tell(L"图层 " + Quoted(value) + L" 已经用于 " + Quoted(use->second));
                 }
-            } else if (tag == Name::layerColor.name && !IsColor(value)) {
-                Tell(L"颜色 " + Quoted(value) + L" 无效");
-            } else if (tag == Name::lineWeight.name && !value.IsEmpty() &&
-                       GetLineWeightText(ParseLineWeight(value)) != value) {
-                Tell(L"线宽 " + Quoted(value) + L" 无效");
             } else if (tag == Name::lineStyle.name && !value.IsEmpty() &&
                        std::ranges::none_of(m_known.linetypes,
                                             [&](const CString& one) { return IsSameName(one, value); })) {
                 Tell(L"线型 " + Quoted(value) + L" 未知");
-            } else if (tag == Name::canDeleteLayer.name || tag == Name::canPlot.name) {
-                CheckFlag(value);
+            } else {
+                ForEachLayerField(m_kinds.layer, true, CheckKind(tag, value));
             }
         });
         if (!told)
@@ -180,20 +169,46 @@ private:
     }
 
     void CheckTextStyle() {
-        ForEachChild([this](std::wstring_view tag) {
-            const CString value = Data();
-            if (tag == Name::winFont.name || tag == Name::bold.name || tag == Name::italic.name)
-                CheckFlag(value);
-            else if ((tag == Name::fontHeight.name || tag == Name::widthScale.name) && !IsSize(value))
-                Tell(L"数值 " + Quoted(value) + L" 无效");
-        });
+        ForEachChild(
+            [this](std::wstring_view tag) { ForEachTextStyleField(m_kinds.style, CheckKind(tag, Data())); });
     }
 
     void CheckObjectColor() {
         ForEachChild([this](std::wstring_view tag) {
-            if (const CString value = Data(); tag == Name::color.name && !IsColor(value))
-                Tell(L"颜色 " + Quoted(value) + L" 无效");
+            ForEachObjectColorField(m_kinds.color, CheckKind(tag, Data()));
         });
+    }
+
+    // Looks whether a value is one of the kind of that field whose element has its tag.
+    struct KindChecker {
+        void operator()(const Name::Element& element, const auto& kind) const {
+            if (tag == element.name)
+                checker.CheckValue(value, kind);
+        }
+        Checker& checker;
+        std::wstring_view tag;
+        const CString& value;
+    };
+    KindChecker CheckKind(std::wstring_view tag, const CString& value) { return {*this, tag, value}; }
+
+    void CheckValue(const CString& /*value*/, const CString& /*kind*/) {}
+    void CheckValue(const CString& /*value*/, EmptyText<const CString> /*kind*/) {}
+    void CheckValue(const CString& value, const bool& /*kind*/) { CheckFlag(value); }
+    void CheckValue(const CString& value, const int& /*kind*/) {
+        if (!IsInteger(value))
+            Tell(L"整数 " + Quoted(value) + L" 无效");
+    }
+    void CheckValue(const CString& value, const double& /*kind*/) {
+        if (!IsSize(value))
+            Tell(L"数值 " + Quoted(value) + L" 无效");
+    }
+    void CheckValue(const CString& value, const AcCmColor& /*kind*/) {
+        if (!IsColor(value))
+            Tell(L"颜色 " + Quoted(value) + L" 无效");
+    }
+    void CheckValue(const CString& value, LineWeightValue<const int> /*kind*/) {
+        if (!value.IsEmpty() && GetLineWeightText(ParseLineWeight(value)) != value)
+            Tell(L"线宽 " + Quoted(value) + L" 无效");
     }
 
     // An empty one is the default, here and below.
@@ -271,6 +286,15 @@ private:
         });
         TellMissing(wanted, keys);
     }
+
+    // Records of which only the kinds of the fields are wanted.
+    struct Kinds {
+        PipeBasicNode system;
+        LayerNode layer;
+        TextStyleNode style;
+        ObjectColor color;
+    };
+    const Kinds m_kinds;
 
     MarkupDoc& m_document;
     std::wstring_view m_text;

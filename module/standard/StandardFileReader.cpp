@@ -4,7 +4,7 @@
 #include "module/engines/VRbTreeXml.h"
 #include "module/standard/DefaultStandard.h"
 #include "module/standard/LineWeightText.h"
-#include "module/standard/StandardFileNames.h"
+#include "module/standard/StandardFileFields.h"
 
 #include <algorithm>
 #include <cmath>
@@ -54,6 +54,20 @@ void Read(const CVRbTreeItem& parent, const Name::Element& element, AcCmColor& t
         target = ParseColor(text);
 }
 
+void Read(const CVRbTreeItem& parent, const Name::Element& element, EmptyText<CString> target) {
+    if (parent.FindSubItem(element.name) != nullptr)
+        target.value = TextOf(parent, element);
+}
+
+void Read(const CVRbTreeItem& parent, const Name::Element& element, LineWeightValue<int> target) {
+    target.value = ParseLineWeight(TextOf(parent, element));
+}
+
+// Reads each field of a record.
+auto ReadFrom(const CVRbTreeItem& item) {
+    return [&item](const Name::Element& element, auto&& target) { Read(item, element, target); };
+}
+
 // Hands each child of the named child to a function.
 template<class Take>
 void ForEach(const CVRbTreeItem& parent, const Name::Element& element, Take take) {
@@ -70,9 +84,7 @@ public:
 
     void Read(const CVRbTreeItem& root) {
         ForEach(root, Name::layerNameRule, [this](const CVRbTreeItem& item) {
-            m_standard.m_nameRules.push_back({TextOf(item, Name::ruleLayerType),
-                                              TextOf(item, Name::layerPrefix),
-                                              TextOf(item, Name::layerSuffix)});
+            ForEachNameRuleField(m_standard.m_nameRules.emplace_back(), ReadFrom(item));
             m_ruled.insert(m_standard.m_nameRules.back().m_layerType);
         });
         ForEach(root, Name::pipeSystem, [this](const CVRbTreeItem& item) { ReadGroup(item); });
@@ -86,9 +98,7 @@ public:
                 ReadTextStyle(*item);
         });
         ForEach(root, Name::objectColorSetting, [this](const CVRbTreeItem& item) {
-            ObjectColor& one = m_standard.m_objectColors.emplace_back();
-            ::Read(item, Name::objectName, one.m_name);
-            ::Read(item, Name::color, one.m_color);
+            ForEachObjectColorField(m_standard.m_objectColors.emplace_back(), ReadFrom(item));
         });
     }
 
@@ -104,10 +114,10 @@ private:
     std::unique_ptr<PipeNode> ReadSystem(const CVRbTreeItem& pipe) {
         auto system = std::make_unique<PipeNode>();
         if (const CVRbTreeItem* const base = pipe.FindSubItem(Name::baseInfo.name)) {
-            ReadBaseInfo(*base, *system);
+            ForEachSystemField<PipeBasicNode>(*system, ReadFrom(*base));
             for (const CVRbTreeItem* item = base->GetNext(); item != nullptr; item = item->GetNext())
                 if (const CString type = item->GetAttrib(Name::layerTypeAttrib); !type.IsEmpty()) {
-                    std::unique_ptr<LayerNode> layer = ReadLayer(*item);
+                    std::unique_ptr<LayerNode> layer = ReadLayer(*item, false);
                     layer->m_layerType = type;
                     layer->m_layerKey = system->m_name;
                     system->AddLayerNode(layer.release());
@@ -119,34 +129,9 @@ private:
         return system;
     }
 
-    static void ReadBaseInfo(const CVRbTreeItem& base, PipeBasicNode& system) {
-        ::Read(base, Name::pipeOriginalName, system.m_initialName);
-        ::Read(base, Name::pipeName, system.m_name);
-        ::Read(base, Name::lineWidth, system.m_lineWidth);
-        ::Read(base, Name::dim, system.m_dim);
-        ::Read(base, Name::material, system.m_material);
-        ::Read(base, Name::outdoorMaterial, system.m_outdoorMaterial);
-        ::Read(base, Name::vPipeType, system.m_vPipeType);
-        ::Read(base, Name::vPipeRadius, system.m_vPipeRadius);
-        ::Read(base, Name::vPipeRadius1, system.m_vPipeRadius1);
-        ::Read(base, Name::vPipeRadius2, system.m_vPipeRadius2);
-        ::Read(base, Name::waterFlowStatus, system.m_waterFlowStatus);
-        ::Read(base, Name::remark, system.m_remark);
-        ::Read(base, Name::canRename, system.m_canRename);
-        ::Read(base, Name::canDeletePipe, system.m_canDelete);
-        ::Read(base, Name::status, system.m_status);
-    }
-
-    static std::unique_ptr<LayerNode> ReadLayer(const CVRbTreeItem& item) {
+    static std::unique_ptr<LayerNode> ReadLayer(const CVRbTreeItem& item, bool withKey) {
         auto layer = std::make_unique<LayerNode>();
-        ::Read(item, Name::oldKey, layer->m_oldKey);
-        ::Read(item, Name::layerName, layer->m_layerName);
-        ::Read(item, Name::layerColor, layer->m_color);
-        ::Read(item, Name::lineStyle, layer->m_linetype);
-        layer->m_lineWeight = ParseLineWeight(TextOf(item, Name::lineWeight));
-        ::Read(item, Name::remark, layer->m_remark);
-        ::Read(item, Name::canDeleteLayer, layer->m_canDelete);
-        ::Read(item, Name::canPlot, layer->m_canPlot);
+        ForEachLayerField(*layer, withKey, ReadFrom(item));
         ForEach(item, Name::layerAttachSet,
                 [&](const CVRbTreeItem& one) { layer->m_attachments.push_back(one.GetValue()); });
         return layer;
@@ -169,9 +154,8 @@ private:
         auto group = std::make_unique<OtherLayerNode>(item.GetAttrib(Name::layerTypeAttrib));
         for (const CVRbTreeItem* one = item.GetChild(); one != nullptr; one = one->GetNext())
             if (one->GetName() == Name::layer.name) {
-                std::unique_ptr<LayerNode> layer = ReadLayer(*one);
+                std::unique_ptr<LayerNode> layer = ReadLayer(*one, true);
                 layer->m_layerType = group->m_layerType;
-                ::Read(*one, Name::layerKey, layer->m_layerKey);
                 group->AddLayerNode(layer.release());
             }
         ReadMap(item, Name::otherMap, *group);
@@ -192,20 +176,8 @@ private:
         const auto same = std::ranges::find(builtIn, use, &TextStyleNode::m_key);
         TextStyleNode& style =
             m_standard.m_textStyles.emplace_back(same != builtIn.end() ? *same : TextStyleNode());
-        style.m_key = use;
-        ::Read(item, Name::styleName, style.m_name);
-        // A style may have no font of one of the two kinds.
-        if (item.FindSubItem(Name::chineseFont.name) != nullptr)
-            style.m_chineseFont = TextOf(item, Name::chineseFont);
-        if (item.FindSubItem(Name::englishFont.name) != nullptr)
-            style.m_englishFont = TextOf(item, Name::englishFont);
-        ::Read(item, Name::winFont, style.m_isWinFont);
-        ::Read(item, Name::fontHeight, style.m_height);
-        ::Read(item, Name::widthScale, style.m_scale);
-        ::Read(item, Name::bold, style.m_isBold);
-        ::Read(item, Name::italic, style.m_isItalic);
         style.m_encoding = TextStyleNode().m_encoding;
-        ::Read(item, Name::encoded, style.m_encoding);
+        ForEachTextStyleField(style, ReadFrom(item));
     }
 
     PipeStandard& m_standard;

@@ -3,7 +3,7 @@
 #include "module/engines/VRbTree.h"
 #include "module/engines/VRbTreeXml.h"
 #include "module/standard/LineWeightText.h"
-#include "module/standard/StandardFileNames.h"
+#include "module/standard/StandardFileFields.h"
 
 namespace Name = StandardFileName;
 
@@ -22,13 +22,10 @@ public:
         AddRules(root, standard);
         CVRbTreeItem* const styles = Add(Add(root, Name::textStyleSetting), Name::textStyleSet);
         for (const TextStyleNode& style : standard.m_textStyles)
-            AddTextStyle(styles, style);
+            ForEachTextStyleField(style, AddTo(Add(styles, Name::textStyle)));
         CVRbTreeItem* const colors = Add(root, Name::objectColorSetting);
-        for (const ObjectColor& one : standard.m_objectColors) {
-            CVRbTreeItem* const item = Add(colors, Name::objectColor);
-            Add(item, Name::objectName, one.m_name);
-            Add(item, Name::color, GetColorText(one.m_color));
-        }
+        for (const ObjectColor& one : standard.m_objectColors)
+            ForEachObjectColorField(one, AddTo(Add(colors, Name::objectColor)));
     }
 
     bool Save(LPCTSTR path) const { return SaveTreeToXml(m_tree, path, L"utf-8", false) != 0; }
@@ -49,6 +46,28 @@ private:
     void Add(CVRbTreeItem* parent, const Name::Element& element, double value) {
         Add(parent, element)->SetValue(value, 6);
     }
+    void Add(CVRbTreeItem* parent, const Name::Element& element, bool value) {
+        Add(parent, element, value ? 1 : 0);
+    }
+    void Add(CVRbTreeItem* parent, const Name::Element& element, const AcCmColor& value) {
+        Add(parent, element, GetColorText(value));
+    }
+    void Add(CVRbTreeItem* parent, const Name::Element& element, EmptyText<const CString> text) {
+        Add(parent, element, text.value);
+    }
+    void Add(CVRbTreeItem* parent, const Name::Element& element, LineWeightValue<const int> weight) {
+        Add(parent, element, GetLineWeightText(weight.value));
+    }
+
+    // Adds each field of a record that it is handed.
+    struct FieldAdder {
+        void operator()(const Name::Element& element, const auto& value) const {
+            writer.Add(item, element, value);
+        }
+        Writer& writer;
+        CVRbTreeItem* item;
+    };
+    FieldAdder AddTo(CVRbTreeItem* item) { return {*this, item}; }
 
     void AddGroup(CVRbTreeItem* parent, const PipeGroupNode& group) {
         CVRbTreeItem* const item = Add(parent, Name::pipeGroup);
@@ -59,22 +78,7 @@ private:
     }
 
     void AddSystem(CVRbTreeItem* item, const PipeNode& system) {
-        CVRbTreeItem* const base = Add(item, Name::baseInfo);
-        Add(base, Name::pipeOriginalName, system.m_initialName);
-        Add(base, Name::pipeName, system.m_name);
-        Add(base, Name::lineWidth, system.m_lineWidth);
-        Add(base, Name::dim, system.m_dim);
-        Add(base, Name::material, system.m_material);
-        Add(base, Name::outdoorMaterial, system.m_outdoorMaterial);
-        Add(base, Name::vPipeType, system.m_vPipeType);
-        Add(base, Name::vPipeRadius, system.m_vPipeRadius);
-        Add(base, Name::vPipeRadius1, system.m_vPipeRadius1);
-        Add(base, Name::vPipeRadius2, system.m_vPipeRadius2);
-        Add(base, Name::waterFlowStatus, system.m_waterFlowStatus);
-        Add(base, Name::remark, system.m_remark);
-        Add(base, Name::canRename, system.m_canRename ? 1 : 0);
-        Add(base, Name::canDeletePipe, system.m_canDelete ? 1 : 0);
-        Add(base, Name::status, system.m_status);
+        ForEachSystemField(system, AddTo(Add(item, Name::baseInfo)));
         AddMap(Add(item, Name::sysMap), system);
         for (const auto& layer : system.Layers()) {
             CVRbTreeItem* const one = Add(item, Name::layer);
@@ -92,16 +96,7 @@ private:
     }
 
     void AddLayer(CVRbTreeItem* item, const LayerNode& layer, bool withKey) {
-        Add(item, Name::oldKey, layer.m_oldKey);
-        if (withKey)
-            Add(item, Name::layerKey, layer.m_layerKey);
-        Add(item, Name::layerName, layer.m_layerName);
-        Add(item, Name::layerColor, GetColorText(layer.m_color));
-        Add(item, Name::lineStyle, layer.m_linetype);
-        Add(item, Name::lineWeight, GetLineWeightText(layer.m_lineWeight));
-        Add(item, Name::remark, layer.m_remark);
-        Add(item, Name::canDeleteLayer, layer.m_canDelete ? 1 : 0);
-        Add(item, Name::canPlot, layer.m_canPlot ? 1 : 0);
+        ForEachLayerField(layer, withKey, AddTo(item));
         CVRbTreeItem* const attachments = Add(item, Name::layerAttachSet);
         for (const CString& one : layer.m_attachments)
             Add(attachments, Name::layerAttach, one);
@@ -117,12 +112,8 @@ private:
 
     void AddRules(CVRbTreeItem* root, const PipeStandard& standard) {
         CVRbTreeItem* const names = Add(root, Name::layerNameRule);
-        for (const LayerNameRule& rule : standard.m_nameRules) {
-            CVRbTreeItem* const item = Add(names, Name::nameRule);
-            Add(item, Name::ruleLayerType, rule.m_layerType);
-            Add(item, Name::layerPrefix, rule.m_prefix);
-            Add(item, Name::layerSuffix, rule.m_suffix);
-        }
+        for (const LayerNameRule& rule : standard.m_nameRules)
+            ForEachNameRuleField(rule, AddTo(Add(names, Name::nameRule)));
         CVRbTreeItem* const links = Add(Add(root, Name::createRules), Name::linkLayerType);
         for (const CreateSystemRule& rule : standard.m_createRules) {
             CVRbTreeItem* const item = Add(links, Name::createRule);
@@ -130,20 +121,6 @@ private:
             for (const CString& type : rule.m_layerTypes)
                 Add(item, Name::linkedLayerType, type);
         }
-    }
-
-    void AddTextStyle(CVRbTreeItem* parent, const TextStyleNode& style) {
-        CVRbTreeItem* const item = Add(parent, Name::textStyle);
-        Add(item, Name::key, style.m_key);
-        Add(item, Name::styleName, style.m_name);
-        Add(item, Name::chineseFont, style.m_chineseFont);
-        Add(item, Name::englishFont, style.m_englishFont);
-        Add(item, Name::winFont, style.m_isWinFont ? 1 : 0);
-        Add(item, Name::fontHeight, style.m_height);
-        Add(item, Name::widthScale, style.m_scale);
-        Add(item, Name::bold, style.m_isBold ? 1 : 0);
-        Add(item, Name::italic, style.m_isItalic ? 1 : 0);
-        Add(item, Name::encoded, style.m_encoding);
     }
 
     CVRbTree m_tree;
