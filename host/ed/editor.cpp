@@ -9,7 +9,6 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/core/open_objects.h"
 #include "host/db/core/transactions.h"
-#include "host/ed/command_aliases.h"
 #include "host/ed/command_stack.h"
 #include "host/ed/console_bars.h"
 #include "host/ed/console_dialogs.h"
@@ -17,6 +16,7 @@
 #include "host/ed/pick_first.h"
 #include "host/ed/profile_variables.h"
 #include "host/ed/system_variables.h"
+#include "host/ed/typed_names.h"
 #include "host/rx/editor_reactors.h"
 #include "host/rx/letter_case.h"
 
@@ -31,48 +31,10 @@ namespace {
 
 constexpr std::wstring_view command_prompt = L"Command: ";
 
-// "_" the global name, "." the host's own command, "'" transparent: in front of a name they change nothing
-// here.
-std::wstring_view without_prefixes(std::wstring_view typed) {
-    while (typed.size() > 1 && (typed.front() == L'_' || typed.front() == L'.' || typed.front() == L'\''))
-        typed.remove_prefix(1);
-    return typed;
-}
-
-const AcEdCommand* find_by_name(const std::wstring& name) {
-    AcEdCommandStack* const stack = acedRegCmds;
-    const AcEdCommand* const command = stack->lookupLocalCmd(name.c_str());
-    return command != nullptr ? command : stack->lookupGlobalCmd(name.c_str());
-}
-
-// By the name that users type, or by the global one; when there is none of that name, by an alias.
-const AcEdCommand* find_command(const std::wstring& name) {
-    const AcEdCommand* const command = find_by_name(name);
-    if (command != nullptr)
-        return command;
-    const std::wstring meant = command_of_alias(name);
-    return meant.empty() ? nullptr : find_by_name(std::wstring(without_prefixes(meant)));
-}
-
-// Whether a name that is no command's means a system variable. The editor has commands of some of their
-// names, which are not here: who calls one is to learn that.
-bool is_typed_variable(const std::wstring& name) {
-    return has_variable(name) && !base::equal_no_case(name, L"AREA") &&
-           !base::equal_no_case(name, L"DIMSTYLE");
-}
-
 std::wstring in_capitals(std::wstring_view text) {
     std::wstring capitals(text);
     std::transform(capitals.begin(), capitals.end(), capitals.begin(), rx::to_upper);
     return capitals;
-}
-
-std::wstring as_one_line(std::wstring_view text) {
-    std::wstring line(text);
-    std::replace(line.begin(), line.end(), L'\n', L' ');
-    const auto first = line.find_first_not_of(L' ');
-    const auto last = line.find_last_not_of(L' ');
-    return first == line.npos ? std::wstring() : line.substr(first, last - first + 1);
 }
 
 } // namespace
@@ -368,135 +330,6 @@ void editor::fail_command(std::wstring_view message) {
     if (!running_.empty())
         text += L"command " + running_.back().shown + L" failed: ";
     fail(run_status::refused, text + as_one_line(message));
-}
-
-bool editor::may_ask() {
-    return rx::reactors_running() == 0;
-}
-
-answer editor::ask(std::wstring_view prompt, answer_rule rule) {
-    for (;;) {
-        answer given = next_answer(prompt, rule);
-        if (running_.empty())
-            return given;
-        running_.back().cancelled = given.kind == answer_kind::escape || given.kind == answer_kind::end;
-        if (rule != answer_rule::word || given.kind != answer_kind::text || given.quoted ||
-            given.text.front() != L'\'')
-            return given;
-        const std::wstring name(without_prefixes(given.text));
-        if (const auto said = behind_bar(name)) {
-            const std::wstring reason = use_bars(*said);
-            if (stopped_ || (!reason.empty() && !refuse(prompt, given, reason)))
-                return {};
-            command_line::instance().fresh_line();
-            command_line::instance().line_ended(); // the prompt brings a line feed of its own
-            continue;
-        }
-        const AcEdCommand* const command = find_command(is_typed_variable(name) ? L"SETVAR" : name);
-        if (command == nullptr)
-            return given;
-        if ((command->commandFlags() & ACRX_CMD_TRANSPARENT) == 0) {
-            if (!refuse(prompt, given, L"** That command may not be invoked transparently **"))
-                return {};
-            continue;
-        }
-        const std::wstring resumed = running_.back().name;
-        run_command(given.text);
-        command_line::instance().print(L"\nResuming " + resumed + L" command.");
-        running_.back().cancelled = false;
-    }
-}
-
-// What a program gave is shown as if it had been typed.
-answer editor::next_given(std::wstring_view prompt) {
-    given_answers& given = *given_.back();
-    command_line& line = command_line::instance();
-    if (given.left.empty()) {
-        given.ended = true;
-        return {};
-    }
-    answer next = std::move(given.left.front());
-    given.left.pop_front();
-    line.print(prompt);
-    if (next.kind == answer_kind::escape)
-        line.print(L"*Cancel*");
-    line.echo(next.text);
-    return next;
-}
-
-// A press of a bar is one answer with all that stands behind it on its line.
-answer editor::read_answer(answer_rule rule, std::wstring_view prompt) {
-    answer given = input.next(rule, prompt);
-    const bool may_press = rule == answer_rule::word && given.kind == answer_kind::text && !given.quoted &&
-                           (running_.empty() || given.text.front() == L'\'');
-    if (may_press && is_bar(without_prefixes(given.text)))
-        if (const std::wstring rest = input.take_rest_of_line(); !rest.empty())
-            given.text += L' ' + rest;
-    return given;
-}
-
-answer editor::next_answer(std::wstring_view prompt, answer_rule rule) {
-    if (stopped_ || !may_ask())
-        return {};
-    if (!given_.empty())
-        return next_given(prompt);
-    ap::documents::instance().save_automatically();
-    command_line& line = command_line::instance();
-    line.end_pages();
-    if (input.next_is_silent()) {
-        line.fresh_line();
-        line.line_ended(); // as the Enter of an answer that is seen
-        return read_answer(rule, {});
-    }
-    const bool terminal = input.at_terminal() && !input.typed_ahead();
-    const std::size_t feed = prompt.rfind(L'\n');
-    const std::wstring_view last = feed == prompt.npos ? prompt : prompt.substr(feed + 1);
-    // A terminal shows the last line of the prompt itself, so that it can redraw it.
-    line.print(terminal ? prompt.substr(0, prompt.size() - last.size()) : prompt);
-    answer given = read_answer(rule, last);
-    switch (given.kind) {
-    case answer_kind::end:
-        line.fresh_line();
-        if (!running_.empty()) {
-            fail(run_status::ended_inside, L"the input ended (" + input.place() + L") inside command " +
-                                               running_.back().shown + L", at the prompt '" +
-                                               as_one_line(prompt) + L"'");
-            stopped_ = true;
-        }
-        break;
-    case answer_kind::escape:
-        line.print(L"*Cancel*");
-        line.echo({});
-        break;
-    case answer_kind::enter:
-    case answer_kind::text:
-        if (!terminal) {
-            line.echo(given.text);
-            break;
-        }
-        line.line_ended();
-        line.begin_page();
-        break;
-    }
-    return given;
-}
-
-bool editor::refuse(std::wstring_view prompt, const answer& answer, std::wstring_view reason) {
-    command_line& line = command_line::instance();
-    line.fresh_line();
-    line.echo(reason);
-    if (!given_.empty()) {
-        given_.back()->refused = true;
-        return !given_.back()->left.empty();
-    }
-    if (input.at_terminal()) {
-        input.drop_typed_ahead(); // it was meant for questions that do not come now
-        return true;
-    }
-    std::wstring said = answer.kind == answer_kind::enter ? L"Enter" : L"'" + answer.text + L"'";
-    fail(run_status::refused, input.place() + L": at the prompt '" + as_one_line(prompt) + L"' the answer " +
-                                  said + L" was refused: " + std::wstring(reason));
-    return !stopped_;
 }
 
 } // namespace ed
