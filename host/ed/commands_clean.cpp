@@ -24,12 +24,13 @@ namespace ed {
 void audit_command() {
     if (current_drawing() == nullptr)
         return;
-    const std::optional<bool> mends = ask_yes(L"\nFix any errors detected?");
-    if (!mends)
+    const std::optional<bool> answered = ask_yes(L"\nFix any errors detected?");
+    if (!answered)
         return;
+    const bool mends = *answered;
     AcDbImpDatabase& drawing = current_drawing()->imp();
     acutPrintf(L"\nAuditing Header\nAuditing Tables\nAuditing Entities");
-    const auto findings = db::audit(drawing, *mends);
+    const auto findings = db::audit(drawing, mends);
     for (const db::audit_finding& finding : findings) {
         std::wstring place = L"Header";
         if (finding.record != dxf::no_record) {
