@@ -31,8 +31,10 @@ struct dbase_field {
     std::size_t decimals = 0;
 };
 
-// What a table's header says before the table is parsed: the form of the memo file that belongs to it if it
-// has memos, and the Windows number of its code page, 0 when it names none. Any bytes may be given.
+// What a table's header says before the table is parsed: whether it is of a version that we know, the form of
+// the memo file that belongs to it if it has memos, and the Windows number of its code page, 0 when it names
+// none. Any bytes may be given.
+bool is_dbase_version(std::string_view table);
 dbase_memo_form memo_form_of_dbase(std::string_view table);
 int code_page_of_dbase(std::string_view table);
 
