@@ -65,11 +65,7 @@ class CLayerRules : public CRuleFamily {
 public:
     explicit CLayerRules(const CheckContext& context) : CRuleFamily(context) {
         if (const CStandardManager* const manager = CStandardManager::Loaded()) {
-            for (const auto& group : manager->Standard().m_groups)
-                for (const auto& system : group->Systems())
-                    AddNames(*system);
-            for (const auto& group : manager->Standard().m_otherLayers)
-                AddNames(*group);
+            ForEachLayerSet(manager->Standard(), [&](const LayerSet& layers) { AddNames(layers); });
         }
         ReadLinetypes();
     }

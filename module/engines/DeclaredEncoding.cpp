@@ -8,7 +8,7 @@ namespace {
 
 constexpr auto nowhere = std::wstring_view::npos;
 
-std::wstring_view TrimFront(std::wstring_view text) {
+std::wstring_view TrimFrontOrMark(std::wstring_view text) {
     const auto isBlank = [](wchar_t c) { return IsBlank(c) || c == L'\xFEFF'; };
     return {std::find_if_not(text.begin(), text.end(), isBlank), text.end()};
 }
@@ -37,7 +37,7 @@ std::wstring_view GetCharset(std::wstring_view content) {
     for (std::size_t at = 0; at + key.size() <= content.size(); ++at) {
         if (!EqualsSmall(content.substr(at, key.size()), key))
             continue;
-        content = TrimFront(content.substr(at + key.size()));
+        content = TrimFrontOrMark(content.substr(at + key.size()));
         const auto ends = [](wchar_t c) { return IsBlank(c) || c == L';'; };
         return {content.begin(), std::find_if(content.begin(), content.end(), ends)};
     }
@@ -73,7 +73,7 @@ std::wstring_view GetHtmlEncoding(std::wstring_view text) {
 } // namespace
 
 std::wstring_view GetDeclaredEncoding(std::wstring_view text) {
-    text = TrimFront(text);
+    text = TrimFrontOrMark(text);
     if (text.starts_with(L"<?xml") && GetFrontName(text.substr(2)).size() == 3) {
         const std::wstring_view declaration = text.substr(0, FindMarkedPiece(text, 0).end);
         if (const std::wstring_view encoding = FindAttribute(declaration, L"encoding"); !encoding.empty())

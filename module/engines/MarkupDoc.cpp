@@ -36,10 +36,6 @@ MarkupNode NodeOf(MarkupPiece piece) {
     }
 }
 
-std::wstring_view TrimFront(std::wstring_view text) {
-    return {std::find_if_not(text.begin(), text.end(), IsBlank), text.end()};
-}
-
 // What `act` gives, or the given answer when memory is short.
 template<class Answer, class Act>
 Answer Try(Answer otherwise, Act act) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "module/engines/MarkupScan.h"
+#include <algorithm>
 
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +13,11 @@
 // Blanks and control characters.
 constexpr bool IsBlank(wchar_t c) {
     return static_cast<char32_t>(c) <= U' ';
+}
+
+// A text without the blanks that it begins with.
+inline std::wstring_view TrimFront(std::wstring_view text) {
+    return {std::find_if_not(text.begin(), text.end(), IsBlank), text.end()};
 }
 
 // A set of characters below 64, blanks among them.

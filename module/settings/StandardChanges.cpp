@@ -471,47 +471,4 @@ CString DeleteObjectColor(CStandardManager& manager, const CString& name) {
     return Remove(StandardEdit(manager).Whole().m_objectColors, &ObjectColor::m_name, name);
 }
 
-// ---- attachment sets
-
-std::vector<CString> AttachmentSets(const PipeStandard& standard) {
-    std::vector<CString> names;
-    const auto add = [&](const LayerSet& layers) {
-        for (const auto& layer : layers.Layers())
-            for (const CString& name : layer->m_attachments)
-                if (std::ranges::find(names, name) == names.end())
-                    names.push_back(name);
-    };
-    for (const auto& group : standard.m_groups)
-        for (const auto& system : group->Systems())
-            add(*system);
-    for (const auto& group : standard.m_otherLayers)
-        add(*group);
-    return names;
-}
-
-int RenameAttachmentSet(CStandardManager& manager, const CString& name, const CString& newName) {
-    int count = 0;
-    const auto rename = [&](LayerSet& layers) {
-        for (auto& layer : layers.Layers()) {
-            std::vector<CString>& sets = layer->m_attachments;
-            const auto found = std::ranges::find(sets, name);
-            if (found == sets.end())
-                continue;
-            ++count;
-            if (newName.IsEmpty() || std::ranges::find(sets, newName) != sets.end())
-                sets.erase(found);
-            else
-                *found = newName;
-        }
-    };
-    StandardEdit edit(manager);
-    PipeStandard& standard = edit.Whole();
-    for (auto& group : standard.m_groups)
-        for (auto& system : group->Systems())
-            rename(*system);
-    for (auto& group : standard.m_otherLayers)
-        rename(*group);
-    return count;
-}
-
 } // namespace StandardChanges

@@ -39,3 +39,13 @@ struct PipeStandard {
     std::vector<TextStyleNode> m_textStyles;
     std::vector<ObjectColor> m_objectColors;
 };
+
+// Does something to all sets of layers: those of the systems, then the groups of other layers.
+template<class Standard, class Act>
+void ForEachLayerSet(Standard& standard, Act act) {
+    for (auto& group : standard.m_groups)
+        for (auto& system : group->Systems())
+            act(*system);
+    for (auto& group : standard.m_otherLayers)
+        act(*group);
+}
