@@ -11,6 +11,7 @@
 #include "host/dxf/record_header.h"
 #include "host/gi/font.h"
 #include "host/picture/hatch_lines.h"
+#include "host/picture/viewport_looks.h"
 #include "host/view/extents.h"
 
 #include <algorithm>
@@ -195,6 +196,14 @@ const painter::layer_look& painter::look_of_layer(dxf::record_id layer) {
     found.pattern = linetype_of(shown.linetype).drawn();
     found.opacity = opacity_of_number(shown.transparency).value_or(1.0);
     found.plotted = (shown.flags & db::layer_plotted) != 0;
+    const viewport_look here = look_in_viewport(drawing_, layer, manner_.viewport);
+    found.color = here.color.value_or(found.color);
+    found.weight =
+        here.weight.value_or(found.weight) >= 0 ? here.weight.value_or(found.weight) : default_weight;
+    if (here.linetype)
+        found.pattern = linetype_of(drawing_.id(*here.linetype)).drawn();
+    if (here.transparency)
+        found.opacity = opacity_of_number(*here.transparency).value_or(1.0);
     found.name = drawing_.names().name_of(layer);
     return found;
 }

@@ -29,6 +29,7 @@ struct manner {
     double weight_scale = 1.0;   // of lineweights
     bool plotted_only = true;    // leaves out layers that are not plotted
     double linetype_scale = 1.0; // $LTSCALE, and what a viewport makes of it
+    dxf::record_id viewport = dxf::no_record; // whose looks of layers hold
 };
 
 class painter final : public gi::canvas {

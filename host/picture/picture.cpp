@@ -115,6 +115,27 @@ plan planned(AcDbImpDatabase& drawing, dxf::record_id space, const request& want
     return {width, height, sheet_view::from_above(shown.middle(), width / scale, box)};
 }
 
+// Gathers the rim of a closed entity.
+class rim_canvas final : public gi::canvas {
+public:
+    explicit rim_canvas(const sheet_view& sheet) : sheet_(sheet) {}
+
+    std::vector<sys::sheet_point> rim;
+
+    void lines(std::span<const AcGePoint3d> points) override {
+        for (const AcGePoint3d& point : points)
+            rim.push_back(sheet_.at(point));
+    }
+    void area(std::span<const AcGePoint3d> points) override { lines(points); }
+    void curve(const gi::arc& arc) override {
+        constexpr double fine = 0.05; // millimetres
+        lines(gi::flattened(arc, fine / sheet_.scale()));
+    }
+
+private:
+    const sheet_view& sheet_;
+};
+
 class session {
 public:
     session(AcDbImpDatabase& drawing, sys::paper& paper, manner manner)
@@ -178,13 +199,30 @@ private:
             sheet_view::through(seen->viewTarget(), seen->viewDirection(), seen->twistAngle(),
                                 seen->viewCenter(), scale * sheet.scale(), box);
         const dxf::record_id model = drawing_.blocks().find(ACDB_MODEL_SPACE);
-        const sys::sheet_point rim[] = {
-            {box.left, box.top}, {box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}};
+        std::vector<sys::sheet_point> rim = rim_of(viewport, sheet);
+        if (rim.empty())
+            rim = {
+                {box.left, box.top}, {box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}};
         manner inside = manner_;
         inside.linetype_scale = patterns_by_paper_ ? linetype_scale_ / scale : linetype_scale_;
+        inside.viewport = viewport;
         paper_.push_clip(rim);
         draw_entities(seen_of(model, view), view, viewport, inside);
         paper_.pop_clip();
+    }
+
+    // The entity that clips a viewport, as a line on the sheet; empty for a viewport that is a rectangle.
+    std::vector<sys::sheet_point> rim_of(dxf::record_id viewport, const sheet_view& sheet) {
+        constexpr dxf::group_place place{"AcDbViewport"};
+        const dxf::group_list groups(drawing_.records().text(viewport));
+        constexpr std::int64_t clipped = 0x10000;
+        const dxf::record_id entity = drawing_.records().find(groups.handle(place, 340));
+        if ((groups.integer(place, 90).value_or(0) & clipped) == 0 || entity == dxf::no_record ||
+            drawing_.records().gone(entity))
+            return {};
+        rim_canvas canvas(sheet);
+        gi::tracer(canvas).draw(drawing_, entity);
+        return canvas.rim.size() > 2 ? std::move(canvas.rim) : std::vector<sys::sheet_point>();
     }
 
     bool is_off(dxf::record_id viewport) const {
