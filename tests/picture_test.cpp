@@ -1,7 +1,11 @@
+#include "base/utf.h"
+#include "dbents.h"
+#include "host/gi/text_metrics.h"
 #include "host/picture/line_pattern.h"
 #include "host/picture/picture.h"
 #include "host/picture/stroke_letters.h"
 #include "host/view/clip.h"
+#include "host/view/tracer.h"
 #include "tests/support.h"
 
 #include <gtest/gtest.h>
@@ -259,6 +263,73 @@ TEST(SheetView, cuts_off_what_lies_far_outside) {
     EXPECT_EQ(view.near_lines({{std::numeric_limits<double>::quiet_NaN(), 0.0}, {1.0, 1.0}}).size(), 0u);
     for (const auto& corner : view.near_area({{-1e9, -1e9}, {1e9, -1e9}, {1e9, 1e9}, {-1e9, 1e9}}))
         EXPECT_LT(std::fabs(corner.x) + std::fabs(corner.y), 1000.0);
+}
+
+TEST(Picture, draws_lines_under_and_over_texts) {
+    struct ruled final : gi::canvas {
+        std::vector<AcGePoint3d> ends;
+        void lines(std::span<const AcGePoint3d> points) override {
+            ends.insert(ends.end(), points.begin(), points.end());
+        }
+        void area(std::span<const AcGePoint3d>) override {}
+        void curve(const gi::arc&) override {}
+        bool text(const gi::text_line&) override { return true; }
+    };
+    const double one = gi::measure_text(L"A", gi::font_hand::txt, 10.0).width;
+    const double two = gi::measure_text(L"AB", gi::font_hand::txt, 10.0).width;
+    struct row {
+        const wchar_t* text;
+        std::vector<AcGePoint3d> ends;
+    };
+    for (const row& wanted :
+         {row{L"AB", {}}, row{L"%%uAB", {{0.0, -2.0, 0.0}, {two, -2.0, 0.0}}},
+          row{L"A%%OB", {{one, 12.0, 0.0}, {two, 12.0, 0.0}}},
+          row{L"%%kA%%kB%%u", {{0.0, 5.0, 0.0}, {one, 5.0, 0.0}}}, row{L"%%%AB%%c", {}}}) {
+        AcDbText text;
+        text.setTextString(wanted.text);
+        text.setHeight(10.0);
+        ruled seen;
+        gi::tracer(seen).draw(text);
+        ASSERT_EQ(seen.ends.size(), wanted.ends.size()) << base::narrow(wanted.text);
+        for (std::size_t i = 0; i < wanted.ends.size(); ++i)
+            EXPECT_TRUE(seen.ends[i].isEqualTo(wanted.ends[i])) << base::narrow(wanted.text);
+    }
+}
+
+// A sheet with a viewport that a circle clips, in which the layer RED is blue.
+TEST(Picture, follows_what_a_viewport_says) {
+    const test::folder folder;
+    std::string drawing =
+        looks(line("RED", "", 30.0) + group(0, "CIRCLE") + group(5, "A2") + group(8, "DASHED") +
+              group(67, "1") + group(10, "100.0") + group(20, "100.0") + group(40, "50.0"));
+    const auto viewport = [](std::string_view handle, std::string_view number, std::string_view more) {
+        return group(0, "VIEWPORT") + group(5, handle) + group(67, "1") + group(8, "0") +
+               group(100, "AcDbViewport") + group(10, "100.0") + group(20, "100.0") + group(40, "100.0") +
+               group(41, "100.0") + group(68, number) + group(69, number) + group(12, "50.0") +
+               group(22, "30.0") + group(16, "0.0") + group(26, "0.0") + group(36, "1.0") +
+               group(45, "100.0") + std::string(more);
+    };
+    const std::string end = group(0, "ENDSEC") + group(0, "EOF");
+    drawing.resize(drawing.size() - end.size());
+    drawing += viewport("A0", "1", "") + viewport("A1", "2", group(90, "65536") + group(340, "A2"));
+    drawing += group(0, "ENDSEC") + group(0, "SECTION") + group(2, "OBJECTS") + group(0, "DICTIONARY") +
+               group(5, "B1") + group(3, "ADSK_XREC_LAYER_COLOR_OVR") + group(360, "B2") +
+               group(0, "XRECORD") + group(5, "B2") + group(100, "AcDbXrecord") +
+               group(102, "{ADSK_LYR_COLOR_OVERRIDE") + group(335, "A1") + group(420, "-1023410171") +
+               group(102, "}") + end;
+    const std::string red = layer("RED", "1", "0");
+    drawing.insert(drawing.find(red) + red.size(),
+                   group(102, "{ACAD_XDICTIONARY") + group(360, "B1") + group(102, "}"));
+    drawing = group(0, "SECTION") + group(2, "HEADER") + group(9, "$TILEMODE") + group(70, "0") +
+              group(0, "ENDSEC") + drawing;
+    const std::string svg = svg_of(folder, drawing, "Current A4 Fit Colors\\n");
+    EXPECT_EQ(times(svg, "rgb(100%,0%,0%)"), 0u) << "red is blue here";
+    EXPECT_GE(times(svg, "rgb(0%,0%,100%)"), 1u);
+    // One of the clips is the circle: its path has more corners than a rectangle.
+    std::size_t corners = 0;
+    for (std::size_t clip = svg.find("<clipPath"); clip != svg.npos; clip = svg.find("<clipPath", clip + 1))
+        corners = std::max(corners, times(svg.substr(clip, svg.find("</clipPath>", clip) - clip), "L"));
+    EXPECT_GT(corners, 10u);
 }
 
 // What a canvas gets through a square of 10 around the origin.

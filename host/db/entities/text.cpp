@@ -156,7 +156,7 @@ void draw_text(const AcDbImpObject& object, std::wstring_view message, AcGiWorld
     draw.subEntityTraits().setThickness(line.thickness);
     draw.geometry().text(plane * line.start, line.normal,
                          plane * AcGeVector3d(std::cos(line.rotation), std::sin(line.rotation), 0.0),
-                         shown.c_str(), -1, true, line.style);
+                         std::wstring(message).c_str(), -1, false, line.style);
 }
 
 } // namespace db
