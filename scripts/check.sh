@@ -52,6 +52,7 @@ check_words() {
 
 check 'self-test of the floors' scripts/check_arrows.sh --self-test
 check 'floors' scripts/check_arrows.sh
+check 'rooms' scripts/check_rooms.py
 check 'words and blanks' check_words
 check 'form' check_form
 check 'list of the interface' scripts/api_list.py --check

@@ -34,7 +34,7 @@ public:
     }
     void press(int id) override {
         pressed += std::to_string(id) + ' ';
-        in_command = ed::editor::instance().command_names();
+        in_command = ed::names_under_way();
         first = id == 2 ? 2 : first;
     }
 

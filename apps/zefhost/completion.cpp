@@ -5,6 +5,7 @@
 #include "host/ed/console_bars.h"
 #include "host/ed/editor.h"
 #include "host/ed/expected.h"
+#include "host/ed/running_commands.h"
 #include "sys/folders.h"
 
 #include <algorithm>
@@ -98,7 +99,7 @@ completions complete_answer(std::wstring_view before_cursor) {
         found = names(before_cursor);
     } else if (before_cursor.find_first_of(L" \t") != before_cursor.npos) {
         return {}; // an answer to a question that was not asked yet
-    } else if (ed::editor::instance().command() == nullptr) {
+    } else if (ed::command_under_way() == nullptr) {
         found = commands(before_cursor);
     } else {
         found = keywords(before_cursor);

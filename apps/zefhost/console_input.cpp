@@ -5,6 +5,8 @@
 #include "apps/zefhost/line_editor.h"
 #include "host/ed/editor.h"
 #include "host/ed/prompts.h"
+#include "host/ed/running_commands.h"
+#include "host/ed/user_break.h"
 #include "sys/folders.h"
 #include "sys/plain_text.h"
 
@@ -56,7 +58,7 @@ ed::line_source terminal_lines(std::FILE* shown) {
         case line_editor::ending::escape:
             return std::wstring(escape);
         case line_editor::ending::end_key:
-            if (ed::editor::instance().command() != nullptr)
+            if (ed::command_under_way() != nullptr)
                 return std::wstring(escape);
             ed::command_line::instance().print(L"QUIT\n");
             return L"QUIT";

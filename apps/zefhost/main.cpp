@@ -142,7 +142,7 @@ int run(const program_options& options) {
             !drawn)
             editor.fail(ed::run_status::not_saved, drawn.error());
     tell_unsaved();
-    return status_of(editor.status());
+    return status_of(ed::status_of_run());
 }
 
 } // namespace

@@ -52,7 +52,7 @@ void audit_command() {
                static_cast<int>(findings.size() + repaired), static_cast<int>(fixed),
                mends ? static_cast<int>(erased) : 0);
     if (repaired + findings.size() != 0)
-        editor::instance().note_findings();
+        note_findings();
 }
 
 namespace {

@@ -4,7 +4,7 @@
 #include "base/display_width.h"
 #include "base/number_text.h"
 #include "base/utf.h"
-#include "host/ed/editor.h"
+#include "host/ed/output.h"
 
 #include <algorithm>
 #include <optional>
@@ -214,7 +214,7 @@ std::optional<std::wstring> behind_bar(std::wstring_view line) {
     return is_bar(line.substr(0, end)) ? std::optional<std::wstring>(line.substr(end)) : std::nullopt;
 }
 
-std::wstring use_bars(std::wstring_view said) {
+std::wstring use_bars(std::wstring_view said, const press_runner& run) {
     const std::vector<ui::bar*> bars = shown_bars();
     said = trimmed(said);
     if (bars.empty())
@@ -230,7 +230,7 @@ std::wstring use_bars(std::wstring_view said) {
             continue;
         if (!content.enabled)
             return L"The bar " + content.title + L" can not be used now.";
-        editor::instance().run_press(step_name(*found, content), [&] { bar->press(found->button.id); });
+        run(step_name(*found, content), [&] { bar->press(found->button.id); });
         tell_outcome(*found, content);
         return {};
     }

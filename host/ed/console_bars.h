@@ -9,6 +9,7 @@
 #include "adesk.h"
 #include "ui/bar.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,7 +31,9 @@ ACCORE_PORT std::wstring bar_text(const ui::bar_content& content);
 bool is_bar(std::wstring_view name);
 // What a line says behind BAR; nothing for one that begins otherwise.
 std::optional<std::wstring> behind_bar(std::wstring_view line);
-// Does what was said behind BAR. Gives the reason when it names no button, or it can not be pressed.
-std::wstring use_bars(std::wstring_view said);
+// Does what was said behind BAR; `run` runs a press as a step of that name (editor::run_press). Gives the
+// reason when it names no button, or it can not be pressed.
+using press_runner = std::function<void(std::wstring_view name, const std::function<void()>& press)>;
+std::wstring use_bars(std::wstring_view said, const press_runner& run);
 
 } // namespace ed

@@ -9,11 +9,7 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/core/open_objects.h"
 #include "host/db/core/transactions.h"
-#include "host/ed/command_stack.h"
-#include "host/ed/console_bars.h"
-#include "host/ed/console_dialogs.h"
 #include "host/ed/host_commands.h"
-#include "host/ed/pick_first.h"
 #include "host/ed/profile_variables.h"
 #include "host/ed/system_variables.h"
 #include "host/ed/typed_names.h"
@@ -29,8 +25,6 @@ namespace ed {
 
 namespace {
 
-constexpr std::wstring_view command_prompt = L"Command: ";
-
 std::wstring in_capitals(std::wstring_view text) {
     std::wstring capitals(text);
     std::transform(capitals.begin(), capitals.end(), capitals.begin(), rx::to_upper);
@@ -38,79 +32,6 @@ std::wstring in_capitals(std::wstring_view text) {
 }
 
 } // namespace
-
-editor& editor::instance() {
-    static editor the_editor;
-    return the_editor;
-}
-
-editor::editor() {
-    register_command_stack();
-    rx::register_editor();
-    register_host_commands();
-    static console_dialogs console;
-    ui::set_presenter(&console);
-    rx::on_reactor_failure() = [this](std::string_view what) {
-        fail_command(L"a reactor threw: " + base::widen(what));
-    };
-}
-
-void editor::run() {
-    while (!stopped_) {
-        ap::documents::instance().be_idle();
-        run_calls();
-        for (const auto& typed : ap::documents::instance().take_typed())
-            input.send(typed.text, typed.echo);
-        command_line::instance().fresh_line();
-        const answer typed = ask(command_prompt, answer_rule::word);
-        switch (typed.kind) {
-        case answer_kind::end:
-            if (!ap::documents::instance().has_typed() && ap::documents::instance().calls.empty())
-                return;
-            break;
-        case answer_kind::escape:
-            drop_picks();
-            break;
-        case answer_kind::enter:
-            if (!last_command_.empty())
-                run_command(std::wstring(last_command_));
-            break;
-        case answer_kind::text:
-            if (const auto said = behind_bar(without_prefixes(typed.text))) {
-                if (const std::wstring reason = use_bars(*said); !reason.empty())
-                    refuse(command_prompt, typed, reason);
-                break;
-            }
-            if (const auto reason = pick_before_command(typed)) {
-                if (!reason->empty())
-                    refuse(command_prompt, typed, *reason);
-                break;
-            }
-            // Enter repeats what the user asked for, not what a program sent behind it.
-            if (!typed.sent)
-                last_command_ = typed.text;
-            if (!run_command(typed.text))
-                refuse(command_prompt, typed,
-                       L"Unknown command \"" + typed.text + L"\". Type HELP for a list.");
-            break;
-        }
-    }
-}
-
-// What was to run between commands.
-void editor::run_calls() {
-    ap::documents& documents = ap::documents::instance();
-    while (!documents.calls.empty() && !stopped_) {
-        const ap::documents::call call = documents.calls.front();
-        documents.calls.pop_front();
-        running_command as;
-        as.name = as.shown = L"EXECUTEFUNCTION"; // as the editor calls it
-        as.flags =
-            call.context == ap::document::owner::command ? 0 : ACRX_CMD_SESSION | ACRX_CMD_NO_UNDO_MARKER;
-        if (documents.current() != nullptr || (as.flags & ACRX_CMD_SESSION) != 0)
-            run_outermost(as, [&] { call.function(call.data); });
-    }
-}
 
 void editor::run_press(std::wstring_view name, const std::function<void()>& press) {
     running_command as;
@@ -163,8 +84,7 @@ bool editor::run_command(std::wstring_view typed) {
 }
 
 // The document is locked for its command, and what the command changes is one step of undo.
-template<class Function>
-void editor::run_outermost(const running_command& command, Function function) {
+void editor::run_outermost(const running_command& command, const std::function<void()>& function) {
     ap::documents& documents = ap::documents::instance();
     ap::document* const document = documents.current();
     const bool session = (command.flags & ACRX_CMD_SESSION) != 0;
@@ -202,8 +122,7 @@ void editor::run_outermost(const running_command& command, Function function) {
         documents.unlock(*document);
 }
 
-template<class Function>
-void editor::run_inside(const running_command& command, Function function) {
+void editor::run_inside(const running_command& command, const std::function<void()>& function) {
     running_.push_back(command);
     const std::wstring name = command.name;
     if (!command.is_press)
@@ -252,13 +171,6 @@ void editor::close_left_open(const std::wstring& name) {
         tell(database->imp().objects().close_all(), L" objects open; they were closed");
 }
 
-std::wstring editor::command_names() const {
-    std::wstring names;
-    for (const running_command& one : running_)
-        names += (names.empty() ? L"" : L"'") + one.shown;
-    return names;
-}
-
 int editor::run_given(std::deque<answer> answers) {
     if (running_.empty() || ap::documents::instance().context() == ap::document::owner::application ||
         !may_ask())
@@ -291,8 +203,7 @@ int editor::run_given(std::deque<answer> answers) {
 void editor::fail(run_status status, std::wstring_view message) {
     command_line::instance().fresh_line();
     command_line::instance().error(L"zefhost: " + as_one_line(message));
-    if (status_ == run_status::well || status_ == run_status::found)
-        status_ = status;
+    note_failure(status);
     // After a refused answer a command may go on to a good end.
     if (!running_.empty() && status != run_status::refused && status != run_status::ended_inside)
         running_.back().failed = true;
@@ -301,11 +212,6 @@ void editor::fail(run_status status, std::wstring_view message) {
         stopped_ = true;
         broke_off_ = true;
     }
-}
-
-void editor::note_findings() {
-    if (status_ == run_status::well)
-        status_ = run_status::found;
 }
 
 void editor::fail_command(std::wstring_view message) {
@@ -317,8 +223,7 @@ void editor::fail_command(std::wstring_view message) {
         return;
     }
     if (input.at_terminal()) { // who typed it has just read why
-        if (status_ == run_status::well || status_ == run_status::found)
-            status_ = run_status::refused;
+        note_failure(run_status::refused);
         return;
     }
     if (running_.empty() && input.place().empty()) { // nothing was asked for yet that could break off

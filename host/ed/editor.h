@@ -1,9 +1,10 @@
 // The editor: asks for commands, runs them, and knows how the run stands.
 #pragma once
 
-#include "accmd.h"
 #include "host/ed/input.h"
 #include "host/ed/output.h"
+#include "host/ed/run_status.h"
+#include "host/ed/running_commands.h"
 
 #include <deque>
 #include <functional>
@@ -12,17 +13,6 @@
 #include <vector>
 
 namespace ed {
-
-// What went wrong first; the program's exit status.
-enum class run_status {
-    well = 0,
-    found = 1,        // a command that checks found something
-    unreadable = 3,   // a drawing could not be read
-    refused = 4,      // an unknown command, a refused answer, a command that failed
-    ended_inside = 5, // the input ended inside a command
-    not_saved = 6,
-    not_loaded = 7, // an application
-};
 
 class ACCORE_PORT editor {
 public:
@@ -49,12 +39,9 @@ public:
     // command prompt it is a step of undo of that name, inside a command a part of its step.
     void run_press(std::wstring_view name, const std::function<void()>& press);
 
-    run_status status() const { return status_; }
-    // Notes a failure; the first one is the run's status. Without a person, and unless it is to go on, it
+    // Notes a failure (host/ed/run_status.h). Without a person, and unless it is to go on, it
     // stops the run.
     void fail(run_status status, std::wstring_view message);
-    // A command that checks found something: the run's status, unless something failed.
-    void note_findings();
     // The command under way failed.
     void fail_command(std::wstring_view message);
     // Whether the run is over: no answer comes any more.
@@ -62,11 +49,6 @@ public:
     void quit();
     // Whether the run stopped before its input was read to the end.
     bool broke_off() const { return broke_off_; }
-
-    // The innermost command under way; null at the command prompt.
-    const AcEdCommand* command() const { return running_.empty() ? nullptr : running_.back().command; }
-    // The names of all that are under way, the outermost first, with ' between them.
-    std::wstring command_names() const;
 
     // ---- prompts
 
@@ -82,16 +64,6 @@ public:
 private:
     editor();
 
-    // What runs as a command, and what became of it.
-    struct running_command {
-        const AcEdCommand* command = nullptr; // null for a function that was to run as one
-        std::wstring name;                    // as reactors are told
-        std::wstring shown;
-        Adesk::Int32 flags = 0;
-        bool is_press = false;  // of a bar's button: nobody is told of a command
-        bool cancelled = false; // the last answer was Escape, or none
-        bool failed = false;
-    };
     // What a program gives for the commands that it runs.
     struct given_answers {
         std::deque<answer> left;
@@ -100,21 +72,18 @@ private:
     };
     enum class outcome { ended, cancelled, failed };
 
-    template<class Function>
-    void run_outermost(const running_command& command, Function function);
-    template<class Function>
-    void run_inside(const running_command& command, Function function);
+    void run_outermost(const running_command& command, const std::function<void()>& function);
+    void run_inside(const running_command& command, const std::function<void()>& function);
     void run_calls();
     void close_left_open(const std::wstring& name);
     answer read_answer(answer_rule rule, std::wstring_view prompt);
     answer next_answer(std::wstring_view prompt, answer_rule rule);
     answer next_given(std::wstring_view prompt);
 
-    run_status status_ = run_status::well;
     bool stopped_ = false;
     bool broke_off_ = false;
-    std::vector<running_command> running_; // the outermost first
-    std::vector<given_answers*> given_;    // the innermost last
+    std::vector<running_command>& running_ = running_commands();
+    std::vector<given_answers*> given_; // the innermost last
     outcome last_outcome_ = outcome::ended;
     std::wstring last_command_; // as typed, for Enter
 };

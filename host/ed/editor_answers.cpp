@@ -25,7 +25,8 @@ answer editor::ask(std::wstring_view prompt, answer_rule rule) {
             return given;
         const std::wstring name(without_prefixes(given.text));
         if (const auto said = behind_bar(name)) {
-            const std::wstring reason = use_bars(*said);
+            const std::wstring reason = use_bars(
+                *said, [this](std::wstring_view step, const auto& press) { run_press(step, press); });
             if (stopped_ || (!reason.empty() && !refuse(prompt, given, reason)))
                 return {};
             command_line::instance().fresh_line();

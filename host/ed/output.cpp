@@ -4,9 +4,7 @@
 #include "base/display_width.h"
 #include "base/utf.h"
 #include "base/wide_format.h"
-#include "host/ed/editor.h"
-#include "host/ed/prompts.h"
-#include "ui/presenter.h"
+#include "host/ed/user_break.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -111,22 +109,5 @@ int acedPrompt(const ACHAR* text) {
     if (text == nullptr)
         return RTERROR;
     ed::command_line::instance().print(text);
-    return RTNORM;
-}
-
-int acedAlert(const ACHAR* text) {
-    if (text == nullptr)
-        return RTERROR;
-    ed::editor::instance(); // who shows it comes with the editor
-    ui::tell(text);
-    return RTNORM;
-}
-
-int acdbFail(const ACHAR* message) {
-    if (message != nullptr) {
-        ed::command_line::instance().print(message);
-        ed::command_line::instance().fresh_line();
-    }
-    ed::editor::instance().fail_command(message != nullptr ? message : L"");
     return RTNORM;
 }

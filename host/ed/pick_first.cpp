@@ -3,7 +3,7 @@
 #include "aced.h"
 #include "acutmem.h"
 #include "host/ed/coordinates.h"
-#include "host/ed/editor.h"
+#include "host/ed/running_commands.h"
 #include "host/ed/selection_prompt.h"
 #include "host/ed/selection_sources.h"
 #include "host/ed/system_variables.h"
@@ -33,7 +33,7 @@ public:
         if (depth_++ != 0)
             return;
         fresh_ = false;
-        const AcEdCommand* const command = editor::instance().command();
+        const AcEdCommand* const command = command_under_way();
         if (command != nullptr && (command->commandFlags() & ACRX_CMD_USEPICKSET) == 0)
             picked_ = {};
     }
@@ -55,7 +55,7 @@ private:
 } // namespace
 
 std::vector<AcDbObjectId> picked_first() {
-    const AcEdCommand* const command = editor::instance().command();
+    const AcEdCommand* const command = command_under_way();
     if (command == nullptr || (command->commandFlags() & ACRX_CMD_USEPICKSET) == 0 ||
         variable<int>(L"PICKFIRST") == 0)
         return {};

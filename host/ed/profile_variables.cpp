@@ -2,7 +2,8 @@
 
 #include "base/number_text.h"
 #include "base/utf.h"
-#include "host/ed/editor.h"
+#include "host/ed/output.h"
+#include "host/ed/running_commands.h"
 #include "sys/registry.h"
 
 #include <unordered_map>
@@ -46,7 +47,7 @@ const variable_value& profile_value(variable_row& row) {
 void set_profile_value(variable_row& row, const variable_value& value) {
     profile_value(row);
     row.value = value;
-    if (editor::instance().command() == nullptr)
+    if (command_under_way() == nullptr)
         write_profile_variables();
 }
 

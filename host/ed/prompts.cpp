@@ -2,9 +2,9 @@
 
 #include "acedads.h"
 #include "host/ed/expected.h"
+#include "host/ed/user_break.h"
 
 #include <algorithm>
-#include <atomic>
 #include <optional>
 #include <utility>
 
@@ -14,7 +14,6 @@ namespace {
 
 input_rules next_rules;
 std::optional<std::wstring> last_keyword;
-std::atomic<bool> break_pending = false;
 
 constexpr std::wstring_view keyword_wanted = L"Invalid option keyword.";
 
@@ -22,14 +21,6 @@ constexpr std::wstring_view keyword_wanted = L"Invalid option keyword.";
 
 input_rules take_input_rules() {
     return std::exchange(next_rules, {});
-}
-
-void press_break() {
-    break_pending = true;
-}
-
-bool is_break_pending() {
-    return break_pending;
 }
 
 void keep_keyword(std::wstring word) {
@@ -50,7 +41,7 @@ int ask_judged(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
     last_keyword.reset();
     if (!editor::may_ask())
         return RTERROR;
-    if (break_pending.exchange(false)) // nobody asked for it: it ends this question
+    if (take_break()) // nobody asked for it: it ends this question
         return RTCAN;
     const expecting hint({rules.keywords.words(), expected().file, expected().others, expected().names});
     const std::wstring_view shown = prompt != nullptr ? prompt : L"";
@@ -158,8 +149,4 @@ int acedGetInput(ACHAR* result, size_t size) {
     if (answered == RTNORM)
         ed::copy_out(word.constPtr(), result, size);
     return answered;
-}
-
-int acedUsrBrk() {
-    return ed::break_pending.exchange(false) ? 1 : 0;
 }

@@ -38,11 +38,6 @@ int ask_judged(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
 int ask_value(const ACHAR* prompt, const input_rules& rules, answer_rule rule,
               const std::function<std::wstring(const answer&)>& take);
 
-// The user pressed Escape, or Ctrl-C while something runs; may be called by a signal.
-ACCORE_PORT void press_break();
-// Whether nobody has looked at that yet.
-ACCORE_PORT bool is_break_pending();
-
 // Keeps a keyword for acedGetInput.
 void keep_keyword(std::wstring word);
 

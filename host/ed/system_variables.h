@@ -1,8 +1,7 @@
 // System variables: values by name, of the session, of the user's profile or of the drawing.
 #pragma once
 
-#include "adesk.h"
-#include "gepnt3d.h"
+#include "host/ed/variable_value.h"
 
 #include <string>
 #include <string_view>
@@ -10,11 +9,6 @@
 #include <vector>
 
 namespace ed {
-
-// Points of the plane have 0 for z.
-using variable_value = std::variant<int, double, std::wstring, AcGePoint3d>;
-
-enum class variable_status { well, unknown, read_only, wrong_type, out_of_range };
 
 // `value` gets it; its kind is that of the variable.
 ACCORE_PORT variable_status get_variable(std::wstring_view name, variable_value& value);
@@ -31,11 +25,6 @@ ACCORE_PORT bool is_of_drawing(std::wstring_view name);
 bool is_flat_point(std::wstring_view name);
 // In the order of their names.
 ACCORE_PORT std::vector<std::wstring> variable_names();
-
-// A value as the command line shows it: 1, 2.5, "text", 1.0,2.0,0.0.
-ACCORE_PORT std::wstring shown_value(const variable_value& value);
-// Reads a value of the same kind as `old` from what was typed; false when it is none.
-ACCORE_PORT bool read_value(std::wstring_view typed, const variable_value& old, variable_value& value);
 
 // For the host itself, whose values nothing forbids: a value of the session, such as LASTPOINT. No one is
 // told.

@@ -339,4 +339,9 @@ std::vector<variable_row>& variable_table() {
     return table;
 }
 
+asked_functions& asked_variables() {
+    static asked_functions functions;
+    return functions;
+}
+
 } // namespace ed

@@ -1,7 +1,7 @@
 // The table of system variables: kind, where each is kept, what it is to begin with, and what it may be.
 #pragma once
 
-#include "host/ed/system_variables.h"
+#include "host/ed/variable_value.h"
 
 #include <limits>
 #include <string_view>
@@ -31,5 +31,13 @@ struct variable_row {
 
 // In the order of their names.
 std::vector<variable_row>& variable_table();
+
+// What reckons the variables that are asked for, and sets them: their values come from everywhere above this
+// table (host/ed/asked_variables.cpp).
+struct asked_functions {
+    variable_value (*get)(const variable_row& row) = nullptr;
+    bool (*set)(const variable_row& row, const variable_value& value) = nullptr;
+};
+asked_functions& asked_variables();
 
 } // namespace ed
