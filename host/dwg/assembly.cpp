@@ -32,7 +32,7 @@ void assembly::run() {
     index_.look_at_all(source_, header_.handle("MODEL_SPACE"), header_.handle("PAPER_SPACE"), out_.damage);
     find_linetypes();
     name_blocks();
-    header_.write(main_.write, file_, source_, "");
+    header_.write(main_.write, file_, source_);
     section("CLASSES");
     for (const class_entry& one : source_.classes)
         write_class(one);

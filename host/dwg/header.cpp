@@ -9,6 +9,22 @@ namespace {
 
 constexpr std::size_t sentinel = 16;
 
+// Who saved the drawing last: the sixth text of the summary, each of which has its length in front and a zero
+// behind it.
+std::string last_saver(const container& file) {
+    constexpr int before = 5;
+    bit_reader in(file.summary);
+    const std::size_t bytes_of_character = file.version >= r2007 ? 2 : 1;
+    std::string text;
+    for (int i = 0; i <= before; ++i)
+        text = take_bytes(in, bytes_of_character * in.RS());
+    if (file.version >= r2007)
+        text = utf8_of(text);
+    while (text.ends_with('\0'))
+        text.pop_back();
+    return text;
+}
+
 bool is_name(int group) {
     return group == 1 || group == 2 || group == 6 || group == 7 || group == 8;
 }
@@ -103,8 +119,7 @@ std::uint64_t header::handle(std::string_view name) const {
     return found != at_.end() ? held_.all()[found->second].number : 0;
 }
 
-void header::write(record_writer& to, const container& file, const object_source& source,
-                   std::string_view saved_by) const {
+void header::write(record_writer& to, const container& file, const object_source& source) const {
     to.text(0, "SECTION");
     to.text(2, "HEADER");
     std::unordered_map<std::string_view, const variable_row*> rows;
@@ -149,7 +164,7 @@ void header::write(record_writer& to, const container& file, const object_source
             (name == "$LASTSAVEDBY" && source.version >= r2004)) {
             to.text(9, name);
             name == "$ACADVER"       ? to.text(1, "AC" + std::to_string(source.version))
-            : name == "$LASTSAVEDBY" ? to.text(1, saved_by)
+            : name == "$LASTSAVEDBY" ? to.text(1, last_saver(file))
                                      : to.text(3, code_page_name(file.code_page));
             continue;
         }

@@ -28,8 +28,7 @@ public:
     // The handle that a variable holds; 0: none.
     std::uint64_t handle(std::string_view name) const;
     // Writes the section HEADER.
-    void write(record_writer& to, const container& file, const object_source& source,
-               std::string_view saved_by) const;
+    void write(record_writer& to, const container& file, const object_source& source) const;
 
 private:
     mutable values held_;
