@@ -102,9 +102,9 @@ public:
         const bits data = entity(2).raw(0xFF, 1).RD(1).RD(2).bits(1, 1).bits(1, 1).RD(2.5).T(words);
         add(handle, 1, data, bits().H(3, 0).H(5, on_layer).H(5, 0x11));
     }
-    // An entity of a type that has no class, and is not understood.
-    void frame(std::uint64_t handle, std::uint64_t on_layer) {
-        add(handle, 43, entity(2).RD(1), bits().H(3, 0).H(5, on_layer));
+    // An entity of any type, on layer 0, with the fields of that type.
+    void entity_of(std::uint64_t handle, std::uint16_t type, const bits& fields) {
+        add(handle, type, entity(2).all_of(fields), bits().H(3, 0).H(5, 0x10));
     }
     // Where an object stands in the file.
     std::size_t address(std::uint64_t handle) const { return first_object + places_.at(handle); }

@@ -1,5 +1,8 @@
 // Objects of each kind, cut from drawings of six versions byte for byte, with what the editor says that they
 // hold.
+#include "dwg_maker.h"
+
+#include "host/dwg/drawing_reader.h"
 #include "host/dwg/object_reader.h"
 #include "host/dwg/record_writer.h"
 
@@ -68,6 +71,32 @@ const cut_object objects[] = {
      "2E005D0CC080DFEA8E0038070000C300425100194019801C001BC01A401B801D001CC0268028204A0A21EA404F2A22CA1F7A"
      "A4",
      "100|AcDbSymbolTableRecord|100|AcDbLayerTableRecord|2||70|0|62|7|6||290|0|370|-3|390|F|347|279|348|0|"},
+    {"LIGHT", 1015, 0x75E,
+     "9B0005409F8100000081D791F51120018001E41634462536176656442794F626A65637456657273696F6E460000A10000000100"
+     "00"
+     "000000000014D08750142D4DC1BDD1B1A59DA1D0C40103A0A26A66666666645500C05AC4C782159D402434D0027EC7289020808"
+     "5"
+     "768325528D00B060C1ACB2A0A040A200000000000012200305A88A9F643D27E548AD0AEEF76759FEC04C81D7F040A8804D9481D"
+     "7"
+     "72190",
+     "100|AcDbLight|90|1|1|Spotlight1|70|3|290|1|90|-1023410171|291|0|40|5.4|10|1861.3777151756658|20|2318."
+     "490"
+     "3049715285|30|0.0|11|2474.3938016035972|21|2128.3489742689635|31|0.0|72|0|292|0|41|1.0|42|10.0|50|45.0|"
+     "5"
+     "1|50.0|293|1|73|0|91|256|280|1|"},
+    {"LIGHT", 1024, 0x75E,
+     "B70037494081D79365112001800410063004400620053006100760065006400420079004F0062006A0065006300740056006500"
+     "7"
+     "200730069006F006E00460000A42020000000000000029A00008750140F00A0001860026A66666666645500C05AC4C782159D40"
+     "2"
+     "434D0027EC72890208085768325528D00B060C1ACB2A0A040A200000000000012200305A88A9F643D27E548AD0AEEF76759FEC0"
+     "5"
+     "0A530070006F0074006C0069006700680074003100AA009903AFA903AEFF6FA6",
+     "100|AcDbLight|90|1|1|Spotlight1|70|3|290|1|63|5|291|0|40|5.4|10|1861.3777151756658|20|2318."
+     "4903049715285"
+     "|30|0.0|11|2474.3938016035972|21|2128.3489742689635|31|0.0|72|0|292|0|41|1.0|42|10.0|50|45.0|51|50.0|"
+     "293"
+     "|1|73|0|91|256|280|1|"},
     {"LINE", 1021, 0x8B,
      "2F0044D98040000062E574000876616F25BF785AEE819866D06BD1103E206D56C96E056AC3206CC627C2582B306819462BC7"
      "08",
@@ -92,6 +121,22 @@ const cut_object objects[] = {
      "5500330B008146A140020000000005000043A0000000000601FA000000000001006B8152D00000000000809C810000000000"
      "00024808120A000000000000092000000000000003C8080A902780078002A00E093A8C52888F7BBD",
      "100|AcDbMText|10|31.75|20|-21.5|30|0.0|40|4.5|41|60.5|46|0.0|71|2|72|5|1|xx|7||73|1|44|1.0|"},
+    {"PDFDEFINITION", 1015, 0xD06,
+     "2F0007808A804000008341A409162E2E5C7064662D646566696E6974696F6E2E70646600408C403040908341108341CC3F264F",
+     "100|AcDbUnderlayDefinition|1|..\\pdf-definition.pdf|2|1|"},
+    {"PDFUNDERLAY", 1018, 0x276,
+     "B50001809E81400000809DA84000000040000000000000057421DA490E21C45F391974016352EB74FA2E790221D139D28615ED8"
+     "F"
+     "C9A9999999999F13F26A6666666667C4FC9A9999999999F13F1E430C41800000000000071000210D8D0400421000197931FE8F8"
+     "4"
+     "D000000000000000000000000000000000000000000000000000000000000000000031EAC28050C510002E00A87A99FA8FC0000"
+     "0"
+     "00000008900015C7270A998690200A870E83824850144414809D7FE36F",
+     "100|AcDbUnderlayReference|340|275|10|1508.4875683320315|20|1954.8113927070717|30|0.0|41|1.1|42|1.1|43|"
+     "1."
+     "1|50|5.0|280|30|281|67|282|12|11|7.0|21|3.0005191878449295|11|4.811503527941795|21|0.0|11|0.0|21|0.0|"
+     "11|"
+     "0.0|21|5.065433661207635|11|0.8251851219881701|21|9.0|11|6.5997719185158985|21|8.517686668337092|"},
     {"POINT", 1027, 0x177, "1D001306C0805DE55A0000874207B76E6C872AA401C075D6549032A502E28C576629",
      "100|AcDbPoint|10|3385.39238329175|20|3206.071452770084|30|0.0|"},
     {"POLYLINE", 1032, 0x41A,
@@ -174,10 +219,19 @@ std::string plain(const std::string& text) {
     return out;
 }
 
-dwg::object_source source_of(const std::string& bytes, int version) {
+dwg::object_source source_of(const std::string& bytes, int version, std::string_view kind) {
     dwg::object_source source;
     source.objects = bytes;
     source.version = version;
+    // Whatever number its class had in its file.
+    constexpr std::size_t most_classes = 300;
+    for (const dwg::object_type& type : dwg::object_types())
+        if (type.row->class_name == kind)
+            source.classes.resize(most_classes);
+    for (dwg::class_entry& one : source.classes) {
+        one.dxf_name = kind;
+        one.is_entity = kind != "PDFDEFINITION";
+    }
     return source;
 }
 
@@ -185,7 +239,7 @@ TEST(DwgObjects, hold_what_the_editor_says) {
     for (const cut_object& one : objects) {
         SCOPED_TRACE(one.type + std::string(" of ") + std::to_string(one.version));
         const std::string bytes = bytes_of(one.hexadecimal);
-        const dwg::object_source source = source_of(bytes, one.version);
+        const dwg::object_source source = source_of(bytes, one.version, one.type);
         dwg::object_reader object(source);
         ASSERT_TRUE(object.open(0, one.handle));
         ASSERT_NE(object.type, nullptr);
@@ -201,7 +255,7 @@ TEST(DwgObjects, damage_is_seen) {
     for (const cut_object& one : objects) {
         SCOPED_TRACE(one.type);
         std::string bytes = bytes_of(one.hexadecimal);
-        const dwg::object_source source = source_of(bytes, one.version);
+        const dwg::object_source source = source_of(bytes, one.version, one.type);
         dwg::object_reader object(source);
         EXPECT_FALSE(object.open(0, one.handle + 1));
         EXPECT_STREQ(object.why(), L"it has another handle");
@@ -212,10 +266,42 @@ TEST(DwgObjects, damage_is_seen) {
         }
         for (std::size_t size = 0; size < bytes.size(); ++size) {
             const std::string cut = bytes.substr(0, size);
-            const dwg::object_source less = source_of(cut, one.version);
+            const dwg::object_source less = source_of(cut, one.version, one.type);
             EXPECT_FALSE(dwg::object_reader(less).open(0, one.handle));
         }
     }
+}
+
+// Bodies of 2000: text in chunks, and what they are drawn by behind it.
+TEST(DwgObjects, bodies_are_lines_of_text) {
+    const std::string long_line(600, 'k');
+    const std::string body = "koo mi n o \r\nni ^*+0\n" + long_line + "\n";
+    test::dwg_maker maker;
+    const auto fields = [&](unsigned version, unsigned has_second) {
+        test::dwg_bits of;
+        of.bits(0, 1).bits(1, 1).BS(static_cast<std::uint16_t>(version));
+        for (const std::string& chunk : {body.substr(0, 20), body.substr(20)}) {
+            of.BL(static_cast<std::uint32_t>(chunk.size()));
+            for (const char c : chunk)
+                of.raw(static_cast<unsigned char>(c), 1);
+        }
+        of.BL(0).bits(1, 1).bits(1, 1).BD(1).BD(2).BD(3).BL(4).bits(1, 1); // the end; a point; lines; wires:
+        of.BL(1).raw(2, 1).BL(0).BS(7).BL(5).BL(1).BD(1).BD(2).BD(3).bits(0, 1);
+        return of.BL(0).bits(1 - has_second, 1); // no views, no second body
+    };
+    maker.entity_of(0x40, 37, fields(1, 0));
+    maker.entity_of(0x41, 38, fields(2, 0)); // binary
+    maker.entity_of(0x42, 38, fields(1, 1));
+    const auto read = dwg::read_drawing(maker.file());
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->proxies.at("3DSOLID"), 2U) << "what is not understood is kept as it is";
+    EXPECT_FALSE(read->proxies.contains("REGION"));
+    EXPECT_NE(plain(read->dxf.substr(0, read->size))
+                  .find("REGION|5|40|330|1F|100|AcDbEntity|8|0|100|AcDbModelerGeometry|70|1|1|koo mi n "
+                        "o |1|ni ^ *+0|1|" +
+                        long_line.substr(0, 255) + "|3|" + long_line.substr(0, 255) + "|3|" +
+                        long_line.substr(0, 90) + "|0|"),
+              std::string::npos);
 }
 
 // The tables of types can be read, and every type can be written.

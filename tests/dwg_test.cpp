@@ -122,7 +122,7 @@ TEST(Dwg, many_objects_keep_their_order) {
     maker.line(0x40, 0x10, 0, 0, 1, 1);
     const auto is_frame = [](std::uint64_t i) { return i % 1500 == 7; };
     for (std::uint64_t i = 0; i < count; ++i)
-        is_frame(i) ? maker.frame(first + i, 0x10)
+        is_frame(i) ? maker.entity_of(first + i, 43, test::dwg_bits().RD(1))
                     : maker.line(first + i, 0x10, static_cast<double>(i), 2, 3, 4);
     std::string bytes = maker.file();
     const std::uint64_t damaged[] = {first + 5000, first + 8999};

@@ -20,6 +20,8 @@ namespace {
     "BL:90 3BD:10 3BD:11 3BD:12 2RD:13 BS:70 B:280 RC:281 RC:282 RC:283 {10+ B:290} BS:71=k "                \
     "{?k=1 2RD:14 2RD:14} {!k=1 BL:91=n {*n 2RD:14}} H:340 H:360"
 #define ZEF_CLIP_ORDER "90 10 11 12 13 340 70 280 281 282 283 {10+ 290} 360 71 91 [14]"
+#define ZEF_UNDERLAY "3BD:210 3BD:10 BA:50 BD:41 BD:42 BD:43 RC:280 RC:281 RC:282 BL:=n {*n 2RD:11} H:340"
+#define ZEF_UNDERLAY_ORDER "=AcDbUnderlayReference 340 10 41~1 42~1 43~1 50~0 210~z 280 281 282 [11]"
 
 constexpr type_row rows[] = {
     {1, "", "TEXT", role::entity, "@text N:7", ZEF_TEXT_ORDER "=AcDbText 73~0", settle_text},
@@ -125,6 +127,21 @@ constexpr type_row rows[] = {
      "{!s BA:52 BD:41 B:77 BS:78=n %3 {*n BA:53 BD:43 BD:44 BD:45 BD:46 BS:79=k {*k BD:49}} %0} "
      "{?q&4 BD:47} BL:98=n %4 {*n 2RD:10}",
      "=AcDbHatch 10 210 2 70 71 91 %1 75 76 52 41 77 78 %3 47 98 %4 %2", settle_hatch},
+    {37, "", "REGION", role::entity, "@modeler", "=AcDbModelerGeometry '70=1 [1,3]"},
+    {38, "", "3DSOLID", role::entity, "@modeler", "=AcDbModelerGeometry '70=1 [1,3]"},
+    {39, "", "BODY", role::entity, "@modeler", "=AcDbModelerGeometry '70=1 [1,3]"},
+    {0, "LIGHT", "LIGHT", role::entity,
+     "BL:90 T:1 BS:70 B:290 {-0 CMR:10090} {4+ CMC:63} B:291 BD:40 3BD:10 3BD:11 BS:72 B:292 BD:41 BD:42 "
+     "BA:50 BA:51 "
+     "B:293 BS:73 BS:91 RC:280",
+     "=AcDbLight 90 1 70 290 10090 63 421 431 291 40 10 11 72 292 41 42 50 51 293 73 91 280"},
+    {0, "MESH", "MESH", role::entity,
+     "%1 BS:71 B:72 BL:91 BL:92=n {*n 3BD:10} BL:93=n {*n BL:90} BL:94=n {*n BL:90 BL:90} BL:95=n {*n "
+     "BD:140} BL:90",
+     "=AcDbSubDMesh %1"},
+    {0, "PDFUNDERLAY", "PDFUNDERLAY", role::entity, ZEF_UNDERLAY, ZEF_UNDERLAY_ORDER},
+    {0, "DWFUNDERLAY", "DWFUNDERLAY", role::entity, ZEF_UNDERLAY, ZEF_UNDERLAY_ORDER},
+    {0, "DGNUNDERLAY", "DGNUNDERLAY", role::entity, ZEF_UNDERLAY, ZEF_UNDERLAY_ORDER},
     {0, "WIPEOUT", "WIPEOUT", role::entity, ZEF_CLIP, "=AcDbWipeout " ZEF_CLIP_ORDER, settle_clip},
     {0, "IMAGE", "IMAGE", role::entity, ZEF_CLIP, "=AcDbRasterImage " ZEF_CLIP_ORDER, settle_clip},
     {0, "ARC_DIMENSION", "ARC_DIMENSION", role::entity,
