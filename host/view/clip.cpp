@@ -1,7 +1,7 @@
 #include "host/view/clip.h"
 
 #include "dbmain.h"
-#include "host/view/extents.h"
+#include "host/view/extents_canvas.h"
 
 #include <algorithm>
 #include <cmath>
