@@ -19,6 +19,8 @@
 
 namespace picture {
 
+inline constexpr int default_weight = 25; // hundredths of a millimetre, what LWDEFAULT begins with
+
 enum class colors { as_drawn, greys, black };
 
 // What all of a picture has in common.
