@@ -11,6 +11,7 @@
 #include "host/ed/host_commands.h"
 #include "host/ed/picture_file.h"
 #include "host/ed/questions.h"
+#include "host/ed/view.h"
 #include "sys/atomic_file.h"
 #include "sys/folders.h"
 
@@ -37,9 +38,9 @@ bool ask_what(AcDbImpDatabase& drawing, sys::paper_format format, picture::reque
     std::wstring word = L"Current";
     const bool several = format == sys::paper_format::pdf;
     const int answered =
-        ask_keyword(several ? L"\nEnter what to draw [Current/Model/Sheets/Window] <Current>: "
-                            : L"\nEnter what to draw [Current/Model/Window] <Current>: ",
-                    several ? L"Current Model Sheets Window" : L"Current Model Window", word);
+        ask_keyword(several ? L"\nEnter what to draw [Current/Model/Sheets/Window/View] <Current>: "
+                            : L"\nEnter what to draw [Current/Model/Window/View] <Current>: ",
+                    several ? L"Current Model Sheets Window View" : L"Current Model Window View", word);
     if (answered == RTCAN)
         return false;
     const dxf::record_id model = drawing.blocks().find(ACDB_MODEL_SPACE);
@@ -48,6 +49,12 @@ bool ask_what(AcDbImpDatabase& drawing, sys::paper_format format, picture::reque
         wanted.spaces = all_sheets(drawing);
         if (wanted.spaces.empty())
             wanted.spaces = {model};
+    }
+    if (word == L"View") {
+        const view seen = current_view(drawing);
+        const AcGePoint2d center = seen.center;
+        wanted.window.emplace(AcGePoint2d(center.x - seen.width() / 2.0, center.y - seen.height / 2.0),
+                              AcGePoint2d(center.x + seen.width() / 2.0, center.y + seen.height / 2.0));
     }
     if (word != L"Window")
         return true;

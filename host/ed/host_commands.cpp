@@ -17,6 +17,8 @@ constexpr host_command commands[] = {
     {L"-LAYER", layer_command, ACRX_CMD_TRANSPARENT, L"makes layers and sets their properties"},
     {L"LAYER", layer_command, ACRX_CMD_TRANSPARENT, L""},
     {L"LA", layer_command, ACRX_CMD_TRANSPARENT, L""},
+    {L"-VIEW", named_view_command, 0, L"keeps views by name, and shows them again"},
+    {L"-V", named_view_command, 0, L""},
     {L"ARX", arx_command, no_step | without_drawing, L"loads, unloads and lists applications"},
     {L"AUDIT", audit_command, 0, L"looks for what does not fit together, and mends it"},
     {L"CIRCLE", circle_command, 0, L"draws a circle"},
@@ -53,6 +55,8 @@ constexpr host_command commands[] = {
     {L"MS", mspace_command, 0, L""},
     {L"NEW", new_command, no_step | without_drawing, L"begins a new drawing"},
     {L"OPEN", open_command, no_step | without_drawing, L"opens a drawing file"},
+    {L"PAN", pan_command, 0, L"moves the view"},
+    {L"P", pan_command, 0, L""},
     {L"PICTURE", picture_command, no_step, L"draws the drawing as a picture: PNG, SVG or PDF"},
     {L"PSPACE", pspace_command, 0, L"goes back to the layout's sheet"},
     {L"PS", pspace_command, 0, L""},
@@ -83,6 +87,8 @@ constexpr host_command commands[] = {
     {L"UNDO", undo_command, no_step, L"takes back several commands, to a mark, or as groups"},
     {L"XATTACH", xattach_command, 0, L"attaches a drawing file as an external reference"},
     {L"XA", xattach_command, 0, L""},
+    {L"ZOOM", zoom_command, 0, L"shows more or less of the drawing"},
+    {L"Z", zoom_command, 0, L""},
 };
 
 } // namespace

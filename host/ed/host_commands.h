@@ -45,8 +45,10 @@ void linetype_command();
 void list_command();
 void model_command();
 void mspace_command();
+void named_view_command();
 void new_command();
 void open_command();
+void pan_command();
 void picture_command();
 void pspace_command();
 void purge_command();
@@ -67,5 +69,6 @@ void text_command();
 void u_command();
 void undo_command();
 void xattach_command();
+void zoom_command();
 
 } // namespace ed
