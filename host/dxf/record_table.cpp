@@ -224,9 +224,10 @@ bool record_table::replace(record_id id, std::string_view text) {
 void record_table::replace_look(record_id id, std::string_view text, std::optional<std::string_view> layer) {
     note(id);
     record_content changed = content(id);
-    if (layer)
-        changed.layer = put_layer(*layer);
-    put_text(id, changed, arena_.keep(text));
+    const std::string_view kept = arena_.keep(text);
+    if (layer) // its name stays as long as the text that it stands in
+        changed.layer = put_layer(kept.substr(kept.find(*layer), layer->size()));
+    put_text(id, changed, kept);
 }
 
 void record_table::put_text(record_id id, record_content& changed, std::string_view kept) {
