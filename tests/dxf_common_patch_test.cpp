@@ -67,3 +67,18 @@ TEST(DxfCommonPatch, WritesWhatTheGroupsWould) {
             }
         }
 }
+
+TEST(DxfCommonPatch, LayersNewToTheDrawingKeepTheirNames) {
+    const auto drawing = test::opened(test::with_entities("0 LINE|8 WALL|10 1|20 2"));
+    ASSERT_NE(drawing, nullptr);
+    dxf::record_table& records = drawing->records();
+    dxf::record_id line = 0;
+    while (records.type(line) != dxf::type_line)
+        line = records.next(line);
+    std::string layer = "DOOR";
+    std::string text = test::groups("0 LINE|8 DOOR|10 1|20 2");
+    records.replace_look(line, text, layer);
+    layer = text = "gone"; // whoever made the change
+    EXPECT_EQ(records.layer_names()[records.layer(line)], "DOOR");
+    EXPECT_EQ(records.text(line), test::groups("0 LINE|8 DOOR|10 1|20 2"));
+}
