@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
 
 namespace picture {
@@ -60,8 +61,8 @@ bool painter::draw_plain_line(dxf::record_id entity) {
     const dxf::record_table& records = drawing_.records();
     if (records.type(entity) != dxf::type_line || records.kind(entity) != dxf::record_kind::entity)
         return false;
-    int color = AcCmEntityColor::kACIbyLayer;
-    int weight = AcDb::kLnWtByLayer;
+    std::int64_t color = AcCmEntityColor::kACIbyLayer;
+    std::int64_t weight = AcDb::kLnWtByLayer;
     AcGePoint3d ends[2];
     dxf::group_reader groups(records.text(entity));
     dxf::raw_group group;
@@ -90,18 +91,21 @@ bool painter::draw_plain_line(dxf::record_id entity) {
             ends[group.code % 10].z = number();
             break;
         case 62:
-            color = static_cast<int>(number());
+            color = dxf::leading_integer(group.value).value_or(0);
             break;
         case 370:
-            weight = static_cast<int>(number());
+            weight = dxf::leading_integer(group.value).value_or(0);
             break;
         default:
             return false;
         }
     }
-    if (color < 0 || color > AcCmEntityColor::kACIbyLayer || !db::is_line_weight(weight))
+    constexpr std::int64_t heaviest = AcDb::kLnWt211;
+    if (color < 0 || color > AcCmEntityColor::kACIbyLayer || std::abs(weight) > heaviest ||
+        !db::is_line_weight(static_cast<int>(weight)))
         return false;
-    const auto [at, fresh] = plain_looks_.try_emplace({records.layer(entity), color, weight});
+    const auto [at, fresh] =
+        plain_looks_.try_emplace({records.layer(entity), static_cast<int>(color), static_cast<int>(weight)});
     if (fresh) {
         frame now;
         static_cast<layer_states::place&>(now) = states_.inside(nullptr, {&drawing_, entity, {}});

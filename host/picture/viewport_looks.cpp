@@ -28,7 +28,7 @@ std::optional<AcCmEntityColor> color_of_number(std::int64_t number) {
 }
 
 std::int64_t whole(std::string_view text) {
-    return static_cast<std::int64_t>(dxf::leading_real(text).value_or(0.0));
+    return dxf::leading_integer(text).value_or(0);
 }
 
 std::uint64_t handle_in(std::string_view text) {
