@@ -1,6 +1,7 @@
 #include "host/dwg/assembly.h"
 
 #include "base/utf.h"
+#include "host/dwg/data_store.h"
 #include "host/dwg/ordered_work.h"
 #include "sys/memory.h"
 
@@ -41,6 +42,7 @@ void assembly::run() {
     write_tables();
     write_blocks();
     write_objects();
+    write_data_store(main_.write, read_data_store(file_.data_store, out_.damage));
     main_.write.text(0, "EOF");
     take(main_, out_.dxf);
     // Only now it is known which classes there must be besides those of the file.

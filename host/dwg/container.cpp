@@ -12,8 +12,9 @@ namespace {
 
 using base::little_endian;
 
-constexpr std::string_view wanted[] = {"AcDb:Header",      "AcDb:Classes",  "AcDb:Handles",
-                                       "AcDb:AcDbObjects", "AcDb:Template", "AcDb:SummaryInfo"};
+constexpr std::string_view wanted[] = {"AcDb:Header",          "AcDb:Classes",  "AcDb:Handles",
+                                       "AcDb:AcDbObjects",     "AcDb:Template", "AcDb:SummaryInfo",
+                                       "AcDb:AcDsPrototype_1b"};
 
 // What can not be read, by the first six bytes.
 std::wstring unknown_version(std::string_view bytes) {
@@ -67,8 +68,8 @@ void keep_section(container& out, std::string_view name, std::string bytes) {
     out.unpacked.push_back(std::move(bytes));
     const std::string_view view = out.unpacked.back();
     const auto at = std::find(std::begin(wanted), std::end(wanted), name) - std::begin(wanted);
-    std::string_view* const views[] = {&out.header,  &out.classes,     &out.handles,
-                                       &out.objects, &out.measurement, &out.summary};
+    std::string_view* const views[] = {&out.header,      &out.classes, &out.handles,   &out.objects,
+                                       &out.measurement, &out.summary, &out.data_store};
     *views[at] = view;
 }
 

@@ -25,6 +25,7 @@ struct container {
     std::string_view objects; // addresses of the object map count from its begin
     std::string_view measurement;
     std::string_view summary;
+    std::string_view data_store;
     std::vector<std::wstring> damage; // what of it is not as it should be, though it could be read
 
     std::deque<std::string> unpacked; // what the views look at, if not at the file itself

@@ -20,6 +20,8 @@ namespace {
     "BL:90 3BD:10 3BD:11 3BD:12 2RD:13 BS:70 B:280 RC:281 RC:282 RC:283 {10+ B:290} BS:71=k "                \
     "{?k=1 2RD:14 2RD:14} {!k=1 BL:91=n {*n 2RD:14}} H:340 H:360"
 #define ZEF_CLIP_ORDER "90 10 11 12 13 340 70 280 281 282 283 {10+ 290} 360 71 91 [14]"
+#define ZEF_BODY "@modeler"
+#define ZEF_BODY_ORDER "=AcDbModelerGeometry {-10 '70=1 [1,3]} {13+ 290 2}"
 #define ZEF_UNDERLAY "3BD:210 3BD:10 BA:50 BD:41 BD:42 BD:43 RC:280 RC:281 RC:282 BL:=n {*n 2RD:11} H:340"
 #define ZEF_UNDERLAY_ORDER "=AcDbUnderlayReference 340 10 41~1 42~1 43~1 50~0 210~z 280 281 282 [11]"
 
@@ -127,9 +129,9 @@ constexpr type_row rows[] = {
      "{!s BA:52 BD:41 B:77 BS:78=n %3 {*n BA:53 BD:43 BD:44 BD:45 BD:46 BS:79=k {*k BD:49}} %0} "
      "{?q&4 BD:47} BL:98=n %4 {*n 2RD:10}",
      "=AcDbHatch 10 210 2 70 71 91 %1 75 76 52 41 77 78 %3 47 98 %4 %2", settle_hatch},
-    {37, "", "REGION", role::entity, "@modeler", "=AcDbModelerGeometry '70=1 [1,3]"},
-    {38, "", "3DSOLID", role::entity, "@modeler", "=AcDbModelerGeometry '70=1 [1,3]"},
-    {39, "", "BODY", role::entity, "@modeler", "=AcDbModelerGeometry '70=1 [1,3]"},
+    {37, "", "REGION", role::entity, ZEF_BODY, ZEF_BODY_ORDER},
+    {38, "", "3DSOLID", role::entity, ZEF_BODY " {7+ H:350}", ZEF_BODY_ORDER " {7+ =AcDb3dSolid 350}"},
+    {39, "", "BODY", role::entity, ZEF_BODY, ZEF_BODY_ORDER},
     {0, "LIGHT", "LIGHT", role::entity,
      "BL:90 T:1 BS:70 B:290 {-0 CMR:10090} {4+ CMC:63} B:291 BD:40 3BD:10 3BD:11 BS:72 B:292 BD:41 BD:42 "
      "BA:50 BA:51 "

@@ -299,64 +299,6 @@ void leader_line(object_reader& in) {
         in.fields.all().resize(begin);
 }
 
-// The body of a solid, up to 2000: lines of text, disguised as DXF has them, in chunks. What follows it, to
-// draw it by, is not kept. Later files hold bodies in binary form, which is not understood.
-void modeler(object_reader& in) {
-    constexpr unsigned as_text = 1;
-    if (in.data.B() || (in.data.B(), in.data.BS()) != as_text)
-        return in.fail();
-    std::string body;
-    for (std::size_t size = in.data.BL(); size != 0 && !in.data.bad(); size = in.data.BL())
-        body += take_bytes(in.data, size);
-    const auto skip_reals = [&](int count) {
-        for (; count != 0; --count)
-            in.data.BD();
-    };
-    const auto skip_wires = [&] {
-        for (std::size_t left = in.data.BL(); left != 0 && !in.data.bad(); --left) {
-            in.data.RC();
-            in.data.BL();
-            in.data.BS();
-            in.data.BL();
-            for (std::size_t points = in.data.BL(); points != 0 && !in.data.bad(); --points)
-                skip_reals(3);
-            if (in.data.B()) { // moved
-                skip_reals(13);
-                in.data.take(3);
-            }
-        }
-    };
-    if (in.data.B()) {
-        if (in.data.B())
-            skip_reals(3);
-        in.data.BL();
-        if (in.data.B()) {
-            skip_wires();
-            for (std::size_t views = in.data.BL(); views != 0 && !in.data.bad(); --views) {
-                in.data.BL();
-                skip_reals(9);
-                in.data.B();
-                skip_wires();
-            }
-        }
-    }
-    if (!in.data.B())
-        return in.fail(); // a second body
-    // A line is a group, long ones go on in others.
-    constexpr std::size_t longest = 255;
-    std::string_view left = body;
-    while (!left.empty() && !in.data.bad()) {
-        const std::size_t end = std::min(left.find('\n'), left.size());
-        std::string_view line = left.substr(0, end);
-        left.remove_prefix(std::min(left.size(), end + 1));
-        if (line.ends_with('\r'))
-            line.remove_suffix(1);
-        in.fields.add_text(1, line.substr(0, longest));
-        for (; line.size() > longest; line.remove_prefix(longest))
-            in.fields.add_text(3, line.substr(longest, longest));
-    }
-}
-
 constexpr special_row rows[] = {
     {"text", text_fields},
     {"embedded", embedded},
@@ -369,7 +311,7 @@ constexpr special_row rows[] = {
     {"background", background},
     {"columns", columns},
     {"leader_line", leader_line},
-    {"modeler", modeler},
+    {"modeler", modeler_fields},
 };
 
 } // namespace

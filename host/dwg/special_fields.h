@@ -13,6 +13,9 @@ struct special_row {
     void (*read)(object_reader&);
 };
 
+// The body of a region or a solid, as text.
+void modeler_fields(object_reader& in);
+
 std::span<const special_row> entity_fields();
 std::span<const special_row> object_fields();
 
