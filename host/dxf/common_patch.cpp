@@ -43,7 +43,7 @@ std::optional<common_spot> find_spot(std::string_view record, const group_place&
             if (!in_common || spot.found.code == code)
                 return std::nullopt;
             spot.found = group;
-        } else if (in_common && rank(group.code) < own) {
+        } else if (in_common && spot.found.code == no_code && rank(group.code) < own) {
             spot.behind = group.end;
         }
     }

@@ -23,6 +23,15 @@ std::string layer_facts::bytes_of(std::wstring_view name) const {
     return std::string(dxf::value_of(database_.records().text(layer), 2));
 }
 
+std::string_view layer_facts::bytes_of(dxf::record_id layer) {
+    const std::string_view text = database_.records().text(layer);
+    if (text.data() != spelled_text_) { // another layer, or another text of it: texts never change
+        spelled_text_ = text.data();
+        spelled_ = dxf::value_of(text, 2);
+    }
+    return spelled_;
+}
+
 std::vector<bool> layer_facts::numbers_of(std::wstring_view name) {
     const dxf::name_set& known = database_.records().layer_names();
     for (; names_read_ < known.size(); ++names_read_) {
@@ -57,28 +66,34 @@ const std::vector<dxf::record_id>& layer_facts::name_holders() {
     return holders_;
 }
 
-bool layer_facts::is_locked(dxf::record_id entity) {
+const layer_facts::named_layer& layer_facts::named_by(dxf::record_id entity) {
     const dxf::record_table& records = database_.records();
-    bool changed = names_of_locks_ != database_.names().revision();
-    for (; journal_of_locks_ < records.journal().size(); ++journal_of_locks_)
-        changed = changed || records.type(records.journal()[journal_of_locks_]) == dxf::type_layer;
-    if (changed)
-        locked_.clear();
-    names_of_locks_ = database_.names().revision();
-    const std::uint32_t number = records.layer(entity);
-    if (number >= locked_.size())
-        locked_.resize(database_.records().layer_names().size(), -1);
-    signed char& locked = locked_[number];
-    if (locked < 0) {
-        const dxf::record_id layer = database_.names().find(table_kind::layer, name_of(entity));
-        constexpr std::int64_t lock_bit = 4;
-        const bool set = layer != dxf::no_record && (dxf::group_list(database_.records().text(layer))
-                                                         .integer({"AcDbLayerTableRecord"}, 70)
-                                                         .value_or(0) &
-                                                     lock_bit) != 0;
-        locked = set ? 1 : 0;
+    if (const std::size_t changes = database_.names().changes(); changes != entries_of_named_) {
+        entries_of_named_ = changes;
+        named_.clear();
     }
-    return locked != 0;
+    const std::uint32_t number = records.layer(entity);
+    if (number >= named_.size())
+        named_.resize(records.layer_names().size());
+    named_layer& named = named_[number];
+    if (!named.known) {
+        constexpr std::int64_t lock_bit = 4;
+        named.known = true;
+        named.record = database_.names().find(table_kind::layer, name_of(entity));
+        named.locked =
+            named.record != dxf::no_record &&
+            (dxf::group_list(records.text(named.record)).integer({"AcDbLayerTableRecord"}, 70).value_or(0) &
+             lock_bit) != 0;
+    }
+    return named;
+}
+
+dxf::record_id layer_facts::record_of(dxf::record_id entity) {
+    return named_by(entity).record;
+}
+
+bool layer_facts::is_locked(dxf::record_id entity) {
+    return named_by(entity).locked;
 }
 
 dxf::record_id layer_facts::current() const {

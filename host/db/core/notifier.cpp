@@ -137,9 +137,18 @@ bool notifier::heard() const {
 }
 
 bool notifier::heard_of(dxf::record_id record) const {
-    return of_objects_.contains(record) ||
-           (has_application_classes() &&
-            database_.records().text(record).find(reactor_braces) != std::string_view::npos);
+    return (!of_objects_.empty() && of_objects_.contains(record)) ||
+           (has_application_classes() && names_reactors(record));
+}
+
+// It is asked several times while one record changes. Texts never change or move.
+bool notifier::names_reactors(dxf::record_id record) const {
+    const std::string_view text = database_.records().text(record);
+    if (text.data() != asked_text_) {
+        asked_text_ = text.data();
+        has_reactors_ = text.find(reactor_braces) != std::string_view::npos;
+    }
+    return has_reactors_;
 }
 
 rx::reactor_list<AcDbObjectReactor>* notifier::find(dxf::record_id record) {
@@ -160,8 +169,7 @@ bool notifier::remove(dxf::record_id record, AcDbObjectReactor* reactor) {
 // time of the call, unless it is open.
 void notifier::tell_persistent(const AcDbImpObject& object, const std::function<void(AcDbObject&)>& news) {
     // Most name none; then their groups need not be read again.
-    if (!object.changed() &&
-        database_.records().text(object.record).find(reactor_braces) == std::string_view::npos)
+    if (!object.changed() && !names_reactors(object.record))
         return;
     std::vector<dxf::record_id> reactors;
     for (const std::uint64_t handle : links(object.groups(), reactor_braces)) {

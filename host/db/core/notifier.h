@@ -56,6 +56,7 @@ public:
 
 private:
     rx::reactor_list<AcDbObjectReactor>* find(dxf::record_id record);
+    bool names_reactors(dxf::record_id record) const;
     template<class News>
     void tell_of_object(const AcDbObject& object, News news);
     template<class News>
@@ -67,6 +68,8 @@ private:
     AcDbImpDatabase& database_;
     rx::reactor_list<AcDbDatabaseReactor> of_database_;
     std::unordered_map<dxf::record_id, rx::reactor_list<AcDbObjectReactor>> of_objects_;
+    mutable const char* asked_text_ = nullptr; // the record's text that was searched for reactors last
+    mutable bool has_reactors_ = false;
 };
 
 } // namespace db

@@ -85,8 +85,22 @@ Acad::ErrorStatus open_objects::open(AcDbObject*& object, dxf::record_id record,
     made->imp().readers = write ? 0 : 1;
     made->imp().news.was_gone = database_.records().gone(record);
     object = made.get();
-    open_.emplace(record, std::move(made));
+    if (spare_.empty()) {
+        open_.emplace(record, std::move(made));
+    } else {
+        spare_.key() = record;
+        spare_.mapped() = std::move(made);
+        open_.insert(std::move(spare_));
+    }
     return Acad::eOk;
+}
+
+void open_objects::destroy(dxf::record_id record) {
+    auto closed = open_.extract(record);
+    if (closed.empty())
+        return;
+    closed.mapped().reset();
+    spare_ = std::move(closed);
 }
 
 std::unique_ptr<AcDbObject> open_objects::make(AcRxClass* type, dxf::record_id record) {

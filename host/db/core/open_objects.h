@@ -58,11 +58,13 @@ public:
 
 private:
     std::unique_ptr<AcDbObject> make(AcRxClass* type, dxf::record_id record);
-    void destroy(dxf::record_id record) { open_.erase(record); }
+    void destroy(dxf::record_id record);
     void tell_closing(AcDbObject& object);
 
     AcDbImpDatabase& database_;
-    std::unordered_map<dxf::record_id, std::unique_ptr<AcDbObject>> open_;
+    using open_map = std::unordered_map<dxf::record_id, std::unique_ptr<AcDbObject>>;
+    open_map open_;
+    open_map::node_type spare_; // of the object that was closed last, for the next one
 };
 
 } // namespace db

@@ -142,6 +142,8 @@ bool symbol_names::add(names& known, const std::wstring& name, dxf::record_id en
 dxf::record_id symbol_names::find(table_kind kind, std::wstring_view name) {
     follow_changes();
     names& known = names_[static_cast<std::size_t>(kind)];
+    if (known.known && known.answered == revision_ && known.asked == name)
+        return known.answer;
     if (!known.known) {
         known = {};
         for (const dxf::record_id entry : entries(kind))
@@ -150,7 +152,10 @@ dxf::record_id symbol_names::find(table_kind kind, std::wstring_view name) {
         known.known = knows_any_ = true;
     }
     const auto at = known.by_name.find(base::folded(name));
-    return at == known.by_name.end() ? dxf::no_record : at->second;
+    known.asked = name;
+    known.answer = at == known.by_name.end() ? dxf::no_record : at->second;
+    known.answered = revision_;
+    return known.answer;
 }
 
 bool symbol_names::is_taken(dxf::record_id entry) {
@@ -162,6 +167,11 @@ bool symbol_names::is_taken(dxf::record_id entry) {
 std::size_t symbol_names::revision() {
     follow_changes();
     return revision_;
+}
+
+std::size_t symbol_names::changes() {
+    follow_changes();
+    return changes_;
 }
 
 void symbol_names::follow_changes() {
@@ -182,6 +192,7 @@ void symbol_names::look_again(dxf::record_id record) {
     const dxf::record_table& records = database_.records();
     if (records.kind(record) == dxf::record_kind::table) {
         ++revision_;
+        ++changes_;
         for (names& known : names_)
             known.known = false;
         return;
@@ -189,6 +200,7 @@ void symbol_names::look_again(dxf::record_id record) {
     table_kind kind{};
     if (!is_entry(record, kind))
         return;
+    ++changes_;
     names& known = names_[static_cast<std::size_t>(kind)];
     if (!known.known)
         return;

@@ -41,8 +41,9 @@ public:
     // Whether an erased entry can not come back since another one has its name.
     bool is_taken(dxf::record_id entry);
 
-    // Another number after each change of what find() answers.
+    // Another number after each change of what find() answers; and after each change of an entry.
     std::size_t revision();
+    std::size_t changes();
 
 private:
     struct names {
@@ -50,6 +51,9 @@ private:
         bool doubles = false;                                             // several entries have one name
         std::unordered_map<std::wstring, dxf::record_id> by_name;         // folded
         std::unordered_map<dxf::record_id, const std::wstring*> by_entry; // keys of the other
+        std::wstring asked; // what find() was asked last, and answered, at that revision
+        dxf::record_id answer = dxf::no_record;
+        std::size_t answered = 0;
     };
 
     void follow_changes();
@@ -62,7 +66,8 @@ private:
     bool knows_any_ = false; // whether names of a table are known
     std::size_t journal_read_ = 0;
     dxf::record_id records_seen_ = 0;
-    std::size_t revision_ = 0;
+    std::size_t revision_ = 1;
+    std::size_t changes_ = 0;
 };
 
 } // namespace db

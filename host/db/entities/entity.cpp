@@ -53,10 +53,15 @@ void for_parts(const AcDbImpObject& imp, Change change) {
     }
 }
 
+// Whether an entity is as its drawing's index has it, which knows its layer then.
+bool is_as_indexed(const AcDbImpObject& imp) {
+    return imp.database != nullptr && !imp.is_read() &&
+           dxf::stands_on_layer(imp.database->records().kind(imp.record));
+}
+
 std::wstring layer_of(const AcDbEntity& entity, const AcDbImpObject& imp) {
     entity.assertReadEnabled();
-    if (imp.database != nullptr && !imp.is_read() &&
-        dxf::stands_on_layer(imp.database->records().kind(imp.record)))
+    if (is_as_indexed(imp))
         return imp.database->layers().name_of(imp.record);
     const auto name = imp.groups().text(entity_place, 8);
     return name && !dxf::trimmed(*name).empty() ? imp.decode(dxf::trimmed(*name)) : L"0";
@@ -112,8 +117,12 @@ void put_layer(AcDbEntity& entity, AcDbImpObject& imp, AcDbImpDatabase& database
     imp.given |= AcDbImpObject::given_layer;
     if (database.records().implied(entry)) // what is saved must not name what is not
         db::settle_entry(database, entry);
-    if (!base::equal_no_case(layer_of(entity, imp), database.names().name_of(entry)))
+    if (imp.database == &database && is_as_indexed(imp)) {
+        if (database.layers().record_of(imp.record) != entry)
+            imp.set_common(entity_place, 8, database.layers().bytes_of(entry));
+    } else if (!base::equal_no_case(layer_of(entity, imp), database.names().name_of(entry))) {
         imp.set_common(entity_place, 8, entry_bytes(imp, database, entry));
+    }
 }
 
 void put_linetype(AcDbImpObject& imp, AcDbImpDatabase& database, dxf::record_id entry) {
