@@ -166,35 +166,35 @@ std::wstring code_page::decode(std::string_view bytes) const {
 code_page::decoded code_page::decode_block(std::string_view block, wchar_t* out) const {
     if (number_ == utf8_page)
         return decode_blocks(block, out, take_utf8_run);
-    return decode_blocks(
-        block, out,
-        [this, characters = characters_.data()](const unsigned char*& at, const unsigned char* end,
-                                                wchar_t*& to, std::size_t& lost) {
-            while (at < end && *at >= 0x80) {
-                const unsigned byte = *at;
-                const bool is_lead = is_lead_[byte];
-                if (is_lead && at + 1 == end)
-                    return false;
-                const char16_t c = characters[is_lead ? byte << 8 | at[1] : byte];
-                if (c != 0) {
-                    *to++ = static_cast<wchar_t>(c);
-                    at += is_lead ? 2 : 1;
-                    continue;
-                }
-                const long of_four = number_ == gbk_page ? gb18030_character(at, end - at) : 0;
-                if (of_four < 0)
-                    return false;
-                if (of_four > 0) {
-                    to = put(to, static_cast<char32_t>(of_four));
-                    at += 4;
-                    continue;
-                }
-                *to++ = static_cast<wchar_t>(0xDC00 + byte);
-                ++at;
-                ++lost;
-            }
-            return true;
-        });
+    return decode_blocks(block, out,
+                         [this, characters = characters_](const unsigned char*& at, const unsigned char* end,
+                                                          wchar_t*& to, std::size_t& lost) {
+                             while (at < end && *at >= 0x80) {
+                                 const unsigned byte = *at;
+                                 const bool is_lead = is_lead_[byte];
+                                 if (is_lead && at + 1 == end)
+                                     return false;
+                                 const char16_t c = characters[is_lead ? byte << 8 | at[1] : byte];
+                                 if (c != 0) {
+                                     *to++ = static_cast<wchar_t>(c);
+                                     at += is_lead ? 2 : 1;
+                                     continue;
+                                 }
+                                 const long of_four =
+                                     number_ == gbk_page ? gb18030_character(at, end - at) : 0;
+                                 if (of_four < 0)
+                                     return false;
+                                 if (of_four > 0) {
+                                     to = put(to, static_cast<char32_t>(of_four));
+                                     at += 4;
+                                     continue;
+                                 }
+                                 *to++ = static_cast<wchar_t>(0xDC00 + byte);
+                                 ++at;
+                                 ++lost;
+                             }
+                             return true;
+                         });
 }
 
 bool code_page::encode(char32_t c, std::string& out) const {
@@ -208,7 +208,7 @@ bool code_page::encode(char32_t c, std::string& out) const {
         base::append_utf8(out, c);
         return true;
     }
-    const unsigned code = c < codes_.size() ? codes_[c] : 0;
+    const unsigned code = c <= 0xFFFF ? codes_[c] : 0;
     if (code > 0xFF)
         out += static_cast<char>(code >> 8);
     if (code != 0)

@@ -44,12 +44,15 @@ private:
     bool fill();
 
     int number_;
-    // By the byte, or by lead * 256 + trail: the character, 0 when there is none. Empty for UTF-8.
-    std::vector<char16_t> characters_;
+    // By the byte, or by lead * 256 + trail: the character, 0 when there is none. Null for UTF-8.
+    const char16_t* characters_ = nullptr;
     // The bytes that begin a character of two.
     std::array<bool, 256> is_lead_{};
     // By the character: the byte, or lead * 256 + trail; 0 when the page does not have it.
-    std::vector<std::uint16_t> codes_;
+    const std::uint16_t* codes_ = nullptr;
+    // Where these lie, unless the program itself holds them.
+    std::vector<char16_t> own_characters_;
+    std::vector<std::uint16_t> own_codes_;
 };
 
 // The page that a system's programs write texts in which tell no encoding: 936 unless it was set.
