@@ -209,6 +209,10 @@ SharedText CVRbTree::Shared(std::wstring_view text) {
 void CVRbTree::AddAttribs(CVRbTreeItem& item, std::vector<CVRbTreeItem::Attrib>& attribs) {
     using Attrib = CVRbTreeItem::Attrib;
     const std::span<const Attrib> old = item.m_attribs.Get();
+    if (old.empty() && attribs.size() == 1) { // as in most files
+        item.m_attribs = m_items->m_attribs.Get(attribs);
+        return;
+    }
     attribs.insert(attribs.begin(), old.begin(), old.end());
     std::ranges::stable_sort(attribs, {}, &CVRbTreeItem::NameOf);
     const auto kept = std::unique(attribs.rbegin(), attribs.rend(), [](const Attrib& a, const Attrib& b) {
