@@ -1,7 +1,11 @@
-// Bytes that are compressed as they come, as PNG and PDF hold them.
+// Bytes that are compressed as they come, as PNG and PDF hold them: by a thread of its own, when there are
+// many of them, while others are being made.
 #pragma once
 
+#include <condition_variable>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <zlib.h>
 
 namespace sys {
@@ -18,17 +22,29 @@ public:
     void settle() {
         constexpr std::size_t enough = 1 << 16;
         if (waiting_.size() >= enough)
-            pack(Z_NO_FLUSH);
+            hand_over();
     }
-    // What all of it became; nothing can be added after that.
+    // What all of it became; nothing can be added after that. Throws std::bad_alloc when there was no memory.
     std::string finish();
 
 private:
-    void pack(int flush);
+    void hand_over();
+    void run();
+    void stop();
+    void pack(std::string& bytes, int flush);
 
     z_stream state_{};
     std::string waiting_;
     std::string packed_;
+
+    std::mutex lock_;
+    std::condition_variable changed_;
+    std::thread packer_;
+    std::string handed_; // what the packer is to take next
+    bool full_ = false;  // there is something
+    bool ended_ = false; // nothing more will come
+    bool failed_ = false;
+    bool alone_ = false; // there is no other thread to be had
 };
 
 } // namespace sys
