@@ -103,6 +103,68 @@ TEST(Picture, resolves_colours_through_layers_and_nested_blocks) {
         << "colour 7 on black";
 }
 
+// The usual kinds of entities are drawn from their groups; a group that says nothing new makes them objects.
+TEST(Picture, is_the_same_from_groups_and_from_objects) {
+    const test::folder folder;
+    const auto numbers = [](std::initializer_list<std::pair<int, std::string_view>> groups) {
+        std::string text;
+        for (const auto& [code, value] : groups)
+            text += group(code, value);
+        return text;
+    };
+    const std::string bodies[] = {
+        group(0, "LINE") + numbers({{8, "RED"}, {10, "5"}, {20, "30"}, {11, "95"}, {21, "31"}}),
+        group(0, "LINE") +
+            numbers({{8, "DASHED"}, {62, "3"}, {370, "50"}, {10, "5"}, {20, "32"}, {11, "95"}}),
+        group(0, "LINE") + numbers({{8, "FROZEN"}, {10, "5"}, {20, "33"}, {11, "95"}, {21, "33"}}),
+        group(0, "CIRCLE") + numbers({{8, "RED"}, {10, "40"}, {20, "60"}, {40, "12.5"}}),
+        group(0, "ARC") +
+            numbers({{8, "BLUE"}, {10, "40"}, {20, "60"}, {40, "9"}, {50, "350"}, {51, "-280"}}),
+        group(0, "ARC") +
+            numbers({{8, "DASHED"}, {10, "60"}, {20, "60"}, {40, "9"}, {50, "90"}, {51, "450"}}),
+        group(0, "LWPOLYLINE") + numbers({{8, "RED"},
+                                          {90, "3"},
+                                          {70, "1"},
+                                          {43, "0.0"},
+                                          {38, "2.0"},
+                                          {10, "1"},
+                                          {20, "50"},
+                                          {10, "9"},
+                                          {20, "50"},
+                                          {10, "5"},
+                                          {20, "58"}}),
+        group(0, "LWPOLYLINE") + numbers({{8, "RED"},
+                                          {90, "2"},
+                                          {70, "0"},
+                                          {10, "1"},
+                                          {20, "70"},
+                                          {42, "0.5"},
+                                          {10, "9"},
+                                          {20, "70"}}),
+        group(0, "LWPOLYLINE") + numbers({{8, "0"}, {90, "1"}, {70, "0"}, {10, "1"}, {20, "75"}}),
+        group(0, "POINT") + numbers({{8, "BLUE"}, {10, "70"}, {20, "45"}, {30, "0"}}),
+        group(0, "INSERT") +
+            numbers(
+                {{8, "BLUE"}, {2, "INNER"}, {10, "7"}, {20, "80"}, {41, "-0.5"}, {42, "0.25"}, {50, "30"}}),
+        group(0, "INSERT") + numbers({{8, "FROZEN"}, {2, "INNER"}, {10, "7"}, {20, "90"}}),
+        group(0, "INSERT") + numbers({{8, "OFF"}, {62, "6"}, {2, "INNER"}, {10, "7"}, {20, "95"}}),
+        group(0, "INSERT") +
+            numbers({{8, "RED"}, {2, "INNER"}, {10, "7"}, {20, "99"}, {41, "1e-5"}, {42, "1e-5"}}),
+        group(0, "INSERT") +
+            numbers({{8, "RED"}, {2, "INNER"}, {10, "50"}, {20, "99"}, {41, "0.1"}, {70, "3"}, {44, "20"}}),
+    };
+    std::string plain;
+    std::string unusual;
+    for (const std::string& body : bodies) {
+        plain += body;
+        unusual += body + group(60, "0"); // seen
+    }
+    const std::string answers = "Current\\n\\nFit\\nColors\\n";
+    const std::string from_groups = svg_of(folder, looks(plain), answers);
+    EXPECT_EQ(from_groups, svg_of(folder, looks(unusual), answers));
+    EXPECT_NE(from_groups, svg_of(folder, looks(), answers));
+}
+
 // "RED" and its fellows, as a PDF has names of layers.
 std::string pdf_name(std::string_view name) {
     std::string hex = "/Name<FEFF";

@@ -13,6 +13,7 @@
 #include "host/picture/hatch_lines.h"
 #include "host/picture/viewport_looks.h"
 #include "host/view/extents.h"
+#include "host/view/tracer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,9 +38,10 @@ AcGeVector3d turned(const AcGeVector3d& along, double angle) {
 
 } // namespace
 
-painter::painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawing, layer_states& states,
-                 const sheet_view& view, const manner& manner)
-    : paper_(paper), texts_(texts), drawing_(drawing), states_(states), view_(view), manner_(manner) {
+painter::painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawing, shared_drawing& shared,
+                 layer_states& states, const sheet_view& view, const manner& manner)
+    : paper_(paper), texts_(texts), drawing_(drawing), shared_(shared), states_(states), view_(view),
+      manner_(manner) {
     point_mode_ = static_cast<int>(real_of_header(drawing, "$PDMODE", 0.0));
     point_size_ = real_of_header(drawing, "$PDSIZE", 0.0);
     constexpr double usual_percents = 5.0; // of the height of what is seen
@@ -47,6 +49,17 @@ painter::painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawin
         const double percents = point_size_ < 0.0 ? -point_size_ : usual_percents;
         point_size_ = (view.box().bottom - view.box().top) / view.scale() * percents / 100.0;
     }
+}
+
+void painter::follow(gi::tracer& tracer) {
+    tracer_ = &tracer;
+    traits_ = &tracer.subEntityTraits();
+}
+
+void painter::begin_part() {
+    layer_.reset();
+    last_dot_ = {};
+    last_dot_ink_ = {};
 }
 
 painter::look painter::of_nothing() const {
@@ -57,74 +70,11 @@ painter::look painter::of_nothing() const {
     return around;
 }
 
-bool painter::draw_plain_line(dxf::record_id entity) {
-    const dxf::record_table& records = drawing_.records();
-    if (records.type(entity) != dxf::type_line || records.kind(entity) != dxf::record_kind::entity)
-        return false;
-    std::int64_t color = AcCmEntityColor::kACIbyLayer;
-    std::int64_t weight = AcDb::kLnWtByLayer;
-    AcGePoint3d ends[2];
-    dxf::group_reader groups(records.text(entity));
-    dxf::raw_group group;
-    constexpr int first_of_programs = 1000;
-    while (groups.next(group) && group.code < first_of_programs) {
-        const auto number = [&] { return dxf::leading_real(group.value).value_or(0.0); };
-        switch (group.code) {
-        case 0:
-        case 5:
-        case 8:
-        case 67:
-        case 100:
-        case 330:
-        case 410:
-            break;
-        case 10:
-        case 11:
-            ends[group.code % 10].x = number();
-            break;
-        case 20:
-        case 21:
-            ends[group.code % 10].y = number();
-            break;
-        case 30:
-        case 31:
-            ends[group.code % 10].z = number();
-            break;
-        case 62:
-            color = dxf::leading_integer(group.value).value_or(0);
-            break;
-        case 370:
-            weight = dxf::leading_integer(group.value).value_or(0);
-            break;
-        default:
-            return false;
-        }
-    }
-    constexpr std::int64_t heaviest = AcDb::kLnWt211;
-    if (color < 0 || color > AcCmEntityColor::kACIbyLayer || std::abs(weight) > heaviest ||
-        !db::is_line_weight(static_cast<int>(weight)))
-        return false;
-    const auto [at, fresh] =
-        plain_looks_.try_emplace({records.layer(entity), static_cast<int>(color), static_cast<int>(weight)});
-    if (fresh) {
-        frame now;
-        static_cast<layer_states::place&>(now) = states_.inside(nullptr, {&drawing_, entity, {}});
-        now.around = of_nothing();
-        now.color.setColorIndex(static_cast<Adesk::UInt16>(color));
-        now.weight = static_cast<AcDb::LineWeight>(weight);
-        at->second = resolve(now);
-        at->second.seen = at->second.seen && !now.state.frozen;
-    }
-    if (at->second.seen)
-        draw_lines(ends, at->second);
-    return true;
-}
-
 bool painter::enter(const gi::visit& entity) {
     const layer_states::place place = states_.inside(frames_.empty() ? nullptr : &frames_.back(), entity);
     if (place.state.frozen)
         return false;
-    const look around = frames_.empty() ? of_nothing() : current();
+    const look around = !frames_.empty() ? current() : around_ != nullptr ? *around_ : of_nothing();
     frame& now = frames_.emplace_back();
     static_cast<layer_states::place&>(now) = place;
     now.around = around;
@@ -132,9 +82,9 @@ bool painter::enter(const gi::visit& entity) {
 }
 
 // What is too small to be seen is a dot, and what lies outside is nothing.
-bool painter::enter_block(const AcDbExtents& extents, const AcGeMatrix3d& to_world) {
+painter::size painter::size_of(const AcDbExtents& extents, const AcGeMatrix3d& to_world) const {
     if (gi::is_empty(extents))
-        return true; // lines without end may yet be seen
+        return size::seen; // lines without end may yet be
     const AcGePoint3d& least = extents.minPoint();
     const AcGePoint3d& most = extents.maxPoint();
     sheet_box seen{1e300, 1e300, -1e300, -1e300};
@@ -147,11 +97,17 @@ bool painter::enter_block(const AcDbExtents& extents, const AcGeMatrix3d& to_wor
     }
     const sheet_box& box = view_.box();
     if (seen.right < box.left || seen.left > box.right || seen.bottom < box.top || seen.top > box.bottom)
-        return false;
-    if (seen.right - seen.left >= manner_.dot || seen.bottom - seen.top >= manner_.dot || frames_.empty())
-        return true;
+        return size::outside;
+    const bool large = seen.right - seen.left >= manner_.dot || seen.bottom - seen.top >= manner_.dot;
+    return large ? size::seen : size::dot;
+}
+
+bool painter::enter_block(const AcDbExtents& extents, const AcGeMatrix3d& to_world) {
+    const size seen = size_of(extents, to_world);
+    if (seen != size::dot || frames_.empty())
+        return seen != size::outside;
     if (const look& now = current(); now.seen)
-        dot(to_world * least, now);
+        dot(to_world * extents.minPoint(), now);
     return false;
 }
 
@@ -329,34 +285,43 @@ void painter::area_of_rims(std::span<const std::vector<AcGePoint3d>> rims) {
 }
 
 bool painter::text(const gi::text_line& line) {
-    const look& now = current();
-    if (!now.seen)
-        return true;
+    if (const look& now = current(); now.seen)
+        draw_text(line, now);
+    return true;
+}
+
+void painter::draw_text(const gi::text_line& line, const look& now) {
     const sys::sheet_point high = view_.along(line.y);
     const double height = std::hypot(high.x, high.y);
     if (height < manner_.dot) { // nobody reads it: a line where it stands
         const AcGePoint3d ends[] = {line.position + line.y * 0.5,
                                     line.position + line.y * 0.5 + line.x * line.length};
         stroke(ends, now);
-        return true;
+        return;
     }
     sys::pen pen = now.pen;
     constexpr double thickest_letters = 0.15; // of their height
     pen.width = std::min(pen.width, height * thickest_letters);
     put_on_layer(now);
     texts_.draw(line, view_, pen);
-    return true;
 }
 
 void painter::curve(const gi::arc& arc) {
-    if (current().seen)
-        lines(gi::flattened(arc, std::max(manner_.dot / 2.0 / view_.scale(), 1e-9)));
+    if (const look& now = current(); now.seen)
+        draw_curve(arc, now);
+}
+
+void painter::draw_curve(const gi::arc& arc, const look& now) {
+    draw_lines(gi::flattened(arc, std::max(manner_.dot / 2.0 / view_.scale(), 1e-9)), now);
 }
 
 void painter::unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, bool both) {
-    const look& now = current();
-    if (!now.seen)
-        return;
+    if (const look& now = current(); now.seen)
+        draw_unbounded(from, direction, both, now);
+}
+
+void painter::draw_unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, bool both,
+                             const look& now) {
     const std::vector<sys::sheet_point> part =
         view_.part_of_line(view_.at(from), view_.along(direction), both);
     if (part.empty())

@@ -6,6 +6,7 @@
 
 #include "acgi.h"
 #include "host/gi/canvas.h"
+#include "host/picture/block_figures.h"
 #include "host/picture/layer_states.h"
 #include "host/picture/line_pattern.h"
 #include "host/picture/sheet_view.h"
@@ -13,9 +14,14 @@
 #include "sys/paper.h"
 
 #include <map>
+#include <mutex>
 #include <optional>
 #include <tuple>
 #include <unordered_map>
+
+namespace gi {
+class tracer;
+}
 
 namespace picture {
 
@@ -34,21 +40,32 @@ struct manner {
     dxf::record_id viewport = dxf::no_record; // whose looks of layers hold
 };
 
+// What the painters of a picture have in common while several threads draw it. Whoever asks the drawing for
+// more than the bytes of its records holds the lock; painters do so where `draw_plain` needs it, and must be
+// called with it held for all else.
+struct shared_drawing {
+    explicit shared_drawing(AcDbImpDatabase& drawing) : blocks(drawing) {}
+
+    std::mutex lock;
+    plain_blocks blocks;
+};
+
 class painter final : public gi::canvas {
 public:
     // Draws what `states` show of a drawing, seen through `view`.
-    painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawing, layer_states& states,
-            const sheet_view& view, const manner& manner);
+    painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawing, shared_drawing& shared,
+            layer_states& states, const sheet_view& view, const manner& manner);
 
-    // The attributes of what is drawn; they must outlive the painter.
-    void follow(const AcGiSubEntityTraits& traits) { traits_ = &traits; }
+    // The tracer that draws for this canvas; it must outlive the last call.
+    void follow(gi::tracer& tracer);
 
-    // Somebody else drew on the paper in between.
-    void forget_paper() { layer_.reset(); }
+    // What comes next is drawn by itself: nothing is known of what the paper was told before.
+    void begin_part();
 
-    // Draws an entity of the drawing if it is a line with nothing unusual, of which a plan has more than of
-    // anything else: from the groups of its record, without an object. False for all others.
-    bool draw_plain_line(dxf::record_id entity);
+    // Draws an entity of a space if it is of a usual kind (line, circle, arc, polyline, point, reference to a
+    // plain block) with nothing unusual: from the groups of its record, without an object. False for all
+    // others, of which nothing is drawn then.
+    bool draw_plain(dxf::record_id entity);
 
     bool reads_traits() const override { return true; }
     bool sees_it_stand_still() const override { return true; }
@@ -83,6 +100,12 @@ private:
         AcDb::LineWeight weight = AcDb::kLnWtByLayer;
         double linetype_scale = 1.0;
     };
+    // Of entities that differ in their places alone.
+    struct plain_look {
+        layer_states::place place;
+        look shown;
+    };
+    struct common_groups;
     struct layer_look {
         AcCmEntityColor color;
         const line_pattern* pattern = nullptr;
@@ -111,9 +134,29 @@ private:
     double opacity_of(const frame& now, double of_layer) const;
     std::string_view type_now() const;
 
+    // ---- entities drawn from their groups (plain_entities.cpp)
+
+    plain_look& look_of(dxf::record_id entity, const common_groups& groups);
+    bool draw_plain_line(dxf::record_id entity);
+    bool draw_plain_arc(dxf::record_id entity);
+    bool draw_plain_polyline(dxf::record_id entity);
+    bool draw_plain_point(dxf::record_id entity);
+    bool draw_plain_reference(dxf::record_id entity);
+    const block_figures* block_named(std::string_view name);
+    const std::vector<look>& looks_in(const block_figures& block, const plain_look& reference);
+    look look_in(const block_figures::attributes& part, const plain_look& reference);
+    void draw_figure(const block_figures::figure& figure, const AcGeMatrix3d& to_world, const look& look);
+    void draw_attributes(dxf::record_id reference, const plain_look& own);
+
+    enum class size { outside, dot, seen };
+    size size_of(const AcDbExtents& extents, const AcGeMatrix3d& to_world) const;
+
     // Tells the paper on which layer things stand that come next.
     void put_on_layer(const look& look);
     void draw_lines(std::span<const AcGePoint3d> points, const look& look);
+    void draw_curve(const gi::arc& arc, const look& look);
+    void draw_text(const gi::text_line& line, const look& look);
+    void draw_unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, bool both, const look& look);
     void stroke(std::span<const AcGePoint3d> points, const look& look);
     void fill(std::span<const std::vector<AcGePoint3d>> rims, const look& look);
     void dot(const AcGePoint3d& point, const look& look);
@@ -123,16 +166,23 @@ private:
     sys::paper& paper_;
     text_painter& texts_;
     AcDbImpDatabase& drawing_;
+    shared_drawing& shared_;
     layer_states& states_;
     const sheet_view& view_;
     const manner& manner_;
     const AcGiSubEntityTraits* traits_ = nullptr;
+    gi::tracer* tracer_ = nullptr;
+    const look* around_ = nullptr; // of the reference whose attributes are drawn
     std::vector<frame> frames_;
     std::map<std::pair<const layer_states::table*, Adesk::LongPtr>, layer_state> part_states_;
     std::unordered_map<dxf::record_id, layer_look> layer_looks_;
     std::unordered_map<Adesk::LongPtr, linetype> linetypes_;
-    std::map<std::tuple<std::uint32_t, int, int>, look> plain_looks_; // by layer's number, colour, weight
-    std::optional<dxf::record_id> layer_;                             // that the paper knows of
+    std::map<std::tuple<std::uint32_t, int, int>, plain_look>
+        plain_looks_; // by layer's number, colour, weight
+    std::unordered_map<std::string_view, const block_figures*> plain_blocks_;
+    std::map<std::pair<const block_figures*, const plain_look*>, std::vector<look>> block_looks_;
+    std::vector<AcGePoint3d> points_;     // of the entity that is drawn
+    std::optional<dxf::record_id> layer_; // that the paper knows of
     int point_mode_ = 0;
     double point_size_ = 0.0; // of the world
     sys::sheet_point last_dot_;

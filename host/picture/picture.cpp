@@ -5,13 +5,18 @@
 #include "host/db/core/blocks.h"
 #include "host/db/core/open_objects.h"
 #include "host/db/tables/spaces.h"
+#include "host/dwg/ordered_work.h"
 #include "host/dxf/group_list.h"
+#include "host/picture/recorded_paper.h"
 #include "host/view/extents.h"
 #include "host/view/space_index.h"
 #include "host/view/tracer.h"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <mutex>
+#include <span>
 
 namespace picture {
 
@@ -136,10 +141,49 @@ private:
     const sheet_view& sheet_;
 };
 
+// Draws parts of what is seen in a view, one after the other. To be made with the drawing's lock held.
+class part_drawing {
+public:
+    part_drawing(AcDbImpDatabase& drawing, shared_drawing& shared, const text_painter& texts,
+                 const sheet_view& view, dxf::record_id viewport, const manner& manner)
+        : drawing_(drawing), shared_(shared), states_(drawing, viewport), texts_(paper_, texts),
+          canvas_(paper_, texts_, drawing, shared, states_, view, manner),
+          tracer_(std::make_unique<gi::tracer>(canvas_)) {
+        canvas_.follow(*tracer_);
+    }
+    ~part_drawing() {
+        const std::lock_guard hold(shared_.lock);
+        tracer_.reset(); // it keeps objects of the drawing
+    }
+    part_drawing(const part_drawing&) = delete;
+    part_drawing& operator=(const part_drawing&) = delete;
+
+    void draw(std::span<const dxf::record_id> entities, recorded_paper& drawn) {
+        paper_.clear();
+        canvas_.begin_part();
+        for (const dxf::record_id entity : entities) {
+            if (canvas_.draw_plain(entity))
+                continue;
+            const std::lock_guard hold(shared_.lock);
+            tracer_->draw(drawing_, entity);
+        }
+        std::swap(paper_, drawn);
+    }
+
+private:
+    AcDbImpDatabase& drawing_;
+    shared_drawing& shared_;
+    layer_states states_;
+    recorded_paper paper_;
+    text_painter texts_;
+    painter canvas_;
+    std::unique_ptr<gi::tracer> tracer_;
+};
+
 class session {
 public:
     session(AcDbImpDatabase& drawing, sys::paper& paper, manner manner)
-        : drawing_(drawing), paper_(paper), texts_(paper), manner_(manner) {
+        : drawing_(drawing), paper_(paper), texts_(paper), shared_(drawing), manner_(manner) {
         if (const auto scale = drawing.drawing().header_value("$LTSCALE"))
             linetype_scale_ = dxf::leading_real(*scale).value_or(1.0);
         const auto by_paper = drawing.drawing().header_value("$PSLTSCALE");
@@ -166,21 +210,33 @@ private:
         return entities;
     }
 
-    void draw_entities(const std::vector<dxf::record_id>& entities, const sheet_view& view,
+    // What is seen of model space through the viewports of a sheet is drawn where they stand in its order.
+    void draw_entities(std::span<const dxf::record_id> entities, const sheet_view& view,
                        dxf::record_id viewport, const manner& manner) {
-        layer_states states(drawing_, viewport);
-        painter canvas(paper_, texts_, drawing_, states, view, manner);
-        gi::tracer tracer(canvas);
-        canvas.follow(tracer.subEntityTraits());
-        for (const dxf::record_id entity : entities) {
-            if (viewport == dxf::no_record && drawing_.records().type(entity) == dxf::type_viewport &&
-                !db::is_sheet_itself(drawing_, entity)) {
-                draw_viewport(entity, view);
-                canvas.forget_paper();
+        std::size_t drawn = 0;
+        for (std::size_t i = 0; i < entities.size() && viewport == dxf::no_record; ++i)
+            if (drawing_.records().type(entities[i]) == dxf::type_viewport &&
+                !db::is_sheet_itself(drawing_, entities[i])) {
+                draw_run(entities.subspan(drawn, i - drawn), view, viewport, manner);
+                drawn = i;
+                draw_viewport(entities[i], view);
             }
-            if (!canvas.draw_plain_line(entity))
-                tracer.draw(drawing_, entity);
-        }
+        draw_run(entities.subspan(drawn), view, viewport, manner);
+    }
+
+    // Draws entities in parts, which all cores make and which are put on the paper one after the other.
+    void draw_run(std::span<const dxf::record_id> entities, const sheet_view& view, dxf::record_id viewport,
+                  const manner& manner) {
+        const auto make = [&] {
+            const std::lock_guard hold(shared_.lock);
+            auto made = std::make_unique<part_drawing>(drawing_, shared_, texts_, view, viewport, manner);
+            return [worker = std::move(made), entities](std::size_t part, recorded_paper& drawn) {
+                const std::size_t first = part * together;
+                worker->draw(entities.subspan(first, std::min(together, entities.size() - first)), drawn);
+            };
+        };
+        const auto take = [this](std::size_t, const recorded_paper& drawn) { drawn.draw_on(paper_); };
+        dwg::work_in_order<recorded_paper>((entities.size() + together - 1) / together, make, take);
     }
 
     // What is seen of model space through a viewport of a sheet.
@@ -234,9 +290,12 @@ private:
         return groups.integer(place, 68).value_or(1) == 0;
     }
 
+    static constexpr std::size_t together = 1024; // entities in a part, however many cores there are
+
     AcDbImpDatabase& drawing_;
     sys::paper& paper_;
-    text_painter texts_;
+    text_painter texts_; // what is known of fonts
+    shared_drawing shared_;
     manner manner_;
     double linetype_scale_ = 1.0;
     bool patterns_by_paper_ = true;

@@ -13,6 +13,9 @@ namespace picture {
 class text_painter {
 public:
     explicit text_painter(sys::paper& paper);
+    // With what another one knows of fonts.
+    text_painter(sys::paper& paper, const text_painter& other)
+        : paper_(paper), stand_ins_(other.stand_ins_), fonts_(other.fonts_) {}
 
     // Draws a line of the world. It is as long as it was measured, whatever font draws it.
     void draw(const gi::text_line& line, const sheet_view& view, const sys::pen& pen);
