@@ -132,6 +132,8 @@ constexpr type_row rows[] = {
     {37, "", "REGION", role::entity, ZEF_BODY, ZEF_BODY_ORDER},
     {38, "", "3DSOLID", role::entity, ZEF_BODY " {7+ H:350}", ZEF_BODY_ORDER " {7+ =AcDb3dSolid 350}"},
     {39, "", "BODY", role::entity, ZEF_BODY, ZEF_BODY_ORDER},
+    {0, "ACAD_TABLE", "ACAD_TABLE", role::entity, "{-7 3BD:10 @scale BA:50 3BD:210 B:66=a N:2 H:342 @table}",
+     "=AcDbBlockReference 2 10 41~1 42~1 43~1 50~0 210~z =AcDbTable 342 343 %1 %2 %3 %4"},
     {0, "LIGHT", "LIGHT", role::entity,
      "BL:90 T:1 BS:70 B:290 {-0 CMR:10090} {4+ CMC:63} B:291 BD:40 3BD:10 3BD:11 BS:72 B:292 BD:41 BD:42 "
      "BA:50 BA:51 "

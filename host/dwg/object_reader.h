@@ -82,7 +82,8 @@ public:
     // Fields of texts and handles, for special fields as well.
     std::string text();
     reference next_handle() { return handles.H(own); }
-    void read_color(int group, field_code code);
+    // Colours of some objects have their true colour in files of 2000 as well.
+    void read_color(int group, field_code code, bool is_long = false);
     void read_point(int group); // 3BD
     void read_common_entity();
     void fail() { data.spoil(); }

@@ -17,6 +17,32 @@ namespace {
     "=AcDbPlotSettings 1 2 4 6 40 41 42 43 44 45 46 47 48 49 140 141 142 143 70 72 73 74 7 75 147 76 77 78 " \
     "148 149 333 "
 
+// A property of a visual style, with what it comes from.
+#define ZEF_P(field) field " BS:176 "
+#define ZEF_P_S ZEF_P("BS:90")
+#define ZEF_P_L ZEF_P("BL:90")
+#define ZEF_P_D ZEF_P("BD:40")
+#define ZEF_P_C ZEF_P("CMC:62")
+#define ZEF_P_B ZEF_P("B:290")
+// Up to 2007 they stand alone, in 2010 with what they come from, since 2013 more of them and by their types.
+#define ZEF_STYLE_2000                                                                                       \
+    "{-7 BS:71 BS:72 BS:73 BD:40 BD:41 CMC:63 BL:90 BS:74 BL:91 CMC:64 CMC:65 BS:75 BD:42 BL:92 CMC:66 "     \
+    "BD:43 "                                                                                                 \
+    "BS:76 BS:77 BS:78 CMC:67 BS:79 RC:170 BS:171 B:290 BS:174 BS:175 BL:93 BL:44 BS:173 {7+ BD:45} B:291} "
+#define ZEF_STYLE_2010                                                                                       \
+    "{10+ {-10 BS:177 B:291 %1 " ZEF_P("BS:71") ZEF_P("BS:72") ZEF_P("BS:73") ZEF_P("BL:90") ZEF_P("BD:40")  \
+        ZEF_P("BD:41") ZEF_P("CMC:63") ZEF_P("BS:74") ZEF_P("BL:91") ZEF_P("CMC:64") ZEF_P("CMC:65")         \
+            ZEF_P("BS:75") ZEF_P("BS:175") ZEF_P("BD:42") ZEF_P("BL:92") ZEF_P("CMC:66") ZEF_P("BD:43")      \
+                ZEF_P("BS:76") ZEF_P("BS:77") ZEF_P("BS:78") ZEF_P("CMC:67") ZEF_P("BS:79") ZEF_P("BS:170")  \
+                    ZEF_P("BS:171") ZEF_P("B:290") ZEF_P("BL:93") ZEF_P("BD:44") ZEF_P("BS:173") "}} "
+#define ZEF_STYLE_2013                                                                                       \
+    "{13+ BS: B:291 %1 " ZEF_P_S ZEF_P_S ZEF_P_S ZEF_P_L ZEF_P_D ZEF_P_D ZEF_P_C ZEF_P_S ZEF_P_L ZEF_P_C     \
+        ZEF_P_C ZEF_P_S ZEF_P_S ZEF_P_D ZEF_P_L ZEF_P_C ZEF_P_D ZEF_P_S ZEF_P_S ZEF_P_S ZEF_P_C ZEF_P_S      \
+            ZEF_P_S ZEF_P_S ZEF_P_B ZEF_P_L ZEF_P_D ZEF_P_S ZEF_P_B ZEF_P_B ZEF_P_B ZEF_P_B ZEF_P_B ZEF_P_B  \
+                ZEF_P_B ZEF_P_B ZEF_P_B ZEF_P_L ZEF_P_D ZEF_P_D ZEF_P_L ZEF_P_C ZEF_P_L ZEF_P_L ZEF_P_C      \
+                    ZEF_P_B ZEF_P_L ZEF_P_L ZEF_P_L ZEF_P_B ZEF_P_L ZEF_P_C ZEF_P_D ZEF_P_L ZEF_P("T:1")     \
+                        ZEF_P_B ZEF_P_D ZEF_P_D "}"
+
 constexpr type_row rows[] = {
     {48, "", "BLOCK_RECORD", role::control, ZEF_CONTROL "H:360 H:360", ""},
     {49, "", "BLOCK_RECORD", role::entry, "@block_header",
@@ -111,6 +137,12 @@ constexpr type_row rows[] = {
      "BS:70=n {*n 2RD:10} 3BD:210 3BD:11 BS:71 BS:72=f {?f BD:40} BS:73=b {?b BD:41} %1 12BD:40 12BD:40",
      "=AcDbFilter =AcDbSpatialFilter 70 [10] 210 11 71 72 40 73 41 %1"},
     {0, "IDBUFFER", "IDBUFFER", role::object, "RC: BL:=n {*n H:330}", "=AcDbIdBuffer [330]"},
+    {0, "VISUALSTYLE", "VISUALSTYLE", role::object, "T:2 BS:70 " ZEF_STYLE_2000 ZEF_STYLE_2010 ZEF_STYLE_2013,
+     "=AcDbVisualStyle 2 70 {-7 71 72 73 90 40 41 '62=5 63 421 74 91 64 422 65 423 75 175 42 92 66 424 43 76 "
+     "77 78 "
+     "67 425 79 170 171 290 174 93 44 173 291} {-4 '45=0.0 } {-7 45} {-10 177} {13+ '177=3 } {10+ 291} {13+ "
+     "'70=58 } %1",
+     settle_visual_style},
     {0, "MLEADERSTYLE", "MLEADERSTYLE", role::object,
      "{10+ BS:179} BS:170 BS:171 BS:172 BL:90 BD:40 BD:41 BS:173 CMR:91 H:340 BL:92 B:290 BD:42 B:291 BD:43 "
      "T:3 H?:341 "

@@ -110,14 +110,15 @@ void object_reader::read_point(int group) {
 }
 
 // A colour is an index, and since 2004 a number with the way it is meant, and names of colour books.
-void object_reader::read_color(int group, field_code code) {
+void object_reader::read_color(int group, field_code code, bool is_long) {
     constexpr int true_color = 420 - 62;
     constexpr int book_name = 430 - 62;
     int index = static_cast<std::int16_t>(data.BS());
     std::uint32_t raw = static_cast<std::uint32_t>(raw_color(index));
     std::string name;
     std::string book;
-    if (since(r2004)) {
+    const bool has_number = is_long || since(r2004);
+    if (has_number) {
         raw = data.BL();
         const unsigned flags = data.RC();
         if ((flags & 1) != 0)
@@ -132,7 +133,7 @@ void object_reader::read_color(int group, field_code code) {
         return;
     }
     bool is_true = false;
-    switch (raw >> 24) {
+    switch (has_number ? raw >> 24 : 0) {
     case 0xC0:
         index = 256;
         break;

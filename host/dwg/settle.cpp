@@ -187,6 +187,15 @@ void settle_dictionary(object_reader& object) {
             one.code = 360;
 }
 
+// Up to 2007 the brightness is a whole number, which DXF has as a real one.
+void settle_visual_style(object_reader& object) {
+    if (value* brightness = object.fields.find(44);
+        brightness != nullptr && brightness->type == value_type::integer) {
+        brightness->x = static_cast<double>(brightness->integer());
+        brightness->type = value_type::real;
+    }
+}
+
 void settle_mline_style(object_reader& object) {
     const std::int64_t bits = object.fields.integer(70);
     std::int64_t flags = bits & ~std::int64_t(1 | 2 | 32 | 64 | 512 | 1024);

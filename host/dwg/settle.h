@@ -23,6 +23,7 @@ void settle_style(object_reader& object);
 void settle_view(object_reader& object);
 void settle_view_port(object_reader& object);
 void settle_dictionary(object_reader& object);
+void settle_visual_style(object_reader& object);
 void settle_mline_style(object_reader& object);
 void settle_layout(object_reader& object);
 void settle_image_reactor(object_reader& object);

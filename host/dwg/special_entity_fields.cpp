@@ -312,6 +312,7 @@ constexpr special_row rows[] = {
     {"columns", columns},
     {"leader_line", leader_line},
     {"modeler", modeler_fields},
+    {"table", table_fields},
 };
 
 } // namespace

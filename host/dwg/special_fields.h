@@ -15,6 +15,8 @@ struct special_row {
 
 // The body of a region or a solid, as text.
 void modeler_fields(object_reader& in);
+// A table of 2000 to 2007, from its flags on.
+void table_fields(object_reader& in);
 
 std::span<const special_row> entity_fields();
 std::span<const special_row> object_fields();

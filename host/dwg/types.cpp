@@ -240,7 +240,7 @@ std::vector<order_step> order_of(std::string_view text) {
                 list.remove_prefix(std::min(list.size(), comma + 1));
             }
             steps[head].end = static_cast<std::uint16_t>(steps.size());
-        } else {
+        } else if (!token.empty()) {
             steps.push_back(group_step(token));
         }
         if (closing)
