@@ -16,6 +16,8 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 
+#include <mutex>
+
 namespace {
 
 struct opened {
@@ -227,10 +229,12 @@ TEST(Pick, QuickBoxesHoldWhatIsDrawn) {
     for (const auto& file : files) {
         opened drawing(file);
         AcDbImpDatabase& database = drawing.imp();
+        std::mutex lock;
+        gi::known_blocks blocks(database, lock);
         for (dxf::record_id id = 0; id < database.records().size(); ++id) {
             if (database.records().kind(id) != dxf::record_kind::entity)
                 continue;
-            const auto quick = gi::quick_box(database, id);
+            const auto quick = gi::quick_box(blocks, id);
             if (!quick)
                 continue;
             gi::extents_canvas canvas;

@@ -41,7 +41,50 @@ std::optional<std::int64_t> leading_integer(std::string_view text) {
     return leading_number<std::int64_t>(text);
 }
 
+namespace {
+
+// A number as most files have it: a sign, up to 15 digits, a point among them. Such a mantissa and its power
+// of ten are exact, so their quotient is the number that the digits mean, rounded once.
+std::optional<double> plain_real(std::string_view text) {
+    static constexpr double powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    constexpr std::size_t most_digits = 15;
+    std::size_t at = 0;
+    while (at < text.size() && (text[at] == ' ' || text[at] == '\t'))
+        ++at;
+    const bool negative = at < text.size() && text[at] == '-';
+    if (negative)
+        ++at;
+    std::int64_t mantissa = 0;
+    std::size_t digits = 0;
+    std::size_t before_point = most_digits + 1;
+    for (; at < text.size(); ++at) {
+        const unsigned digit = static_cast<unsigned>(text[at]) - '0';
+        if (digit < 10u) {
+            mantissa = mantissa * 10 + digit;
+            if (++digits > most_digits)
+                return std::nullopt;
+        } else if (text[at] == '.' && before_point > most_digits) {
+            before_point = digits;
+        } else {
+            break;
+        }
+    }
+    while (at < text.size() && (text[at] == ' ' || text[at] == '\t' || text[at] == '\r'))
+        ++at;
+    if (at != text.size() || digits == 0)
+        return std::nullopt;
+    auto value = static_cast<double>(mantissa);
+    if (before_point < digits)
+        value /= powers[digits - before_point];
+    return negative ? -value : value;
+}
+
+} // namespace
+
 std::optional<double> leading_real(std::string_view text) {
+    if (const auto plain = plain_real(text))
+        return plain;
     const std::size_t comma = text.find(',');
     std::optional<double> value;
     if (comma == text.npos || text.substr(0, comma).find('.') != text.npos) {

@@ -206,14 +206,15 @@ maybe_box box_of_text(std::string_view record) {
     return numbers.tilted() ? maybe_box() : box;
 }
 
-maybe_box box_of_reference(AcDbImpDatabase& database, dxf::record_id entity) {
+maybe_box box_of_reference(known_blocks& blocks, dxf::record_id entity) {
+    const dxf::record_table& records = blocks.database().records();
     std::string_view name;
     double x = 0.0;
     double y = 0.0;
     double scale_x = 1.0;
     double scale_y = 1.0;
     double angle = 0.0;
-    numbers numbers(database.records().text(entity));
+    numbers numbers(records.text(entity));
     while (numbers.next()) {
         switch (numbers.code()) {
         case 2:
@@ -243,11 +244,12 @@ maybe_box box_of_reference(AcDbImpDatabase& database, dxf::record_id entity) {
             break;
         }
     }
-    const dxf::record_id block = database.blocks().find_bytes(name);
-    if (numbers.tilted() || block == dxf::no_record)
+    if (numbers.tilted())
+        return {};
+    const known_blocks::block& block = blocks.named(name);
+    if (!block.found)
         return {};
     flat_box box;
-    const dxf::record_table& records = database.records();
     for (dxf::record_id part = records.next(entity);
          part != dxf::no_record && records.kind(part) == dxf::record_kind::part; part = records.next(part)) {
         if (records.gone(part) || records.type(part) != dxf::type_attrib)
@@ -258,10 +260,10 @@ maybe_box box_of_reference(AcDbImpDatabase& database, dxf::record_id entity) {
         box.add(text->least_x, text->least_y);
         box.add(text->most_x, text->most_y);
     }
-    const AcDbExtents& extents = extents_of_block(database, block);
+    const AcDbExtents& extents = block.extents;
     if (is_empty(extents))
         return box;
-    const AcGePoint3d base = database.blocks().base_of(block);
+    const AcGePoint3d& base = block.base;
     const double cosine = std::cos(angle);
     const double sine = std::sin(angle);
     for (const double corner_x : {extents.minPoint().x, extents.maxPoint().x})
@@ -275,11 +277,25 @@ maybe_box box_of_reference(AcDbImpDatabase& database, dxf::record_id entity) {
 
 } // namespace
 
-std::optional<flat_box> quick_box(AcDbImpDatabase& database, dxf::record_id entity) {
-    const dxf::record_table& records = database.records();
+const known_blocks::block& known_blocks::named(std::string_view name) {
+    const auto [at, fresh] = known_.try_emplace(name);
+    if (!fresh)
+        return at->second;
+    const std::lock_guard hold(lock_);
+    const dxf::record_id record = database_.blocks().find_bytes(name);
+    at->second.found = record != dxf::no_record;
+    if (at->second.found) {
+        at->second.base = database_.blocks().base_of(record);
+        at->second.extents = extents_of_block(database_, record);
+    }
+    return at->second;
+}
+
+std::optional<flat_box> quick_box(known_blocks& blocks, dxf::record_id entity) {
+    const dxf::record_table& records = blocks.database().records();
     const std::string_view text = records.text(entity);
     if (records.type(entity) == dxf::type_insert)
-        return box_of_reference(database, entity);
+        return box_of_reference(blocks, entity);
     switch (records.type(entity)) {
     case dxf::type_line:
         return box_of_line(text);

@@ -3,6 +3,7 @@
 #include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/tables/draw_order.h"
+#include "host/dwg/ordered_work.h"
 #include "host/view/extents.h"
 #include "host/view/tracer.h"
 
@@ -62,9 +63,10 @@ space_index::box space_index::rounded(const flat_box& box) {
     return {below(box.least_x), below(box.least_y), -below(-box.most_x), -below(-box.most_y)};
 }
 
-space_index::box space_index::box_of(dxf::record_id entity) const {
-    if (const auto quick = quick_box(database_, entity))
+space_index::box space_index::box_of(known_blocks& blocks, dxf::record_id entity) const {
+    if (const auto quick = quick_box(blocks, entity))
         return rounded(*quick);
+    const std::lock_guard hold(lock_);
     flat_box drawn;
     flat_canvas canvas(drawn);
     tracer(canvas, kAcGiForExtents).draw(database_, entity);
@@ -82,9 +84,9 @@ void space_index::widen_group(std::size_t at) {
               std::max(around.most_x, added.most_x), std::max(around.most_y, added.most_y)};
 }
 
-void space_index::append(dxf::record_id entity) {
+void space_index::append(dxf::record_id entity, const box& around) {
     entities_.push_back(entity);
-    boxes_.push_back(box_of(entity));
+    boxes_.push_back(around);
     widen_group(boxes_.size() - 1);
 }
 
@@ -97,13 +99,26 @@ void space_index::build() {
     std::sort(all.begin(), all.end());
     entities_.reserve(all.size());
     boxes_.reserve(all.size());
-    for (const dxf::record_id entity : all)
-        append(entity);
+    constexpr std::size_t together = 4096; // entities for which a core finds boxes
+    const auto make = [&] {
+        return [this, &all, blocks = known_blocks(database_, lock_)](std::size_t part,
+                                                                     std::vector<box>& found) mutable {
+            found.clear();
+            for (std::size_t at = part * together; at < std::min((part + 1) * together, all.size()); ++at)
+                found.push_back(box_of(blocks, all[at]));
+        };
+    };
+    const auto take = [&](std::size_t part, const std::vector<box>& found) {
+        for (std::size_t i = 0; i < found.size(); ++i)
+            append(all[part * together + i], found[i]);
+    };
+    dwg::work_in_order<std::vector<box>>((all.size() + together - 1) / together, make, take);
     built_ = true;
 }
 
 void space_index::follow_changes() {
     const dxf::record_table& records = database_.records();
+    known_blocks blocks(database_, lock_);
     const auto& journal = records.journal();
     for (; read_ < journal.size(); ++read_) {
         dxf::record_id id = journal[read_];
@@ -123,10 +138,10 @@ void space_index::follow_changes() {
             continue;
         const auto at = std::lower_bound(entities_.begin(), entities_.end(), id);
         if (at == entities_.end()) {
-            append(id);
+            append(id, box_of(blocks, id));
         } else if (*at == id) {
             const auto place = static_cast<std::size_t>(at - entities_.begin());
-            boxes_[place] = box_of(id);
+            boxes_[place] = box_of(blocks, id);
             widen_group(place);
         } else {
             built_ = false; // it came from another space

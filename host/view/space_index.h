@@ -6,6 +6,7 @@
 
 #include "host/view/quick_box.h"
 
+#include <mutex>
 #include <vector>
 
 namespace gi {
@@ -28,14 +29,15 @@ private:
     static constexpr std::size_t group = 64;
 
     static box rounded(const flat_box& box);
-    box box_of(dxf::record_id entity) const;
+    box box_of(known_blocks& blocks, dxf::record_id entity) const;
     void refresh();
     void build();
     void follow_changes();
-    void append(dxf::record_id entity);
+    void append(dxf::record_id entity, const box& around);
     void widen_group(std::size_t at);
 
     AcDbImpDatabase& database_;
+    mutable std::mutex lock_; // of the database, while several threads look for boxes
     dxf::record_id space_;
     bool built_ = false;
     std::size_t read_ = 0; // of the journal of records
