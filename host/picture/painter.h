@@ -63,8 +63,8 @@ public:
     void begin_part();
 
     // Draws an entity of a space if it is of a usual kind (line, circle, arc, polyline, point, reference to a
-    // plain block) with nothing unusual: from the groups of its record, without an object. False for all
-    // others, of which nothing is drawn then.
+    // plain block, text) with nothing unusual: from the groups of its record, without an object. False for
+    // all others, of which nothing is drawn then.
     bool draw_plain(dxf::record_id entity);
 
     bool reads_traits() const override { return true; }
@@ -142,6 +142,9 @@ private:
     bool draw_plain_polyline(dxf::record_id entity);
     bool draw_plain_point(dxf::record_id entity);
     bool draw_plain_reference(dxf::record_id entity);
+    bool draw_plain_text(dxf::record_id entity); // plain_texts.cpp
+    const AcGiTextStyle& style_named(std::string_view name);
+    std::wstring message_of(std::string_view bytes);
     const block_figures* block_named(std::string_view name);
     const std::vector<look>& looks_in(const block_figures& block, const plain_look& reference);
     look look_in(const block_figures::attributes& part, const plain_look& reference);
@@ -180,6 +183,7 @@ private:
     std::map<std::tuple<std::uint32_t, int, int>, plain_look>
         plain_looks_; // by layer's number, colour, weight
     std::unordered_map<std::string_view, const block_figures*> plain_blocks_;
+    std::unordered_map<std::string_view, AcGiTextStyle> styles_; // by the bytes that texts name them with
     std::map<std::pair<const block_figures*, const plain_look*>, std::vector<look>> block_looks_;
     std::vector<AcGePoint3d> points_;     // of the entity that is drawn
     std::optional<dxf::record_id> layer_; // that the paper knows of

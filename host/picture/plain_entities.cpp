@@ -1,61 +1,13 @@
 // Entities with nothing unusual, drawn from the groups of their records: most of a plan, without an object
 // for any of them. What this source does not know exactly it leaves to the tracer.
-#include "host/db/core/blocks.h"
-#include "host/db/tables/properties.h"
-#include "host/dxf/group_list.h"
 #include "host/dxf/record_header.h"
-#include "host/picture/painter.h"
+#include "host/picture/common_groups.h"
 #include "host/view/tracer.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <numbers>
 
 namespace picture {
-
-// The groups of an entity one after the other, without those that all entities have and those that decide
-// nothing here.
-struct painter::common_groups {
-    explicit common_groups(std::string_view record) : groups(record) {}
-
-    // The next one of the entity's own; false at the end, and once something unusual was met.
-    bool next() {
-        constexpr int first_of_programs = 1000;
-        while (plain && groups.next(group) && group.code < first_of_programs)
-            switch (group.code) {
-            case 0:
-            case 5:
-            case 8:
-            case 67:
-            case 100:
-            case 330:
-            case 410:
-                break;
-            case 62:
-                color = dxf::leading_integer(group.value).value_or(0);
-                break;
-            case 370:
-                weight = dxf::leading_integer(group.value).value_or(0);
-                break;
-            default:
-                return true;
-            }
-        return false;
-    }
-    double number(double missing = 0.0) const { return dxf::leading_real(group.value).value_or(missing); }
-    // Whether all of it was usual.
-    bool is_plain() const {
-        constexpr std::int64_t heaviest = AcDb::kLnWt211;
-        return plain && color >= 0 && color <= AcCmEntityColor::kACIbyLayer && std::abs(weight) <= heaviest &&
-               db::is_line_weight(static_cast<int>(weight));
-    }
-
-    dxf::group_reader groups;
-    dxf::raw_group group;
-    std::int64_t color = AcCmEntityColor::kACIbyLayer;
-    std::int64_t weight = AcDb::kLnWtByLayer;
-    bool plain = true;
-};
 
 painter::plain_look& painter::look_of(dxf::record_id entity, const common_groups& groups) {
     const auto color = static_cast<int>(groups.color);
@@ -89,6 +41,8 @@ bool painter::draw_plain(dxf::record_id entity) {
         return draw_plain_polyline(entity);
     case dxf::type_point:
         return draw_plain_point(entity);
+    case dxf::type_text:
+        return draw_plain_text(entity);
     case dxf::type_insert:
         return draw_plain_reference(entity);
     default:

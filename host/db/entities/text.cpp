@@ -9,6 +9,7 @@
 #include "host/db/tables/text_styles.h"
 #include "host/dxf/record_header.h"
 #include "host/gi/font.h"
+#include "host/gi/text_alignment.h"
 
 #include <cmath>
 #include <numbers>
@@ -121,23 +122,11 @@ void text_line::align(std::wstring_view shown) {
             start = alignment;
         return;
     }
-    double across = 0.0;
-    if (horizontal == AcDb::kTextCenter || horizontal == AcDb::kTextMid)
-        across = -box.width / 2.0;
-    else if (horizontal == AcDb::kTextRight)
-        across = -box.width;
-    double up = 0.0;
-    if (horizontal == AcDb::kTextMid)
-        up = -(box.bottom + box.top) / 2.0;
-    else if (vertical == AcDb::kTextBottom)
-        up = gi::tail_depth * height;
-    else if (vertical == AcDb::kTextVertMid)
-        up = -height / 2.0;
-    else if (vertical == AcDb::kTextTop)
-        up = -height;
+    const gi::text_shift shift = gi::shift_of_alignment(horizontal, vertical, box, height);
     const AcGeVector3d x(std::cos(rotation), std::sin(rotation), 0.0);
     const AcGeVector3d y(-x.y, x.x, 0.0);
-    start = alignment + x * (backward ? -across : across) + y * (upside_down ? -up : up);
+    start =
+        alignment + x * (backward ? -shift.along : shift.along) + y * (upside_down ? -shift.up : shift.up);
 }
 
 void draw_text(const AcDbImpObject& object, std::wstring_view message, AcGiWorldDraw& draw) {
