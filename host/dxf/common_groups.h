@@ -108,8 +108,9 @@ private:
     bool in_braces_ = false;
 };
 
-// The header of an entity's text.
-inline record_header read_entity_header(std::string_view text) {
+// The header of an entity's text. Whether it stands in paper space may be said anywhere in it: who does not
+// want to know it need not read all of it.
+inline record_header read_entity_header(std::string_view text, bool wants_space = true) {
     group_reader groups(text);
     raw_group group;
     if (!groups.next(group) || group.code != 0)
@@ -120,6 +121,8 @@ inline record_header read_entity_header(std::string_view text) {
     bool in_entity = true;
     while (in_entity && groups.next(group)) {
         in_header = in_header && taker.take(group);
+        if (!in_header && !wants_space && taker.header.layer.data() != nullptr)
+            break;
         in_entity = scattered.take(group, taker.header);
     }
     return taker.header;

@@ -23,8 +23,9 @@ constexpr std::string_view known_type_names[known_types] = {
 // Handles are mostly dense: a plain table serves until it would be this many times larger than the records.
 constexpr std::uint64_t sparse = 8;
 
+// Without the space.
 record_header header_of(std::string_view text, record_kind kind) {
-    return stands_on_layer(kind) ? read_entity_header(text) : read_record_header(text);
+    return stands_on_layer(kind) ? read_entity_header(text, false) : read_record_header(text);
 }
 
 } // namespace
