@@ -78,17 +78,23 @@ public:
     template<class Part>
     Part& part() const {
         static const std::size_t number = next_part();
-        if (number >= parts_.size())
-            parts_.resize(number + 1);
-        if (parts_[number] == nullptr) {
-            auto made = std::make_shared<Part>(const_cast<AcDbImpDatabase&>(*this)); // may ask for others
-            parts_[number] = std::move(made);
-        }
-        return *static_cast<Part*>(parts_[number].get());
+        if (number < parts_.size() && parts_[number] != nullptr) [[likely]]
+            return *static_cast<Part*>(parts_[number].get());
+        return make_part<Part>(number);
     }
 
 private:
     static std::size_t next_part();
+
+    // Apart, so that asking again, which every step of the way to an object does, is a few instructions.
+    template<class Part>
+    [[gnu::noinline]] Part& make_part(std::size_t number) const {
+        auto made = std::make_shared<Part>(const_cast<AcDbImpDatabase&>(*this)); // may ask for others
+        if (number >= parts_.size())
+            parts_.resize(number + 1);
+        parts_[number] = std::move(made);
+        return *static_cast<Part*>(parts_[number].get());
+    }
 
     AcDbDatabase& self_;
     std::uint32_t serial_ = 0;
