@@ -44,8 +44,6 @@ public:
     void fail(run_status status, std::wstring_view message);
     // The command under way failed.
     void fail_command(std::wstring_view message);
-    // Whether the run is over: no answer comes any more.
-    bool stopped() const { return stopped_; }
     void quit();
     // Whether the run stopped before its input was read to the end.
     bool broke_off() const { return broke_off_; }
