@@ -1,11 +1,12 @@
 #include "base/utf.h"
 #include "dbents.h"
-#include "host/gi/text_metrics.h"
+#include "host/gi/font.h"
 #include "host/picture/line_pattern.h"
 #include "host/picture/picture.h"
 #include "host/picture/stroke_letters.h"
 #include "host/view/clip.h"
 #include "host/view/tracer.h"
+#include "tests/db_entities.h"
 #include "tests/support.h"
 
 #include <gtest/gtest.h>
@@ -337,8 +338,8 @@ TEST(Picture, draws_lines_under_and_over_texts) {
         void curve(const gi::arc&) override {}
         bool text(const gi::text_line&) override { return true; }
     };
-    const double one = gi::measure_text(L"A", gi::font_hand::txt, 10.0).width;
-    const double two = gi::measure_text(L"AB", gi::font_hand::txt, 10.0).width;
+    const double one = gi::measure_text(L"A", gi::font(), 10.0).width;
+    const double two = gi::measure_text(L"AB", gi::font(), 10.0).width;
     struct row {
         const wchar_t* text;
         std::vector<AcGePoint3d> ends;
@@ -355,6 +356,64 @@ TEST(Picture, draws_lines_under_and_over_texts) {
         ASSERT_EQ(seen.ends.size(), wanted.ends.size()) << base::narrow(wanted.text);
         for (std::size_t i = 0; i < wanted.ends.size(); ++i)
             EXPECT_TRUE(seen.ends[i].isEqualTo(wanted.ends[i])) << base::narrow(wanted.text);
+    }
+}
+
+// What texts hand over: where each part begins and how long it is, and the lines of fractions.
+TEST(Picture, sets_texts_in_columns_and_fractions_with_their_lines) {
+    struct written final : gi::canvas {
+        std::string all;
+        static std::string at(const AcGePoint3d& p) {
+            return std::to_string(std::lround(p.x)) + "," + std::to_string(std::lround(p.y));
+        }
+        void lines(std::span<const AcGePoint3d> points) override {
+            all += at(points[0]) + "-" + at(points[1]) + " ";
+        }
+        void area(std::span<const AcGePoint3d>) override {}
+        void curve(const gi::arc&) override {}
+        bool text(const gi::text_line& line) override {
+            all += base::narrow(line.text) + "@" + at(line.position) + " ";
+            return true;
+        }
+    };
+    constexpr std::string_view styles =
+        "0 STYLE|5 300|100 AcDbSymbolTableRecord|100 AcDbTextStyleTableRecord|"
+        "2 DOWN|70 4|40 0|41 1|3 txt|0 STYLE|5 301|100 AcDbSymbolTableRecord|"
+        "100 AcDbTextStyleTableRecord|2 SONG|70 4|40 0|41 1|3 simsun.ttf";
+    struct row {
+        std::string_view entity;
+        std::string_view seen;
+        test::box extents;
+    };
+    // Signs are 6 wide and high, 9 below each other; base lines of paragraphs 10.
+    for (const row& wanted : {
+             row{"0 TEXT|7 DOWN|1 AB", "A@98,44 B@98,35 ", {98, 35, 102, 50}},
+             row{"0 TEXT|7 DOWN|72 2|11 100|21 50|1 AB", "A@98,59 B@98,50 ", {98, 50, 102, 65}},
+             row{"0 TEXT|7 DOWN|72 4|11 100|21 50|1 AB", "A@98,52 B@98,43 ", {98, 42.5, 102, 57.5}},
+             row{"0 TEXT|7 SONG|1 A", "A@100,50 ", {100, 50, 100.0 + 6.0 * 667.0 / 716.0, 56}},
+             row{"0 MTEXT|7 DOWN|71 1|72 5|1 AB\\PC", "A@111,44 B@111,35 C@101,44 ", {101, 35, 115, 50}},
+             row{"0 MTEXT|7 DOWN|71 9|72 5|1 AB", "A@95,59 B@95,50 ", {95, 50, 99, 65}},
+             row{"0 MTEXT|7 DOWN|71 1|72 1|1 AB", "AB@100,44 ", {100, 44, 110, 50}},
+             row{"0 MTEXT|71 1|1 \\SA/B;", "A@100,44 B@100,34 100,42-104,42 ", {100, 34, 104, 50}},
+             row{"0 MTEXT|71 1|1 \\KAB\\k", "AB@100,44 100,47-110,47 ", {100, 44, 110, 50}},
+             row{"0 MTEXT|71 1|1 \\pi-2,l2,t2,5;A\tB\tC", "A@100,44 B@112,44 C@130,44 ", {100, 44, 134, 50}},
+             row{"0 MTEXT|71 1|1 A\\P\\psm2;B\\P\\pse3,b1;C",
+                 "A@100,44 B@100,24 C@100,0 ",
+                 {100, 0, 104, 50}},
+             row{"0 MTEXT|71 1|41 20|1 A\\NB|75 1|76 2|48 20|49 5", "A@100,44 B@125,44 ", {100, 44, 129, 50}},
+         }) {
+        const bool one_line = wanted.entity.starts_with("0 TEXT");
+        const std::size_t end = wanted.entity.find('|');
+        const auto database = test::database_of(test::modern_drawing(
+            std::string(wanted.entity.substr(0, end)) + "|5 100|330 1F|100 AcDbEntity|8 0|100 AcDb" +
+                (one_line ? "Text" : "MText") + "|10 100|20 50|30 0|40 6" +
+                std::string(wanted.entity.substr(end)),
+            {}, {}, styles));
+        const test::seen<AcDbEntity> entity(*database, 0x100);
+        written seen;
+        gi::tracer(seen).draw(*entity);
+        EXPECT_EQ(seen.all, wanted.seen) << wanted.entity;
+        EXPECT_EQ(test::box_of(*entity), wanted.extents) << wanted.entity;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/case_fold.h"
 #include "base/display_width.h"
+#include "host/gi/font.h"
 
 #include <algorithm>
 #include <array>
@@ -94,25 +95,8 @@ bool is_one_of(std::wstring_view wanted, wchar_t c) {
     return wanted.find(c) != wanted.npos;
 }
 
-} // namespace
-
-font_hand hand_of_font(std::wstring_view file, std::wstring_view typeface) {
-    const std::wstring name = base::folded(file);
-    if (!typeface.empty() || name.ends_with(L".ttf") || name.ends_with(L".ttc") || name.ends_with(L".otf"))
-        return font_hand::outline;
-    const std::size_t folder = name.find_last_of(L"/\\");
-    const std::wstring_view alone =
-        std::wstring_view(name).substr(folder == std::wstring::npos ? 0 : folder + 1);
-    if (alone.starts_with(L"iso") || alone.starts_with(L"gbe"))
-        return font_hand::iso;
-    return alone == L"txt" || alone == L"txt.shx" || alone == L"monotxt" || alone == L"monotxt.shx"
-               ? font_hand::txt
-               : font_hand::simplex;
-}
-
-text_box measure_text(std::wstring_view shown, font_hand which, double height, double width_factor,
-                      double tracking) {
-    const hand& hand = hand_of(which);
+text_box measure_by_hand(std::wstring_view shown, const hand& hand, double height, double width_factor,
+                         double tracking) {
     double units = 0.0;
     double squares = 0.0;
     double top = small_letter;
@@ -151,6 +135,57 @@ text_box measure_text(std::wstring_view shown, font_hand which, double height, d
     box.top = top * height;
     box.bottom = tail > 0.0 ? -tail * height : 0.0;
     return box;
+}
+
+// By the letters of the font's files; what they lack is measured without them.
+text_box measure_letters(std::wstring_view shown, const font& font, double height, double width_factor,
+                         double tracking) {
+    text_box box;
+    double end = 0.0; // of the last letter
+    double at = 0.0;
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        const drawn_letter letter = letter_of(font, shown[i]);
+        if (letter.strokes == nullptr) {
+            const text_box other = measure_by_hand(shown.substr(i, 1), hand_of(font.hand), 1.0, 1.0, 1.0);
+            end = at + other.width;
+            at = end;
+            box.top = std::max(box.top, other.top);
+            box.bottom = std::min(box.bottom, other.bottom);
+            continue;
+        }
+        end = at + letter.strokes->most.x * letter.unit;
+        at += letter.strokes->end.x * letter.unit * tracking;
+        box.top = std::max(box.top, letter.strokes->most.y * letter.unit);
+        box.bottom = std::min(box.bottom, letter.strokes->least.y * letter.unit);
+    }
+    const bool ends_in_room = !shown.empty() && shown.back() == L' ';
+    box.width = std::max(ends_in_room ? at : end, 0.0) * height * width_factor;
+    box.top *= height;
+    box.bottom *= height;
+    return box;
+}
+
+} // namespace
+
+font_hand hand_of_font(std::wstring_view file, std::wstring_view typeface) {
+    const std::wstring name = base::folded(file);
+    if (!typeface.empty() || name.ends_with(L".ttf") || name.ends_with(L".ttc") || name.ends_with(L".otf"))
+        return font_hand::outline;
+    const std::size_t folder = name.find_last_of(L"/\\");
+    const std::wstring_view alone =
+        std::wstring_view(name).substr(folder == std::wstring::npos ? 0 : folder + 1);
+    if (alone.starts_with(L"iso") || alone.starts_with(L"gbe"))
+        return font_hand::iso;
+    return alone == L"txt" || alone == L"txt.shx" || alone == L"monotxt" || alone == L"monotxt.shx"
+               ? font_hand::txt
+               : font_hand::simplex;
+}
+
+text_box measure_text(std::wstring_view shown, const font& font, double height, double width_factor,
+                      double tracking) {
+    if (font.shapes != nullptr || font.big_shapes != nullptr)
+        return measure_letters(shown, font, height, width_factor, tracking);
+    return measure_by_hand(shown, hand_of(font.hand), height, width_factor, tracking);
 }
 
 std::wstring shown_text(std::wstring_view text) {

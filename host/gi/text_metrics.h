@@ -13,6 +13,8 @@
 
 namespace gi {
 
+struct font;
+
 // Which widths a font's signs have.
 enum class font_hand : unsigned char {
     txt,     // the strokes on the coarse grid of txt
@@ -26,6 +28,7 @@ font_hand hand_of_font(std::wstring_view file, std::wstring_view typeface);
 
 // The box around a line, from where it begins on its base line.
 struct text_box {
+    double left = 0.0; // below nought when letters stand below each other
     double width = 0.0;
     double bottom = 0.0; // below nought when a letter has a tail
     double top = 0.0;
@@ -33,7 +36,7 @@ struct text_box {
 
 // The box of a line as it is shown, in a font and a height (of capitals), at a width factor. `tracking` is
 // by what the steps between its letters grow.
-ACGI_PORT text_box measure_text(std::wstring_view shown, font_hand hand, double height,
+ACGI_PORT text_box measure_text(std::wstring_view shown, const font& font, double height,
                                 double width_factor = 1.0, double tracking = 1.0);
 
 // What is shown of a text: %%c, %%d, %%p and %%nnn give way to what they mean; %%u, %%o and %%k, which

@@ -1,6 +1,7 @@
 #include "acgi.h"
 #include "acutmem.h"
 #include "host/gi/font.h"
+#include "host/gi/set_text.h"
 
 using Autodesk::AutoCAD::PAL::FontUtils::FontFamily;
 using Autodesk::AutoCAD::PAL::FontUtils::FontPitch;
@@ -20,6 +21,7 @@ std::shared_ptr<const gi::font> changed(const gi::font& from, Change change) {
     auto font = std::make_shared<gi::font>(from);
     change(*font);
     font->hand = gi::hand_of_font(font->file, font->typeface);
+    font->shapes = font->big_shapes = nullptr; // of the other one
     return font;
 }
 
@@ -93,7 +95,7 @@ AcGePoint2d AcGiTextStyle::extents(const ACHAR* text, Adesk::Boolean /*penups*/,
     std::wstring_view message = text != nullptr ? text : L"";
     if (len >= 0)
         message = message.substr(0, static_cast<std::size_t>(len));
-    const gi::text_box box = gi::measure_text(raw ? std::wstring(message) : gi::shown_text(message),
-                                              m_font->hand, m_size, m_scale, m_tracking);
+    const gi::text_box box =
+        gi::box_of_text(raw ? std::wstring(message) : gi::shown_text(message), *this, m_size, m_scale);
     return {box.width, box.top - box.bottom};
 }

@@ -100,10 +100,12 @@ public:
     // Mirrored about where the text begins, from right to left and from top to bottom.
     void setBackward(Adesk::Boolean backward) { m_backward = backward; }
     void setUpsideDown(Adesk::Boolean upsideDown) { m_upsideDown = upsideDown; }
-    // Kept; it is drawn along its direction all the same.
+    // Letters of fonts that are drawn by strokes stand below each other; others run along their direction all
+    // the same.
     void setVertical(Adesk::Boolean vertical) { m_vertical = vertical; }
     void setUnderlined(Adesk::Boolean underlined) { m_underlined = underlined; }
     void setOverlined(Adesk::Boolean overlined) { m_overlined = overlined; }
+    void setStrikethrough(Adesk::Boolean struck) { m_struck = struck; }
     void setFileName(const ACHAR* fontName);
     void setBigFontFileName(const ACHAR* bigFontName);
     // A font of the system. A typeface without a name: the font of the file again.
@@ -120,6 +122,7 @@ public:
     Adesk::Boolean isVertical() const { return m_vertical; }
     Adesk::Boolean isUnderlined() const { return m_underlined; }
     Adesk::Boolean isOverlined() const { return m_overlined; }
+    Adesk::Boolean isStrikethrough() const { return m_struck; }
     // Valid until the style is changed.
     const ACHAR* fileName() const;
     const ACHAR* bigFontFileName() const;
@@ -135,6 +138,7 @@ public:
 
     // The host's side of the font; no concern of programs.
     const gi::font& imp() const { return *m_font; }
+    void setImp(std::shared_ptr<const gi::font> font) { m_font = std::move(font); }
 
 private:
     std::shared_ptr<const gi::font> m_font; // styles of one font share it
@@ -147,6 +151,7 @@ private:
     bool m_vertical = false;
     bool m_underlined = false;
     bool m_overlined = false;
+    bool m_struck = false;
 };
 
 // What limits a drawing: a polygon that stands upright in a space of its own. Two points are the corners of a

@@ -1,51 +1,12 @@
 // Curves, faces and texts of drawables as figures on a canvas.
-#include "host/gi/font.h"
+#include "host/gi/set_text.h"
 #include "host/view/tracer_sink.h"
 
 #include <cmath>
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace gi {
-
-namespace {
-
-// A line under, through or over some of the signs of a text.
-struct text_rule {
-    std::size_t place; // 0 under, 1 through, 2 over
-    std::size_t first; // sign
-    std::size_t last;  // behind the last one
-};
-
-// Those that the codes %%u, %%k and %%o switch on and off in a text of which `count` signs are shown.
-std::vector<text_rule> rules_of(std::wstring_view text, std::size_t count, bool under, bool over) {
-    constexpr std::size_t none = static_cast<std::size_t>(-1);
-    std::size_t begun[] = {under ? 0 : none, none, over ? 0 : none};
-    std::vector<text_rule> rules;
-    const auto end = [&](std::size_t place, std::size_t at) {
-        if (begun[place] != none && at > begun[place])
-            rules.push_back({place, begun[place], at});
-        begun[place] = none;
-    };
-    for (std::size_t at = text.find(L"%%"); at != text.npos && at + 2 < text.size();
-         at = text.find(L"%%", at)) {
-        const std::size_t place = std::wstring_view(L"uUkKoO").find(text[at + 2]) / 2;
-        at += 3;
-        if (place > 2)
-            continue;
-        const std::size_t shown = shown_text(text.substr(0, at)).size();
-        if (begun[place] == none)
-            begun[place] = shown;
-        else
-            end(place, shown);
-    }
-    for (std::size_t place = 0; place < 3; ++place)
-        end(place, count);
-    return rules;
-}
-
-} // namespace
 
 Adesk::Boolean tracer::sink::circularArc(const AcGePoint3d& center, const double radius,
                                          const AcGeVector3d& normal, const AcGeVector3d& startVector,
@@ -169,10 +130,8 @@ Adesk::Boolean tracer::sink::text(const AcGePoint3d& position, const AcGeVector3
     std::wstring_view signs = message != nullptr ? message : L"";
     if (length >= 0)
         signs = signs.substr(0, static_cast<std::size_t>(length));
-    const std::wstring shown = raw ? std::wstring(signs) : shown_text(signs);
-    const text_box box =
-        measure_text(shown, style.imp().hand, style.textSize(), style.xScale(), style.trackingPercent());
-    if (shown.empty())
+    const set_text set = set_line(signs, raw, style);
+    if (set.shown.empty())
         return false;
     AcGeVector3d x = direction.normal();
     AcGeVector3d y = normal.normal().crossProduct(x);
@@ -182,25 +141,22 @@ Adesk::Boolean tracer::sink::text(const AcGePoint3d& position, const AcGeVector3
         y = -y;
     const AcGeMatrix3d& to_world = stack_.back();
     const double wide = style.textSize() * style.xScale();
-    if (out().text({to_world * position, to_world * (x * wide), to_world * (y * style.textSize()),
-                    style.obliquingAngle(), shown, &style.imp(), wide > 0.0 ? box.width / wide : 0.0})) {
-        const auto width_of = [&](std::size_t count) {
-            return measure_text(std::wstring_view(shown).substr(0, count), style.imp().hand, style.textSize(),
-                                style.xScale(), style.trackingPercent())
-                .width;
-        };
-        for (const text_rule& rule : rules_of(raw ? std::wstring_view() : signs, shown.size(),
-                                              style.isUnderlined(), style.isOverlined())) {
-            constexpr double places[] = {-0.2, 0.5, 1.2}; // heights above the base line
-            const AcGePoint3d at = position + y * (places[rule.place] * style.textSize());
-            const AcGePoint3d ends[] = {at + x * (rule.first == 0 ? 0.0 : width_of(rule.first)),
-                                        at + x * width_of(rule.last)};
+    bool kept = true;
+    for (const text_part& run : set.parts)
+        kept = kept && out().text({to_world * (position + x * run.along + y * run.up), to_world * (x * wide),
+                                   to_world * (y * style.textSize()), style.obliquingAngle(),
+                                   set.signs_of(run), &style.imp(), wide > 0.0 ? run.length / wide : 0.0});
+    if (kept) {
+        for (const text_rule& rule : set.rules) {
+            const AcGePoint3d at = position + y * rule.up;
+            const AcGePoint3d ends[] = {at + x * rule.from, at + x * rule.to};
             out().lines(in_world(2, ends));
         }
         return false;
     }
+    const text_box& box = set.box;
     const AcGeVector3d slanted = y + x * std::tan(style.obliquingAngle());
-    const AcGePoint3d start = position + slanted * box.bottom;
+    const AcGePoint3d start = position + x * box.left + slanted * box.bottom;
     const AcGeVector3d along = x * box.width;
     const AcGeVector3d up = slanted * (box.top - box.bottom);
     const AcGePoint3d corners[] = {start, start + along, start + along + up, start + up};

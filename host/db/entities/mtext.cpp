@@ -6,6 +6,7 @@
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/entities/mtext_groups.h"
+#include "host/db/tables/shape_files.h"
 #include "host/db/tables/text_styles.h"
 
 #include <cmath>
@@ -182,7 +183,10 @@ ACHAR* AcDbMText::text() const {
 namespace {
 
 db::mtext_layout layout_of(const AcDbImpObject& object, const db::mtext_values& values) {
-    return db::lay_out(db::read_mtext(object.decode(values.contents), values.style), values.frame);
+    db::mtext_codes codes = db::read_mtext(object.decode(values.contents), values.style);
+    for (db::mtext_format& format : codes.formats)
+        db::complete_fonts(object.database, format.style);
+    return db::lay_out(codes, values.frame);
 }
 
 } // namespace
@@ -250,10 +254,22 @@ Color color_of(Adesk::UInt32 color) {
 void db::draw_mtext(const AcDbImpObject& object, AcDbImpDatabase* styles, AcGiWorldDraw& draw) {
     const mtext_values values(object, styles);
     const AcCmEntityColor own = draw.subEntityTraits().trueColor();
-    for (const mtext_piece& piece : layout_of(object, values).pieces) {
-        draw.subEntityTraits().setTrueColor(piece.color != 0 ? color_of<AcCmEntityColor>(piece.color) : own);
-        draw.geometry().text(values.location + values.direction * piece.start.x + values.up() * piece.start.y,
-                             values.normal, values.direction, piece.text.c_str(), -1, true, piece.style);
+    const mtext_layout layout = layout_of(object, values);
+    const auto use = [&](Adesk::UInt32 color) {
+        draw.subEntityTraits().setTrueColor(color != 0 ? color_of<AcCmEntityColor>(color) : own);
+    };
+    const auto at = [&](const AcGePoint2d& place) {
+        return values.location + values.direction * place.x + values.up() * place.y;
+    };
+    for (const mtext_piece& piece : layout.pieces) {
+        use(piece.color);
+        draw.geometry().text(at(piece.start), values.normal, values.direction, piece.text.c_str(), -1, true,
+                             piece.style);
+    }
+    for (const mtext_rule& rule : layout.rules) {
+        use(rule.color);
+        const AcGePoint3d ends[] = {at(rule.start), at(rule.end)};
+        draw.geometry().polyline(2, ends, &values.normal);
     }
 }
 

@@ -164,7 +164,8 @@ void reader::code() {
         change([&](mtext_format& format) { format.style.setOverlined(c == L'O'); });
         break;
     case L'K':
-    case L'k': // a line through the words, which takes no room
+    case L'k':
+        change([&](mtext_format& format) { format.style.setStrikethrough(c == L'K'); });
         break;
     case L'f':
         font(true);
@@ -284,6 +285,7 @@ void reader::paragraph() {
     end_word();
     std::wstring_view value = argument();
     mtext_paragraph changed = codes_.paragraphs.back();
+    bool in_tabs = false; // whose list goes on to the end
     while (!value.empty()) {
         const std::size_t comma = std::min(value.find(L','), value.size());
         const std::wstring_view item = value.substr(0, comma);
@@ -292,6 +294,16 @@ void reader::paragraph() {
         const std::size_t begin = item.find_first_not_of(L'x');
         if (begin == item.npos)
             continue;
+        // Tabulators in the middle (c) and to the right (r) are taken for left ones.
+        const std::size_t place = item.find_first_of(L"0123456789*", begin);
+        if (in_tabs || item[begin] == L't') {
+            if (!in_tabs || place == item.npos)
+                changed.tabs.clear();
+            in_tabs = true;
+            if (place != item.npos && item[place] != L'*')
+                changed.tabs.push_back(number(item.substr(place), 0.0));
+            continue;
+        }
         const std::wstring_view rest = item.substr(begin + 1);
         switch (item[begin]) {
         case L'i':
@@ -306,7 +318,23 @@ void reader::paragraph() {
         case L'q':
             changed.alignment = rest.empty() || rest[0] == L'*' ? L'\0' : rest[0];
             break;
-        default: // tabulators and line spacing
+        case L's': {
+            const std::size_t how =
+                rest.empty() ? std::wstring_view::npos : std::wstring_view(L"mae").find(rest[0]);
+            using spacing = mtext_paragraph::spacing;
+            constexpr spacing kinds[] = {spacing::times, spacing::at_least, spacing::exactly};
+            const double factor = how < 3 ? number(rest.substr(1), 0.0) : 0.0;
+            changed.spaced = factor > 0.0 ? kinds[how] : spacing::as_text;
+            changed.line_spacing = factor > 0.0 ? factor : 1.0;
+            break;
+        }
+        case L'b':
+            changed.before = number(rest, 0.0);
+            break;
+        case L'a':
+            changed.after = number(rest, 0.0);
+            break;
+        default:
             break;
         }
     }

@@ -24,6 +24,12 @@ struct mtext_paragraph {
     double first_indent = 0.0; // of its first line, added to the left one
     double left_indent = 0.0;
     double right_indent = 0.0;
+    std::vector<double> tabs; // from the left edge; behind the last one they stand evenly
+    enum class spacing { as_text, times, at_least, exactly };
+    spacing spaced = spacing::as_text;
+    double line_spacing = 1.0; // of `times` a factor, else a length
+    double before = 0.0;       // room above the paragraph, and below it
+    double after = 0.0;
     wchar_t alignment = 0; // l, c, r, j, d; 0 for the one of the whole text
 };
 

@@ -5,6 +5,7 @@
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/tables/text_styles.h"
+#include "host/gi/set_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -56,10 +57,12 @@ group_range embedded_section(const dxf::group_list& groups) {
     return found;
 }
 
-// Columns stand in an object of their own behind the text's groups.
-void read_columns(const dxf::group_list& groups, mtext_values& values) {
+// Columns stand among the text's groups (with these heights), or in an object of their own behind the text's
+// groups.
+void read_columns(const dxf::group_list& groups, std::vector<double> heights, mtext_values& values) {
     const group_range where = embedded_section(groups);
-    std::vector<double> heights;
+    if (where.first != where.last)
+        heights.clear();
     double defined_height = 0.0;
     for (std::size_t i = where.first; i < where.last; ++i) {
         const dxf::group& group = groups.groups()[i];
@@ -225,6 +228,8 @@ mtext_values::mtext_values(const AcDbImpObject& object, AcDbImpDatabase* styles)
     bool in_columns = false; // whose heights have the code of the angle
     bool in_braces = false;
     double height = 0.0;
+    int flow = AcDbMText::kLtoR;
+    std::vector<double> heights; // of columns
     std::string_view style_name;
     AcGeVector3d given_normal;
     for (std::size_t i = where.first; i < where.last; ++i) {
@@ -260,7 +265,9 @@ mtext_values::mtext_values(const AcDbImpObject& object, AcDbImpDatabase* styles)
                 frame.spacing = finite(group);
             break;
         case 50:
-            if (!in_columns) {
+            if (in_columns) {
+                heights.push_back(finite(group));
+            } else {
                 rotation = radians(finite(group));
                 by_angle = true;
             }
@@ -268,11 +275,30 @@ mtext_values::mtext_values(const AcDbImpObject& object, AcDbImpDatabase* styles)
         case 71:
             frame.attachment = whole(group);
             break;
+        case 72:
+            flow = whole(group);
+            break;
         case 73:
             frame.exact_spacing = whole(group) == AcDb::kExactly;
             break;
         case 75:
             in_columns = true;
+            column_type = std::clamp(whole(group), 0, 2);
+            break;
+        case 76:
+            frame.columns = std::clamp(whole(group), 0, 1000);
+            break;
+        case 78:
+            reversed = whole(group) != 0;
+            break;
+        case 79:
+            automatic_height = whole(group) != 0;
+            break;
+        case 48:
+            frame.column_width = finite(group);
+            break;
+        case 49:
+            frame.gutter = finite(group);
             break;
         default:
             break;
@@ -294,7 +320,10 @@ mtext_values::mtext_values(const AcDbImpObject& object, AcDbImpDatabase* styles)
         height = style.textSize() > 0.0 ? style.textSize() : 1.0;
     frame.height = height;
     style.setTextSize(height);
-    read_columns(groups, *this);
+    if (flow != AcDbMText::kByStyle)
+        style.setVertical(flow == AcDbMText::kTtoB);
+    frame.downwards = gi::runs_down(style);
+    read_columns(groups, std::move(heights), *this);
 }
 
 std::unique_ptr<AcDbMText> embedded_mtext(const AcDbImpObject& object) {

@@ -1,7 +1,7 @@
 #include "host/db/entities/mtext_layout.h"
 
 #include "base/display_width.h"
-#include "host/gi/font.h"
+#include "host/gi/set_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,8 +25,16 @@ struct span_of_line {
     bool fraction = false;
 };
 
+struct rule_of_line {
+    double from = 0.0;
+    double to = 0.0;
+    double y = 0.0;
+    std::size_t format = 0;
+};
+
 struct line {
     std::vector<span_of_line> spans;
+    std::vector<rule_of_line> rules;
     double width = 0.0;  // to the end of the last word
     double ascent = 0.0; // of the highest letter or fraction
     std::size_t paragraph = 0;
@@ -50,8 +58,13 @@ private:
 
     gi::text_box box_of(std::wstring_view text, std::size_t index) const {
         const AcGiTextStyle& style = format(index).style;
-        return gi::measure_text(text, style.imp().hand, style.textSize(), style.xScale(),
-                                style.trackingPercent());
+        gi::text_box box = gi::box_of_text(text, style, style.textSize(), style.xScale());
+        if (frame_.downwards && gi::runs_down(style) && !text.empty()) {
+            // A column lies here as the row that it becomes when it is turned.
+            const double down = box.top - box.bottom;
+            box = {0.0, down, 0.0, style.textSize()};
+        }
+        return box;
     }
     double width_of(std::wstring_view text, std::size_t index) const { return box_of(text, index).width; }
     // How far the next word is pushed by one: with the gap behind it.
@@ -75,11 +88,14 @@ private:
     void break_lines();
     void add(std::size_t first, std::size_t last);
     void put(const mtext_token& token);
+    void go_to_tab(const mtext_token& token);
     void put_stack(const mtext_token& token);
     void begin_line(const mtext_token& token, bool first);
     void end_line(const mtext_token& token, bool ends_column);
     void place_lines();
     double aligned(const line& line, double width) const;
+    double step_to(const line& next, const line& before) const;
+    void turn_down(double whole, double deepest);
 
     const mtext_codes& codes_;
     const mtext_frame& frame_;
@@ -144,10 +160,27 @@ void setter::put_stack(const mtext_token& token) {
         last.spans.push_back(
             {pen_ + (wide - above) / 2.0, bottom + high * stack_step, token.format, token.text, true});
         last.spans.push_back({pen_ + (wide - below) / 2.0, bottom, token.format, token.below, true});
+        if (token.mark == L'/') // in the middle between the two
+            last.rules.push_back(
+                {pen_, pen_ + wide, bottom + (high + high * stack_step) / 2.0, token.format});
         last.width = pen_ + wide;
         last.ascent = std::max(last.ascent, bottom + both);
     }
     pen_ = last.width + (step_of(L"n", token.format) - width_of(L"n", token.format));
+}
+
+void setter::go_to_tab(const mtext_token& token) {
+    line& here = lines_.back();
+    if (here.spans.empty())
+        here.paragraph = token.paragraph;
+    const double begin = indent(here.paragraph, here.first); // tabulators count from the edge
+    for (const double tab : codes_.paragraphs[here.paragraph].tabs)
+        if (const double place = tab * frame_.height - begin; place > pen_) {
+            pen_ = place;
+            return;
+        }
+    const double step = tab_step * frame_.height;
+    pen_ = (std::floor(pen_ / step) + 1.0) * step;
 }
 
 // Puts tokens that stand together without a blank, on a new line when they do not fit.
@@ -189,13 +222,11 @@ void setter::break_lines() {
             blanks_ += L' ';
             ++i;
             break;
-        case mtext_token::kind::tab: {
-            const double step = tab_step * frame_.height;
-            pen_ = (std::floor(pen_ / step) + 1.0) * step;
+        case mtext_token::kind::tab:
+            go_to_tab(token);
             tabbed_ = true;
             ++i;
             break;
-        }
         case mtext_token::kind::paragraph_end:
         case mtext_token::kind::column_end:
             end_line(token, token.what == mtext_token::kind::column_end);
@@ -225,7 +256,8 @@ void setter::break_lines() {
 double setter::aligned(const line& line, double width) const {
     wchar_t how = codes_.paragraphs[line.paragraph].alignment;
     if (how == 0)
-        how = std::wstring_view(L"lcr")[static_cast<std::size_t>((frame_.attachment - 1) % 3)];
+        how = std::wstring_view(L"lcr")[static_cast<std::size_t>(
+            frame_.downwards ? (frame_.attachment - 1) / 3 : (frame_.attachment - 1) % 3)];
     const double from = indent(line.paragraph, line.first);
     const double to = width - codes_.paragraphs[line.paragraph].right_indent * frame_.height;
     switch (how) {
@@ -263,8 +295,7 @@ void setter::place_lines() {
     double most = -1e300;
     bool top = true; // of a column
     for (const line& line : lines_) {
-        const double step = (frame_.exact_spacing ? frame_.height : line.ascent) * line_step * frame_.spacing;
-        double next = top ? line.ascent : depth + step;
+        double next = top ? line.ascent : depth + step_to(line, (&line)[-1]);
         constexpr double slack = 1.0 + 1e-9;
         if (in_columns && !top && in_column + 1 < frame_.columns && height_of(in_column) > 0.0 &&
             next > height_of(in_column) * slack) {
@@ -275,6 +306,9 @@ void setter::place_lines() {
         deepest = std::max(deepest, depth);
         const int from_left = frame_.from_right && in_columns ? frame_.columns - 1 - in_column : in_column;
         const double x = aligned(line, column) + (in_columns ? from_left * (column + frame_.gutter) : 0.0);
+        for (const rule_of_line& rule : line.rules)
+            layout_.rules.push_back(
+                {{x + rule.from, rule.y - depth}, {x + rule.to, rule.y - depth}, format(rule.format).color});
         for (const span_of_line& span : line.spans) {
             const mtext_format& how = format(span.format);
             layout_.pieces.push_back({{x + span.x, span.y - depth}, span.text, how.style, how.color});
@@ -296,12 +330,59 @@ void setter::place_lines() {
     layout_.width = most > least ? most - least : 0.0;
     layout_.height = highest - std::min(lowest, -deepest);
     const double whole = in_columns ? frame_.columns * column + (frame_.columns - 1) * frame_.gutter : column;
+    if (frame_.downwards) {
+        turn_down(whole, deepest);
+        return;
+    }
     const int across = (frame_.attachment - 1) % 3; // 0 left, 1 in the middle, 2 right
     const int down = (frame_.attachment - 1) / 3;
     const double left = across * -whole / 2.0;
     const double up = down * deepest / 2.0;
     for (mtext_piece& piece : layout_.pieces)
         piece.start = {piece.start.x + left, piece.start.y + up};
+    for (mtext_rule& rule : layout_.rules) {
+        rule.start = {rule.start.x + left, rule.start.y + up};
+        rule.end = {rule.end.x + left, rule.end.y + up};
+    }
+}
+
+// From base line to base line.
+double setter::step_to(const line& next, const line& before) const {
+    const mtext_paragraph& how = codes_.paragraphs[next.paragraph];
+    double step = (frame_.exact_spacing ? frame_.height : next.ascent) * line_step * frame_.spacing;
+    switch (how.spaced) {
+    case mtext_paragraph::spacing::as_text:
+        break;
+    case mtext_paragraph::spacing::times:
+        step = next.ascent * line_step * how.line_spacing;
+        break;
+    case mtext_paragraph::spacing::at_least:
+        step = std::max(next.ascent * line_step, frame_.height * how.line_spacing);
+        break;
+    case mtext_paragraph::spacing::exactly:
+        step = frame_.height * how.line_spacing;
+        break;
+    }
+    if (next.first)
+        step += (how.before + codes_.paragraphs[before.paragraph].after) * frame_.height;
+    return step;
+}
+
+// Lines that were set in rows become columns, the first one on the right. What letters rise above their base
+// line is then how wide a column is, in the middle of which its letters hang.
+void setter::turn_down(double whole, double deepest) {
+    const int across = (frame_.attachment - 1) % 3;
+    const int down = (frame_.attachment - 1) / 3;
+    const auto turned = [&](const AcGePoint2d& at, double middle) {
+        return AcGePoint2d(deepest * (2 - across) / 2.0 + at.y + middle, down * whole / 2.0 - at.x);
+    };
+    for (mtext_piece& piece : layout_.pieces)
+        piece.start = turned(piece.start, piece.style.textSize() / 2.0);
+    for (mtext_rule& rule : layout_.rules) {
+        rule.start = turned(rule.start, 0.0);
+        rule.end = turned(rule.end, 0.0);
+    }
+    std::swap(layout_.width, layout_.height);
 }
 
 } // namespace

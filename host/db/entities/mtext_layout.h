@@ -21,6 +21,8 @@ struct mtext_frame {
     double gutter = 0.0;
     std::vector<double> column_heights; // the last one goes for the others; nought: as high as is wanted
     bool from_right = false;
+    // Lines run down, each to the left of the one before, as far as their fonts can.
+    bool downwards = false;
 };
 
 // Words of one format, on one base line.
@@ -31,9 +33,17 @@ struct mtext_piece {
     Adesk::UInt32 color = 0; // as in mtext_format
 };
 
+// A line of a fraction, from end to end.
+struct mtext_rule {
+    AcGePoint2d start;
+    AcGePoint2d end;
+    Adesk::UInt32 color = 0;
+};
+
 // Measured from the point by which the text is attached, along its direction and across.
 struct mtext_layout {
     std::vector<mtext_piece> pieces;
+    std::vector<mtext_rule> rules;
     double width = 0.0; // of what stands there
     double height = 0.0;
 };

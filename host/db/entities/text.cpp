@@ -8,7 +8,7 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/tables/text_styles.h"
 #include "host/dxf/record_header.h"
-#include "host/gi/font.h"
+#include "host/gi/set_text.h"
 #include "host/gi/text_alignment.h"
 
 #include <cmath>
@@ -106,8 +106,17 @@ void text_line::align(std::wstring_view shown) {
     start = position;
     if (is_default_alignment())
         return;
-    const gi::font_hand hand = style.imp().hand;
-    const gi::text_box box = gi::measure_text(shown, hand, height, width_factor);
+    const gi::text_box box = gi::box_of_text(shown, style, height, width_factor);
+    if (gi::runs_down(style)) {
+        // What is to the right of a row is below in a column, which stands upright whatever it lies between.
+        if (lies_between_points())
+            return;
+        const bool in_middle = horizontal == AcDb::kTextCenter || horizontal == AcDb::kTextMid;
+        const double share = in_middle ? 0.5 : horizontal == AcDb::kTextRight ? 1.0 : 0.0;
+        const double up = (box.top - box.bottom) * (upside_down ? -share : share);
+        start = alignment + AcGeVector3d(-std::sin(rotation), std::cos(rotation), 0.0) * up;
+        return;
+    }
     const AcGeVector3d between = alignment - position;
     const double distance = std::hypot(between.x, between.y);
     if (lies_between_points()) {
