@@ -1,10 +1,13 @@
 #include "host/picture/line_pattern.h"
 
+#include "acgi.h"
+#include "acgiutil.h"
 #include "acutmem.h"
 #include "dbmain.h"
 #include "dbsymtb.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/open_objects.h"
+#include "host/db/tables/shape_files.h"
 
 #include <cmath>
 #include <memory>
@@ -51,6 +54,39 @@ private:
     AcGePoint3d place_ = line_.front();
 };
 
+// What stands behind a dash, and the size that its style gives; false for nothing.
+bool read_sign(const AcDbLinetypeTableRecord& linetype, int dash, line_sign& sign, double& size) {
+    ACHAR* text = nullptr;
+    const bool is_text = linetype.textAt(dash, text) == Acad::eOk;
+    sign.behind = static_cast<std::size_t>(dash);
+    sign.shape_number = is_text ? 0 : linetype.shapeNumberAt(dash);
+    if (!is_text && sign.shape_number == 0)
+        return false;
+    sign.text = is_text ? text : L"";
+    acutDelString(text);
+    const AcDbObjectId id = linetype.shapeStyleAt(dash);
+    if (!id.isValid())
+        return is_text;
+    AcDbImpDatabase& database = id.database()->imp();
+    const std::unique_ptr<AcDbObject> style = database.objects().view(database.record(id));
+    const auto* const found = AcDbTextStyleTableRecord::cast(style.get());
+    if (found == nullptr)
+        return is_text;
+    if (is_text) {
+        size = found->textSize() > 0.0 ? found->textSize() : size;
+        sign.width_factor = found->xScale();
+        AcGiTextStyle written;
+        fromAcDbTextStyle(written, id);
+        sign.font = std::make_shared<gi::font>(written.imp());
+    } else {
+        AcString file;
+        found->fileName(file);
+        sign.shape_file = file.kwszPtr();
+        sign.shapes = database.part<db::shape_files>().of(sign.shape_file);
+    }
+    return true;
+}
+
 } // namespace
 
 line_pattern pattern_of(const AcDbLinetypeTableRecord& linetype) {
@@ -61,22 +97,10 @@ line_pattern pattern_of(const AcDbLinetypeTableRecord& linetype) {
         pattern.dashes.push_back(dash);
         pattern.length += std::fabs(dash);
         drawn = drawn || dash >= 0.0;
-        ACHAR* text = nullptr;
-        if (linetype.textAt(i, text) != Acad::eOk)
-            continue;
         line_sign sign;
-        sign.behind = static_cast<std::size_t>(i);
-        sign.text = text;
-        acutDelString(text);
         double size = 1.0; // of a style without a size
-        if (const AcDbObjectId id = linetype.shapeStyleAt(i); id.isValid()) {
-            AcDbImpDatabase& database = id.database()->imp();
-            const std::unique_ptr<AcDbObject> style = database.objects().view(database.record(id));
-            if (const auto* const found = AcDbTextStyleTableRecord::cast(style.get())) {
-                size = found->textSize() > 0.0 ? found->textSize() : size;
-                sign.width_factor = found->xScale();
-            }
-        }
+        if (!read_sign(linetype, i, sign, size))
+            continue;
         sign.height = linetype.shapeScaleAt(i) * size;
         sign.angle = linetype.shapeRotationAt(i);
         sign.oriented = linetype.shapeIsUcsOrientedAt(i);

@@ -3,7 +3,9 @@
 
 #include "gepnt3d.h"
 #include "gevec3d.h"
+#include "host/gi/font.h"
 
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -12,10 +14,14 @@ class AcDbLinetypeTableRecord;
 
 namespace picture {
 
-// What stands in a line behind a dash.
+// What stands in a line behind a dash: a text, or a shape of a file.
 struct line_sign {
     std::size_t behind = 0; // the number of the dash
     std::wstring text;
+    std::shared_ptr<const gi::font> font; // of the text
+    std::wstring shape_file;
+    std::shared_ptr<const gi::shape_font> shapes; // null where the file is not here: its room stays empty
+    int shape_number = 0;
     double height = 1.0; // of its capitals
     double width_factor = 1.0;
     double angle = 0.0; // against the line, radians; against the drawing where it is oriented

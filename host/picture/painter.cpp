@@ -9,8 +9,8 @@
 #include "host/db/tables/layer_look.h"
 #include "host/db/tables/properties.h"
 #include "host/dxf/record_header.h"
-#include "host/gi/font.h"
 #include "host/picture/hatch_lines.h"
+#include "host/picture/line_signs.h"
 #include "host/picture/viewport_looks.h"
 #include "host/view/extents.h"
 #include "host/view/tracer.h"
@@ -24,16 +24,9 @@ namespace picture {
 
 namespace {
 
-constexpr AcGeVector3d no_turn{1.0, 0.0, 0.0};
-
 double real_of_header(const AcDbImpDatabase& database, std::string_view variable, double missing) {
     const auto value = database.drawing().header_value(variable);
     return value ? dxf::leading_real(*value).value_or(missing) : missing;
-}
-
-AcGeVector3d turned(const AcGeVector3d& along, double angle) {
-    const AcGeVector3d across = AcGeVector3d::kZAxis.crossProduct(along);
-    return along * std::cos(angle) + across * std::sin(angle);
 }
 
 } // namespace
@@ -183,19 +176,10 @@ void painter::draw_lines(std::span<const AcGePoint3d> points, const look& now) {
     const patterned_line drawn = patterned(points, *now.pattern, scale);
     for (const std::vector<AcGePoint3d>& dash : drawn.dashes)
         stroke(dash, now);
-    for (const placed_sign& sign : drawn.signs) {
-        const AcGeVector3d along = sign.along;
-        const AcGeVector3d across = AcGeVector3d::kZAxis.crossProduct(along);
-        const AcGeVector3d x = turned(sign.sign->oriented ? no_turn : along, sign.sign->angle);
-        const double height = sign.sign->height * scale;
-        gi::text_line letters;
-        letters.position = sign.place + along * (sign.sign->x * scale) + across * (sign.sign->y * scale);
-        letters.x = x * (height * sign.sign->width_factor);
-        letters.y = AcGeVector3d::kZAxis.crossProduct(x) * height;
-        letters.text = sign.sign->text;
+    if (!drawn.signs.empty())
         put_on_layer(now);
-        texts_.draw(letters, view_, now.pen);
-    }
+    for (const placed_sign& sign : drawn.signs)
+        draw_sign(sign, scale, view_, texts_, now.pen);
 }
 
 // Source: the editor's table of point signs: 0 a dot, 1 nothing, 2 a plus, 3 a cross, 4 a tick; 32 adds a

@@ -195,6 +195,8 @@ public:
         draw_entities(seen_of(space, view), view, dxf::no_record, manner_);
     }
 
+    std::vector<std::wstring> lacking() const { return texts_.lacking(); }
+
 private:
     // What of a space can be seen in a view, the oldest first.
     std::vector<dxf::record_id> seen_of(dxf::record_id space, const sheet_view& view) {
@@ -303,7 +305,7 @@ private:
 
 } // namespace
 
-base::result<std::string> draw(AcDbImpDatabase& drawing, const request& request, sys::paper_format format) {
+base::result<drawn> draw(AcDbImpDatabase& drawing, const request& request, sys::paper_format format) {
     std::vector<plan> plans;
     for (const dxf::record_id space : request.spaces)
         plans.push_back(planned(drawing, space, request));
@@ -330,7 +332,13 @@ base::result<std::string> draw(AcDbImpDatabase& drawing, const request& request,
             (*paper)->next_sheet(plans[i].width, plans[i].height);
         session.draw_space(request.spaces[i], plans[i].view);
     }
-    return (*paper)->finish();
+    drawn made;
+    made.lacking = session.lacking();
+    auto bytes = (*paper)->finish();
+    if (!bytes)
+        return base::failure{bytes.error()};
+    made.bytes = *std::move(bytes);
+    return made;
 }
 
 } // namespace picture

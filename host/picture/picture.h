@@ -28,10 +28,15 @@ struct request {
     double dots_per_mm = 8.0; // of a PNG: about 200 to an inch
 };
 
+struct drawn {
+    std::string bytes;
+    std::vector<std::wstring> lacking; // fonts that are not here, each with what stood in
+};
+
 // The bytes of a picture. Fails when the libraries that draw are missing, and for pictures that are too
 // large.
-ACCORE_PORT base::result<std::string> draw(AcDbImpDatabase& drawing, const request& request,
-                                           sys::paper_format format);
+ACCORE_PORT base::result<drawn> draw(AcDbImpDatabase& drawing, const request& request,
+                                     sys::paper_format format);
 
 // ---- what users say
 

@@ -3,6 +3,10 @@
 #include "dbents.h"
 #include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
+#include "host/db/core/imp_database.h"
+#include "host/db/core/symbol_names.h"
+#include "host/db/tables/entry_fields.h"
+#include "host/db/tables/shape_files.h"
 #include "host/dxf/record_header.h"
 
 #include <cmath>
@@ -50,6 +54,30 @@ FIELD_GETTER(AcDbShape, oblique, shape_place, 51)
 FIELD_GETTER(AcDbShape, thickness, shape_place, 39)
 FIELD_GETTER(AcDbShape, normal, shape_place, 210)
 
+namespace {
+
+// The shape of that name in one of the drawing's shape files; null where none of them is here.
+std::shared_ptr<const gi::shape_font> file_with(AcDbImpDatabase* database, std::string_view name,
+                                                const gi::shape*& found) {
+    found = nullptr;
+    if (database == nullptr)
+        return nullptr;
+    for (const dxf::record_id style : database->names().entries(db::table_kind::text_style)) {
+        const dxf::group_list groups(database->records().text(style));
+        constexpr std::int64_t shape_bit = 1;
+        if ((groups.integer(db::text_style_place, 70).value_or(0) & shape_bit) == 0)
+            continue;
+        const auto file = database->part<db::shape_files>().of(
+            database->drawing().codec().decode(groups.text(db::text_style_place, 3).value_or("")));
+        const auto number = file != nullptr ? file->number_of(name) : std::nullopt;
+        if (number && (found = file->find(*number)) != nullptr)
+            return file;
+    }
+    return nullptr;
+}
+
+} // namespace
+
 Adesk::Boolean AcDbShape::subWorldDraw(AcGiWorldDraw* draw) {
     const AcGeVector3d up = normal();
     const AcGeVector3d along =
@@ -57,8 +85,21 @@ Adesk::Boolean AcDbShape::subWorldDraw(AcGiWorldDraw* draw) {
     const AcGeVector3d x = along * (size() * widthFactor());
     const AcGeVector3d y = (up.crossProduct(along) + along * std::tan(oblique())) * size();
     const AcGePoint3d at = position();
-    const AcGePoint3d rim[] = {at, at + x, at + x + y, at + y, at};
     draw->subEntityTraits().setThickness(thickness());
+    const gi::shape* shape = nullptr;
+    const auto file =
+        file_with(imp().database, dxf::trimmed(imp().groups().text(shape_place, 2).value_or("")), shape);
+    if (shape != nullptr) {
+        for (const std::vector<AcGePoint2d>& stroke : shape->strokes) {
+            std::vector<AcGePoint3d> points;
+            for (const AcGePoint2d& point : stroke)
+                points.push_back(at + x * point.x + y * point.y);
+            draw->geometry().polyline(static_cast<Adesk::UInt32>(points.size()), points.data(), &up);
+        }
+        return true;
+    }
+    // Its size is all that is known.
+    const AcGePoint3d rim[] = {at, at + x, at + x + y, at + y, at};
     draw->geometry().polyline(5, rim, &up);
     return true;
 }

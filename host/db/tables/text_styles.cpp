@@ -7,6 +7,7 @@
 #include "host/db/core/imp_database.h"
 #include "host/db/core/open_objects.h"
 #include "host/db/core/symbol_names.h"
+#include "host/db/tables/shape_files.h"
 #include "host/dxf/record_header.h"
 
 namespace db {
@@ -47,7 +48,9 @@ const AcGiTextStyle& text_styles::of(std::string_view name) {
     const std::unique_ptr<AcDbObject> view =
         entry != dxf::no_record ? database_.objects().view(entry) : std::unique_ptr<AcDbObject>();
     const auto* const record = AcDbTextStyleTableRecord::cast(view.get());
-    return known_.emplace(name, record != nullptr ? made_from(*record) : AcGiTextStyle()).first->second;
+    AcGiTextStyle style = record != nullptr ? made_from(*record) : AcGiTextStyle();
+    complete_fonts(&database_, style);
+    return known_.emplace(name, std::move(style)).first->second;
 }
 
 void text_styles::follow_changes() {
