@@ -74,6 +74,8 @@ public:
     // Several rims: what lies within an odd number of them is filled.
     virtual void fill(std::span<const std::vector<sheet_point>> rims, const ink& color) = 0;
     virtual void text(const sheet_text& line, const sheet_font& font) = 0;
+    // The face that the system has for a font; empty when it is the one of that name.
+    virtual std::wstring stand_in(const sheet_font& font, std::wstring_view wanted) = 0;
     // What follows is drawn within an area only, and within those around it.
     virtual void push_clip(std::span<const sheet_point> rim) = 0;
     virtual void pop_clip() = 0;

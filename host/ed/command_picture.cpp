@@ -15,6 +15,8 @@
 #include "sys/atomic_file.h"
 #include "sys/folders.h"
 
+#include <set>
+
 namespace ed {
 
 namespace {
@@ -98,6 +100,21 @@ bool ask_paper(picture::request& wanted) {
     return true;
 }
 
+// What users were told of a drawing's fonts.
+struct told_fonts {
+    explicit told_fonts(AcDbImpDatabase& /*drawing*/) {}
+    std::set<std::wstring> lines;
+};
+
+void tell_lacking(AcDbImpDatabase& drawing, const std::vector<std::wstring>& lacking) {
+    std::wstring told;
+    for (const std::wstring& line : lacking)
+        if (drawing.part<told_fonts>().lines.insert(line).second)
+            told += (told.empty() ? L"" : L"; ") + line;
+    if (!told.empty())
+        acutPrintf(L"\nFonts that are not here, and what stands in: %ls.\n", told.c_str());
+}
+
 } // namespace
 
 base::result<void> write_picture(AcDbImpDatabase& drawing, const std::wstring& file,
@@ -105,15 +122,18 @@ base::result<void> write_picture(AcDbImpDatabase& drawing, const std::wstring& f
     const auto format = picture::format_of_file(file);
     if (!format)
         return base::failure{format.error()};
-    const auto bytes = picture::draw(drawing, request, *format);
-    if (!bytes)
-        return base::failure{bytes.error()};
+    const auto drawn = picture::draw(drawing, request, *format);
+    if (!drawn)
+        return base::failure{drawn.error()};
     auto target = sys::atomic_file::create(sys::to_path(file));
     if (!target)
         return base::failure{target.error()};
-    if (auto written = target->write(*bytes); !written)
+    if (auto written = target->write(drawn->bytes); !written)
         return written;
-    return target->commit();
+    auto done = target->commit();
+    if (done)
+        tell_lacking(drawing, drawn->lacking);
+    return done;
 }
 
 base::result<void> write_picture(AcDbImpDatabase& drawing, const std::wstring& file) {

@@ -99,6 +99,9 @@ public:
         }
         cairo_restore(context_);
     }
+    std::wstring stand_in(const sheet_font& font, std::wstring_view wanted) override {
+        return fonts_.stand_in(font, wanted);
+    }
     void push_clip(std::span<const sheet_point> rim) override {
         flush();
         cairo_save(context_);

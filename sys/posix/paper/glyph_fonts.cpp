@@ -1,5 +1,6 @@
 #include "sys/posix/paper/glyph_fonts.h"
 
+#include "base/case_fold.h"
 #include "base/utf.h"
 
 #include <fontconfig/fontconfig.h>
@@ -121,6 +122,23 @@ const glyph_fonts::known_sign& glyph_fonts::look_up(choice& chosen, wchar_t sign
     }
     cairo_glyph_free(glyphs);
     return found;
+}
+
+std::wstring glyph_fonts::stand_in(const sheet_font& font, std::wstring_view wanted) {
+    const choice& chosen = choice_of(font);
+    std::wstring first;
+    if (chosen.opened.empty())
+        return first;
+    FcChar8* name = nullptr;
+    for (int i = 0;
+         FcPatternGetString(chosen.fonts->fonts[0], FC_FAMILY, i, &name) == FcResultMatch && name != nullptr;
+         ++i) {
+        const std::wstring face = base::widen(reinterpret_cast<const char*>(name));
+        if (base::equal_no_case(face, wanted))
+            return {};
+        first = i == 0 ? face : first;
+    }
+    return first;
 }
 
 std::vector<glyph_run> glyph_fonts::runs(std::wstring_view text, const sheet_font& font, double& length) {

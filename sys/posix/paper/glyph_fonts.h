@@ -33,6 +33,9 @@ public:
     // them.
     std::vector<glyph_run> runs(std::wstring_view text, const sheet_font& font, double& length);
 
+    // The face that is found for a font; empty when it has the wanted name.
+    std::wstring stand_in(const sheet_font& font, std::wstring_view wanted);
+
 private:
     struct loaded {
         cairo_font_face_t* face = nullptr;

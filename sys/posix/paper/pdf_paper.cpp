@@ -79,6 +79,9 @@ public:
         out() += "ET\n";
         settle();
     }
+    std::wstring stand_in(const sheet_font& font, std::wstring_view wanted) override {
+        return glyphs_.stand_in(font, wanted);
+    }
     void push_clip(std::span<const sheet_point> rim) override {
         flush();
         end_layer();
