@@ -132,22 +132,22 @@ void shape_font::read_height() {
 }
 
 const shape* shape_font::find(unsigned number) const {
-    const auto place = places_.find(number);
-    if (place == places_.end() || (number == 0 && height_ > 0.0))
+    const auto found = places_.find(number);
+    if (found == places_.end() || (number == 0 && height_ > 0.0))
         return nullptr;
     const std::lock_guard alone(busy_);
     const auto [at, fresh] = drawn_.try_emplace(number);
     if (!fresh)
         return &at->second;
-    shape_pen::file file;
+    shape_pen::source file;
     file.codes = [this](unsigned other) {
-        const auto found = places_.find(other);
-        return found != places_.end() ? codes_at(found->second) : std::string_view();
+        const auto at_other = places_.find(other);
+        return at_other != places_.end() ? codes_at(at_other->second) : std::string_view();
     };
     file.wide_numbers = kind_ == kind::unicode;
     file.is_big = kind_ == kind::big;
     file.height = height_;
-    at->second = shape_pen(file).draw(codes_at(place->second));
+    at->second = shape_pen(file).draw(codes_at(found->second));
     if (wide_ > 0.0 && at->second.end.x == 0.0)
         at->second.end.x = wide_;
     return &at->second;
@@ -161,8 +161,8 @@ std::optional<unsigned> shape_font::number_of(std::string_view name) const {
         return folded;
     };
     const std::string wanted = lower(name);
-    for (const auto& [number, place] : places_)
-        if (number != 0 && !wanted.empty() && lower(name_at(place)) == wanted)
+    for (const auto& [number, where] : places_)
+        if (number != 0 && !wanted.empty() && lower(name_at(where)) == wanted)
             return number;
     return std::nullopt;
 }

@@ -10,14 +10,14 @@ namespace gi {
 class shape_pen {
 public:
     // What shapes draw other shapes from.
-    struct file {
+    struct source {
         std::function<std::string_view(unsigned number)> codes; // empty for one that is not there
         bool wide_numbers = false;                              // of two bytes
         bool is_big = false;                                    // whose shapes may be fitted into others
         double height = 0.0;
     };
 
-    explicit shape_pen(const file& file) : file_(file) {}
+    explicit shape_pen(const source& shapes) : file_(shapes) {}
 
     // Draws codes from the origin on, as far as they make sense.
     shape draw(std::string_view codes);
@@ -49,7 +49,7 @@ private:
 
     static AcGePoint2d on_sheet(const state& now, const AcGePoint2d& point);
 
-    const file& file_;
+    const source& file_;
     shape made_;
     state now_;
     std::vector<AcGePoint2d> kept_;

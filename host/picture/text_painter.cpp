@@ -34,12 +34,12 @@ std::wstring file_stem(const std::wstring& file) {
 
 } // namespace
 
-text_painter::text_painter(sys::paper& paper) : paper_(paper) {
+text_painter::text_painter(sys::paper& paper, lacking_fonts& lacking) : paper_(paper), lacking_(lacking) {
     for (const auto& [name, face] : sys::font_names(sys::system_folder() / "fonts.fmp"))
         stand_ins_.emplace(base::folded(name), face);
 }
 
-const text_painter::chosen_font& text_painter::font_for(const gi::font& font) {
+const sys::sheet_font& text_painter::font_for(const gi::font& font) {
     std::wstring own = font.typeface.empty() ? file_stem(font.file) : font.typeface;
     if (own.starts_with(turned_mark))
         own.erase(0, 1);
@@ -47,7 +47,7 @@ const text_painter::chosen_font& text_painter::font_for(const gi::font& font) {
     const auto [at, fresh] = fonts_.try_emplace(key);
     if (!fresh)
         return at->second;
-    sys::sheet_font& found = at->second.font;
+    sys::sheet_font& found = at->second;
     found.bold = font.bold;
     found.italic = font.italic;
     // Big fonts of strokes look most like Song.
@@ -58,9 +58,8 @@ const text_painter::chosen_font& text_painter::font_for(const gi::font& font) {
     if (!strokes)
         found.faces.push_back(own);
     found.faces.emplace_back(L"sans-serif");
-    at->second.face = paper_.stand_in(found, strokes ? std::wstring_view() : own);
-    if (!strokes && !at->second.face.empty())
-        lacks(own, at->second.face);
+    if (!strokes)
+        lacking_.add(own, found, true);
     return at->second;
 }
 
@@ -112,7 +111,7 @@ void text_painter::draw(const gi::text_line& line, const sheet_view& view, const
         else if (how == way::strokes)
             draw_strokes(signs, drawn, pen);
         else
-            paper_.text(drawn, font_for(font).font);
+            paper_.text(drawn, font_for(font));
     };
     const bool turned = is_turned(font);
     if (font.hand == gi::font_hand::outline && !turned) {
@@ -130,7 +129,7 @@ void text_painter::draw(const gi::text_line& line, const sheet_view& view, const
         const double up = (1.0 - length) / 2.0;
         drawn.start = {start.x + upright.x.x * along + upright.y.x * up,
                        start.y + upright.x.y * along + upright.y.y * up};
-        paper_.text(drawn, font_for(font).font);
+        paper_.text(drawn, font_for(font));
         drawn = upright;
     };
     // Letters of strokes (or those that are not turned) and others take turns; each run is as long as it was
@@ -154,11 +153,9 @@ void text_painter::draw(const gi::text_line& line, const sheet_view& view, const
         if (on_side)
             run = run.substr(0, 1);
         const double from = (measured(line.text.substr(0, at + run.size())) - measured(run)) * wide;
-        const bool in_big =
-            how == way::outlines && base::is_wide(static_cast<char32_t>(run[0])) && !font.big_font.empty();
-        if (how != way::letters && !turned && (in_big ? font.big_shapes : font.shapes) == nullptr)
-            lacks(in_big ? font.big_font : font.file,
-                  how == way::strokes ? L"Hershey's simplex letters" : font_for(font).face);
+        if (how != way::letters && !turned)
+            lacks(font, how == way::outlines && base::is_wide(static_cast<char32_t>(run[0])),
+                  how == way::strokes);
         if (on_side)
             draw_on_side(run, from, measured(run) * wide);
         else
@@ -205,20 +202,20 @@ void text_painter::draw_shape(const gi::shape& shape, const gi::text_line& where
     stroke_shape(shape, {}, 1.0, 1.0, drawn, pen);
 }
 
-void text_painter::lacks(const std::wstring& font, const std::wstring& stands_in) {
-    if (!font.empty())
-        lacking_.try_emplace(font, stands_in);
+void text_painter::lacks(const gi::font& font, bool wide, bool stroked) {
+    const bool in_big = wide && !font.big_font.empty();
+    const std::wstring& file = in_big ? font.big_font : font.file;
+    if ((in_big ? font.big_shapes : font.shapes) != nullptr || !told_.insert(file).second)
+        return;
+    if (stroked)
+        lacking_.add(file, L"Hershey's simplex letters");
+    else
+        lacking_.add(file, font_for(font), false);
 }
 
 void text_painter::lacks_shapes(const std::wstring& file) {
-    lacks(file.empty() ? L"a file of shapes" : file, L"");
-}
-
-std::vector<std::wstring> text_painter::lacking() const {
-    std::vector<std::wstring> lines;
-    for (const auto& [font, stands_in] : lacking_)
-        lines.push_back(font + L": " + (stands_in.empty() ? L"nothing" : stands_in));
-    return lines;
+    if (told_.insert(file).second)
+        lacking_.add(file.empty() ? L"a file of shapes" : file, L"");
 }
 
 } // namespace picture
