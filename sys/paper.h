@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace sys {
@@ -55,6 +56,15 @@ struct sheet_text {
     ink color;
 };
 
+// Colours that change across an area, beyond their ends as they are there: along a line, or from a point
+// outwards to a circle.
+struct shading {
+    bool round = false;
+    sheet_point from;                          // the middle of a round one
+    sheet_point to;                            // a point of its circle
+    std::vector<std::pair<double, ink>> stops; // from 0 through 1, in their order; two at least
+};
+
 enum class paper_format { png, svg, pdf };
 
 struct paper_setup {
@@ -73,6 +83,7 @@ public:
     virtual void stroke(std::span<const sheet_point> points, const pen& pen) = 0;
     // Several rims: what lies within an odd number of them is filled.
     virtual void fill(std::span<const std::vector<sheet_point>> rims, const ink& color) = 0;
+    virtual void fill_shaded(std::span<const std::vector<sheet_point>> rims, const shading& colors) = 0;
     virtual void text(const sheet_text& line, const sheet_font& font) = 0;
     // The face that the system has for a font; empty when it is the one of that name.
     virtual std::wstring stand_in(const sheet_font& font, std::wstring_view wanted) = 0;

@@ -359,6 +359,40 @@ TEST(Picture, draws_lines_under_and_over_texts) {
     }
 }
 
+TEST(Picture, shades_gradients_in_every_format) {
+    struct row {
+        std::string_view kind;
+        std::string_view groups; // one colour, shift, tint
+        std::string_view svg;
+        std::string_view pdf;
+    };
+    for (const row& wanted : {
+             row{"LINEAR", "452|0|461|0|462|0", "<linearGradient", "/ShadingType 2"},
+             row{"INVCYLINDER", "452|0|461|1|462|0", "<linearGradient", "/FunctionType 3"},
+             row{"SPHERICAL", "452|1|461|0|462|1", "<radialGradient", "/ShadingType 3"},
+         }) {
+        std::string hatch =
+            "0|HATCH|8|0|62|6|10|0|20|0|30|0|210|0|220|0|230|1|2|SOLID|70|1|71|0|91|1|92|2|72|0|73|1|"
+            "93|4|10|0|20|32|10|60|20|32|10|60|20|62|10|0|20|62|97|0|75|0|76|1|98|0|450|1|451|0|460|"
+            "0|453|2|" +
+            std::string(wanted.groups) + "|463|0|63|5|421|255|463|1|63|2|421|16776960|470|" +
+            std::string(wanted.kind) + "|";
+        std::replace(hatch.begin(), hatch.end(), '|', '\n');
+        const test::folder folder;
+        std::string svg = svg_of(folder, looks(hatch), "Window 0,30 60,64 A4 Fit Colors\\n");
+        EXPECT_NE(svg.find(wanted.svg), svg.npos) << wanted.kind;
+        EXPECT_NE(svg.find("rgb(0%,0%,100%)"), svg.npos) << "the first colour: " << wanted.kind;
+        const bool tinted = wanted.kind == "SPHERICAL";
+        EXPECT_NE(svg.find(tinted ? "rgb(100%,100%,100%)" : "rgb(100%,100%,0%)"), svg.npos) << wanted.kind;
+        const auto out = folder / "out.pdf";
+        EXPECT_EQ(
+            zefhost({(folder / "drawing.dxf").string(), "--no-module", "-c", "", "--picture", out.string()})
+                .status,
+            0);
+        EXPECT_NE(test::read(out).find(wanted.pdf), std::string::npos) << wanted.kind;
+    }
+}
+
 // What texts hand over: where each part begins and how long it is, and the lines of fractions.
 TEST(Picture, sets_texts_in_columns_and_fractions_with_their_lines) {
     struct written final : gi::canvas {

@@ -9,6 +9,7 @@
 #include "host/db/tables/layer_look.h"
 #include "host/db/tables/properties.h"
 #include "host/dxf/record_header.h"
+#include "host/picture/gradient.h"
 #include "host/picture/hatch_lines.h"
 #include "host/picture/line_signs.h"
 #include "host/picture/viewport_looks.h"
@@ -222,7 +223,8 @@ void painter::point_sign(const AcGePoint3d& point, const look& shown) {
     }
 }
 
-void painter::fill(std::span<const std::vector<AcGePoint3d>> rims, const look& shown) {
+void painter::fill(std::span<const std::vector<AcGePoint3d>> rims, const look& shown,
+                   const sys::shading* colors) {
     std::vector<std::vector<sys::sheet_point>> placed;
     for (const std::vector<AcGePoint3d>& rim : rims) {
         std::vector<sys::sheet_point> points;
@@ -236,7 +238,10 @@ void painter::fill(std::span<const std::vector<AcGePoint3d>> rims, const look& s
     if (placed.empty())
         return;
     put_on_layer(shown);
-    paper_.fill(placed, shown.pen.color);
+    if (colors != nullptr)
+        paper_.fill_shaded(placed, *colors);
+    else
+        paper_.fill(placed, shown.pen.color);
 }
 
 bool painter::is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, const look& shown) {
@@ -245,6 +250,14 @@ bool painter::is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, con
     const gi::visit& entity = frames_.back().entity;
     const std::unique_ptr<AcDbObject> view = entity.database->objects().view(entity.entity);
     const AcDbHatch* const hatch = AcDbHatch::cast(view.get());
+    if (hatch != nullptr && hatch->isGradient()) {
+        const double opacity = shown.pen.color.opacity;
+        const auto colors = gradient_of(*hatch, entity.to_world, rims, view_,
+                                        [&](const AcCmEntityColor& color) { return ink_of(color, opacity); });
+        if (colors)
+            fill(rims, shown, &*colors);
+        return colors.has_value();
+    }
     if (hatch == nullptr || hatch->isSolidFill() || hatch->numPatternDefinitions() == 0)
         return false;
     constexpr std::size_t most_lines = 50'000;

@@ -161,7 +161,8 @@ private:
     void draw_text(const gi::text_line& line, const look& look);
     void draw_unbounded(const AcGePoint3d& from, const AcGeVector3d& direction, bool both, const look& look);
     void stroke(std::span<const AcGePoint3d> points, const look& look);
-    void fill(std::span<const std::vector<AcGePoint3d>> rims, const look& look);
+    void fill(std::span<const std::vector<AcGePoint3d>> rims, const look& look,
+              const sys::shading* colors = nullptr);
     void dot(const AcGePoint3d& point, const look& look);
     void point_sign(const AcGePoint3d& point, const look& look);
     bool is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, const look& look);

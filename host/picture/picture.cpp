@@ -183,7 +183,7 @@ private:
 class session {
 public:
     session(AcDbImpDatabase& drawing, sys::paper& paper, manner manner)
-        : drawing_(drawing), paper_(paper), texts_(paper), shared_(drawing), manner_(manner) {
+        : drawing_(drawing), paper_(paper), texts_(paper, lacking_), shared_(drawing), manner_(manner) {
         if (const auto scale = drawing.drawing().header_value("$LTSCALE"))
             linetype_scale_ = dxf::leading_real(*scale).value_or(1.0);
         const auto by_paper = drawing.drawing().header_value("$PSLTSCALE");
@@ -195,7 +195,7 @@ public:
         draw_entities(seen_of(space, view), view, dxf::no_record, manner_);
     }
 
-    std::vector<std::wstring> lacking() const { return texts_.lacking(); }
+    std::vector<std::wstring> lacking() const { return lacking_.told(paper_); }
 
 private:
     // What of a space can be seen in a view, the oldest first.
@@ -296,6 +296,7 @@ private:
 
     AcDbImpDatabase& drawing_;
     sys::paper& paper_;
+    lacking_fonts lacking_;
     text_painter texts_; // what is known of fonts
     shared_drawing shared_;
     manner manner_;

@@ -30,6 +30,18 @@ void recorded_paper::stroke(std::span<const sys::sheet_point> points, const sys:
 
 void recorded_paper::fill(std::span<const std::vector<sys::sheet_point>> rims, const sys::ink& color) {
     entries_.push_back({act::fill, static_cast<std::uint32_t>(rims.size()), number_of({color, 0.0})});
+    keep_rims(rims);
+}
+
+void recorded_paper::fill_shaded(std::span<const std::vector<sys::sheet_point>> rims,
+                                 const sys::shading& colors) {
+    entries_.push_back(
+        {act::shaded, static_cast<std::uint32_t>(rims.size()), static_cast<std::uint32_t>(shadings_.size())});
+    shadings_.push_back(colors);
+    keep_rims(rims);
+}
+
+void recorded_paper::keep_rims(std::span<const std::vector<sys::sheet_point>> rims) {
     for (const std::vector<sys::sheet_point>& rim : rims) {
         rims_.push_back(static_cast<std::uint32_t>(rim.size()));
         keep(rim);
@@ -79,12 +91,16 @@ void recorded_paper::draw_on(sys::paper& target) const {
             target.stroke(next_points(next.count), pens_[next.which]);
             break;
         case act::fill:
+        case act::shaded:
             rims.clear();
             for (std::uint32_t i = 0; i < next.count; ++i) {
                 const auto own = next_points(*rim++);
                 rims.emplace_back(own.begin(), own.end());
             }
-            target.fill(rims, pens_[next.which].color);
+            if (next.kind == act::fill)
+                target.fill(rims, pens_[next.which].color);
+            else
+                target.fill_shaded(rims, shadings_[next.which]);
             break;
         case act::text: {
             const line& kept = lines_[next.which];
@@ -114,6 +130,7 @@ void recorded_paper::clear() {
     pens_.clear();
     lines_.clear();
     fonts_.clear();
+    shadings_.clear();
 }
 
 } // namespace picture

@@ -14,7 +14,13 @@ class recorded_paper final : public sys::paper {
 public:
     void stroke(std::span<const sys::sheet_point> points, const sys::pen& pen) override;
     void fill(std::span<const std::vector<sys::sheet_point>> rims, const sys::ink& color) override;
+    void fill_shaded(std::span<const std::vector<sys::sheet_point>> rims,
+                     const sys::shading& colors) override;
     void text(const sys::sheet_text& line, const sys::sheet_font& font) override;
+    // Known where it is drawn.
+    std::wstring stand_in(const sys::sheet_font& /*font*/, std::wstring_view /*wanted*/) override {
+        return {};
+    }
     void push_clip(std::span<const sys::sheet_point> rim) override;
     void pop_clip() override;
     void on_layer(std::wstring_view name) override;
@@ -28,12 +34,12 @@ public:
     void clear();
 
 private:
-    enum class act : std::uint8_t { stroke, fill, text, push_clip, pop_clip, layer };
+    enum class act : std::uint8_t { stroke, fill, shaded, text, push_clip, pop_clip, layer };
     // Each takes from the lists below what is its own, behind what those before it took.
     struct entry {
         act kind;
         std::uint32_t count = 0; // of points, rims or signs
-        std::uint32_t which = 0; // pen, ink, text or font
+        std::uint32_t which = 0; // pen, ink, shading, text or font
     };
     struct line {
         sys::sheet_text text; // its signs lie in signs_
@@ -43,6 +49,7 @@ private:
     std::uint32_t number_of(const sys::pen& pen);
     std::uint32_t number_of(const sys::sheet_font& font);
     void keep(std::span<const sys::sheet_point> points);
+    void keep_rims(std::span<const std::vector<sys::sheet_point>> rims);
 
     std::vector<entry> entries_;
     std::vector<sys::sheet_point> points_;
@@ -51,6 +58,7 @@ private:
     std::vector<sys::pen> pens_;
     std::vector<line> lines_;
     std::vector<sys::sheet_font> fonts_;
+    std::vector<sys::shading> shadings_;
 };
 
 } // namespace picture

@@ -66,15 +66,25 @@ public:
     }
     void fill(std::span<const std::vector<sheet_point>> rims, const ink& color) override {
         flush();
-        for (const std::vector<sheet_point>& rim : rims) {
-            if (rim.empty())
-                continue;
-            cairo_move_to(context_, rim.front().x, rim.front().y);
-            for (const sheet_point& point : std::span(rim).subspan(1))
-                cairo_line_to(context_, point.x, point.y);
-            cairo_close_path(context_);
-        }
+        draw_rims(rims);
         use(color);
+        cairo_fill(context_);
+    }
+    void fill_shaded(std::span<const std::vector<sheet_point>> rims, const shading& colors) override {
+        flush();
+        draw_rims(rims);
+        const sheet_point& a = colors.from;
+        const sheet_point& b = colors.to;
+        cairo_pattern_t* const pattern =
+            colors.round
+                ? cairo_pattern_create_radial(a.x, a.y, 0.0, a.x, a.y, std::hypot(b.x - a.x, b.y - a.y))
+                : cairo_pattern_create_linear(a.x, a.y, b.x, b.y);
+        constexpr double most = 255.0;
+        for (const auto& [at, color] : colors.stops)
+            cairo_pattern_add_color_stop_rgba(pattern, at, color.red / most, color.green / most,
+                                              color.blue / most, color.opacity);
+        cairo_set_source(context_, pattern);
+        cairo_pattern_destroy(pattern);
         cairo_fill(context_);
     }
     void text(const sheet_text& line, const sheet_font& font) override {
@@ -140,6 +150,16 @@ private:
     static constexpr double hair = 0.05; // millimetres: the thinnest line that printers show
     static constexpr double smallest_area = 1e-12;
 
+    void draw_rims(std::span<const std::vector<sheet_point>> rims) {
+        for (const std::vector<sheet_point>& rim : rims) {
+            if (rim.empty())
+                continue;
+            cairo_move_to(context_, rim.front().x, rim.front().y);
+            for (const sheet_point& point : std::span(rim).subspan(1))
+                cairo_line_to(context_, point.x, point.y);
+            cairo_close_path(context_);
+        }
+    }
     void begin_sheet() {
         cairo_scale(context_, scale_, scale_);
         cairo_set_line_cap(context_, CAIRO_LINE_CAP_ROUND);

@@ -3,6 +3,7 @@
 #include "sys/posix/paper/glyph_fonts.h"
 #include "sys/posix/paper/pdf_file.h"
 #include "sys/posix/paper/pdf_fonts.h"
+#include "sys/posix/paper/pdf_shadings.h"
 
 #include <algorithm>
 #include <cmath>
@@ -53,15 +54,17 @@ public:
     void fill(std::span<const std::vector<sheet_point>> rims, const ink& color) override {
         flush();
         use(color);
-        for (const std::vector<sheet_point>& rim : rims) {
-            if (rim.empty())
-                continue;
-            move_to(rim.front());
-            for (const sheet_point& point : std::span(rim).subspan(1))
-                line_to(point);
-            out() += "h\n";
-        }
+        draw_rims(rims);
         out() += "f*\n";
+        settle();
+    }
+    void fill_shaded(std::span<const std::vector<sheet_point>> rims, const shading& colors) override {
+        flush();
+        use(colors.stops.front().second); // its opacity
+        const int number = shadings_.add(file_, colors, per_mm);
+        out() += "q\n";
+        draw_rims(rims);
+        out() += "W* n/S" + std::to_string(number) + " sh Q\n";
         settle();
     }
     void text(const sheet_text& line, const sheet_font& font) override {
@@ -126,7 +129,7 @@ public:
             append_number(used, opacity / static_cast<double>(opaque));
             used += ">>";
         }
-        used += ">>/Properties<<";
+        used += ">>/Shading<<" + shadings_.names() + ">>/Properties<<";
         std::string all;
         for (const auto& [name, entry] : layers_) {
             const std::string object = std::to_string(entry.number) + " 0 R ";
@@ -149,6 +152,16 @@ private:
     };
     static constexpr int no_layer = -1;
 
+    void draw_rims(std::span<const std::vector<sheet_point>> rims) {
+        for (const std::vector<sheet_point>& rim : rims) {
+            if (rim.empty())
+                continue;
+            move_to(rim.front());
+            for (const sheet_point& point : std::span(rim).subspan(1))
+                line_to(point);
+            out() += "h\n";
+        }
+    }
     std::string& out() {
         begin_layer();
         return content_->buffer();
@@ -309,6 +322,7 @@ private:
     std::optional<packed_bytes> content_; // of the sheet
     glyph_fonts glyphs_;
     pdf_fonts fonts_;
+    pdf_shadings shadings_;
     std::map<std::wstring, layer, std::less<>> layers_;
     int layer_ = no_layer;        // that is marked
     int wanted_layer_ = no_layer; // of what comes
