@@ -20,7 +20,7 @@ drawn_letter in_file(const std::shared_ptr<const shape_font>& file, unsigned num
 } // namespace
 
 drawn_letter letter_of(const font& font, wchar_t sign) {
-    const auto number = static_cast<unsigned>(sign);
+    const auto number = static_cast<char32_t>(sign);
     if (sign >= after_ascii && font.big_shapes != nullptr) {
         std::string bytes;
         const sys::code_page* const page = sys::code_page::find(font.big_page);

@@ -209,7 +209,8 @@ bool shape_pen::step(unsigned code, reader& codes, int depth, bool drawn) {
         return false;
     constexpr unsigned first_vector = 16;
     if (code >= first_vector) {
-        const auto length = static_cast<double>(code / first_vector);
+        const unsigned times = code / first_vector;
+        const double length = times;
         if (drawn)
             move(direction_x[code % first_vector] * length, direction_y[code % first_vector] * length);
         return true;

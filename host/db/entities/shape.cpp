@@ -92,6 +92,7 @@ Adesk::Boolean AcDbShape::subWorldDraw(AcGiWorldDraw* draw) {
     if (shape != nullptr) {
         for (const std::vector<AcGePoint2d>& stroke : shape->strokes) {
             std::vector<AcGePoint3d> points;
+            points.reserve(stroke.size());
             for (const AcGePoint2d& point : stroke)
                 points.push_back(at + x * point.x + y * point.y);
             draw->geometry().polyline(static_cast<Adesk::UInt32>(points.size()), points.data(), &up);
