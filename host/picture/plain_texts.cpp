@@ -98,8 +98,7 @@ bool painter::draw_plain_text(dxf::record_id entity) {
     if (shown.empty())
         return true;
     const gi::font& font = style.imp();
-    const gi::text_box box =
-        gi::measure_text(shown, font, height, width_factor, style.trackingPercent());
+    const gi::text_box box = gi::measure_text(shown, font, height, width_factor, style.trackingPercent());
     const AcGeVector3d x(std::cos(rotation), std::sin(rotation), 0.0);
     const AcGeVector3d y(-x.y, x.x, 0.0);
     gi::text_line line;
