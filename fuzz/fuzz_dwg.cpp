@@ -1,10 +1,12 @@
-// Any bytes as a DWG file, as the object that they would be with the right check sum, or as a packed page.
-// The first byte tells which. What can be read of them can be read again as DXF, and costs no more than it is
-// long.
+// Any bytes as a DWG file, as the object that they would be with the right check sum, as a body, as a data
+// store, or as a packed page. The first byte tells which. What can be read of them can be read again as DXF,
+// and costs no more than it is long.
 #include "host/dwg/bits.h"
 #include "host/dwg/checksums.h"
 #include "host/dwg/container.h"
+#include "host/dwg/data_store.h"
 #include "host/dwg/drawing_reader.h"
+#include "host/dwg/modeler_text.h"
 #include "host/dwg/record_writer.h"
 #include "host/dxf/drawing.h"
 
@@ -25,6 +27,33 @@ void read_file(const std::string& bytes) {
     }
     insist(!dwg::notes(*read).empty());
     static_cast<void>(dxf::drawing::from_bytes(bytes));
+}
+
+// All classes that have rows, in their order.
+std::vector<dwg::class_entry> classes() {
+    std::vector<dwg::class_entry> all;
+    for (const dwg::object_type& type : dwg::object_types())
+        if (!type.row->class_name.empty()) {
+            dwg::class_entry& one = all.emplace_back();
+            one.dxf_name = type.row->class_name;
+            one.is_entity = type.row->role == dwg::role::entity;
+        }
+    return all;
+}
+
+void read_store(std::string_view bytes) {
+    std::vector<std::wstring> damage;
+    std::string out;
+    const dwg::object_source source;
+    dwg::record_writer write(out, source);
+    dwg::write_data_store(write, dwg::read_data_store(bytes, damage));
+    constexpr std::size_t schemas = 4000;
+    insist(out.size() <= 20 * bytes.size() + schemas);
+}
+
+void read_body(std::string_view bytes) {
+    dwg::bit_reader in(bytes);
+    insist(dwg::modeler_text(in).size() <= 20 * bytes.size() + 100);
 }
 
 // The size in front and the check sum behind are put right, so that what is between is looked at.
@@ -55,6 +84,7 @@ void read_object(std::string_view body, int version) {
     dwg::object_source source;
     source.objects = bytes;
     source.version = version;
+    source.classes = classes();
     dwg::object_reader object(source);
     std::string out;
     dwg::record_writer write(out, source);
@@ -85,6 +115,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         read_file(std::string(bytes));
     else if (kind < std::size(versions))
         read_object(bytes.substr(1), versions[kind]);
+    else if (kind == std::size(versions))
+        read_store(bytes.substr(1));
+    else if (kind == std::size(versions) + 1)
+        read_body(bytes.substr(1));
     else if (kind % 2 == 0)
         static_cast<void>(dwg::unpack_2004(bytes.substr(1), room, out));
     else

@@ -108,15 +108,16 @@ private:
         if (begin > data.size() || data.size() - begin < 4)
             return tell(L"a part of the data store can not be read");
         const std::size_t size = little_endian(data, begin, 4);
-        if (size > data.size() - begin - 4)
+        if (size > data.size() - begin - 4 || size > bytes_.size() - taken_)
             return tell(L"a part of the data store is too large to be read");
+        taken_ += size; // parts that lie in one another do not make the drawing longer than the file
         one.bytes = data.substr(begin + 4, size);
         all.push_back(one);
     }
 
     std::string_view bytes_;
     std::vector<std::wstring>& damage_;
-    std::size_t list_ = 0, segments_ = 0;
+    std::size_t list_ = 0, segments_ = 0, taken_ = 0;
     std::vector<std::string_view> names_;
 };
 

@@ -13,7 +13,7 @@ class record_writer;
 
 struct stored_data {
     std::uint64_t owner = 0; // the object that it belongs to
-    std::string schema;      // what kind of data it is
+    std::string_view schema; // what kind of data it is
     std::string_view bytes;
 };
 

@@ -17,6 +17,8 @@ namespace {
     "=AcDbPlotSettings 1 2 4 6 40 41 42 43 44 45 46 47 48 49 140 141 142 143 70 72 73 74 7 75 147 76 77 78 " \
     "148 149 333 "
 
+// What a dimension is attached to: a path to an object, and a point of it. Intersections were not seen.
+#define ZEF_ATTACHED "T:1 RC:72 BL:=k {*k H:331} BS:73 BL:91 BD:40 3BD:10 BL:=i {!i B:75}"
 // A property of a visual style, with what it comes from.
 #define ZEF_P(field) field " BS:176 "
 #define ZEF_P_S ZEF_P("BS:90")
@@ -143,6 +145,10 @@ constexpr type_row rows[] = {
      "67 425 79 170 171 290 174 93 44 173 291} {-4 '45=0.0 } {-7 45} {-10 177} {13+ '177=3 } {10+ 291} {13+ "
      "'70=58 } %1",
      settle_visual_style},
+    {0, "DIMASSOC", "DIMASSOC", role::object,
+     "H:330 BL:90=f B:70 RC:71 %1 {?f&1 " ZEF_ATTACHED "} {?f&2 " ZEF_ATTACHED "} {?f&4 " ZEF_ATTACHED
+     "} {?f&8 " ZEF_ATTACHED "}",
+     "=AcDbDimAssoc 330 90 70 71 %1"},
     {0, "MLEADERSTYLE", "MLEADERSTYLE", role::object,
      "{10+ BS:179} BS:170 BS:171 BS:172 BL:90 BD:40 BD:41 BS:173 CMR:91 H:340 BL:92 B:290 BD:42 B:291 BD:43 "
      "T:3 H?:341 "
