@@ -131,7 +131,9 @@ std::string segment(std::string_view name, std::uint32_t first, std::uint32_t se
 }
 
 // Three segments: schemas, the list of data, the data of two owners and of one that was deleted.
-std::string store_of(std::uint32_t size_of_first) {
+// The list may name the first of them many times.
+std::string store_of(std::uint32_t size_of_first, std::uint32_t times = 1,
+                     const std::string& first = "solid") {
     const std::string names = number(2, 4) + std::string("AcDb_Thumbnail_Schema\0AcDb3DSolid_ASM_Data\0", 43);
     const auto entry = [](std::uint32_t segment, std::uint32_t at, std::uint32_t schema) {
         return number(segment, 4) + number(at, 4) + number(schema, 4);
@@ -139,13 +141,13 @@ std::string store_of(std::uint32_t size_of_first) {
     const auto head = [](std::uint64_t owner, std::uint32_t at) {
         return number(20, 4) + number(1, 4) + number(owner, 8) + number(at, 4);
     };
-    const std::string segments[] = {
-        segment("schidx", 3, 0, names),
-        segment("datidx", 0, 0,
-                number(3, 4) + number(0, 4) + entry(0, 0, 0) + entry(3, 0, 1) + entry(3, 20, 0)),
-        segment("_data_", 0, 6,
-                head(0x2E1, 0) + head(0x22, 9) + std::string(8, 'b') + number(size_of_first, 4) + "solid" +
-                    number(3, 4) + "PNG")};
+    std::string entries = number(times + 2, 4) + number(0, 4) + entry(0, 0, 0) + entry(3, 20, 0);
+    for (std::uint32_t i = 0; i < times; ++i)
+        entries += entry(3, 0, 1);
+    const std::string segments[] = {segment("schidx", 3, 0, names), segment("datidx", 0, 0, entries),
+                                    segment("_data_", 0, 6,
+                                            head(0x2E1, 7) + head(0x22, 0) + std::string(8, 'b') +
+                                                number(3, 4) + "PNG" + number(size_of_first, 4) + first)};
     std::string list = segment("segidx", 0, 0, number(0, 12));
     constexpr std::size_t head_size = 128;
     std::string bytes;
@@ -187,6 +189,10 @@ TEST(DwgDataStore, damage_is_told) {
     std::vector<std::wstring> damage;
     EXPECT_EQ(dwg::read_data_store(bytes, damage).size(), 1U);
     EXPECT_EQ(damage, std::vector<std::wstring>{L"a part of the data store is too large to be read"});
+    damage.clear();
+    const std::string nested = store_of(300, 100, std::string(300, 's'));
+    EXPECT_LT(dwg::read_data_store(nested, damage).size(), 10U) << "more than the file is long";
+    EXPECT_FALSE(damage.empty());
     for (std::size_t bit = 0; bit < bytes.size() * 8; bit += 3) {
         std::string flipped = store_of(5);
         flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ 1 << bit % 8);

@@ -18,7 +18,7 @@ namespace {
     "148 149 333 "
 
 // What a dimension is attached to: a path to an object, and a point of it. Intersections were not seen.
-#define ZEF_ATTACHED "T:1 RC:72 BL:=k {*k H:331} BS:73 BL:91 BD:40 3BD:10 BL:=i {!i B:75}"
+#define ZEF_ATTACHED "T:1 RC:72 BL:=k {*k H:331} BS:73 BL:91 BL:=i BD:40 3BD:10 {!i B:75}"
 // A property of a visual style, with what it comes from.
 #define ZEF_P(field) field " BS:176 "
 #define ZEF_P_S ZEF_P("BS:90")
