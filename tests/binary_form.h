@@ -21,9 +21,8 @@ inline void append_bits(std::string& out, std::uint64_t bits, int size) {
 // before R13 of one.
 inline std::string as_binary(std::string_view ascii, bool wide) {
     std::string out("AutoCAD Binary DXF\r\n\x1A\0", 22);
-    const std::string padded =
-        std::string(ascii) + std::string(sys::file_bytes::padding, '\0'); // as files are read
-    dxf::group_reader groups(std::string_view(padded).substr(0, ascii.size()));
+    const dxf::padded_string padded{std::string(ascii)};
+    dxf::group_reader groups(padded.view());
     dxf::raw_group group;
     while (groups.next(group)) {
         if (wide) {

@@ -447,12 +447,12 @@ TEST(DwgObjects, bodies_are_lines_of_text) {
     ASSERT_TRUE(read);
     EXPECT_EQ(read->proxies.at("3DSOLID"), 2U) << "what is not understood is kept as it is";
     EXPECT_FALSE(read->proxies.contains("REGION"));
-    EXPECT_NE(plain(read->dxf.substr(0, read->size))
-                  .find("REGION|5|40|330|1F|100|AcDbEntity|8|0|100|AcDbModelerGeometry|70|1|1|koo mi n "
-                        "o |1|ni ^ *+0|1|" +
-                        long_line.substr(0, 255) + "|3|" + long_line.substr(0, 255) + "|3|" +
-                        long_line.substr(0, 90) + "|0|"),
-              std::string::npos);
+    EXPECT_NE(
+        plain(read->dxf).find("REGION|5|40|330|1F|100|AcDbEntity|8|0|100|AcDbModelerGeometry|70|1|1|koo mi n "
+                              "o |1|ni ^ *+0|1|" +
+                              long_line.substr(0, 255) + "|3|" + long_line.substr(0, 255) + "|3|" +
+                              long_line.substr(0, 90) + "|0|"),
+        std::string::npos);
 }
 
 // The tables of types can be read, and every type can be written.

@@ -27,10 +27,6 @@ test::dwg_maker small_drawing() {
     return maker;
 }
 
-std::string text_of(const dwg::drawing_text& drawing) {
-    return drawing.dxf.substr(0, drawing.size);
-}
-
 TEST(Dwg, bits) {
     const auto of = [](std::string_view bytes) { return dwg::bit_reader(bytes); };
     EXPECT_EQ(of("\x00\x40\x40"s).BS(), 257);
@@ -98,7 +94,7 @@ TEST(Dwg, becomes_a_drawing) {
     EXPECT_EQ((*drawing)->version(), 1015);
     EXPECT_EQ((*drawing)->header_value("$DWGCODEPAGE"), "ANSI_936");
     EXPECT_TRUE((*drawing)->messages().front().starts_with(L"DWG of 2000, 26 objects"));
-    const std::string text = text_of(*read);
+    const std::string text = read->dxf;
     for (const char* record : {
              "  0\r\nLINE\r\n  5\r\n40\r\n330\r\n1F\r\n100\r\nAcDbEntity\r\n  8\r\n\xB8\xF8\xCB\xAE^ "
              "\r\n100\r\nAcDbLine\r\n"
@@ -130,7 +126,7 @@ TEST(Dwg, many_objects_keep_their_order) {
         bytes[maker.address(handle) + 20] ^= 1;
     const auto read = dwg::read_drawing(bytes);
     ASSERT_TRUE(read);
-    const std::string text = text_of(*read);
+    const std::string text = read->dxf;
     std::size_t at = text.find("  5\r\n40\r\n");
     for (std::uint64_t i = 0; i < count; ++i) {
         if (first + i == damaged[0] || first + i == damaged[1])
@@ -170,8 +166,8 @@ TEST(Dwg, damage_is_told_and_the_rest_opens) {
     EXPECT_NE(std::find(read->damage.begin(), read->damage.end(),
                         L"object 41: its check sum is wrong; it is left out"),
               read->damage.end());
-    EXPECT_NE(text_of(*read).find("\r\nDN50\r\n"), std::string::npos);
-    EXPECT_EQ(text_of(*read).find("  5\r\n41\r\n"), std::string::npos);
+    EXPECT_NE(read->dxf.find("\r\nDN50\r\n"), std::string::npos);
+    EXPECT_EQ(read->dxf.find("  5\r\n41\r\n"), std::string::npos);
     // Any bit: refused with words, or opened.
     const std::string sound = maker.file();
     for (std::size_t bit = 0; bit < sound.size() * 8; bit += 97) {

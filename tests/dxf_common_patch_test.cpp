@@ -22,7 +22,7 @@ constexpr row records[] = {
     {"0 LINE|5 A0|100 AcDbLine|8 WALL|100 AcDbEntity|62 3", false},
 };
 
-std::string by_groups(std::string_view record, int code, const char* value) {
+std::string by_groups(dxf::padded_text record, int code, const char* value) {
     dxf::group_list list(record);
     if (value != nullptr)
         list.set_text(db::entity_place, code, value);
@@ -31,7 +31,7 @@ std::string by_groups(std::string_view record, int code, const char* value) {
     return list.write({"\n", true, 6, 9});
 }
 
-std::optional<std::string> by_bytes(std::string_view record, int code, const char* value) {
+std::optional<std::string> by_bytes(dxf::padded_text record, int code, const char* value) {
     return value != nullptr ? dxf::with_common(record, {"\n", true, 6, 9}, db::entity_place, code, value)
                             : dxf::without_common(record, db::entity_place, code);
 }
@@ -51,10 +51,8 @@ TEST(DxfCommonPatch, WritesWhatTheGroupsWould) {
             for (const std::string& behind :
                  {std::string(ends), std::string(ends) + "|1001 APP|1070 8|1000 60",
                   std::string(ends) + "|" + std::to_string(code) + " 0"}) {
-                std::string text = test::groups(record + behind);
-                const std::size_t size = text.size();
-                text.append(64, '\0'); // readers look so far
-                const std::string_view whole = std::string_view(text).substr(0, size);
+                const dxf::padded_string text(test::groups(record + behind));
+                const dxf::padded_text whole = text.view();
                 const auto patched = by_bytes(whole, code, value);
                 if (patched) {
                     EXPECT_EQ(*patched, by_groups(whole, code, value)) << whole << code;

@@ -204,10 +204,8 @@ TEST(DxfOddities, WhatEntitiesHaveInCommonIsTheirsWhereverItStands) {
         EXPECT_EQ(layer_of(), "NEW") << row.entity;
     }
     // A group that is new stands with the others of its kind, also when these are scattered.
-    const std::string_view line = "0\nLINE\n5\nA\n100\nAcDbEntity\n100\nAcDbLine\n8\nWALL\n10\n1\n";
-    const std::string readable =
-        std::string(line) + std::string(64, '\0'); // behind the end, as texts of files are
-    dxf::group_list list(std::string_view(readable).substr(0, line.size()));
+    const dxf::padded_string line{"0\nLINE\n5\nA\n100\nAcDbEntity\n100\nAcDbLine\n8\nWALL\n10\n1\n"};
+    dxf::group_list list(line.view());
     list.set_integer(db::entity_place, 62, 3);
     EXPECT_EQ(list.write({"\n", false, 0, 0}),
               "0\nLINE\n5\nA\n100\nAcDbEntity\n62\n3\n100\nAcDbLine\n8\nWALL\n10\n1\n");

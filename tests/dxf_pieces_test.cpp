@@ -31,10 +31,10 @@ protected:
 
     // The bytes of the records that pieces offer.
     static std::size_t taken_from_pieces(const std::string& bytes) {
-        const std::string padded = bytes + std::string(64, '\0');
-        dxf::piece_scan pieces(std::string_view(padded).substr(0, bytes.size()), {1000, 2});
+        const dxf::padded_string padded(bytes);
+        dxf::piece_scan pieces(padded.view(), {1000, 2});
         std::size_t taken = 0;
-        const char* at = padded.data();
+        const char* at = padded.view().data();
         while (const dxf::scanned_piece* const piece = pieces.from(at)) {
             taken += static_cast<std::size_t>(piece->end - piece->begin);
             at = piece->end;

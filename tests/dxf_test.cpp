@@ -150,16 +150,13 @@ TEST(Dxf, TheIndexFollowsEveryChangeOfARecord) {
     const dxf::record_id id = records.find(0xA1);
     ASSERT_NE(id, dxf::no_record);
     std::uint64_t owner = 0x1F; // as the record says: an index made by place has the space until it changes
-    const std::string begun = groups(line + "|39 1") + std::string(64, '\0');
-    ASSERT_TRUE(records.replace(id, std::string_view(begun).substr(0, begun.size() - 64)));
+    ASSERT_TRUE(records.replace(id, groups(line + "|39 1")));
     for (const std::string group : {"60 1", "8 roof", "330 20", "62 8", "6 8", "100 AcDbLine", "102 {A"})
         for (std::size_t at = line.find('|'); at != line.npos; at = line.find('|', at + 1))
             for (const std::string& said : {line.substr(0, at + 1) + group + line.substr(at), line}) {
-                const std::string text = groups(said);
-                const std::string readable = text + std::string(64, '\0');
-                ASSERT_TRUE(records.replace(id, std::string_view(readable).substr(0, text.size()))) << said;
-                const auto header =
-                    dxf::read_entity_header(std::string_view(readable).substr(0, text.size()));
+                const dxf::padded_string text(groups(said));
+                ASSERT_TRUE(records.replace(id, text.view())) << said;
+                const auto header = dxf::read_entity_header(text.view());
                 owner = header.owner != 0 ? header.owner : owner;
                 EXPECT_EQ(records.layer_names()[records.layer(id)], header.layer) << said;
                 EXPECT_EQ(records.owner_handle(id), owner) << said;
@@ -208,10 +205,8 @@ TEST(Dxf, NewGroupsFollowTheMannerOfTheFile) {
               "  0\r\nLINE\r\n  5\r\n1\r\n102\r\n{A\r\n 62\r\n     9\r\n102\r\n}\r\n  8\r\nA\r\n 62\r\n     "
               "3\r\n"}}) {
         static constexpr int order[] = {8, 6, 62};
-        std::string text(row.record);
-        const std::size_t size = text.size();
-        text.append(64, '\0');
-        dxf::group_list list(std::string_view(text).substr(0, size));
+        const dxf::padded_string text(row.record);
+        dxf::group_list list(text.view());
         list.set_integer({"AcDbEntity", order}, 62, 3);
         EXPECT_EQ(list.write({"\r\n", true}), row.expected);
         list.remove({"AcDbEntity", order}, 62);

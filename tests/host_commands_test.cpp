@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint64_t first_new_handle = 0x200; // of r2018.dxf
 
 // The values of some groups of an entity, numbers rounded to two places.
-std::string values(std::string_view record, std::initializer_list<int> codes) {
+std::string values(dxf::padded_text record, std::initializer_list<int> codes) {
     std::string found;
     const dxf::group_list groups(record);
     for (const int code : codes)
@@ -26,7 +26,7 @@ std::string values(std::string_view record, std::initializer_list<int> codes) {
 
 std::string described(const dxf::record_table& records, dxf::record_id id) {
     const std::string type(records.type_name(id));
-    const std::string_view text = records.text(id);
+    const dxf::padded_text text = records.text(id);
     if (type == "LINE")
         return type + values(text, {10, 20, 11, 21});
     if (type == "CIRCLE")

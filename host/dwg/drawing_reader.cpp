@@ -26,9 +26,6 @@ base::result<drawing_text> read_drawing(std::string_view bytes) {
     assembly(*file, out).run();
     if (out.objects == 0)
         return base::failure{L"the map of the objects of this DWG file is damaged"};
-    constexpr std::size_t padding = 64;
-    out.size = out.dxf.size();
-    out.dxf.append(padding, '\0');
     return out;
 }
 

@@ -14,8 +14,7 @@
 namespace dwg {
 
 struct drawing_text {
-    std::string dxf; // 64 bytes that may be read follow its `size`
-    std::size_t size = 0;
+    std::string dxf;
     int version = 0;                            // as $ACADVER has it: 1015 for 2000
     std::size_t objects = 0;                    // of the file
     std::map<std::string, std::size_t> proxies; // kept as they are without being understood, by their kind

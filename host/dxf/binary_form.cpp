@@ -20,7 +20,6 @@ namespace {
 constexpr std::string_view file_mark("AutoCAD Binary DXF\r\n\x1A\0", 22);
 constexpr char far_code = '\xFF'; // in front of a code of two bytes, where codes have one
 constexpr int highest_code = 1071;
-constexpr std::size_t padding = 64;
 constexpr std::size_t longest_chunk = 127; // bytes of a binary chunk, as other programs write them
 
 // The bytes of a number, lowest first, as every binary drawing has them.
@@ -258,16 +257,17 @@ base::result<void> binary_form::read(std::string_view bytes) {
     wide_codes_ =
         bytes.size() < at + 2 || (bytes[at] == '\0' ? bytes[at + 1] == '\0' : bytes[at] != far_code);
     records_ = {{0, at}};
-    text_.reserve(bytes.size() * 2);
+    std::string text;
+    text.reserve(bytes.size() * 2);
     binary_reader reader(bytes, wide_codes_);
     for (bool ended = false; !ended;) {
-        const std::size_t text_at = text_.size();
+        const std::size_t text_at = text.size();
         const std::size_t group_at = at;
-        switch (reader.next(at, text_)) {
+        switch (reader.next(at, text)) {
         case binary_reader::outcome::group:
             if (reader.code == 0) {
                 records_.push_back({text_at, group_at});
-                ended = std::string_view(text_).substr(text_at) == "0\nEOF\n";
+                ended = std::string_view(text).substr(text_at) == "0\nEOF\n";
             }
             break;
         case binary_reader::outcome::cut:
@@ -279,8 +279,7 @@ base::result<void> binary_form::read(std::string_view bytes) {
                                  L" is no group code"};
         }
     }
-    size_ = text_.size();
-    text_.append(padding, '\0');
+    text_ = padded_string(std::move(text));
     return {};
 }
 
@@ -294,21 +293,22 @@ std::size_t binary_form::record_around(std::size_t offset) const {
 
 std::size_t binary_form::record_at(std::string_view text) const {
     const std::less<const char*> before;
-    if (before(text.data(), text_.data()) || !before(text.data(), text_.data() + size_))
+    const std::string_view whole = this->text();
+    if (before(text.data(), whole.data()) || !before(text.data(), whole.data() + whole.size()))
         return npos;
-    const auto offset = static_cast<std::size_t>(text.data() - text_.data());
+    const auto offset = static_cast<std::size_t>(text.data() - whole.data());
     const std::size_t record = record_around(offset);
     return records_[record].text == offset ? record : npos;
 }
 
 std::size_t binary_form::byte_of(const char* at) const {
-    const auto offset = static_cast<std::size_t>(at - text_.data());
-    return offset < size_ ? records_[record_around(offset)].bytes : std::min(cut_at_, bytes_.size());
+    const auto offset = static_cast<std::size_t>(at - text().data());
+    return offset < text().size() ? records_[record_around(offset)].bytes : std::min(cut_at_, bytes_.size());
 }
 
 std::string_view binary_form::record_text(std::size_t record) const {
-    const std::size_t end = record + 1 < records_.size() ? records_[record + 1].text : size_;
-    return std::string_view(text_).substr(records_[record].text, end - records_[record].text);
+    const std::size_t end = record + 1 < records_.size() ? records_[record + 1].text : text().size();
+    return text().substr(records_[record].text, end - records_[record].text);
 }
 
 std::string_view binary_form::record_bytes(std::size_t record) const {
@@ -318,7 +318,7 @@ std::string_view binary_form::record_bytes(std::size_t record) const {
     return bytes_.substr(records_[record].bytes, end - records_[record].bytes);
 }
 
-std::string binary_form::bytes_of(std::string_view text, std::size_t record) const {
+std::string binary_form::bytes_of(padded_text text, std::size_t record) const {
     // The groups of the record as it stands in the file, by their lines: where their bytes begin.
     struct known {
         std::size_t begin;

@@ -5,6 +5,7 @@
 
 #include "adesk.h"
 #include "base/result.h"
+#include "host/dxf/padded_text.h"
 
 #include <cstddef>
 #include <string>
@@ -22,8 +23,8 @@ public:
     // read. On failure says at which byte something is wrong.
     base::result<void> read(std::string_view bytes);
 
-    // The drawing as text, to the end of its last whole group. Stays where it is; 64 readable bytes follow.
-    std::string_view text() const { return std::string_view(text_).substr(0, size_); }
+    // The drawing as text, to the end of its last whole group. Stays where it is.
+    padded_text text() const { return text_.view(); }
     // Where the group begins that the end of the file cuts off, or the file's size when the drawing ended
     // without its EOF, counted in bytes; npos when it is whole.
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
@@ -44,7 +45,7 @@ public:
 
     // The bytes of a text. Groups that stand in `record` too (npos: none) have the bytes that they have
     // there.
-    std::string bytes_of(std::string_view text, std::size_t record) const;
+    std::string bytes_of(padded_text text, std::size_t record) const;
 
 private:
     std::size_t record_around(std::size_t offset) const;
@@ -56,8 +57,7 @@ private:
 
     std::string_view bytes_;
     bool wide_codes_ = true; // group codes of two bytes, since R13; before it one byte, or 255 and two
-    std::string text_;
-    std::size_t size_ = 0;
+    padded_string text_;
     std::size_t cut_at_ = npos;
     std::vector<place> records_;
 };

@@ -110,7 +110,7 @@ private:
 
 // The header of an entity's text. Whether it stands in paper space may be said anywhere in it: who does not
 // want to know it need not read all of it.
-inline record_header read_entity_header(std::string_view text, bool wants_space = true) {
+inline record_header read_entity_header(padded_text text, bool wants_space = true) {
     group_reader groups(text);
     raw_group group;
     if (!groups.next(group) || group.code != 0)

@@ -17,7 +17,7 @@ struct common_spot {
     const char* behind = nullptr; // the groups that are written before it
 };
 
-std::optional<common_spot> find_spot(std::string_view record, const group_place& place, int code) {
+std::optional<common_spot> find_spot(padded_text record, const group_place& place, int code) {
     const auto rank = [&](int wanted) {
         return std::find(place.order.begin(), place.order.end(), wanted) - place.order.begin();
     };
@@ -67,13 +67,13 @@ std::string spliced(std::string_view record, const char* from, std::string_view 
 
 } // namespace
 
-std::optional<std::string_view> common_value(std::string_view record, const group_place& place, int code) {
+std::optional<std::string_view> common_value(padded_text record, const group_place& place, int code) {
     const std::optional<common_spot> spot = find_spot(record, place, code);
     return spot && spot->found.code == code ? std::optional(spot->found.value) : std::nullopt;
 }
 
-std::optional<std::string> with_common(std::string_view record, const group_style& style,
-                                       const group_place& place, int code, std::string_view value) {
+std::optional<std::string> with_common(padded_text record, const group_style& style, const group_place& place,
+                                       int code, std::string_view value) {
     const std::optional<common_spot> spot = find_spot(record, place, code);
     if (!spot)
         return std::nullopt;
@@ -88,7 +88,7 @@ std::optional<std::string> with_common(std::string_view record, const group_styl
     return spliced(record, spot->behind, group, spot->behind);
 }
 
-std::optional<std::string> without_common(std::string_view record, const group_place& place, int code) {
+std::optional<std::string> without_common(padded_text record, const group_place& place, int code) {
     const std::optional<common_spot> spot = find_spot(record, place, code);
     if (!spot || spot->found.code != code)
         return std::nullopt;

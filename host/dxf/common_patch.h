@@ -16,16 +16,15 @@
 namespace dxf {
 
 // The value of a common group that the record has once, in its common part.
-ACDB_PORT std::optional<std::string_view> common_value(std::string_view record, const group_place& place,
+ACDB_PORT std::optional<std::string_view> common_value(padded_text record, const group_place& place,
                                                        int code);
 
 // The record's text with a common group set, behind the groups that `place` writes before it where there is
-// none yet. `record` must be followed by 64 readable bytes.
-ACDB_PORT std::optional<std::string> with_common(std::string_view record, const group_style& style,
+// none yet.
+ACDB_PORT std::optional<std::string> with_common(padded_text record, const group_style& style,
                                                  const group_place& place, int code, std::string_view value);
 
 // The record's text without that group; nothing also where it has none.
-ACDB_PORT std::optional<std::string> without_common(std::string_view record, const group_place& place,
-                                                    int code);
+ACDB_PORT std::optional<std::string> without_common(padded_text record, const group_place& place, int code);
 
 } // namespace dxf

@@ -96,22 +96,20 @@ base::result<std::unique_ptr<drawing>> drawing::open(const std::filesystem::path
         return base::failure{bytes.error()};
     std::unique_ptr<drawing> opened(new drawing);
     opened->file_ = std::move(*bytes);
-    if (auto read = opened->read(opened->file_.view(), encoding); !read)
+    if (auto read = opened->read(padded_text::promised(opened->file_.view()), encoding); !read)
         return base::failure{L"'" + sys::from_path(file) + L"': " + read.error()};
     return opened;
 }
 
 base::result<std::unique_ptr<drawing>> drawing::from_bytes(std::string bytes, int encoding) {
     std::unique_ptr<drawing> opened(new drawing);
-    opened->memory_ = std::move(bytes);
-    const std::size_t size = opened->memory_.size();
-    opened->memory_.append(sys::file_bytes::padding, '\0');
-    if (auto read = opened->read(std::string_view(opened->memory_).substr(0, size), encoding); !read)
+    opened->memory_ = padded_string(std::move(bytes));
+    if (auto read = opened->read(opened->memory_.view(), encoding); !read)
         return base::failure{read.error()};
     return opened;
 }
 
-base::result<void> drawing::read(std::string_view bytes, int encoding) {
+base::result<void> drawing::read(padded_text bytes, int encoding) {
     const auto text = text_of(bytes);
     if (!text)
         return base::failure{text.error()};
@@ -120,13 +118,13 @@ base::result<void> drawing::read(std::string_view bytes, int encoding) {
     // A repair that would have to be repaired in its turn is none: what was made of the drawing is read
     // again.
     drawing again;
+    std::string written;
     write([&](std::string_view piece) {
-        again.memory_ += piece;
+        written += piece;
         return true;
     });
-    const std::size_t size = again.memory_.size();
-    again.memory_.append(sys::file_bytes::padding, '\0');
-    const auto reread = again.text_of(std::string_view(again.memory_).substr(0, size));
+    again.memory_ = padded_string(std::move(written));
+    const auto reread = again.text_of(again.memory_.view());
     if (reread && again.index(*reread, codec_.number()) && again.repairs_.empty())
         return {};
     const repair& first = repairs_.front();
@@ -135,7 +133,7 @@ base::result<void> drawing::read(std::string_view bytes, int encoding) {
 }
 
 // The text that a file's bytes stand for.
-base::result<std::string_view> drawing::text_of(std::string_view bytes) {
+base::result<padded_text> drawing::text_of(padded_text bytes) {
     if (binary_form::recognises(bytes)) {
         binary_ = std::make_unique<binary_form>();
         if (auto read = binary_->read(bytes); !read)
@@ -150,20 +148,19 @@ base::result<std::string_view> drawing::text_of(std::string_view bytes) {
         if (!made)
             return base::failure{made.error()};
         encoding_note_ = dwg::notes(*made);
-        mended_ = std::move(made->dxf);
-        return std::string_view(mended_).substr(0, made->size);
+        mended_ = padded_string(std::move(made->dxf));
+        return mended_.view();
     }
     if (std::wstring why = other_format(bytes); !why.empty())
         return base::failure{std::move(why)};
     if (!ends_with_returns(bytes))
         return bytes;
     form_ = line_form::returns;
-    mended_ = exchanged(bytes);
-    mended_.append(sys::file_bytes::padding, '\0');
-    return std::string_view(mended_).substr(0, bytes.size());
+    mended_ = padded_string(exchanged(bytes));
+    return mended_.view();
 }
 
-base::result<void> drawing::index(std::string_view text, int encoding) {
+base::result<void> drawing::index(padded_text text, int encoding) {
     std::optional<indexer> index;
     // First zero bytes are taken out, then lines are mended, which may show further damage; soon a look finds
     // nothing.
@@ -191,10 +188,8 @@ base::result<void> drawing::index(std::string_view text, int encoding) {
                 refused({repairs.front().at, repairs.front().what + L", and that can not be repaired"})};
         take(repairs);
         shift_lines(edits);
-        mended_ = edited(text, edits);
-        const std::size_t size = mended_.size();
-        mended_.append(sys::file_bytes::padding, '\0');
-        text = std::string_view(mended_).substr(0, size);
+        mended_ = padded_string(edited(text, edits));
+        text = mended_.view();
     }
     parts_ = index->parts();
     if (binary_ != nullptr)
@@ -325,7 +320,7 @@ record_id drawing::table(std::string_view name) const {
 std::optional<std::string_view> drawing::header_value(std::string_view variable) const {
     if (parts_.header == no_record)
         return std::nullopt;
-    const std::string_view text = records_->text(parts_.header);
+    const padded_text text = records_->text(parts_.header);
     if (!same_place(text, variables_of_)) {
         variables_of_ = text;
         variables_.clear();
@@ -402,7 +397,7 @@ std::string drawing::header_with_seed() const {
 }
 
 // The CLASS records whose number of objects (group 91) is another one since objects of theirs came or went.
-void drawing::count_classes(std::unordered_map<record_id, std::string>& texts) const {
+void drawing::count_classes(std::unordered_map<record_id, padded_string>& texts) const {
     if (parts_.classes == no_record || records_->journal().empty())
         return;
     std::vector<std::int64_t> counts(records_->type_names().size(), -1); // -1: none of the type came or went
@@ -431,15 +426,10 @@ void drawing::count_classes(std::unordered_map<record_id, std::string>& texts) c
 }
 
 bool drawing::write(const std::function<bool(std::string_view)>& put) const {
-    std::unordered_map<record_id, std::string> instead; // texts that are settled only now
+    std::unordered_map<record_id, padded_string> instead; // texts that are settled only now
     if (std::string header = header_with_seed(); !header.empty())
         instead.emplace(parts_.header, std::move(header));
     count_classes(instead);
-    for (auto& [id, text] : instead) { // readers of groups look at 64 bytes behind a text
-        const std::size_t size = text.size();
-        text.resize(size + 64);
-        text.resize(size);
-    }
     const auto give = [&](std::string_view bytes) {
         return bytes.empty() || (form_ == line_form::feeds ? put(bytes) : put(exchanged(bytes)));
     };
@@ -453,11 +443,13 @@ bool drawing::write(const std::function<bool(std::string_view)>& put) const {
         if (!is_saved(id))
             continue;
         const auto settled = instead.empty() ? instead.end() : instead.find(id);
-        std::string_view bytes = settled != instead.end() ? settled->second : records_->text_to_save(id);
+        const padded_text text =
+            settled != instead.end() ? settled->second.view() : records_->text_to_save(id);
+        std::string_view bytes = text;
         if (binary_ != nullptr) {
             const std::size_t record = id < in_binary_.size() ? in_binary_[id] : binary_form::npos;
             if (record == binary_form::npos || !same_place(bytes, binary_->record_text(record))) {
-                if (!give(run) || !give(binary_->bytes_of(bytes, record)))
+                if (!give(run) || !give(binary_->bytes_of(text, record)))
                     return false;
                 run = {};
                 continue;

@@ -82,25 +82,25 @@ private:
     enum class line_form { feeds, returns }; // LF or CRLF; CR alone, which LF stands for in the text
 
     drawing() = default;
-    base::result<void> read(std::string_view bytes, int encoding);
-    base::result<std::string_view> text_of(std::string_view bytes);
-    base::result<void> index(std::string_view text, int encoding);
+    base::result<void> read(padded_text bytes, int encoding);
+    base::result<padded_text> text_of(padded_text bytes);
+    base::result<void> index(padded_text text, int encoding);
     void shift_lines(const std::vector<text_edit>& edits);
     void take_encoding(int encoding);
     std::vector<std::size_t> lines_of(const std::vector<const char*>& places) const;
     std::wstring refused(const refusal& why) const;
     void take(const placed_repairs& repairs);
     std::string header_with_seed() const;
-    void count_classes(std::unordered_map<record_id, std::string>& texts) const;
+    void count_classes(std::unordered_map<record_id, padded_string>& texts) const;
     record_id make(record_id previous, std::initializer_list<group_list::fresh_group> groups,
                    record_kind kind);
     void remember_made(record_id first, record_id last);
     bool owner_is_gone(record_id id) const;
 
     sys::file_bytes file_; // the bytes of the file are in this,
-    std::string memory_;   // or in that
-    std::string mended_;   // the text, where it is another one than the bytes
-    std::string_view text_;
+    padded_string memory_; // or in that
+    padded_string mended_; // the text, where it is another one than the bytes
+    padded_text text_;
     line_form form_ = line_form::feeds;
     std::unique_ptr<binary_form> binary_; // null: the file is ASCII
     std::vector<std::size_t> in_binary_;  // numbers of the records in the binary form

@@ -179,7 +179,7 @@ void append_group(std::string& out, const group_style& style, int code, std::str
     out += style.line_end;
 }
 
-group_list::group_list(std::string_view record) {
+group_list::group_list(padded_text record) {
     constexpr std::size_t bytes_per_group = 12; // about as many as most have
     groups_.reserve(record.size() / bytes_per_group + 8);
     group_reader reader(record);

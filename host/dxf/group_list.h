@@ -50,7 +50,7 @@ public:
 
     group_list() = default;
     // Reads a record's text; the text must outlive the list.
-    explicit group_list(std::string_view record);
+    explicit group_list(padded_text record);
     group_list(group_list&&) = default;
     group_list& operator=(group_list&&) = default;
 

@@ -1,9 +1,11 @@
 // Walks a run of ASCII DXF bytes group by group, where it lies, copying nothing.
 //
-// The bytes must be followed by 64 readable ones (sys::file_bytes and text_arena see to it): line ends are
-// looked for in blocks of that many. A group is two lines, code and value; a line that should be a code and
-// is none belongs to the value before it, since programs do write raw line ends inside texts.
+// Line ends are looked for in blocks of 64 bytes, behind the text's end too. A group is two lines, code and
+// value; a line that should be a code and is none belongs to the value before it, since programs do write raw
+// line ends inside texts.
 #pragma once
+
+#include "host/dxf/padded_text.h"
 
 #include <bit>
 #include <cstdint>
@@ -51,7 +53,7 @@ inline int parse_code(const char* p, const char* end) {
 // The ends of lines, one after the other.
 class line_scanner {
 public:
-    line_scanner(const char* begin, const char* end) : block_(begin), end_(end) { load(); }
+    explicit line_scanner(padded_text text) : block_(text.data()), end_(text.data() + text.size()) { load(); }
 
     // The next line feed, or the end of the bytes.
     const char* next() {
@@ -128,13 +130,12 @@ private:
 
 class group_reader {
 public:
-    // Reads [begin, end). The first line must be a group code, else next() gives nothing.
-    group_reader(const char* begin, const char* end) : lines_(begin, end), at_(begin), end_(end) {
+    // The first line must be a group code, else next() gives nothing.
+    explicit group_reader(padded_text text)
+        : lines_(text), at_(text.data()), end_(text.data() + text.size()) {
         if (at_ != end_)
             read_code();
     }
-
-    explicit group_reader(std::string_view text) : group_reader(text.data(), text.data() + text.size()) {}
 
     // Reads the next group; false at the end, or at a code line without a value line.
     bool next(raw_group& group) {

@@ -166,7 +166,7 @@ std::optional<refusal> indexer::run() {
             high_bytes = high_bytes || groups.high_bytes() || piece->high_bytes;
             zero_bytes = zero_bytes || groups.zero_bytes();
             stray_lines = 0;
-            groups = group_reader(piece->end, text_.data() + text_.size());
+            groups = group_reader(text_.substr(static_cast<std::size_t>(piece->end - text_.data())));
             piece = pieces.from(piece->end);
             continue;
         }
@@ -259,8 +259,8 @@ record_id indexer::begin_record(const raw_group& group) {
     const std::uint32_t type = records_.put_type(type_name_of(group.value));
     if (in_parts_ || type <= type_block) // nothing else ends anything
         end_what_is_open(type, group.begin);
-    const record_id id = records_.append({group.begin, static_cast<std::size_t>(group.end - group.begin)},
-                                         kind_of(type), type);
+    const record_id id =
+        records_.append(padded_text::promised({group.begin, group.end}), kind_of(type), type);
     switch (records_.kind(id)) {
     case record_kind::structure:
         if (type == type_section)

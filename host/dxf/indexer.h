@@ -59,8 +59,8 @@ struct refusal {
 
 class ACDB_PORT indexer {
 public:
-    // `text` must stay where it is and be followed by 64 readable bytes.
-    indexer(std::string_view text, record_table& records) : text_(text), records_(records) {}
+    // `text` must stay where it is.
+    indexer(padded_text text, record_table& records) : text_(text), records_(records) {}
 
     // Fills the records, with handles, layers and owners as they stand in the file. Why this is no drawing;
     // nothing when all went well.
@@ -87,7 +87,7 @@ private:
     void settle_owners();
     record_id space_block(std::string_view name);
 
-    std::string_view text_;
+    padded_text text_;
     record_table& records_;
     drawing_parts parts_;
     drawing_damage damage_;

@@ -113,7 +113,7 @@ line_manner::line_manner(const record_table& records, const std::vector<record_i
                            kind == record_kind::block || kind == record_kind::structure;
         if (learned[records.type(id)]++ >= (names ? records_of_tables : records_of_a_type))
             continue;
-        const std::string_view text = records.text(id);
+        const padded_text text = records.text(id);
         learn(text, false);
         if (kind == record_kind::table)
             tables_.insert(value_of(text, 2));
@@ -145,7 +145,7 @@ line_manner::line_manner(const record_table& records, const std::vector<record_i
 }
 
 // Of a damaged record only pairs of groups are learned that both look sound.
-void line_manner::learn(std::string_view record, bool damaged) {
+void line_manner::learn(padded_text record, bool damaged) {
     group_reader groups(record);
     raw_group group;
     place at;

@@ -107,7 +107,7 @@ private:
         std::uint32_t times(int code) const;
     };
 
-    void learn(std::string_view record, bool damaged);
+    void learn(padded_text record, bool damaged);
     void learn_types(const record_table& records);
 
     std::vector<std::string_view> types_;

@@ -33,7 +33,7 @@ int code_of(const char* p, const char* end) {
 // Where a record seems to begin: a line with the code 0, one that begins as types do, and a line with a code.
 // A value 0 is followed by a code, which begins with no letter. Null when there is none.
 const char* find_record(const char* from, const char* to) {
-    line_scanner lines(from, to);
+    line_scanner lines(padded_text::promised({from, to}));
     const char* feed = lines.next();
     const char* zero = nullptr;  // the line before, where it is a 0
     const char* typed = nullptr; // the 0 before that, where a type follows it
@@ -59,7 +59,8 @@ bool is_frame(std::string_view type) {
 // Reads records from a place on, until the end of the piece or the first thing that wants care.
 class reader {
 public:
-    reader(scanned_piece& piece, const char* begin) : piece_(piece), lines_(begin, piece.to), at_(begin) {}
+    reader(scanned_piece& piece, const char* begin)
+        : piece_(piece), lines_(padded_text::promised({begin, piece.to})), at_(begin) {}
 
     void read() {
         constexpr std::size_t bytes_per_record = 128;
@@ -156,7 +157,7 @@ scan_manner& piece_scan::usual_manner() {
     return manner;
 }
 
-piece_scan::piece_scan(std::string_view text, const scan_manner& manner) {
+piece_scan::piece_scan(padded_text text, const scan_manner& manner) {
     const std::size_t size = manner.piece_size;
     if (text.size() < 2 * size)
         return;

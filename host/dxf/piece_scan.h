@@ -9,6 +9,7 @@
 
 #include "adesk.h"
 #include "host/dxf/names.h"
+#include "host/dxf/padded_text.h"
 
 #include <atomic>
 #include <cstddef>
@@ -53,8 +54,8 @@ public:
     // How texts are looked over where nothing else is said; tests change it.
     static scan_manner& usual_manner();
 
-    // The text must stay where it is and be followed by 64 readable bytes.
-    piece_scan(std::string_view text, const scan_manner& manner);
+    // The text must stay where it is.
+    piece_scan(padded_text text, const scan_manner& manner);
     ~piece_scan();
     piece_scan(const piece_scan&) = delete;
     piece_scan& operator=(const piece_scan&) = delete;

@@ -120,7 +120,7 @@ private:
 };
 
 // The first value of a code in a record's text, without blanks around it; empty when there is none.
-inline std::string_view value_of(std::string_view text, int code) {
+inline std::string_view value_of(padded_text text, int code) {
     group_reader groups(text);
     raw_group group;
     while (groups.next(group))
@@ -130,7 +130,7 @@ inline std::string_view value_of(std::string_view text, int code) {
 }
 
 // The header of one record's text.
-inline record_header read_record_header(std::string_view text) {
+inline record_header read_record_header(padded_text text) {
     group_reader groups(text);
     raw_group group;
     if (!groups.next(group) || group.code != 0)

@@ -126,7 +126,7 @@ record_id record_mender::section_of_entities() {
 // The records that the index put in for missing ends get their text.
 void record_mender::write_ends() {
     if (damage_.open_line) { // a blank one that is open says nothing
-        const std::string_view lines = tools_.records.text(damage_.last);
+        const padded_text lines = tools_.records.text(damage_.last);
         const std::size_t whole = lines.rfind('\n') + 1;
         const group_list groups(lines);
         const bool is_more = !groups.empty() && groups.groups().back().value.find('\n') != lines.npos;

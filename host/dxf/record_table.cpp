@@ -24,7 +24,7 @@ constexpr std::string_view known_type_names[known_types] = {
 constexpr std::uint64_t sparse = 8;
 
 // Without the space.
-record_header header_of(std::string_view text, record_kind kind) {
+record_header header_of(padded_text text, record_kind kind) {
     return stands_on_layer(kind) ? read_entity_header(text, false) : read_record_header(text);
 }
 
@@ -59,7 +59,7 @@ std::uint32_t record_table::put_owner(std::uint64_t handle) {
     return last_owner_ = at->second;
 }
 
-record_id record_table::append(std::string_view text, record_kind kind, std::uint32_t type) {
+record_id record_table::append(padded_text text, record_kind kind, std::uint32_t type) {
     const record_id id = size();
     texts_.push_back(text.data());
     lengths_.push_back(static_cast<std::uint32_t>(text.size()));
@@ -87,7 +87,7 @@ record_id record_table::append_implied(std::string_view text, std::uint32_t type
 }
 
 void record_table::rewrite(record_id id, std::string_view text) {
-    const std::string_view kept = arena_.keep(text);
+    const padded_text kept = arena_.keep(text);
     texts_[id] = kept.data();
     lengths_[id] = static_cast<std::uint32_t>(kept.size());
     if (kinds_[id] == record_kind::structure || kinds_[id] == record_kind::header)
@@ -209,7 +209,7 @@ void record_table::note(record_id id, bool appended) {
 bool record_table::replace(record_id id, std::string_view text) {
     if (this->text(id) == text)
         return false;
-    const std::string_view kept = arena_.keep(text);
+    const padded_text kept = arena_.keep(text);
     const record_header header = header_of(kept, kinds_[id]);
     note(id);
     record_content changed = content(id);
@@ -225,7 +225,7 @@ bool record_table::replace(record_id id, std::string_view text) {
 void record_table::replace_look(record_id id, std::string_view text, std::optional<std::string_view> layer) {
     note(id);
     record_content changed = content(id);
-    const std::string_view kept = arena_.keep(text);
+    const padded_text kept = arena_.keep(text);
     if (layer) // its name stays as long as the text that it stands in
         changed.layer = put_layer(kept.substr(kept.find(*layer), layer->size()));
     put_text(id, changed, kept);
@@ -238,7 +238,7 @@ void record_table::put_text(record_id id, record_content& changed, std::string_v
     put(id, changed);
 }
 
-record_id record_table::place_behind(record_id previous, std::string_view kept, record_kind kind,
+record_id record_table::place_behind(record_id previous, padded_text kept, record_kind kind,
                                      std::uint32_t type) {
     const record_id last = std::exchange(last_, no_record);
     const record_id id = append(kept, kind, type);
@@ -267,7 +267,7 @@ void record_table::give_handle(record_id id, std::uint64_t handle) {
 }
 
 record_id record_table::make_behind(record_id previous, std::string_view text, record_kind kind) {
-    const std::string_view kept = arena_.keep(text);
+    const padded_text kept = arena_.keep(text);
     const record_header header = header_of(kept, kind);
     const record_id id = place_behind(previous, kept, kind, put_type(type_name_of(header.type)));
     if (kind != record_kind::structure && kind != record_kind::header)
@@ -278,7 +278,7 @@ record_id record_table::make_behind(record_id previous, std::string_view text, r
 
 record_id record_table::add_behind(record_id previous, std::string_view text, record_kind kind,
                                    std::uint64_t owner) {
-    const std::string_view kept = arena_.keep(text);
+    const padded_text kept = arena_.keep(text);
     const record_header header = header_of(kept, kind);
     const record_id id = place_behind(previous, kept, kind, put_type(type_name_of(header.type)));
     if (stands_on_layer(kind))
@@ -324,7 +324,7 @@ void record_table::imply(record_id id, std::string_view text) {
         return;
     kept_.try_emplace(id, this->text(id));
     record_content seen = content(id);
-    const std::string_view kept = arena_.keep(text);
+    const padded_text kept = arena_.keep(text);
     seen.text = kept.data();
     seen.length = static_cast<std::uint32_t>(kept.size());
     seen.implied = true;
@@ -345,7 +345,7 @@ bool record_table::leaves_out(record_id id) const {
     return gone(id) || kind(id) == record_kind::implied || (implied(id) && !kept_.contains(id));
 }
 
-std::string_view record_table::text_to_save(record_id id) const {
+padded_text record_table::text_to_save(record_id id) const {
     const auto kept = implied(id) ? kept_.find(id) : kept_.end();
     return kept == kept_.end() ? text(id) : kept->second;
 }

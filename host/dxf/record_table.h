@@ -97,7 +97,7 @@ struct record_content {
     bool gone = false;       // erased, or its creation undone: not saved, not found
     bool implied = false;    // seen so, and not saved so: see record_table::imply
 
-    std::string_view view() const { return {text, length}; }
+    padded_text view() const { return padded_text::promised({text, length}); }
 };
 
 // What became of a record when a step, or a part of one, was taken back or given again.
@@ -118,7 +118,7 @@ public:
 
     record_id size() const { return static_cast<record_id>(texts_.size()); }
     bool has(record_id id) const { return id < size(); }
-    std::string_view text(record_id id) const { return {texts_[id], lengths_[id]}; }
+    padded_text text(record_id id) const { return padded_text::promised({texts_[id], lengths_[id]}); }
     record_kind kind(record_id id) const { return kinds_[id]; }
     std::uint32_t type(record_id id) const { return types_[id]; }
     std::string_view type_name(record_id id) const { return type_names_[types_[id]]; }
@@ -129,7 +129,7 @@ public:
     bool implied(record_id id) const { return (marks_[id] & implied_mark) != 0; }
     // Whether a file gets nothing of a record; what it gets of the others.
     bool leaves_out(record_id id) const;
-    std::string_view text_to_save(record_id id) const;
+    padded_text text_to_save(record_id id) const;
     record_id next(record_id id) const { return next_[id]; }
 
     const name_set& type_names() const { return type_names_; }
@@ -151,7 +151,7 @@ public:
     std::uint32_t put_layer(std::string_view bytes) { return layer_names_.put(bytes); }
     std::uint32_t put_owner(std::uint64_t handle);
     // Appends a record behind the last one of the file's order. The text must stay where it is.
-    record_id append(std::string_view text, record_kind kind, std::uint32_t type);
+    record_id append(padded_text text, record_kind kind, std::uint32_t type);
     // The same with a text that the file does not hold, which is copied.
     record_id append_own(std::string_view text, record_kind kind, std::uint32_t type);
     // A record that stands for what the file leaves out.
@@ -274,7 +274,7 @@ private:
     record_id add_behind(record_id previous, std::string_view text, record_kind kind, std::uint64_t owner);
     record_content content(record_id id) const;
     void note_insertion(record_id id);
-    record_id place_behind(record_id previous, std::string_view kept, record_kind kind, std::uint32_t type);
+    record_id place_behind(record_id previous, padded_text kept, record_kind kind, std::uint32_t type);
     void give_handle(record_id id, std::uint64_t handle);
     void put(record_id id, const record_content& content);
     void put_text(record_id id, record_content& changed, std::string_view kept);
@@ -316,8 +316,8 @@ private:
     std::string next_name_;
     std::vector<part> parts_;
     std::vector<record_id> journal_;
-    std::unordered_map<record_id, std::string_view> kept_; // by the file, of implied records that it has
-    std::deque<saved_state> saved_;                        // of records that changed since the file was read
+    std::unordered_map<record_id, padded_text> kept_; // by the file, of implied records that it has
+    std::deque<saved_state> saved_;                   // of records that changed since the file was read
 };
 
 } // namespace dxf

@@ -19,7 +19,7 @@ std::vector<std::string_view> sealed_groups(const record_table& records) {
     for (record_id id = 0; id < records.size(); ++id) {
         if (!is_modeler[records.type(id)])
             continue;
-        const std::string_view record = records.text(id);
+        const padded_text record = records.text(id);
         const bool marked = record.find(marker) != record.npos;
         bool behind = !marked;
         group_reader groups(record);

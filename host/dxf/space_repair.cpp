@@ -30,7 +30,7 @@ record_id model_space(const record_table& records, const drawing_manner& manner)
 }
 
 // The same text with another owner; with none when that is 0.
-std::string with_owner(std::string_view text, std::uint64_t owner, const group_style& style) {
+std::string with_owner(padded_text text, std::uint64_t owner, const group_style& style) {
     constexpr int owner_code = 330;
     group_list groups(text);
     if (owner == 0)

@@ -1,6 +1,8 @@
 // Keeps texts that were written anew for as long as the drawing lives: undo and redo go back to them, so none
-// is ever freed or moved. Each is followed by 64 readable bytes, as group_reader wants.
+// is ever freed or moved.
 #pragma once
+
+#include "host/dxf/padded_text.h"
 
 #include <cstring>
 #include <memory>
@@ -12,8 +14,8 @@ namespace dxf {
 class text_arena {
 public:
     // A copy of `text` that stays where it is.
-    std::string_view keep(std::string_view text) {
-        constexpr std::size_t padding = 64;
+    padded_text keep(std::string_view text) {
+        constexpr std::size_t padding = padded_text::padding;
         if (left_ < text.size() + padding) {
             const std::size_t size = text.size() + padding > chunk ? text.size() + padding : chunk;
             chunks_.push_back(std::make_unique<char[]>(size));
@@ -25,7 +27,7 @@ public:
             std::memcpy(at, text.data(), text.size());
         next_ += text.size();
         left_ -= text.size();
-        return {at, text.size()};
+        return padded_text::promised({at, text.size()});
     }
 
 private:

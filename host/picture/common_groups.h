@@ -13,7 +13,7 @@ namespace picture {
 // The groups of an entity one after the other, without those that all entities have and those that decide
 // nothing here.
 struct painter::common_groups {
-    explicit common_groups(std::string_view record) : groups(record) {}
+    explicit common_groups(dxf::padded_text record) : groups(record) {}
 
     // The next one of the entity's own; false at the end, and once something unusual was met.
     bool next() {

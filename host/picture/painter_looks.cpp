@@ -89,7 +89,7 @@ sys::ink painter::ink_of(const AcCmEntityColor& color, double opacity) const {
 }
 
 double painter::opacity_of(const frame& now, double of_layer) const {
-    const std::string_view text = now.entity.database->records().text(now.entity.entity);
+    const dxf::padded_text text = now.entity.database->records().text(now.entity.entity);
     if (text.find("440") == text.npos) // nearly always
         return of_layer;
     dxf::group_reader groups(text);

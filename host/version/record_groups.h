@@ -13,7 +13,7 @@ namespace version {
 class record_groups {
 public:
     // Reads a record's text, which must outlive this; what was read before is gone.
-    void read(std::string_view text) {
+    void read(dxf::padded_text text) {
         groups_.clear();
         dxf::group_reader reader(text);
         dxf::raw_group group;

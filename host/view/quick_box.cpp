@@ -25,7 +25,7 @@ namespace {
 // Reads the plain numbers of a record's own groups, up to its extended data.
 class numbers {
 public:
-    explicit numbers(std::string_view record) : groups_(record) {}
+    explicit numbers(dxf::padded_text record) : groups_(record) {}
 
     // The next group that a box depends on; false at the end, and when the entity is tilted in space.
     bool next() {
@@ -60,7 +60,7 @@ private:
 using maybe_box = std::optional<flat_box>;
 
 // Points in groups 10 to 13: lines, points, faces without more.
-maybe_box box_of_points(std::string_view record) {
+maybe_box box_of_points(dxf::padded_text record) {
     flat_box box;
     double x = 0.0;
     numbers numbers(record);
@@ -74,11 +74,11 @@ maybe_box box_of_points(std::string_view record) {
 }
 
 // A line's ends are in world coordinates whatever its normal; but thickness along a tilted one shows.
-maybe_box box_of_line(std::string_view record) {
+maybe_box box_of_line(dxf::padded_text record) {
     return box_of_points(record);
 }
 
-maybe_box box_of_circle(std::string_view record) {
+maybe_box box_of_circle(dxf::padded_text record) {
     flat_box box;
     double x = 0.0;
     double y = 0.0;
@@ -102,7 +102,7 @@ double bulge_reach(double chord, double bulge) {
     return size <= 1.0 ? size * chord / 2.0 : chord * (1.0 + size * size) / (2.0 * size);
 }
 
-maybe_box box_of_polyline(std::string_view record) {
+maybe_box box_of_polyline(dxf::padded_text record) {
     flat_box box;
     double x = 0.0;
     double y = 0.0;
@@ -159,7 +159,7 @@ maybe_box box_of_polyline(std::string_view record) {
 }
 
 // A text lies within a circle about its points that its length fills, whichever way it runs.
-maybe_box box_of_text(std::string_view record) {
+maybe_box box_of_text(dxf::padded_text record) {
     double x[2] = {0.0, 0.0};
     double y[2] = {0.0, 0.0};
     bool second = false;
@@ -293,7 +293,7 @@ const known_blocks::block& known_blocks::named(std::string_view name) {
 
 std::optional<flat_box> quick_box(known_blocks& blocks, dxf::record_id entity) {
     const dxf::record_table& records = blocks.database().records();
-    const std::string_view text = records.text(entity);
+    const dxf::padded_text text = records.text(entity);
     if (records.type(entity) == dxf::type_insert)
         return box_of_reference(blocks, entity);
     switch (records.type(entity)) {

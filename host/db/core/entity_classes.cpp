@@ -45,11 +45,11 @@ struct entity_row {
     void (*init)();
     AcRxClass* (*desc)();
     // For types that several classes share: which one, by the groups. Null for the others.
-    AcRxClass* (*choose)(std::string_view record);
+    AcRxClass* (*choose)(dxf::padded_text record);
 };
 
 // A reference in rows and columns, whether it says so by its marker or by their numbers.
-AcRxClass* class_of_insert(std::string_view record) {
+AcRxClass* class_of_insert(dxf::padded_text record) {
     if (!dxf::may_hold(record, "70") && !dxf::may_hold(record, "71") &&
         record.find("AcDbMInsertBlock") == record.npos)
         return AcDbBlockReference::desc();
@@ -67,13 +67,13 @@ AcRxClass* class_of_insert(std::string_view record) {
 }
 
 // The flags of a POLYLINE or a VERTEX.
-int flags_of(std::string_view record) {
+int flags_of(dxf::padded_text record) {
     constexpr double most = 1e9;
     const double flags = dxf::leading_real(dxf::value_of(record, 70)).value_or(0.0);
     return flags > -most && flags < most ? static_cast<int>(flags) : 0;
 }
 
-AcRxClass* class_of_polyline(std::string_view record) {
+AcRxClass* class_of_polyline(dxf::padded_text record) {
     const int flags = flags_of(record);
     if ((flags & polyline_flag::polyface) != 0)
         return AcDbPolyFaceMesh::desc();
@@ -82,7 +82,7 @@ AcRxClass* class_of_polyline(std::string_view record) {
     return (flags & polyline_flag::in_space) != 0 ? AcDb3dPolyline::desc() : AcDb2dPolyline::desc();
 }
 
-AcRxClass* class_of_vertex(std::string_view record) {
+AcRxClass* class_of_vertex(dxf::padded_text record) {
     const int flags = flags_of(record);
     if ((flags & vertex_flag::polyface) != 0)
         return (flags & vertex_flag::mesh) != 0 ? AcDbPolyFaceMeshVertex::desc() : AcDbFaceRecord::desc();
@@ -124,7 +124,7 @@ void init_dimensions() {
 }
 
 // By the lowest three bits of group 70.
-AcRxClass* class_of_dimension(std::string_view record) {
+AcRxClass* class_of_dimension(dxf::padded_text record) {
     constexpr AcRxClass* (*kinds[])() = {
         AcDbRotatedDimension::desc,   AcDbAlignedDimension::desc, AcDb2LineAngularDimension::desc,
         AcDbDiametricDimension::desc, AcDbRadialDimension::desc,  AcDb3PointAngularDimension::desc,

@@ -6,16 +6,9 @@
 #include "host/dxf/code_line.h"
 #include "host/dxf/common_patch.h"
 
-namespace {
-
-constexpr std::size_t padding = 64; // readers of groups look so far behind a text
-
-} // namespace
-
 void AcDbImpObject::begin_new(std::string text) {
     ++revision_;
-    own_ = std::move(text);
-    own_.append(padding, '\0');
+    own_ = dxf::padded_string(std::move(text));
     alike_.reset();
     groups_ = {};
     loaded_ = false; // there may be a million such objects before one is asked
@@ -40,10 +33,6 @@ void AcDbImpObject::load() const {
     loaded_ = true;
 }
 
-std::string_view AcDbImpObject::own_text() const {
-    return own_.empty() ? std::string_view() : std::string_view(own_).substr(0, own_.size() - padding);
-}
-
 const dxf::group_list& AcDbImpObject::groups() const {
     if (!loaded_)
         load();
@@ -62,13 +51,12 @@ dxf::group_list& AcDbImpObject::edit() {
     return groups_;
 }
 
-std::string_view AcDbImpObject::text_to_patch() const {
+dxf::padded_text AcDbImpObject::text_to_patch() const {
     return patched_ ? own_text() : database->records().text(record);
 }
 
 void AcDbImpObject::patch(std::string text) {
-    own_ = std::move(text);
-    own_.append(padding, '\0');
+    own_ = dxf::padded_string(std::move(text));
     patched_ = true;
 }
 
@@ -108,7 +96,7 @@ void AcDbImpObject::forget() {
     ++revision_;
     if (loaded_)
         groups_ = {};
-    own_.clear();
+    own_ = {};
     layer_.reset();
     loaded_ = patched_ = false;
 }

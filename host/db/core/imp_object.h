@@ -97,10 +97,10 @@ public:
 
 private:
     void load() const;
-    std::string_view own_text() const;
+    dxf::padded_text own_text() const { return own_.view(); }
     void begin_change();
     bool can_patch() const { return database != nullptr && !loaded_; }
-    std::string_view text_to_patch() const;
+    dxf::padded_text text_to_patch() const;
     void patch(std::string text);
     void tell_about_to_modify(); // host/db/core/open_objects.cpp
 
@@ -108,8 +108,7 @@ private:
     mutable bool loaded_ = false;
     std::size_t revision_ = 0;
     const char* fresh_ = nullptr;
-    // The text of a new object, or of one with a group changed, with the padding that reading wants.
-    std::string own_;
+    dxf::padded_string own_;                 // the text of a new object, or of one with a group changed
     bool patched_ = false;                   // own_ is what the record becomes
     std::optional<std::string> layer_;       // which stands in it, if it was changed
     std::shared_ptr<db::lines_alike> alike_; // of a new line that has no text yet

@@ -24,7 +24,7 @@ std::string layer_facts::bytes_of(std::wstring_view name) const {
 }
 
 std::string_view layer_facts::bytes_of(dxf::record_id layer) {
-    const std::string_view text = database_.records().text(layer);
+    const dxf::padded_text text = database_.records().text(layer);
     if (text.data() != spelled_text_) { // another layer, or another text of it: texts never change
         spelled_text_ = text.data();
         spelled_ = dxf::value_of(text, 2);

@@ -49,7 +49,7 @@ std::string lines_alike::text(std::size_t number) const {
 
 void lines_alike::added(const AcDbImpDatabase& database, dxf::record_id block, dxf::record_id record) {
     last_ = dxf::no_record;
-    const std::string_view text = database.records().text(record);
+    const dxf::padded_text text = database.records().text(record);
     const dxf::group_list list(text);
     const auto& groups = list.groups();
     const std::size_t first = list.find({"AcDbLine"}, end_codes[0]);

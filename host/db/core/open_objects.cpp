@@ -31,7 +31,7 @@ class unknown_entity final : public AcDbEntity {};
 class unknown_object final : public AcDbObject {};
 
 // Where extended data begin in a record.
-std::size_t data_of(std::string_view text) {
+std::size_t data_of(dxf::padded_text text) {
     dxf::group_reader groups(text);
     dxf::raw_group group;
     std::size_t at = 0;
@@ -41,7 +41,7 @@ std::size_t data_of(std::string_view text) {
 }
 
 // What of a record was changed.
-void tell_apart(std::string_view before, std::string_view after, AcDbImpObject::happened& news) {
+void tell_apart(dxf::padded_text before, dxf::padded_text after, AcDbImpObject::happened& news) {
     const std::size_t old_data = data_of(before);
     const std::size_t new_data = data_of(after);
     news.graphics = news.graphics || before.substr(0, old_data) != after.substr(0, new_data);
@@ -160,7 +160,7 @@ void open_objects::commit(AcDbObject& object) {
     const std::string before(entry ? dxf::value_of(database_.records().text(imp.record), 2)
                                    : std::string_view());
     const bool implied = database_.records().implied(imp.record);
-    const std::string_view text_before = database_.records().text(imp.record);
+    const dxf::padded_text text_before = database_.records().text(imp.record);
     const bool was_heard_of = database_.notifier().heard_of(imp.record);
     if (imp.write()) {
         imp.news.modified = true;

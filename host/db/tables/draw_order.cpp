@@ -22,7 +22,7 @@ std::uint64_t handle_in(std::string_view text) {
 }
 
 // What a dictionary holds under a name.
-std::uint64_t entry_of(std::string_view dictionary, std::string_view name) {
+std::uint64_t entry_of(dxf::padded_text dictionary, std::string_view name) {
     if (dictionary.empty())
         return 0;
     dxf::group_reader reader(dictionary);
@@ -38,11 +38,11 @@ std::uint64_t entry_of(std::string_view dictionary, std::string_view name) {
 }
 
 // The text of a block's table; empty when it has none.
-std::string_view table_of(const AcDbImpDatabase& database, dxf::record_id block) {
+dxf::padded_text table_of(const AcDbImpDatabase& database, dxf::record_id block) {
     const dxf::record_table& records = database.records();
     const auto text_of = [&](std::uint64_t handle) {
         const dxf::record_id id = handle != 0 ? records.find(handle) : dxf::no_record;
-        return id != dxf::no_record && !records.gone(id) ? records.text(id) : std::string_view();
+        return id != dxf::no_record && !records.gone(id) ? records.text(id) : dxf::padded_text();
     };
     if (records.text(block).find(dictionary_braces) == std::string_view::npos)
         return {};
@@ -55,7 +55,7 @@ std::string_view table_of(const AcDbImpDatabase& database, dxf::record_id block)
 } // namespace
 
 void draw_order::follow(const AcDbImpDatabase& database, dxf::record_id block) {
-    const std::string_view table = table_of(database, block);
+    const dxf::padded_text table = table_of(database, block);
     if (table.data() == read_.data() && table.size() == read_.size())
         return;
     read_ = table;

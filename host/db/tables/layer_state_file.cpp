@@ -202,7 +202,7 @@ Acad::ErrorStatus read_layer_state_file(const std::filesystem::path& file, named
     if (!bytes)
         return Acad::eFileNotFound;
     const dxf::text_codec codec(base::is_utf8(bytes->view()) ? utf8_page : sys::ansi_code_page());
-    const dxf::group_list list(bytes->view());
+    const dxf::group_list list(dxf::padded_text::promised(bytes->view()));
     const auto& groups = list.groups();
     if (groups.size() < 3 || groups[0].code != type || groups[0].value != file_type ||
         groups[1].code != type || groups[1].value != state_type)
