@@ -13,6 +13,8 @@ build      libedit-dev         line editing of the console program
 build      libfontconfig-dev   finds the fonts of this machine
 build      libfreetype-dev     reads what scripts a font has
 build      libcairo2-dev       draws PNGs and SVGs
+build      libjpeg-dev         reads images that drawings show
+build      libpng-dev          reads images that drawings show
 build      zlib1g-dev          packs PNGs and PDFs
 build      hershey-fonts-data  letters made of strokes, for pictures
 build      fonts-liberation    letters as wide as those of Arial, for pictures

@@ -75,6 +75,15 @@ struct paper_setup {
     ink background{255, 255, 255};
 };
 
+struct image_dots;
+
+// Where an image lies: its upper left corner, and its whole sides from there.
+struct image_place {
+    sheet_point corner;
+    sheet_point right;
+    sheet_point down;
+};
+
 class paper {
 public:
     virtual ~paper() = default;
@@ -85,6 +94,7 @@ public:
     virtual void fill(std::span<const std::vector<sheet_point>> rims, const ink& color) = 0;
     virtual void fill_shaded(std::span<const std::vector<sheet_point>> rims, const shading& colors) = 0;
     virtual void text(const sheet_text& line, const sheet_font& font) = 0;
+    virtual void image(const std::shared_ptr<const image_dots>& dots, const image_place& place) = 0;
     // The face that the system has for a font; empty when it is the one of that name.
     virtual std::wstring stand_in(const sheet_font& font, std::wstring_view wanted) = 0;
     // What follows is drawn within an area only, and within those around it.

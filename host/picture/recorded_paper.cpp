@@ -41,6 +41,12 @@ void recorded_paper::fill_shaded(std::span<const std::vector<sys::sheet_point>> 
     keep_rims(rims);
 }
 
+void recorded_paper::image(const std::shared_ptr<const sys::image_dots>& dots,
+                           const sys::image_place& place) {
+    entries_.push_back({act::image, 0, static_cast<std::uint32_t>(images_.size())});
+    images_.emplace_back(dots, place);
+}
+
 void recorded_paper::keep_rims(std::span<const std::vector<sys::sheet_point>> rims) {
     for (const std::vector<sys::sheet_point>& rim : rims) {
         rims_.push_back(static_cast<std::uint32_t>(rim.size()));
@@ -109,6 +115,9 @@ void recorded_paper::draw_on(sys::paper& target) const {
             target.text(text, fonts_[kept.font]);
             break;
         }
+        case act::image:
+            target.image(images_[next.which].first, images_[next.which].second);
+            break;
         case act::push_clip:
             target.push_clip(next_points(next.count));
             break;
@@ -131,6 +140,7 @@ void recorded_paper::clear() {
     lines_.clear();
     fonts_.clear();
     shadings_.clear();
+    images_.clear();
 }
 
 } // namespace picture

@@ -17,6 +17,7 @@ public:
     void fill_shaded(std::span<const std::vector<sys::sheet_point>> rims,
                      const sys::shading& colors) override;
     void text(const sys::sheet_text& line, const sys::sheet_font& font) override;
+    void image(const std::shared_ptr<const sys::image_dots>& dots, const sys::image_place& place) override;
     // Known where it is drawn.
     std::wstring stand_in(const sys::sheet_font& /*font*/, std::wstring_view /*wanted*/) override {
         return {};
@@ -34,12 +35,12 @@ public:
     void clear();
 
 private:
-    enum class act : std::uint8_t { stroke, fill, shaded, text, push_clip, pop_clip, layer };
+    enum class act : std::uint8_t { stroke, fill, shaded, text, image, push_clip, pop_clip, layer };
     // Each takes from the lists below what is its own, behind what those before it took.
     struct entry {
         act kind;
         std::uint32_t count = 0; // of points, rims or signs
-        std::uint32_t which = 0; // pen, ink, shading, text or font
+        std::uint32_t which = 0; // pen, ink, shading, text, image
     };
     struct line {
         sys::sheet_text text; // its signs lie in signs_
@@ -59,6 +60,7 @@ private:
     std::vector<line> lines_;
     std::vector<sys::sheet_font> fonts_;
     std::vector<sys::shading> shadings_;
+    std::vector<std::pair<std::shared_ptr<const sys::image_dots>, sys::image_place>> images_;
 };
 
 } // namespace picture

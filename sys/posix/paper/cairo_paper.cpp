@@ -1,4 +1,5 @@
 // Draws PNG and SVG by cairo; glyphs come from the fonts that fontconfig finds.
+#include "sys/image_file.h"
 #include "sys/paper.h"
 #include "sys/posix/paper/glyph_fonts.h"
 #include "sys/posix/paper/line_raster.h"
@@ -9,7 +10,10 @@
 #include <cairo-svg.h>
 #include <cairo.h>
 #include <cmath>
+#include <cstddef>
+#include <cstring>
 #include <fontconfig/fontconfig.h>
+#include <map>
 
 namespace sys {
 
@@ -39,6 +43,8 @@ public:
         begin_sheet();
     }
     ~cairo_paper() override {
+        for (const auto& [dots, kept] : images_)
+            cairo_surface_destroy(kept);
         cairo_destroy(context_);
         cairo_surface_destroy(surface_);
     }
@@ -109,6 +115,27 @@ public:
         }
         cairo_restore(context_);
     }
+    void image(const std::shared_ptr<const image_dots>& dots, const image_place& place) override {
+        flush();
+        const cairo_matrix_t to_sheet = {place.right.x / dots->width,
+                                         place.right.y / dots->width,
+                                         place.down.x / dots->height,
+                                         place.down.y / dots->height,
+                                         place.corner.x,
+                                         place.corner.y};
+        if (std::fabs(place.right.x * place.down.y - place.right.y * place.down.x) < smallest_area)
+            return;
+        cairo_surface_t*& kept = images_[dots];
+        if (kept == nullptr)
+            kept = surface_of(*dots);
+        cairo_save(context_);
+        cairo_transform(context_, &to_sheet);
+        cairo_set_source_surface(context_, kept, 0.0, 0.0);
+        cairo_pattern_set_extend(cairo_get_source(context_), CAIRO_EXTEND_PAD);
+        cairo_rectangle(context_, 0.0, 0.0, dots->width, dots->height);
+        cairo_fill(context_);
+        cairo_restore(context_);
+    }
     std::wstring stand_in(const sheet_font& font, std::wstring_view wanted) override {
         return fonts_.stand_in(font, wanted);
     }
@@ -159,6 +186,24 @@ private:
                 cairo_line_to(context_, point.x, point.y);
             cairo_close_path(context_);
         }
+    }
+    // cairo multiplies colours by their opacity, and keeps them as numbers.
+    static cairo_surface_t* surface_of(const image_dots& dots) {
+        cairo_surface_t* const made =
+            cairo_image_surface_create(CAIRO_FORMAT_ARGB32, dots.width, dots.height);
+        std::uint8_t* const rows = cairo_image_surface_get_data(made);
+        const int row_bytes = cairo_image_surface_get_stride(made);
+        const std::uint8_t* from = dots.bytes.data();
+        constexpr unsigned most = 255;
+        for (int y = 0; y < dots.height && rows != nullptr; ++y)
+            for (int x = 0; x < dots.width; ++x, from += 4) {
+                const unsigned opacity = from[3];
+                const std::uint32_t dot = opacity << 24 | from[0] * opacity / most << 16 |
+                                          from[1] * opacity / most << 8 | from[2] * opacity / most;
+                std::memcpy(rows + std::ptrdiff_t{y} * row_bytes + std::ptrdiff_t{x} * 4, &dot, sizeof dot);
+            }
+        cairo_surface_mark_dirty(made);
+        return made;
     }
     void begin_sheet() {
         cairo_scale(context_, scale_, scale_);
@@ -235,6 +280,7 @@ private:
     dot_field field_;
     std::vector<sheet_point> placed_; // in dots
     glyph_fonts fonts_;
+    std::map<std::shared_ptr<const image_dots>, cairo_surface_t*> images_;
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "sys/posix/paper/glyph_fonts.h"
 #include "sys/posix/paper/pdf_file.h"
 #include "sys/posix/paper/pdf_fonts.h"
+#include "sys/posix/paper/pdf_images.h"
 #include "sys/posix/paper/pdf_shadings.h"
 
 #include <algorithm>
@@ -82,6 +83,20 @@ public:
         out() += "ET\n";
         settle();
     }
+    void image(const std::shared_ptr<const image_dots>& dots, const image_place& place) override {
+        flush();
+        use({0, 0, 0, 1.0});
+        const int number = images_.of(file_, dots);
+        out() += "q ";
+        // A PDF's image lies in a square of 1, its rows from the top.
+        for (const double value : {place.right.x, place.right.y, -place.down.x, -place.down.y,
+                                   place.corner.x + place.down.x, place.corner.y + place.down.y}) {
+            append_number(out(), value * per_mm);
+            out() += ' ';
+        }
+        out() += "cm/I" + std::to_string(number) + " Do Q\n";
+        settle();
+    }
     std::wstring stand_in(const sheet_font& font, std::wstring_view wanted) override {
         return glyphs_.stand_in(font, wanted);
     }
@@ -129,7 +144,7 @@ public:
             append_number(used, opacity / static_cast<double>(opaque));
             used += ">>";
         }
-        used += ">>/Shading<<" + shadings_.names() + ">>/Properties<<";
+        used += ">>/Shading<<" + shadings_.names() + ">>/XObject<<" + images_.names() + ">>/Properties<<";
         std::string all;
         for (const auto& [name, entry] : layers_) {
             const std::string object = std::to_string(entry.number) + " 0 R ";
@@ -322,6 +337,7 @@ private:
     std::optional<packed_bytes> content_; // of the sheet
     glyph_fonts glyphs_;
     pdf_fonts fonts_;
+    pdf_images images_;
     pdf_shadings shadings_;
     std::map<std::wstring, layer, std::less<>> layers_;
     int layer_ = no_layer;        // that is marked
