@@ -5,6 +5,7 @@
 #include "host/db/core/references.h"
 #include "host/db/core/symbol_names.h"
 #include "host/db/tables/implied_entries.h"
+#include "host/db/xref/named_file.h"
 #include "host/db/xref/xref_names.h"
 #include "host/dxf/record_header.h"
 #include "sys/folders.h"
@@ -43,28 +44,6 @@ std::vector<fs::path> with_extensions(const fs::path& name) {
         return {name, other.replace_extension(".dxf")};
     fs::path drawing = name;
     return {drawing += ".dxf", other += ".dwg", name};
-}
-
-// The file that a reference's path means, for a drawing in `folder`; empty when there is none. Backslashes
-// part names as slashes do, and the letter of another system's drive says nothing.
-fs::path find_beside(const fs::path& folder, std::wstring path) {
-    std::replace(path.begin(), path.end(), L'\\', L'/');
-    std::vector<fs::path> names;
-    if (const fs::path whole = sys::to_path(path); whole.is_absolute())
-        names = with_extensions(whole);
-    if (path.size() > 1 && path[1] == L':')
-        path.erase(0, 2);
-    const fs::path parts = sys::to_path(path);
-    for (const fs::path& name : {parts.relative_path(), parts.filename()})
-        for (const fs::path& with_extension : with_extensions(name))
-            names.push_back(with_extension);
-    for (const fs::path& name : names) {
-        std::error_code ignored;
-        const fs::path found = sys::find_without_case(folder, name);
-        if (!found.empty() && fs::is_regular_file(found, ignored))
-            return found;
-    }
-    return {};
 }
 
 fs::path folder_of(const AcDbImpDatabase& drawing) {
@@ -136,9 +115,9 @@ private:
         fs::path found;
         // A path that holds a control character names no file of anybody's.
         if (!path.empty() && std::none_of(path.begin(), path.end(), is_control)) {
-            found = find_beside(folder_of(drawing), path);
+            found = find_beside(folder_of(drawing), path, with_extensions);
             if (found.empty() && &drawing != &host_)
-                found = find_beside(folder_of(host_), path);
+                found = find_beside(folder_of(host_), path, with_extensions);
         }
         if (found.empty()) {
             tell(L"\"" + path + L"\" cannot be found.");
