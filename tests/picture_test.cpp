@@ -393,6 +393,97 @@ TEST(Picture, shades_gradients_in_every_format) {
     }
 }
 
+// An image of two dots, red and green, on a square of 60 by 30 that is cut to its left half; one of too many
+// dots; a path that leads nowhere; and an area that covers what lies below.
+TEST(Picture, shows_images_in_their_clips_and_covers_with_wipeouts) {
+    const test::folder folder;
+    const auto low_first = [](std::uint32_t number, int bytes) {
+        std::string text;
+        for (int i = 0; i < bytes; ++i)
+            text += static_cast<char>(number >> (8 * i) & 0xFF);
+        return text;
+    };
+    const auto bmp = [&](std::uint32_t width, std::uint32_t height, std::string_view dots) {
+        return "BM" + low_first(0, 8) + low_first(54, 4) + low_first(40, 4) + low_first(width, 4) +
+               low_first(height, 4) + low_first(1, 2) + low_first(24, 2) + std::string(24, '\0') +
+               std::string(dots);
+    };
+    folder.write("two.bmp", bmp(2, 1, std::string_view("\x00\x00\xFF\x00\xFF\x00\x00\x00", 8)));
+    folder.write("bomb.bmp", bmp(60'000, 60'000, ""));
+    const auto image = [](std::string_view type, std::string_view marker, std::string_view definition,
+                          int x) {
+        std::string text = "0|" + std::string(type) + "|8|0|62|6|100|AcDbEntity|100|" + std::string(marker) +
+                           "|10|" + std::to_string(x) +
+                           "|20|30|30|0|11|30|21|0|31|0|12|0|22|30|32|0|13|2|23|1|340|" +
+                           std::string(definition) +
+                           "|70|7|280|1|281|50|282|50|283|0|71|1|91|2|14|-0.5|24|-0.5|14|0.5|"
+                           "24|0.5|";
+        std::replace(text.begin(), text.end(), '|', '\n');
+        return text;
+    };
+    std::string drawing =
+        looks(line("0", "", 40.0, 200.0, 230.0) + image("IMAGE", "AcDbRasterImage", "F1", 0) +
+              image("IMAGE", "AcDbRasterImage", "F2", 100) + image("IMAGE", "AcDbRasterImage", "F3", 150) +
+              image("WIPEOUT", "AcDbWipeout", "0", 200));
+    const std::string end = group(0, "EOF");
+    drawing.resize(drawing.size() - end.size());
+    drawing += group(0, "SECTION") + group(2, "OBJECTS");
+    for (const auto& [handle, path] :
+         {std::pair("F1", "C:\\pictures\\two.bmp"), {"F2", "bomb.bmp"}, {"F3", "../lost.png"}})
+        drawing +=
+            group(0, "IMAGEDEF") + group(5, handle) + group(100, "AcDbRasterImageDef") + group(1, path);
+    drawing += group(0, "ENDSEC") + end;
+    const auto file = folder.write("drawing.dxf", drawing);
+    for (const std::string_view form : {"svg", "pdf", "png"}) {
+        const auto out = folder / ("out." + std::string(form));
+        const auto run = zefhost({file.string(), "--no-module", "-c", "", "--picture", out.string()});
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_NE(run.out.find(
+                      "Images that are not shown: ../lost.png: it is not here; bomb.bmp: its 60000 x 60000 "
+                      "dots are too many."),
+                  run.out.npos)
+            << run.out;
+        const std::string bytes = test::read(out);
+        if (form == "svg") {
+            EXPECT_EQ(times(bytes, "<image"), 1u);
+            EXPECT_GE(times(bytes, "<clipPath"), 1u);
+        } else if (form == "pdf") {
+            EXPECT_EQ(times(bytes, "/Subtype/Image"), 1u);
+        }
+    }
+}
+
+// Of two forms of a drawing: one line stays, one goes, one comes, one moves, and one's layer is turned off.
+TEST(Picture, shows_what_changed_since_another_drawing) {
+    const test::folder folder;
+    const auto named = [&](std::string_view handle, std::string_view on, double y) {
+        return line(on, group(5, handle), y);
+    };
+    std::string before = looks(named("A1", "0", 30.0) + named("A2", "RED", 32.0) + named("A3", "BLUE", 34.0) +
+                               named("A4", "DASHED", 36.0));
+    std::string now = looks(named("A1", "0", 30.0) + named("A3", "BLUE", 35.0) + named("A5", "RED", 38.0) +
+                            named("A4", "DASHED", 36.0));
+    const std::string dashed = layer("DASHED", "30", "0", "DASHES");
+    now.replace(now.find(dashed), dashed.size(), layer("DASHED", "-30", "0", "DASHES"));
+    const auto old = folder.write("before.dxf", before);
+    const auto file = folder.write("now.dxf", now);
+    const auto out = folder / "out.svg";
+    const auto run =
+        zefhost({file.string(), "--no-module", "-c", "", "--picture", out.string(), "--since", old.string()});
+    EXPECT_EQ(run.status, 0) << run.err;
+    std::string svg = test::read(out);
+    std::erase(svg, ' ');
+    EXPECT_GE(times(svg, "stroke:rgb(74.50"), 1u) << "what stayed";
+    EXPECT_GE(times(svg, "stroke:rgb(87.8"), 1u) << "what went";
+    EXPECT_GE(times(svg, "stroke:rgb(0%,58.8"), 1u) << "what came";
+    EXPECT_GE(times(svg, "stroke:rgb(0%,35.2"), 1u) << "what moved";
+    EXPECT_EQ(times(svg, "rgb(100%,0%,0%)"), 0u);
+    EXPECT_EQ(
+        zefhost({file.string(), "--no-module", "-c", "", "--picture", out.string(), "--since", "none.dxf"})
+            .status,
+        6);
+}
+
 // What texts hand over: where each part begins and how long it is, and the lines of fractions.
 TEST(Picture, sets_texts_in_columns_and_fractions_with_their_lines) {
     struct written final : gi::canvas {

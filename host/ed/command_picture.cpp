@@ -100,19 +100,19 @@ bool ask_paper(picture::request& wanted) {
     return true;
 }
 
-// What users were told of a drawing's fonts.
-struct told_fonts {
-    explicit told_fonts(AcDbImpDatabase& /*drawing*/) {}
+// What users were told that a drawing's pictures lack.
+struct told_lacking {
+    explicit told_lacking(AcDbImpDatabase& /*drawing*/) {}
     std::set<std::wstring> lines;
 };
 
-void tell_lacking(AcDbImpDatabase& drawing, const std::vector<std::wstring>& lacking) {
+void tell_lacking(AcDbImpDatabase& drawing, const wchar_t* what, const std::vector<std::wstring>& lacking) {
     std::wstring told;
     for (const std::wstring& line : lacking)
-        if (drawing.part<told_fonts>().lines.insert(line).second)
+        if (drawing.part<told_lacking>().lines.insert(line).second)
             told += (told.empty() ? L"" : L"; ") + line;
     if (!told.empty())
-        acutPrintf(L"\nFonts that are not here, and what stands in: %ls.\n", told.c_str());
+        acutPrintf(L"\n%ls: %ls.\n", what, told.c_str());
 }
 
 } // namespace
@@ -131,14 +131,27 @@ base::result<void> write_picture(AcDbImpDatabase& drawing, const std::wstring& f
     if (auto written = target->write(drawn->bytes); !written)
         return written;
     auto done = target->commit();
-    if (done)
-        tell_lacking(drawing, drawn->lacking);
+    if (done) {
+        tell_lacking(drawing, L"Fonts that are not here, and what stands in", drawn->lacking);
+        tell_lacking(drawing, L"Images that are not shown", drawn->images);
+    }
     return done;
 }
 
 base::result<void> write_picture(AcDbImpDatabase& drawing, const std::wstring& file) {
     picture::request request;
     request.spaces = {db::current_tab(drawing)};
+    return write_picture(drawing, file, request);
+}
+
+base::result<void> write_changes(AcDbImpDatabase& drawing, const std::wstring& before,
+                                 const std::wstring& file) {
+    AcDbDatabase old(false, true);
+    if (auto read = old.imp().read(before); !read)
+        return read;
+    picture::request request;
+    request.spaces = {db::current_tab(drawing)};
+    request.before = &old.imp();
     return write_picture(drawing, file, request);
 }
 

@@ -22,9 +22,10 @@ public:
     bool reads_traits() const override { return true; }
     bool is_done() const override { return !plain_; }
     bool enter(const gi::visit& entity) override {
-        // Hatches and points are drawn as more than their figures.
+        // These are drawn as more than their figures.
         const std::string_view type = entity.database->records().type_name(entity.entity);
-        plain_ = plain_ && depth_ == 0 && type != "HATCH" && type != "POINT";
+        plain_ = plain_ && depth_ == 0 && type != "HATCH" && type != "POINT" && type != "IMAGE" &&
+                 type != "WIPEOUT";
         if (!plain_)
             return false;
         ++depth_;

@@ -163,6 +163,8 @@ void painter::lines(std::span<const AcGePoint3d> points) {
             dot(points.front(), now);
         return;
     }
+    if (points.size() > 3 && draw_inside(points, now))
+        return;
     draw_lines(points, now);
 }
 
@@ -250,7 +252,7 @@ bool painter::is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, con
     const gi::visit& entity = frames_.back().entity;
     const std::unique_ptr<AcDbObject> view = entity.database->objects().view(entity.entity);
     const AcDbHatch* const hatch = AcDbHatch::cast(view.get());
-    if (hatch != nullptr && hatch->isGradient()) {
+    if (hatch != nullptr && hatch->isGradient() && manner_.changed == nullptr) {
         const double opacity = shown.pen.color.opacity;
         const auto colors = gradient_of(*hatch, entity.to_world, rims, view_,
                                         [&](const AcCmEntityColor& color) { return ink_of(color, opacity); });

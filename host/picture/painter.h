@@ -7,6 +7,8 @@
 #include "acgi.h"
 #include "host/gi/canvas.h"
 #include "host/picture/block_figures.h"
+#include "host/picture/changes.h"
+#include "host/picture/drawn_images.h"
 #include "host/picture/layer_states.h"
 #include "host/picture/line_pattern.h"
 #include "host/picture/sheet_view.h"
@@ -38,6 +40,8 @@ struct manner {
     bool plotted_only = true;    // leaves out layers that are not plotted
     double linetype_scale = 1.0; // $LTSCALE, and what a viewport makes of it
     dxf::record_id viewport = dxf::no_record; // whose looks of layers hold
+    // Colours show what changed; of the drawing before only what went is drawn.
+    const changes* changed = nullptr;
 };
 
 // What the painters of a picture have in common while several threads draw it. Whoever asks the drawing for
@@ -48,6 +52,7 @@ struct shared_drawing {
 
     std::mutex lock;
     plain_blocks blocks;
+    drawn_images images;
 };
 
 class painter final : public gi::canvas {
@@ -90,6 +95,7 @@ private:
         double linetype_scale = 1.0;
         dxf::record_id layer = dxf::no_record; // of the drawing
         bool seen = false;
+        change mark = change::none;
     };
     struct frame : layer_states::place {
         look around;               // of the reference, for what is ByBlock
@@ -131,6 +137,7 @@ private:
     const layer_state& state_of_layer(const frame& now);
     look resolve(frame& now);
     sys::ink ink_of(const AcCmEntityColor& color, double opacity) const;
+    void show_change(look& found, const frame& now) const;
     double opacity_of(const frame& now, double of_layer) const;
     std::string_view type_now() const;
 
@@ -165,6 +172,8 @@ private:
               const sys::shading* colors = nullptr);
     void dot(const AcGePoint3d& point, const look& look);
     void point_sign(const AcGePoint3d& point, const look& look);
+    bool draw_inside(std::span<const AcGePoint3d> corners, const look& look);
+    void write_path(const std::wstring& path, std::span<const AcGePoint3d> corners, const look& look);
     bool is_hatch_drawn(std::span<const std::vector<AcGePoint3d>> rims, const look& look);
 
     sys::paper& paper_;
@@ -181,8 +190,8 @@ private:
     std::map<std::pair<const layer_states::table*, Adesk::LongPtr>, layer_state> part_states_;
     std::unordered_map<dxf::record_id, layer_look> layer_looks_;
     std::unordered_map<Adesk::LongPtr, linetype> linetypes_;
-    std::map<std::tuple<std::uint32_t, int, int>, plain_look>
-        plain_looks_; // by layer's number, colour, weight
+    std::map<std::tuple<std::uint32_t, int, int, change>, plain_look>
+        plain_looks_; // by layer's number, colour, weight, change
     std::unordered_map<std::string_view, const block_figures*> plain_blocks_;
     std::unordered_map<std::string_view, AcGiTextStyle> styles_; // by the bytes that texts name them with
     std::map<std::pair<const block_figures*, const plain_look*>, std::vector<look>> block_looks_;

@@ -142,7 +142,24 @@ painter::look painter::resolve(frame& now) {
     constexpr double hundredths = 100.0;
     found.pen.color = ink_of(found.color, opacity_of(now, layer.opacity));
     found.pen.width = found.weight / hundredths * manner_.weight_scale;
+    if (manner_.changed != nullptr)
+        show_change(found, now);
     return found;
+}
+
+// What a reference did, all that it shows did.
+void painter::show_change(look& found, const frame& now) const {
+    found.mark = now.around.mark != change::none
+                     ? now.around.mark
+                     : manner_.changed->of(*now.entity.database, now.entity.entity);
+    if (&drawing_ == &manner_.changed->before() && found.mark != change::went)
+        found.seen = false;
+    constexpr std::uint8_t colors[][3] = {{190, 190, 190}, {0, 150, 0}, {224, 0, 0}, {0, 90, 255}};
+    const auto& color = colors[static_cast<std::size_t>(found.mark)];
+    found.pen.color = {color[0], color[1], color[2], found.pen.color.opacity};
+    constexpr double well_seen = 0.5; // millimetres
+    if (found.mark != change::none)
+        found.pen.width = std::max(found.pen.width, well_seen);
 }
 
 const painter::look& painter::current() {

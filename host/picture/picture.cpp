@@ -4,6 +4,7 @@
 #include "dbmain.h"
 #include "host/db/core/blocks.h"
 #include "host/db/core/open_objects.h"
+#include "host/db/core/symbol_names.h"
 #include "host/db/tables/spaces.h"
 #include "host/dwg/ordered_work.h"
 #include "host/dxf/group_list.h"
@@ -89,6 +90,14 @@ plan planned(AcDbImpDatabase& drawing, dxf::record_id space, const request& want
     area shown;
     if (!wanted.window)
         shown = extents_of(drawing, space);
+    if (!wanted.window && wanted.before != nullptr) {
+        const dxf::record_id old = wanted.before->blocks().find(drawing.names().name_of(space));
+        if (old != dxf::no_record) {
+            const area other = extents_of(*wanted.before, old);
+            shown.least = {std::min(shown.least.x, other.least.x), std::min(shown.least.y, other.least.y)};
+            shown.most = {std::max(shown.most.x, other.most.x), std::max(shown.most.y, other.most.y)};
+        }
+    }
     if (wanted.window) {
         const auto& [a, b] = *wanted.window;
         shown = {{std::min(a.x, b.x), std::min(a.y, b.y)}, {std::max(a.x, b.x), std::max(a.y, b.y)}};
@@ -192,9 +201,12 @@ public:
 
     void draw_space(dxf::record_id space, const sheet_view& view) {
         manner_.linetype_scale = linetype_scale_;
-        draw_entities(seen_of(space, view), view, dxf::no_record, manner_);
+        draw_seen(space, view, dxf::no_record, manner_);
     }
+    // What went lies below what came, above what stayed.
+    void draw_before(session& before) { before_ = &before; }
 
+    std::vector<std::wstring> images_not_shown() const { return shared_.images.told(); }
     std::vector<std::wstring> lacking() const { return lacking_.told(paper_); }
 
 private:
@@ -210,6 +222,27 @@ private:
         std::vector<dxf::record_id> entities = gi::entities_near(drawing_, space, around);
         std::reverse(entities.begin(), entities.end());
         return entities;
+    }
+
+    void draw_seen(dxf::record_id space, const sheet_view& view, dxf::record_id viewport,
+                   const manner& manner) {
+        std::vector<dxf::record_id> entities = seen_of(space, view);
+        if (before_ == nullptr) {
+            draw_entities(entities, view, viewport, manner);
+            return;
+        }
+        const auto changed =
+            std::stable_partition(entities.begin(), entities.end(), [&](dxf::record_id entity) {
+                return manner.changed->of(drawing_, entity) == change::none;
+            });
+        const auto same = static_cast<std::size_t>(changed - entities.begin());
+        draw_entities(std::span(entities).first(same), view, viewport, manner);
+        const dxf::record_id old = before_->drawing_.blocks().find(drawing_.names().name_of(space));
+        if (old != dxf::no_record) {
+            const std::vector<dxf::record_id> gone = before_->seen_of(old, view);
+            before_->draw_run(gone, view, dxf::no_record, before_->manner_);
+        }
+        draw_entities(std::span(entities).subspan(same), view, viewport, manner);
     }
 
     // What is seen of model space through the viewports of a sheet is drawn where they stand in its order.
@@ -265,7 +298,7 @@ private:
         inside.linetype_scale = patterns_by_paper_ ? linetype_scale_ / scale : linetype_scale_;
         inside.viewport = viewport;
         paper_.push_clip(rim);
-        draw_entities(seen_of(model, view), view, viewport, inside);
+        draw_seen(model, view, viewport, inside);
         paper_.pop_clip();
     }
 
@@ -295,6 +328,7 @@ private:
     static constexpr std::size_t together = 1024; // entities in a part, however many cores there are
 
     AcDbImpDatabase& drawing_;
+    session* before_ = nullptr;
     sys::paper& paper_;
     lacking_fonts lacking_;
     text_painter texts_; // what is known of fonts
@@ -327,7 +361,13 @@ base::result<drawn> draw(AcDbImpDatabase& drawing, const request& request, sys::
     manner.background = setup.background;
     constexpr double finest_print = 0.05; // millimetres
     manner.dot = format == sys::paper_format::png ? 0.8 / request.dots_per_mm : finest_print;
-    session session(drawing, **paper, manner);
+    std::optional<changes> changed;
+    if (request.before != nullptr)
+        manner.changed = &changed.emplace(*request.before, drawing);
+    picture::session session(drawing, **paper, manner);
+    std::optional<picture::session> before;
+    if (request.before != nullptr)
+        session.draw_before(before.emplace(*request.before, **paper, manner));
     for (std::size_t i = 0; i < plans.size(); ++i) {
         if (i != 0)
             (*paper)->next_sheet(plans[i].width, plans[i].height);
@@ -335,6 +375,7 @@ base::result<drawn> draw(AcDbImpDatabase& drawing, const request& request, sys::
     }
     drawn made;
     made.lacking = session.lacking();
+    made.images = session.images_not_shown();
     auto bytes = (*paper)->finish();
     if (!bytes)
         return base::failure{bytes.error()};

@@ -24,6 +24,9 @@ struct request {
     std::optional<double>
         scale; // millimetres of the paper to a unit of the drawing; nothing: as large as fits
     colors drawn_in = colors::as_drawn;
+    // With an earlier form of the drawing: what went is red, what came green, what changed blue, the rest
+    // grey.
+    AcDbImpDatabase* before = nullptr;
     bool dark = false;        // on black ground, as on the screen
     double dots_per_mm = 8.0; // of a PNG: about 200 to an inch
 };
@@ -31,6 +34,7 @@ struct request {
 struct drawn {
     std::string bytes;
     std::vector<std::wstring> lacking; // fonts that are not here, each with what stood in
+    std::vector<std::wstring> images;  // that are not shown, each with the reason
 };
 
 // The bytes of a picture. Fails when the libraries that draw are missing, and for pictures that are too

@@ -12,7 +12,9 @@ namespace picture {
 painter::plain_look& painter::look_of(dxf::record_id entity, const common_groups& groups) {
     const auto color = static_cast<int>(groups.color);
     const auto weight = static_cast<int>(groups.weight);
-    const auto [at, fresh] = plain_looks_.try_emplace({drawing_.records().layer(entity), color, weight});
+    const change mark = manner_.changed != nullptr ? manner_.changed->of(drawing_, entity) : change::none;
+    const auto [at, fresh] =
+        plain_looks_.try_emplace({drawing_.records().layer(entity), color, weight, mark});
     if (!fresh)
         return at->second;
     const std::lock_guard hold(shared_.lock);
