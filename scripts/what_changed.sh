@@ -1,8 +1,14 @@
 #!/usr/bin/env bash
-# what_changed.sh OLD NEW: compares two drawings (DXF, text form). Prints a table of the layers whose state or number
-# of entities differs, then whether anything else differs. Status 0 when both could be read.
+# what_changed.sh [--picture OUT] OLD NEW: compares two drawings (DXF, text form). Prints a table of the layers whose state or number
+# of entities differs, then whether anything else differs. Status 0 when both could be read. OUT (.png, .svg or .pdf)
+# becomes a picture of NEW: what went is red, what came green, what changed blue, and the rest grey.
 set -euo pipefail
-[ $# = 2 ] || { echo "usage: what_changed.sh OLD NEW" >&2; exit 2; }
+picture=
+if [ "${1:-}" = --picture ] && [ $# -gt 1 ]; then
+    picture=$2
+    shift 2
+fi
+[ $# = 2 ] || { echo "usage: what_changed.sh [--picture OUT] OLD NEW" >&2; exit 2; }
 
 place=$(mktemp -d)
 trap 'rm -rf "$place"' EXIT
@@ -132,3 +138,9 @@ else
         /^>/ { come++ }
         END { printf "elsewhere %d lines went and %d came; all others are the same, byte for byte\n", gone, come }'
 fi
+
+[ -n "$picture" ] || exit 0
+host=${ZEFHOST:-$(dirname "$0")/../build/release/bin/zefhost}
+[ -x "$host" ] || { echo "what_changed.sh: no picture without zefhost; ./run builds it" >&2; exit 1; }
+"$host" "$2" --readonly --no-module --profile "$place/profile" -c '' --since "$1" --picture "$picture" >/dev/null
+echo "$picture: red went, green came, blue changed"

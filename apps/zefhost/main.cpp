@@ -106,6 +106,11 @@ void tell_unsaved() {
         }
 }
 
+base::result<void> draw_output(AcDbImpDatabase& drawing, const program_options& options) {
+    return options.since.empty() ? ed::write_picture(drawing, options.picture)
+                                 : ed::write_changes(drawing, options.since, options.picture);
+}
+
 int run(const program_options& options) {
     ed::editor& editor = ed::editor::instance();
     // With the drawing on standard output, the transcript goes where the errors go.
@@ -137,9 +142,7 @@ int run(const program_options& options) {
     if (!options.output.empty())
         save_output(options.output, options.saved_as);
     if (!options.picture.empty() && !editor.broke_off() && ap::documents::instance().current() != nullptr)
-        if (auto drawn =
-                ed::write_picture(ap::documents::instance().current_database()->imp(), options.picture);
-            !drawn)
+        if (auto drawn = draw_output(ap::documents::instance().current_database()->imp(), options); !drawn)
             editor.fail(ed::run_status::not_saved, drawn.error());
     tell_unsaved();
     return status_of(ed::status_of_run());

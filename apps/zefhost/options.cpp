@@ -9,7 +9,7 @@
 
 const char* const usage =
     R"(zefhost [DRAWING] [-s SCRIPT]... [-c TEXT]... [-o OUT [--as VERSION]]
-        [--picture FILE] [--load APP]... [--no-module] [--profile DIR] [--encoding NAME] [--readonly] [--keep-going]
+        [--picture FILE [--since OLD]] [--load APP]... [--no-module] [--profile DIR] [--encoding NAME] [--readonly] [--keep-going]
 zefhost --version | --help
 
 DRAWING        a DXF file, ASCII or binary; without one, a new drawing
@@ -19,6 +19,7 @@ DRAWING        a DXF file, ASCII or binary; without one, a new drawing
 --as VERSION   in the form of 2018, 2013, 2010, 2007, 2004, 2000 or R12; what that form lacks is told
 --load APP     loads a further application
 --picture FILE  at the end draws the current tab as a picture: FILE.png, .svg or .pdf (PICTURE asks for more)
+--since OLD    in the picture what went since the drawing OLD is red, what came green, what changed blue
 --no-module    without the pipe-system module and its siblings
 --profile DIR  the user's folder (else $ZEF_PROFILE, else below the configuration folder)
 --encoding NAME  how the text of drawings is read, whatever they say: gbk, big5, shift-jis, euc-kr, utf-8, or
@@ -75,7 +76,8 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
         };
         const bool takes_value = argument == L"-s" || argument == L"-c" || argument == L"-o" ||
                                  argument == L"--load" || argument == L"--profile" ||
-                                 argument == L"--encoding" || argument == L"--as" || argument == L"--picture";
+                                 argument == L"--encoding" || argument == L"--as" ||
+                                 argument == L"--picture" || argument == L"--since";
         if (!only_files && takes_value && !take_value())
             return base::failure{L"option " + argument + L" wants a value"};
         if (takes_value && !only_files && value.empty() && argument != L"-c")
@@ -96,6 +98,8 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
             options.picture = value;
             if (const auto format = picture::format_of_file(value); !format)
                 return base::failure{L"option --picture: " + format.error()};
+        } else if (argument == L"--since") {
+            options.since = value;
         } else if (argument == L"--load") {
             options.applications.push_back(value);
         } else if (argument == L"--profile") {

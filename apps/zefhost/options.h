@@ -17,6 +17,7 @@ struct program_options {
     std::vector<given_input> inputs;
     std::wstring output;  // empty: none; "-": standard output
     std::wstring picture; // empty: none
+    std::wstring since;   // an earlier form of the drawing, from which the picture shows changes
     int saved_as = 0;     // the version of that file; 0: the drawing's own
     std::vector<std::wstring> applications;
     int encoding = 0; // of drawings, by the number of its code page; 0: as they are
