@@ -24,8 +24,8 @@ public:
         return *this;
     }
     dwg_bits& raw(std::uint64_t value, unsigned bytes) { // lowest byte first
-        for (unsigned i = 0; i < bytes; ++i)
-            bits(value >> (8 * i) & 0xFF, 8);
+        for (unsigned i = 0; i < bytes; ++i, value >>= 8)
+            bits(value & 0xFF, 8);
         return *this;
     }
     dwg_bits& BS(std::uint16_t value) { return bits(0, 2).raw(value, 2); }

@@ -397,7 +397,7 @@ TEST(Picture, shades_gradients_in_every_format) {
 // dots; a path that leads nowhere; and an area that covers what lies below.
 TEST(Picture, shows_images_in_their_clips_and_covers_with_wipeouts) {
     const test::folder folder;
-    const auto low_first = [](std::uint32_t number, int bytes) {
+    const auto low_first = [](std::uint64_t number, int bytes) {
         std::string text;
         for (int i = 0; i < bytes; ++i)
             text += static_cast<char>(number >> (8 * i) & 0xFF);
