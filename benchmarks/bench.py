@@ -73,6 +73,12 @@ class Bench:
                     samples[name].megabytes.append(megabytes)
         return samples
 
+    def goal(self, what, reached, most=None, least=None):
+        """Prints a figure beside the one that is asked for: at most, or at least, so many times something."""
+        asked = f"at most {most:g}" if least is None else f"at least {least:g}"
+        met = reached <= most if least is None else reached >= least
+        print(f"    goal: {what:42}{reached:>8.3g}, {asked} asked{'' if met else ': not reached'}")
+
     def table(self, samples, size):
         """Prints the samples, each against the first; `size` is the drawing's, in megabytes."""
         first = next(iter(samples.values()))

@@ -25,13 +25,6 @@ def peers(drawing, megabytes):
     return found
 
 
-def row(what, value, goal, unit):
-    """A figure beside the goal that it is to reach."""
-    reached = "reached" if (value >= goal if unit == "times" else value <= goal) else "not reached"
-    aim = "at least" if unit == "times" else "at most"
-    print(f"    {what:44}{value:>8.2f} {unit:6} {aim} {goal:g} {unit}: {reached}")
-
-
 def run(bench):
     picture = ["--no-module", "--readonly", "-c", ""]
     for megabytes in (1, 20):
@@ -42,7 +35,7 @@ def run(bench):
         samples = bench.compare({**programs, **peers(drawing, megabytes)}, rounds=1)
         bench.table(samples, size_of(drawing))
         if "LibreCAD" in samples:
-            row("LibreCAD's time for a PDF, of ours", samples["LibreCAD"].time / samples["zefhost pdf"].time, 20, "times")
+            bench.goal("LibreCAD's time for a PDF, of ours", samples["LibreCAD"].time / samples["zefhost pdf"].time, least=20)
     drawing = bench.drawing(200)
     storey = f"PICTURE {PLACE / 'storey.png'} Window {STOREY} A3 Fit Colors\\n"
     programs = {"opening": bench.zefhost(drawing, *picture),
@@ -52,6 +45,6 @@ def run(bench):
     print("  200 MB")
     samples = bench.compare(programs, rounds=min(bench.rounds, 3))
     bench.table(samples, size_of(drawing))
-    row("a PNG of all, of the time of opening", samples["all, png"].time / samples["opening"].time, 3, "of it")
-    row("its memory, of the file's size", samples["all, png"].memory / size_of(drawing), 2.5, "of it")
-    row("a storey", (samples["11 storeys"].time - samples["1 storey"].time) / 10 * 1000, 50, "ms")
+    bench.goal("a PNG of all, of the time of opening", samples["all, png"].time / samples["opening"].time, most=3)
+    bench.goal("its memory, of the file's size", samples["all, png"].memory / size_of(drawing), most=2.5)
+    bench.goal("a storey, ms", (samples["11 storeys"].time - samples["1 storey"].time) / 10 * 1000, most=50)

@@ -1,8 +1,8 @@
 // pipe_speed make DRAWING OUT COUNT: puts that many pipes of six systems, one of ten a riser, into a
 // drawing's model space. pipe_speed update DRAWING STANDARD: opens a drawing and a standard in which layers,
 // materials and widths are others than when the pipes were drawn, and has all pipes follow it. pipe_speed
-// label DRAWING STANDARD labels them instead. Both print the pipes, the seconds that it takes, and by how
-// much memory grew (kB).
+// label DRAWING STANDARD labels them instead, pipe_speed read DRAWING STANDARD only reads them. They print
+// the pipes, the seconds that it takes, and by how much memory grew (kB).
 #include "base/utf.h"
 #include "benchmarks/stop_watch.h"
 #include "dbapserv.h"
@@ -80,6 +80,12 @@ bool Update(AcDbObjectId id) {
     return true;
 }
 
+// All that a pipe holds, without a change.
+bool Read(AcDbObjectId id) {
+    const AcDbObjectPointer<TDbPipe> pipe(id, AcDb::kForRead);
+    return pipe.openStatus() == Acad::eOk && pipe->GetValues().m_dn > 0;
+}
+
 bool Label(AcDbObjectId id) {
     constexpr int dn = 65;
     constexpr double height = 3.5;
@@ -108,8 +114,13 @@ int Change(AcDbDatabase& drawing, const wchar_t* standard, bool (*change)(AcDbOb
 
 int main(int argc, char** argv) {
     const std::string_view what = argc > 1 ? argv[1] : "";
-    if (!(what == "make" && argc == 5) && !((what == "update" || what == "label") && argc == 4)) {
-        std::fprintf(stderr, "usage: pipe_speed make DRAWING OUT COUNT | update|label DRAWING STANDARD\n");
+    bool (*const change)(AcDbObjectId) = what == "update"  ? Update
+                                         : what == "label" ? Label
+                                         : what == "read"  ? Read
+                                                           : nullptr;
+    if (!(what == "make" && argc == 5) && !(change != nullptr && argc == 4)) {
+        std::fprintf(stderr,
+                     "usage: pipe_speed make DRAWING OUT COUNT | update|label|read DRAWING STANDARD\n");
         return 2;
     }
     if (!rx::applications::instance().load(L"zef_pipewire"))
@@ -124,5 +135,5 @@ int main(int argc, char** argv) {
     CStandardManager::Create().Load(sys::from_path(sys::executable_folder() / "../share/kol.vrsl").c_str(),
                                     false);
     return what == "make" ? Make(drawing, file.c_str(), std::atoi(argv[4]))
-                          : Change(drawing, file.c_str(), what == "update" ? Update : Label);
+                          : Change(drawing, file.c_str(), change);
 }
