@@ -23,6 +23,7 @@ TEST(Versions, AreNamedAsUsersKnowThem) {
     for (const char* version : {"2099", "AC1015", "R13"})
         EXPECT_EQ(test::zefhost({"-c", "", "-o", out, "--as", version}).status, 2) << version;
     EXPECT_EQ(test::zefhost({"-c", "", "--as", "2018"}).status, 2);
+    EXPECT_EQ(test::zefhost({"-c", "", "--since", "old.dxf"}).status, 2) << "without a picture";
     EXPECT_FALSE(std::filesystem::exists(out));
 }
 

@@ -130,6 +130,8 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
     }
     if (options.saved_as != 0 && options.output.empty())
         return base::failure{L"option --as goes with -o"};
+    if (!options.since.empty() && options.picture.empty())
+        return base::failure{L"option --since goes with --picture"};
     if (names_new_file(options)) {
         const auto name = ap::drawing_file_name(options.output);
         if (!name)
