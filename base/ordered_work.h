@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-namespace dwg {
+namespace base {
 
 // Does the parts [0, parts). Every thread asks make() for a worker of its own, and calls worker(part, result)
 // with a result that was used before; take(part, result) is called for one part after the other, by the
@@ -114,4 +114,4 @@ void work_in_order(std::size_t parts, Make make, Take take) {
         ordered_work<Result, Make, Take>(parts, make, take).run();
 }
 
-} // namespace dwg
+} // namespace base

@@ -1,8 +1,8 @@
 #include "host/dwg/assembly.h"
 
+#include "base/ordered_work.h"
 #include "base/utf.h"
 #include "host/dwg/data_store.h"
-#include "host/dwg/ordered_work.h"
 #include "sys/memory.h"
 
 #include <algorithm>
@@ -243,7 +243,7 @@ void assembly::write_places(const std::vector<place>& places) {
         make_room(of->text.size());
         out_.dxf += of->text;
     };
-    work_in_order<part>((places.size() + in_a_part - 1) / in_a_part, worker, take_part);
+    base::work_in_order<part>((places.size() + in_a_part - 1) / in_a_part, worker, take_part);
 }
 
 void assembly::write_objects() {

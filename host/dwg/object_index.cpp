@@ -1,8 +1,8 @@
 #include "host/dwg/object_index.h"
 
 #include "base/byte_order.h"
+#include "base/ordered_work.h"
 #include "host/dwg/checksums.h"
-#include "host/dwg/ordered_work.h"
 
 #include <algorithm>
 #include <utility>
@@ -106,7 +106,7 @@ void object_index::look_at_all(object_source& source, std::uint64_t model, std::
         std::move(part.names.begin(), part.names.end(), std::back_inserter(names));
         std::move(part.damage.begin(), part.damage.end(), std::back_inserter(damage));
     };
-    work_in_order<found>((entries_.size() + in_a_part - 1) / in_a_part, worker, take);
+    base::work_in_order<found>((entries_.size() + in_a_part - 1) / in_a_part, worker, take);
 
     source.known = std::move(known);
     model_space = model;

@@ -1,12 +1,12 @@
 #include "host/picture/picture.h"
 
+#include "base/ordered_work.h"
 #include "dbents.h"
 #include "dbmain.h"
 #include "host/db/core/blocks.h"
 #include "host/db/core/open_objects.h"
 #include "host/db/core/symbol_names.h"
 #include "host/db/tables/spaces.h"
-#include "host/dwg/ordered_work.h"
 #include "host/dxf/group_list.h"
 #include "host/picture/recorded_paper.h"
 #include "host/view/extents.h"
@@ -271,7 +271,7 @@ private:
             };
         };
         const auto take = [this](std::size_t, const recorded_paper& drawn) { drawn.draw_on(paper_); };
-        dwg::work_in_order<recorded_paper>((entities.size() + together - 1) / together, make, take);
+        base::work_in_order<recorded_paper>((entities.size() + together - 1) / together, make, take);
     }
 
     // What is seen of model space through a viewport of a sheet.

@@ -1,9 +1,9 @@
 #include "host/view/space_index.h"
 
+#include "base/ordered_work.h"
 #include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/tables/draw_order.h"
-#include "host/dwg/ordered_work.h"
 #include "host/view/extents.h"
 #include "host/view/tracer.h"
 
@@ -112,7 +112,7 @@ void space_index::build() {
         for (std::size_t i = 0; i < found.size(); ++i)
             append(all[part * together + i], found[i]);
     };
-    dwg::work_in_order<std::vector<box>>((all.size() + together - 1) / together, make, take);
+    base::work_in_order<std::vector<box>>((all.size() + together - 1) / together, make, take);
     built_ = true;
 }
 
