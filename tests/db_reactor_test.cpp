@@ -1,4 +1,5 @@
 // Who hears of changes to a drawing, in which order, and what may be done meanwhile.
+#include "actrans.h"
 #include "acutads.h"
 #include "acutmem.h"
 #include "adscodes.h"
@@ -261,6 +262,23 @@ TEST_F(DbReactor, WhileToldTheObjectIsReadOnly) {
     EXPECT_EQ(of_line->is, 3.0);
 }
 
+// Who has the line open for reading, by hand, while others hear that a change of it was taken back.
+TEST_F(DbReactor, WhoReadsMeanwhileKeepsTheObject) {
+    AcDbObject* read = nullptr;
+    ASSERT_EQ(database->addReactor(of_database.get()), Acad::eOk);
+    database->transactionManager()->startTransaction();
+    stretch(2);
+    ASSERT_EQ(acdbOpenObject(read, line, AcDb::kForRead), Acad::eOk);
+    heard();
+    database->transactionManager()->abortTransaction();
+    EXPECT_EQ(heard(), (lines{"db modified Line undoing"}));
+    EXPECT_EQ(database->imp().objects().open_object(database->imp().record(line)), read);
+    EXPECT_EQ(read->upgradeOpen(), Acad::eOk);
+    EXPECT_EQ(AcDbLine::cast(read)->endPoint().x, 1.0);
+    EXPECT_EQ(read->close(), Acad::eOk);
+    EXPECT_FALSE(database->imp().objects().is_open(database->imp().record(line)));
+}
+
 // In objectAppended programs change the new object, and hang reactors on it.
 class finishing final : public AcDbDatabaseReactor {
 public:
@@ -270,6 +288,9 @@ public:
             EXPECT_EQ(entity->addReactor(&reactor_), Acad::eOk);
             EXPECT_EQ(entity->upgradeOpen(), Acad::eOk);
             EXPECT_EQ(entity->setColorIndex(1), Acad::eOk);
+            EXPECT_EQ(entity->close(), Acad::eCloseWasNotifying);
+            EXPECT_EQ(entity->cancel(), Acad::eCloseWasNotifying);
+            EXPECT_EQ(entity->handOverTo(entity, true, true), Acad::eWasNotifying);
             if (downgrades) {
                 EXPECT_EQ(entity->downgradeOpen(), Acad::eOk);
             }

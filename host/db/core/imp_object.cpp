@@ -39,9 +39,14 @@ const dxf::group_list& AcDbImpObject::groups() const {
     return groups_;
 }
 
+void AcDbImpObject::look_on(AcDbImpDatabase& drawing, dxf::record_id id) {
+    database = &drawing;
+    record = id;
+    life = db::object_state::viewed;
+}
+
 void AcDbImpObject::begin_change() {
-    if (writing && !news.opened_for_modify)
-        tell_about_to_modify();
+    about_to_modify();
     ++revision_;
 }
 

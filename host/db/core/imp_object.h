@@ -2,13 +2,13 @@
 #pragma once
 
 #include "dbmain.h"
+#include "host/db/core/object_life.h"
 #include "host/dxf/group_list.h"
 #include "host/dxf/record_table.h"
 #include "host/rx/reactor_list.h"
 
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -17,12 +17,6 @@ class AcDbImpDatabase;
 namespace db {
 
 class lines_alike;
-
-// A member of an object was called that wants the object open in another way. Ends the command.
-class open_violation : public std::logic_error {
-public:
-    using std::logic_error::logic_error;
-};
 
 } // namespace db
 
@@ -40,9 +34,9 @@ public:
 
     AcDbImpDatabase* database = nullptr; // null: new
     dxf::record_id record = dxf::no_record;
-    int readers = 0;
-    bool writing = false;
-    bool touched = false; // since it was opened, by a member that wanted it open for write
+    db::object_life life;
+    // Makes it look on a record of a drawing, for reading, whoever has that open. Groups that were read stay.
+    void look_on(AcDbImpDatabase& drawing, dxf::record_id id);
 
     // What happened since it was opened, for who wants to hear of it (host/db/core/notifier.h).
     struct happened {
@@ -54,9 +48,12 @@ public:
         bool graphics = false; // something else
     };
     happened news;
-    bool notifying = false;      // others are told of it: closed to all but readers
-    bool lent = false;           // and who is told may write: it has just joined the drawing
-    bool in_transaction = false; // which keeps it open
+    bool touched = false; // since it was committed last, by a member that wanted it open for write
+    // It is going to change: told the first time, if it is open for write.
+    void about_to_modify() {
+        if (life.is_written() && !news.opened_for_modify)
+            tell_about_to_modify();
+    }
     std::unique_ptr<rx::reactor_list<AcDbObjectReactor>> reactors; // of a new object
 
     // Of a new entity: the properties that it was given; the others are the drawing's defaults once it

@@ -61,7 +61,7 @@ void settle_dictionaries(const AcDbImpDatabase& database) {
     dxf::record_table& records = database.records();
     for (const auto& [dictionary, handles] : std::exchange(database.part<left_entries>().handles, {})) {
         AcDbImpObject* const opened = database.objects().opened(dictionary);
-        if (opened != nullptr && opened->writing) {
+        if (opened != nullptr && opened->life.is_written()) {
             drop_entries(opened->edit(), handles);
             continue;
         }

@@ -279,8 +279,8 @@ void notifier::replayed(std::span<const dxf::replay> changes) {
         if (db::class_of(database_, change.id) == nullptr ||
             database_.objects().open(object, change.id, AcDb::kForRead, true) != Acad::eOk)
             continue;
-        object->imp().notifying = true;
-        object->imp().readers = 0;
+        // Where it is told of already, who does that goes on afterwards.
+        const bool tells = object->imp().life.make(object_change::tell) == Acad::eOk;
         if (change.appended && gone != change.was_gone) {
             tell_of_object(*object, [&](auto& reactor) {
                 gone ? reactor.unappended(object) : reactor.reappended(object);
@@ -297,8 +297,10 @@ void notifier::replayed(std::span<const dxf::replay> changes) {
             if (gone != change.was_gone)
                 tell_erased(*object, gone);
         }
-        object->imp().notifying = false;
-        ++object->imp().readers;
+        if (tells) {
+            object->imp().life.must(object_change::told);
+            object->imp().life.must(object_change::open_for_read);
+        }
         database_.objects().close(*object, true);
         closed(change.id);
     }

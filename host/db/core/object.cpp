@@ -48,46 +48,36 @@ Acad::ErrorStatus AcDbObject::close() {
 }
 
 Acad::ErrorStatus AcDbObject::cancel() {
-    if (m_imp->database == nullptr)
-        return Acad::eNoDatabase;
-    return m_imp->writing ? m_imp->database->objects().close(*this, false) : Acad::eNotOpenForWrite;
+    return m_imp->database != nullptr ? m_imp->database->objects().close(*this, false) : Acad::eNoDatabase;
 }
 
 Acad::ErrorStatus AcDbObject::upgradeOpen() {
-    if (m_imp->database == nullptr)
-        return Acad::eNoDatabase;
-    if (m_imp->writing)
-        return Acad::eWasOpenForWrite;
+    const Acad::ErrorStatus status = m_imp->life.ask(db::object_change::upgrade);
+    if (m_imp->life.is_new() || m_imp->life.is_written())
+        return status;
     if (m_imp->database->references().is_referenced(m_imp->record))
         return Acad::eIsXRefObject;
     if (!m_imp->database->objects().write_locked)
         return Acad::eLockViolation;
-    if (m_imp->notifying && !m_imp->lent)
-        return Acad::eWasNotifying;
-    if (m_imp->readers > 1)
-        return Acad::eHadMultipleReaders;
+    if (status != Acad::eOk)
+        return status;
     if (dxf::stands_on_layer(m_imp->database->records().kind(m_imp->record)) &&
         m_imp->database->layers().is_locked(m_imp->record))
         return Acad::eOnLockedLayer;
-    m_imp->readers = 0;
-    m_imp->writing = true;
-    return Acad::eOk;
+    return m_imp->life.make(db::object_change::upgrade);
 }
 
 Acad::ErrorStatus AcDbObject::downgradeOpen() {
-    if (m_imp->database == nullptr)
-        return Acad::eNoDatabase;
-    if (!m_imp->writing)
-        return Acad::eNotOpenForWrite;
-    if (m_imp->lent) // until who made it closes it
-        m_imp->writing = false;
-    else if (!m_imp->in_transaction)
+    if (m_imp->life.is_borrowed()) // until who made it closes it
+        return m_imp->life.make(db::object_change::downgrade);
+    const Acad::ErrorStatus status = m_imp->life.ask(db::object_change::downgrade);
+    if (status == Acad::eOk && !m_imp->life.is_kept())
         m_imp->database->objects().settle(*this);
-    return Acad::eOk;
+    return status;
 }
 
 Acad::ErrorStatus AcDbObject::upgradeFromNotify(Adesk::Boolean& wasWritable) {
-    wasWritable = m_imp->writing;
+    wasWritable = m_imp->life.is_written();
     return wasWritable ? Acad::eOk : upgradeOpen();
 }
 
@@ -96,18 +86,15 @@ Acad::ErrorStatus AcDbObject::downgradeToNotify(Adesk::Boolean wasWritable) {
 }
 
 Acad::ErrorStatus AcDbObject::erase(bool erasing) {
-    if (m_imp->database == nullptr)
-        return Acad::eNoDatabase;
-    if (!m_imp->writing)
-        return Acad::eNotOpenForWrite;
+    if (const Acad::ErrorStatus status = m_imp->life.ask(db::object_change::modify); status != Acad::eOk)
+        return status;
     if (isErased() == erasing)
         return erasing ? Acad::eWasErased : Acad::eWasNotErased;
     if (const Acad::ErrorStatus refused = subErase(erasing); refused != Acad::eOk)
         return refused;
     if (!erasing && m_imp->database->names().is_taken(m_imp->record))
         return Acad::eDuplicateRecordName;
-    if (!m_imp->news.opened_for_modify)
-        m_imp->database->objects().about_to_modify(*m_imp);
+    m_imp->about_to_modify();
     m_imp->database->objects().commit(*this);
     m_imp->database->objects().set_erased(m_imp->record, erasing);
     return Acad::eOk;
@@ -129,11 +116,11 @@ Acad::ErrorStatus AcDbObject::subErase(bool /*erasing*/) {
 }
 
 bool AcDbObject::isReadEnabled() const {
-    return isNewObject() || m_imp->writing || m_imp->readers > 0 || m_imp->notifying;
+    return !m_imp->life.is_closed();
 }
 
 bool AcDbObject::isWriteEnabled() const {
-    return isNewObject() || m_imp->writing;
+    return m_imp->life.is_new() || m_imp->life.is_written();
 }
 
 bool AcDbObject::isErased() const {
@@ -146,7 +133,7 @@ bool AcDbObject::isModified() const {
 }
 
 bool AcDbObject::isNewObject() const {
-    return m_imp->database == nullptr;
+    return m_imp->life.is_new();
 }
 
 void AcDbObject::assertReadEnabled() const {
@@ -158,12 +145,11 @@ void AcDbObject::assertWriteEnabled(bool /*autoUndo*/, bool /*recordModified*/) 
     if (!isWriteEnabled())
         throw db::open_violation("an object was changed that is not open for write");
     m_imp->touched = true;
-    if (m_imp->writing && !m_imp->news.opened_for_modify)
-        m_imp->database->objects().about_to_modify(*m_imp);
+    m_imp->about_to_modify();
 }
 
 bool AcDbObject::isNotifying() const {
-    return m_imp->notifying;
+    return m_imp->life.is_notifying();
 }
 
 bool AcDbObject::isUndoing() const {
@@ -171,7 +157,7 @@ bool AcDbObject::isUndoing() const {
 }
 
 bool AcDbObject::isTransactionResident() const {
-    return m_imp->in_transaction;
+    return m_imp->life.is_kept();
 }
 
 AcDbObjectId AcDbObject::extensionDictionary() const {

@@ -24,8 +24,6 @@ namespace db {
 
 namespace {
 
-constexpr int most_readers = 256;
-
 // Entities and objects whose class nobody knows; what they are of is no class for programs to make.
 class unknown_entity final : public AcDbEntity {};
 class unknown_object final : public AcDbObject {};
@@ -59,6 +57,7 @@ Acad::ErrorStatus open_objects::open(AcDbObject*& object, dxf::record_id record,
     if (database_.records().gone(record) && !erased)
         return Acad::eWasErased;
     const bool write = mode == AcDb::kForWrite;
+    const object_change way = write ? object_change::open_for_write : object_change::open_for_read;
     if (write && database_.references().is_referenced(record))
         return Acad::eIsXRefObject;
     if (write && dxf::stands_on_layer(database_.records().kind(record)) &&
@@ -67,22 +66,15 @@ Acad::ErrorStatus open_objects::open(AcDbObject*& object, dxf::record_id record,
     if (write && !write_locked)
         return Acad::eLockViolation;
     if (const auto opened = open_.find(record); opened != open_.end()) {
-        AcDbImpObject& imp = opened->second->imp();
-        if (imp.writing)
-            return Acad::eWasOpenForWrite;
-        if (write)
-            return imp.notifying ? Acad::eWasNotifying : Acad::eWasOpenForRead;
-        if (imp.readers >= most_readers)
-            return Acad::eAtMaxReaders;
-        ++imp.readers;
-        object = opened->second.get();
-        return Acad::eOk;
+        const Acad::ErrorStatus status = opened->second->imp().life.make(way);
+        if (status == Acad::eOk)
+            object = opened->second.get();
+        return status;
     }
     std::unique_ptr<AcDbObject> made = make(type, record);
     if (!write)
         made->imp().forget(); // most is known of it without its groups
-    made->imp().writing = write;
-    made->imp().readers = write ? 0 : 1;
+    made->imp().life.must(way);
     made->imp().news.was_gone = database_.records().gone(record);
     object = made.get();
     if (spare_.empty()) {
@@ -116,6 +108,7 @@ std::unique_ptr<AcDbObject> open_objects::make(AcRxClass* type, dxf::record_id r
     imp.parts.clear();
     imp.database = &database_;
     imp.record = record;
+    imp.life = object_state::closed;
     if (is_host_class(type))
         return made;
     const bool read = read_own_sections(*made);
@@ -143,7 +136,7 @@ std::unique_ptr<AcDbObject> open_objects::view(dxf::record_id record) {
     if (type == nullptr)
         return nullptr;
     std::unique_ptr<AcDbObject> made = make(type, record);
-    made->imp().readers = 1;
+    made->imp().life = object_state::viewed;
     return made;
 }
 
@@ -179,13 +172,14 @@ void open_objects::commit(AcDbObject& object) {
 Acad::ErrorStatus open_objects::close(AcDbObject& object, bool keep_changes) {
     AcDbImpObject& imp = object.imp();
     const dxf::record_id record = imp.record;
-    if (imp.notifying && imp.readers == 0)
-        return Acad::eCloseWasNotifying;
-    if (imp.in_transaction && keep_changes && imp.readers <= 1)
+    const object_change ending = keep_changes ? object_change::close : object_change::cancel;
+    if (const Acad::ErrorStatus refusal = imp.life.ask(ending); refusal != Acad::eOk)
+        return refusal;
+    if (keep_changes && imp.life.stays_open())
         return Acad::eOk;
-    if (!imp.writing) {
-        --imp.readers;
-        if (imp.readers == 0 && !imp.notifying)
+    if (!imp.life.is_written()) {
+        imp.life.must(ending);
+        if (imp.life.is_closed())
             destroy(record);
         return Acad::eOk;
     }
@@ -199,11 +193,10 @@ Acad::ErrorStatus open_objects::close(AcDbObject& object, bool keep_changes) {
         if (imp.news.opened_for_modify)
             database_.notifier().cancelled(object);
     }
-    imp.writing = false;
-    imp.in_transaction = false;
+    imp.life.keep(false);
     const bool news = imp.news.made || imp.news.opened_for_modify;
-    tell_closing(object);
-    if (imp.readers == 0)
+    tell_closing(object, ending);
+    if (imp.life.is_closed())
         destroy(record);
     if (news)
         database_.notifier().closed(record);
@@ -212,18 +205,17 @@ Acad::ErrorStatus open_objects::close(AcDbObject& object, bool keep_changes) {
 
 void open_objects::settle(AcDbObject& object) {
     commit(object);
-    object.imp().writing = false;
-    tell_closing(object);
-    ++object.imp().readers;
+    tell_closing(object, object_change::downgrade);
+    object.imp().life.must(object_change::open_for_read);
 }
 
-// Tells what happened to an object that is not open for write any more; until all have heard of it nobody
-// can change it again.
-void open_objects::tell_closing(AcDbObject& object) {
+// Ends an opening for write and tells what happened; until all have heard of it nobody can change the object
+// again.
+void open_objects::tell_closing(AcDbObject& object, object_change ending) {
     AcDbImpObject& imp = object.imp();
-    imp.notifying = true;
+    imp.life.must(ending);
     database_.notifier().closing(object);
-    imp.notifying = false;
+    imp.life.must(object_change::told);
     imp.news = {};
     imp.news.was_gone = database_.records().gone(imp.record);
 }
@@ -234,16 +226,15 @@ void open_objects::about_to_modify(AcDbImpObject& imp) {
         return;
     // Views, and objects that are being read, are nobody's business.
     const auto opened = open_.find(imp.record);
-    if (opened != open_.end() && &opened->second->imp() == &imp && imp.writing)
+    if (opened != open_.end() && &opened->second->imp() == &imp)
         database_.notifier().opened_for_modify(*opened->second);
 }
 
 void open_objects::content_changed(dxf::record_id container) {
     AcDbImpObject* const imp = opened(container);
-    if (imp == nullptr || !imp->writing)
+    if (imp == nullptr || !imp->life.is_written())
         return;
-    if (!imp->news.opened_for_modify)
-        about_to_modify(*imp);
+    imp->about_to_modify();
     imp->news.modified = imp->news.graphics = true;
 }
 
@@ -254,11 +245,9 @@ void open_objects::appended(AcDbObject& object) {
     if (!database_.notifier().of_database().empty() || database_.notifier().heard_of(imp.record)) {
         commit(object); // what its class adds when it joins a drawing is no change of it
         imp.news = {};
-        imp.writing = false;
-        imp.notifying = imp.lent = true;
+        imp.life.must(object_change::lend);
         database_.notifier().appended(object);
-        imp.notifying = imp.lent = false;
-        imp.writing = true;
+        imp.life.must(object_change::take_back);
     }
     imp.news.made = true;
 }
@@ -268,10 +257,9 @@ void open_objects::adopt(AcDbObject& object, dxf::record_id record) {
     imp.forget();
     imp.database = &database_;
     imp.record = record;
-    imp.writing = true;
+    imp.life.must(object_change::join);
     imp.touched = false;
     imp.news = {};
-    imp.readers = 0;
     open_.emplace(record, std::unique_ptr<AcDbObject>(&object));
 }
 
@@ -279,7 +267,7 @@ void open_objects::exchange(AcDbObject& old, AcDbObject& fresh) {
     AcDbImpObject& imp = old.imp();
     const dxf::record_id record = std::exchange(imp.record, dxf::no_record);
     imp.database = nullptr;
-    imp.writing = false;
+    imp.life.must(object_change::leave);
     static_cast<void>(open_.extract(record).mapped().release()); // the caller owns it
     adopt(fresh, record);
 }
@@ -301,16 +289,16 @@ std::size_t open_objects::close_all() {
             left += other->objects().close_all();
     std::vector<dxf::record_id> closing;
     for (const auto& [record, object] : open_)
-        if (!object->imp().notifying)
+        if (!object->imp().life.is_notifying())
             closing.push_back(record);
     for (const dxf::record_id record : closing) {
         AcDbObject* const object = open_object(record);
         if (object == nullptr) // somebody who heard of another one closed it
             continue;
-        object->imp().in_transaction = false;
-        object->imp().readers = 0;
-        object->imp().writing = true; // one that was read has nothing to tell
-        close(*object, true);
+        object->imp().life.keep(false);
+        if (object->imp().life.make(object_change::seize) ==
+            Acad::eOk) // one that was read has nothing to tell
+            close(*object, true);
     }
     settle_dictionaries(database_);
     return left;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/db/core/imp_database.h"
+#include "host/db/core/object_life.h"
 
 #include <cstddef>
 #include <memory>
@@ -59,7 +60,7 @@ public:
 private:
     std::unique_ptr<AcDbObject> make(AcRxClass* type, dxf::record_id record);
     void destroy(dxf::record_id record);
-    void tell_closing(AcDbObject& object);
+    void tell_closing(AcDbObject& object, object_change ending);
 
     AcDbImpDatabase& database_;
     using open_map = std::unordered_map<dxf::record_id, std::unique_ptr<AcDbObject>>;

@@ -74,7 +74,7 @@ AcDbObject* held(AcDbObjectId id) {
     dxf::record_id record = dxf::no_record;
     AcDbImpDatabase* const database = AcDbImpDatabase::find(id, record);
     AcDbObject* const object = database != nullptr ? database->objects().open_object(record) : nullptr;
-    return object != nullptr && object->imp().in_transaction ? object : nullptr;
+    return object != nullptr && object->imp().life.is_kept() ? object : nullptr;
 }
 
 } // namespace
@@ -88,7 +88,7 @@ void transactions::tell(void (AcTransactionReactor::*news)(int&, AcDbTransaction
 void transactions::commit_all() {
     for (const auto& one : open_)
         for (const AcDbObjectId id : one->opened)
-            if (AcDbObject* const object = held(id); object != nullptr && object->imp().writing)
+            if (AcDbObject* const object = held(id); object != nullptr && object->imp().life.is_written())
                 object->imp().database->objects().commit(*object);
 }
 
@@ -128,7 +128,7 @@ Acad::ErrorStatus transactions::getObject(AcDbObject*& object, AcDbObjectId id, 
     if (AcDbObject* const known = held(id)) {
         if (known->isErased() && !openErased)
             return Acad::eWasErased;
-        if (mode == AcDb::kForWrite && !known->imp().writing)
+        if (mode == AcDb::kForWrite && !known->imp().life.is_written())
             if (const Acad::ErrorStatus status = known->upgradeOpen(); status != Acad::eOk)
                 return status;
         object = known;
@@ -136,7 +136,7 @@ Acad::ErrorStatus transactions::getObject(AcDbObject*& object, AcDbObjectId id, 
     }
     if (const Acad::ErrorStatus status = acdbOpenObject(object, id, mode, openErased); status != Acad::eOk)
         return status;
-    object->imp().in_transaction = true;
+    object->imp().life.keep(true);
     open_.back()->opened.push_back(id);
     return Acad::eOk;
 }
@@ -146,13 +146,13 @@ Acad::ErrorStatus transactions::addNewlyCreatedDBRObject(AcDbObject* object, boo
         return Acad::eNullObjectPointer;
     if (object->isNewObject())
         return Acad::eNoDatabase;
-    if (!add || object->imp().in_transaction)
+    if (!add || object->imp().life.is_kept())
         return Acad::eOk;
     if (open_.empty())
         return Acad::eNoActiveTransactions;
-    if (!object->imp().writing)
-        return Acad::eNotOpenForWrite;
-    object->imp().in_transaction = true;
+    if (const Acad::ErrorStatus status = object->imp().life.ask(object_change::modify); status != Acad::eOk)
+        return status;
+    object->imp().life.keep(true);
     open_.back()->opened.push_back(object->objectId());
     return Acad::eOk;
 }
@@ -176,11 +176,11 @@ Acad::ErrorStatus transactions::endTransaction() {
         const bool was_ending = std::exchange(ending_, true); // who is told may have one of his own
         // All of it is in the drawings before anybody is told of any.
         for (const AcDbObjectId id : ended->opened)
-            if (AcDbObject* const object = held(id); object != nullptr && object->imp().writing)
+            if (AcDbObject* const object = held(id); object != nullptr && object->imp().life.is_written())
                 object->imp().database->objects().commit(*object);
         for (const AcDbObjectId id : ended->opened)
             if (AcDbObject* const object = held(id)) {
-                object->imp().in_transaction = false;
+                object->imp().life.keep(false);
                 object->close();
             }
         ending_ = was_ending;
@@ -197,8 +197,8 @@ Acad::ErrorStatus transactions::abortTransaction() {
     open_.pop_back();
     for (const AcDbObjectId id : aborted->opened)
         if (AcDbObject* const object = held(id)) {
-            object->imp().in_transaction = false;
-            if (object->imp().writing)
+            object->imp().life.keep(false);
+            if (object->imp().life.is_written())
                 object->cancel();
             else
                 object->close();
@@ -209,7 +209,7 @@ Acad::ErrorStatus transactions::abortTransaction() {
     // What the transactions around it have open was put into its record when this one started.
     for (const auto& one : open_)
         for (const AcDbObjectId id : one->opened)
-            if (AcDbObject* const object = held(id); object != nullptr && object->imp().writing) {
+            if (AcDbObject* const object = held(id); object != nullptr && object->imp().life.is_written()) {
                 object->imp().forget();
                 if (!is_host_class(object->isA()))
                     read_own_sections(*object);

@@ -18,10 +18,8 @@ Acad::ErrorStatus AcDbObject::handOverTo(AcDbObject* newObject, Adesk::Boolean k
                                          Adesk::Boolean keepExtDict) {
     if (newObject == nullptr)
         return Acad::eNullObjectPointer;
-    if (m_imp->database == nullptr)
-        return Acad::eNoDatabase;
-    if (!isWriteEnabled())
-        return Acad::eNotOpenForWrite;
+    if (const Acad::ErrorStatus status = m_imp->life.ask(db::object_change::leave); status != Acad::eOk)
+        return status;
     if (!newObject->isNewObject())
         return Acad::eAlreadyInDb;
     AcDbImpDatabase& database = *m_imp->database;

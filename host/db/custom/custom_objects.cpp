@@ -109,7 +109,9 @@ std::optional<std::vector<dxf::group_list::fresh_group>> own_groups(const AcDbOb
 // Lets an object read; false when it does not want to.
 bool read_from(group_input& input, AcDbObject& object) {
     AcDbImpObject& imp = object.imp();
-    const bool was_writing = std::exchange(imp.writing, true);
+    const object_life life = imp.life;
+    if (!life.is_new())
+        imp.life = object_state::written;
     const bool was_told = std::exchange(imp.news.opened_for_modify, true); // what is read is no change
     bool read = false;
     try {
@@ -118,7 +120,7 @@ bool read_from(group_input& input, AcDbObject& object) {
     } catch (...) {
         // Whatever it was: there is no object then.
     }
-    imp.writing = was_writing;
+    imp.life = life;
     imp.news.opened_for_modify = was_told;
     imp.touched = false;
     return read;

@@ -38,8 +38,7 @@ std::vector<dxf::record_id> frozen_in(AcDbImpDatabase& drawing, dxf::record_id v
     AcDbImpObject& imp = seen.imp();
     imp.begin_new(std::string(text));
     imp.groups(); // read now: as part of the drawing it would be its record that is read
-    imp.database = &drawing;
-    imp.record = viewport;
+    imp.look_on(drawing, viewport);
     std::vector<dxf::record_id> layers = frozen_layers(imp);
     std::sort(layers.begin(), layers.end());
     return layers;

@@ -61,9 +61,7 @@ layer_look look_of(AcDbImpDatabase& drawing, dxf::record_id layer, std::string_v
     AcDbImpObject& imp = seen.imp();
     imp.begin_new(std::string(text));
     imp.groups(); // read now: as part of the drawing it would be its record that is read
-    imp.database = &drawing;
-    imp.record = layer;
-    imp.readers = 1;
+    imp.look_on(drawing, layer);
     return look_of(seen);
 }
 
