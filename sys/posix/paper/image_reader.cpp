@@ -27,8 +27,11 @@ result too_many(double width, double height) {
     return base::failure{L"its " + text(width) + L" x " + text(height) + L" dots are too many"};
 }
 
-bool has_size(image_dots& made, double width, double height) {
-    if (!(width >= 1.0 && height >= 1.0 && width * height <= most_dots))
+bool has_size(image_dots& made, double width, double height, std::string_view bytes) {
+    // No form packs more into a byte, so nothing is prepared for a few bytes that speak of millions of dots.
+    constexpr double most_packed = 10'000.0;
+    if (!(width >= 1.0 && height >= 1.0 && width * height <= most_dots &&
+          width * height <= most_packed * static_cast<double>(bytes.size())))
         return false;
     made.width = static_cast<int>(width);
     made.height = static_cast<int>(height);
@@ -44,7 +47,7 @@ result read_png(std::string_view bytes) {
     if (png_image_begin_read_from_memory(&image, bytes.data(), bytes.size()) == 0)
         return base::failure{L"it is no PNG that can be read"};
     auto made = std::make_shared<image_dots>();
-    if (!has_size(*made, image.width, image.height)) {
+    if (!has_size(*made, image.width, image.height, bytes)) {
         png_image_free(&image);
         return too_many(image.width, image.height);
     }
@@ -59,6 +62,7 @@ result read_png(std::string_view bytes) {
 // The library leaves by a jump; nothing that must be taken down stands between.
 struct jpeg_trouble {
     jpeg_error_mgr manager;
+    jpeg_progress_mgr progress;
     std::jmp_buf back;
 };
 
@@ -66,6 +70,12 @@ extern "C" void leave_jpeg(j_common_ptr state) {
     std::longjmp(reinterpret_cast<jpeg_trouble*>(state->err)->back, 1);
 }
 extern "C" void say_nothing(j_common_ptr /*state*/) {
+}
+// Each scan goes over the whole image, and takes a few bytes of a file: real ones have a dozen.
+extern "C" void count_scans(j_common_ptr state) {
+    constexpr int most_scans = 100;
+    if (reinterpret_cast<jpeg_decompress_struct*>(state)->input_scan_number > most_scans)
+        leave_jpeg(state);
 }
 
 // Into `made`, of which `row` is a line that is read; false when that can not be begun.
@@ -82,12 +92,14 @@ bool decode_jpeg(std::string_view bytes, image_dots& made, std::vector<std::uint
         return begun; // what was read is kept
     }
     jpeg_create_decompress(&state);
+    state.progress = &trouble.progress;
+    trouble.progress.progress_monitor = count_scans;
     jpeg_mem_src(&state, reinterpret_cast<const unsigned char*>(bytes.data()),
                  static_cast<unsigned long>(bytes.size()));
     jpeg_read_header(&state, TRUE);
     width = state.image_width;
     height = state.image_height;
-    if (has_size(made, width, height)) {
+    if (has_size(made, width, height, bytes)) {
         state.out_color_space =
             state.jpeg_color_space == JCS_CMYK || state.jpeg_color_space == JCS_YCCK ? JCS_CMYK : JCS_RGB;
         jpeg_start_decompress(&state);
@@ -136,12 +148,13 @@ result read_bmp(std::string_view bytes) {
     const std::size_t start = base::little_endian(bytes, 10, 4);
     const std::size_t table = 14 + static_cast<std::size_t>(base::little_endian(bytes, 14, 4));
     const std::size_t bits = base::little_endian(bytes, 28, 2);
-    if (base::little_endian(bytes, 30, 4) != 0 ||
+    constexpr std::size_t least_table = 14 + 40;
+    if (table < least_table || base::little_endian(bytes, 30, 4) != 0 ||
         (bits != 1 && bits != 4 && bits != 8 && bits != 24 && bits != 32))
         return base::failure{L"it is a BMP of a form that is not read"};
     auto made = std::make_shared<image_dots>();
     const double rows = height < 0.0 ? -height : height;
-    if (!has_size(*made, width, rows))
+    if (!has_size(*made, width, rows, bytes))
         return too_many(width, rows);
     const std::size_t row_bytes = (static_cast<std::size_t>(made->width) * bits + 31) / 32 * 4;
     for (int y = 0; y < made->height; ++y) {
