@@ -57,7 +57,7 @@ public:
     void stroke(std::span<const sheet_point> points, const pen& pen) override {
         if (points.empty() || is_drawn_by_dots(points, pen))
             return;
-        if (pending_ != 0 && !(pen == pen_))
+        if (pending_ == 0 || !(pen == pen_))
             flush();
         pen_ = pen;
         cairo_move_to(context_, points.front().x, points.front().y);
@@ -243,15 +243,15 @@ private:
         cairo_rectangle_list_destroy(parts);
     }
     bool is_drawn_by_dots(std::span<const sheet_point> points, const pen& pen) {
-        constexpr double thick = 6.0; // dots
-        if (field_.dots == nullptr || pen.width * scale_ > thick || pen.color.opacity < 1.0)
+        if (field_.dots == nullptr || pen.color.opacity < 1.0)
             return false;
-        flush();
+        flush_strokes();
         cairo_surface_flush(surface_);
         placed_.clear();
         for (const sheet_point& point : points)
             placed_.push_back({point.x * scale_, point.y * scale_});
-        draw_thin_line(field_, placed_, pen.width * scale_, pen.color);
+        if (!waiting_.add(field_, placed_, pen.width * scale_, pen.color))
+            draw_line(field_, placed_, pen.width * scale_, pen.color);
         cairo_surface_mark_dirty(surface_);
         return true;
     }
@@ -261,6 +261,11 @@ private:
                               color.opacity);
     }
     void flush() {
+        waiting_.draw(field_);
+        cairo_surface_mark_dirty(surface_);
+        flush_strokes();
+    }
+    void flush_strokes() {
         if (pending_ == 0)
             return;
         use(pen_.color);
@@ -278,6 +283,7 @@ private:
     pen pen_;
     std::size_t pending_ = 0; // points of strokes that wait
     dot_field field_;
+    waiting_lines waiting_;
     std::vector<sheet_point> placed_; // in dots
     glyph_fonts fonts_;
     std::map<std::shared_ptr<const image_dots>, cairo_surface_t*> images_;
