@@ -26,6 +26,16 @@ bool is_empty(const AcDbExtents& extents) {
     return !(least.x <= most.x && least.y <= most.y && least.z <= most.z);
 }
 
+std::array<AcGePoint3d, 8> corners_of(const AcDbExtents& extents) {
+    const AcGePoint3d least = extents.minPoint();
+    const AcGePoint3d most = extents.maxPoint();
+    std::array<AcGePoint3d, 8> corners;
+    for (unsigned corner = 0; corner < 8; ++corner)
+        corners[corner] = {(corner & 1) != 0 ? most.x : least.x, (corner & 2) != 0 ? most.y : least.y,
+                           (corner & 4) != 0 ? most.z : least.z};
+    return corners;
+}
+
 bool extents_canvas::enter_block(const AcDbExtents& block, const AcGeMatrix3d& to_world) {
     constexpr std::size_t most_entered = 100'000;
     if (!keeps_boxes(to_world) && *entered_ < most_entered)

@@ -4,6 +4,7 @@
 #include "dbmain.h"
 #include "host/gi/canvas.h"
 
+#include <array>
 #include <cstddef>
 #include <span>
 
@@ -38,5 +39,7 @@ private:
 
 // Whether there is anything between the corners.
 bool is_empty(const AcDbExtents& extents);
+// All eight corners, the least one first.
+std::array<AcGePoint3d, 8> corners_of(const AcDbExtents& extents);
 
 } // namespace gi

@@ -275,6 +275,28 @@ maybe_box box_of_reference(known_blocks& blocks, dxf::record_id entity) {
     return box;
 }
 
+// A dimension is drawn by its block, where it was drawn with it.
+maybe_box box_of_dimension(known_blocks& blocks, dxf::padded_text record) {
+    std::string_view name;
+    numbers numbers(record);
+    while (numbers.next()) {
+        const int code = numbers.code();
+        if (code == 2)
+            name = dxf::trimmed(numbers.text());
+        else if ((code == 12 || code == 22) && numbers.value() != 0.0)
+            return {}; // moved since
+    }
+    if (numbers.tilted() || name.empty())
+        return {};
+    const known_blocks::block& block = blocks.named(name);
+    if (!block.found || is_empty(block.extents))
+        return {};
+    flat_box box;
+    box.add(block.extents.minPoint().x, block.extents.minPoint().y);
+    box.add(block.extents.maxPoint().x, block.extents.maxPoint().y);
+    return box;
+}
+
 } // namespace
 
 const known_blocks::block& known_blocks::named(std::string_view name) {
@@ -309,7 +331,7 @@ std::optional<flat_box> quick_box(known_blocks& blocks, dxf::record_id entity) {
     case dxf::type_text:
         return box_of_text(text);
     default:
-        return {};
+        return records.type_name(entity) == "DIMENSION" ? box_of_dimension(blocks, text) : maybe_box();
     }
 }
 

@@ -96,7 +96,8 @@ void space_index::build() {
     groups_.clear();
     read_ = database_.records().journal().size();
     std::vector<dxf::record_id> all = database_.blocks().entities(space_);
-    std::sort(all.begin(), all.end());
+    if (!std::is_sorted(all.begin(), all.end()))
+        std::sort(all.begin(), all.end());
     entities_.reserve(all.size());
     boxes_.reserve(all.size());
     constexpr std::size_t together = 4096; // entities for which a core finds boxes
@@ -176,16 +177,27 @@ flat_box space_index::extents() {
                static_cast<double>(other.most_x) <= known.most_x &&
                static_cast<double>(other.most_y) <= known.most_y;
     };
-    for (std::size_t i = 0; i < groups_.size(); ++i) {
+    const auto add_group = [&](std::size_t i) {
         if (is_known(groups_[i]))
-            continue;
+            return;
         for (std::size_t at = i * group; at < std::min((i + 1) * group, boxes_.size()); ++at) {
             if (is_known(boxes_[at]) || database_.records().gone(entities_[at]))
                 continue;
             drawing.draw(database_, entities_[at]);
             known = found();
         }
+    };
+    // What reaches furthest comes first: then most of what follows lies within.
+    for (const auto edge : {&box::least_x, &box::least_y, &box::most_x, &box::most_y}) {
+        const auto less = [edge](const box& a, const box& b) { return a.*edge < b.*edge; };
+        const bool least = edge == &box::least_x || edge == &box::least_y;
+        const auto at = least ? std::min_element(groups_.begin(), groups_.end(), less)
+                              : std::max_element(groups_.begin(), groups_.end(), less);
+        if (at != groups_.end())
+            add_group(static_cast<std::size_t>(at - groups_.begin()));
     }
+    for (std::size_t i = 0; i < groups_.size(); ++i)
+        add_group(i);
     return known;
 }
 
