@@ -153,6 +153,35 @@ TEST(Picture, is_the_same_from_groups_and_from_objects) {
             numbers({{8, "RED"}, {2, "INNER"}, {10, "7"}, {20, "99"}, {41, "1e-5"}, {42, "1e-5"}}),
         group(0, "INSERT") +
             numbers({{8, "RED"}, {2, "INNER"}, {10, "50"}, {20, "99"}, {41, "0.1"}, {70, "3"}, {44, "20"}}),
+        group(0, "LINE") +
+            numbers({{8, "RED"}, {62, "3"}, {420, "1193046"}, {10, "5"}, {20, "34"}, {11, "95"}}),
+        group(0, "LINE") +
+            numbers({{8, "RED"}, {6, "dashes"}, {48, "0.5"}, {10, "5"}, {20, "36"}, {11, "95"}}),
+        group(0, "LINE") +
+            numbers({{102, "{ACAD_REACTORS"}, {330, "9"}, {102, "}"}, {8, "BLUE"}, {11, "95"}}),
+        group(0, "DIMENSION") +
+            numbers({{8, "RED"}, {62, "4"}, {2, "OUTER"}, {70, "0"}, {13, "5"}, {23, "9"}}),
+        group(0, "DIMENSION") + numbers({{8, "FROZEN"}, {2, "OUTER"}, {70, "0"}}),
+        group(0, "DIMENSION") + numbers({{8, "BLUE"}, {2, "INNER"}, {12, "0"}, {22, "120"}, {70, "0"}}),
+    };
+    // Attributes, of which the mode of the drawing shows those that are not invisible.
+    const auto reference = [&](std::string_view further) {
+        const auto attribute = [&](std::string_view y, std::string_view own) {
+            return group(0, "ATTRIB") +
+                   numbers({{8, "BLUE"}, {10, "3"}, {20, y}, {40, "4"}, {1, "Sign"}, {2, "TAG"}}) +
+                   std::string(further) + std::string(own);
+        };
+        return group(0, "INSERT") + numbers({{8, "RED"}, {66, "1"}, {2, "INNER"}, {10, "9"}, {20, "150"}}) +
+               std::string(further) + attribute("151", "") + attribute("157", group(70, "1")) +
+               attribute("163", numbers({{70, "0"},
+                                         {72, "1"},
+                                         {11, "40"},
+                                         {21, "163"},
+                                         {74, "3"},
+                                         {100, "AcDbXrecord"},
+                                         {70, "1"}})) +
+               attribute("170", group(62, "0")) + attribute("177", numbers({{73, "2"}, {71, "2"}})) +
+               group(0, "SEQEND");
     };
     std::string plain;
     std::string unusual;
@@ -161,6 +190,8 @@ TEST(Picture, is_the_same_from_groups_and_from_objects) {
         unusual += body + group(60, "0"); // seen
     }
     const std::string answers = "Current\\n\\nFit\\nColors\\n";
+    plain += reference("");
+    unusual += reference(group(60, "0"));
     const std::string from_groups = svg_of(folder, looks(plain), answers);
     EXPECT_EQ(from_groups, svg_of(folder, looks(unusual), answers));
     EXPECT_NE(from_groups, svg_of(folder, looks(), answers));

@@ -38,6 +38,7 @@ painter::painter(sys::paper& paper, text_painter& texts, AcDbImpDatabase& drawin
       manner_(manner) {
     point_mode_ = static_cast<int>(real_of_header(drawing, "$PDMODE", 0.0));
     point_size_ = real_of_header(drawing, "$PDSIZE", 0.0);
+    attribute_mode_ = static_cast<int>(real_of_header(drawing, "$ATTMODE", 1.0));
     constexpr double usual_percents = 5.0; // of the height of what is seen
     if (point_size_ <= 0.0) {
         const double percents = point_size_ < 0.0 ? -point_size_ : usual_percents;
@@ -79,13 +80,13 @@ bool painter::enter(const gi::visit& entity) {
 painter::size painter::size_of(const AcDbExtents& extents, const AcGeMatrix3d& to_world) const {
     if (gi::is_empty(extents))
         return size::seen; // lines without end may yet be
-    const AcGePoint3d& least = extents.minPoint();
-    const AcGePoint3d& most = extents.maxPoint();
+    return size_of(gi::corners_of(extents), to_world);
+}
+
+painter::size painter::size_of(std::span<const AcGePoint3d> corners, const AcGeMatrix3d& to_world) const {
     sheet_box seen{1e300, 1e300, -1e300, -1e300};
-    for (int corner = 0; corner < 8; ++corner) {
-        const AcGePoint3d point((corner & 1) != 0 ? most.x : least.x, (corner & 2) != 0 ? most.y : least.y,
-                                (corner & 4) != 0 ? most.z : least.z);
-        const sys::sheet_point at = view_.at(to_world * point);
+    for (const AcGePoint3d& corner : corners) {
+        const sys::sheet_point at = view_.at(to_world * corner);
         seen = {std::min(seen.left, at.x), std::min(seen.top, at.y), std::max(seen.right, at.x),
                 std::max(seen.bottom, at.y)};
     }

@@ -110,7 +110,11 @@ private:
     struct plain_look {
         layer_states::place place;
         look shown;
+        bool frozen = false; // it, or what it stands in
     };
+    // What they differ by otherwise: layer by its number, colour, true colour, weight, linetype, its scale.
+    using plain_key =
+        std::tuple<std::uint32_t, std::int64_t, std::int64_t, std::int64_t, std::string_view, double, change>;
     struct common_groups;
     struct layer_look {
         AcCmEntityColor color;
@@ -143,23 +147,26 @@ private:
 
     // ---- entities drawn from their groups (plain_entities.cpp)
 
-    plain_look& look_of(dxf::record_id entity, const common_groups& groups);
+    const plain_look& look_of(dxf::record_id entity, const common_groups& groups);
     bool draw_plain_line(dxf::record_id entity);
     bool draw_plain_arc(dxf::record_id entity);
     bool draw_plain_polyline(dxf::record_id entity);
     bool draw_plain_point(dxf::record_id entity);
     bool draw_plain_reference(dxf::record_id entity);
-    bool draw_plain_text(dxf::record_id entity); // plain_texts.cpp
+    bool draw_plain_dimension(dxf::record_id entity);
+    bool draw_plain_text(dxf::record_id entity); // or an attribute; plain_texts.cpp
     const AcGiTextStyle& style_named(std::string_view name);
     std::wstring message_of(std::string_view bytes);
     const block_figures* block_named(std::string_view name);
-    const std::vector<look>& looks_in(const block_figures& block, const plain_look& reference);
-    look look_in(const block_figures::attributes& part, const plain_look& reference);
+    const std::vector<plain_look>& looks_in(const block_figures& block, const plain_look& reference);
+    plain_look look_in(const block_figures::attributes& part, const plain_look& reference);
+    void draw_block(const block_figures& block, const AcGeMatrix3d& to_world, const plain_look& reference);
     void draw_figure(const block_figures::figure& figure, const AcGeMatrix3d& to_world, const look& look);
     void draw_attributes(dxf::record_id reference, const plain_look& own);
 
     enum class size { outside, dot, seen };
     size size_of(const AcDbExtents& extents, const AcGeMatrix3d& to_world) const;
+    size size_of(std::span<const AcGePoint3d> corners, const AcGeMatrix3d& to_world) const;
 
     // Tells the paper on which layer things stand that come next.
     void put_on_layer(const look& look);
@@ -190,15 +197,16 @@ private:
     std::map<std::pair<const layer_states::table*, Adesk::LongPtr>, layer_state> part_states_;
     std::unordered_map<dxf::record_id, layer_look> layer_looks_;
     std::unordered_map<Adesk::LongPtr, linetype> linetypes_;
-    std::map<std::tuple<std::uint32_t, int, int, change>, plain_look>
-        plain_looks_; // by layer's number, colour, weight, change
+    std::map<plain_key, plain_look> plain_looks_;
+    const std::pair<const plain_key, plain_look>* last_look_ = nullptr;
     std::unordered_map<std::string_view, const block_figures*> plain_blocks_;
     std::unordered_map<std::string_view, AcGiTextStyle> styles_; // by the bytes that texts name them with
-    std::map<std::pair<const block_figures*, const plain_look*>, std::vector<look>> block_looks_;
+    std::map<std::pair<const block_figures*, const plain_look*>, std::vector<plain_look>> block_looks_;
     std::vector<AcGePoint3d> points_;     // of the entity that is drawn
     std::optional<dxf::record_id> layer_; // that the paper knows of
     int point_mode_ = 0;
     double point_size_ = 0.0; // of the world
+    int attribute_mode_ = 1;  // $ATTMODE: none, those that are not invisible, all
     sys::sheet_point last_dot_;
     sys::ink last_dot_ink_;
 };

@@ -1,5 +1,6 @@
 // Entities with nothing unusual, drawn from the groups of their records: most of a plan, without an object
 // for any of them. What this source does not know exactly it leaves to the tracer.
+#include "host/db/core/symbol_names.h"
 #include "host/dxf/record_header.h"
 #include "host/picture/common_groups.h"
 #include "host/view/tracer.h"
@@ -9,22 +10,38 @@
 
 namespace picture {
 
-painter::plain_look& painter::look_of(dxf::record_id entity, const common_groups& groups) {
-    const auto color = static_cast<int>(groups.color);
-    const auto weight = static_cast<int>(groups.weight);
+const painter::plain_look& painter::look_of(dxf::record_id entity, const common_groups& groups) {
     const change mark = manner_.changed != nullptr ? manner_.changed->of(drawing_, entity) : change::none;
-    const auto [at, fresh] =
-        plain_looks_.try_emplace({drawing_.records().layer(entity), color, weight, mark});
+    const plain_key key{drawing_.records().layer(entity),
+                        groups.color,
+                        groups.true_color,
+                        groups.weight,
+                        groups.linetype,
+                        groups.linetype_scale,
+                        mark};
+    if (last_look_ != nullptr && last_look_->first == key)
+        return last_look_->second;
+    const auto [at, fresh] = plain_looks_.try_emplace(key);
+    last_look_ = &*at;
     if (!fresh)
         return at->second;
     const std::lock_guard hold(shared_.lock);
     frame now;
     static_cast<layer_states::place&>(now) = states_.inside(nullptr, {&drawing_, entity, {}});
     now.around = of_nothing();
-    now.color.setColorIndex(static_cast<Adesk::UInt16>(color));
-    now.weight = static_cast<AcDb::LineWeight>(weight);
+    now.color.setColorIndex(static_cast<Adesk::UInt16>(groups.color));
+    if (groups.true_color >= 0)
+        now.color.setRGB(static_cast<Adesk::UInt8>(groups.true_color >> 16),
+                         static_cast<Adesk::UInt8>(groups.true_color >> 8),
+                         static_cast<Adesk::UInt8>(groups.true_color));
+    now.weight = static_cast<AcDb::LineWeight>(groups.weight);
+    if (!groups.linetype.empty())
+        now.linetype = drawing_.id(drawing_.names().find(db::table_kind::linetype,
+                                                         drawing_.drawing().codec().decode(groups.linetype)));
+    now.linetype_scale = groups.linetype_scale;
     at->second.place = now;
     at->second.shown = resolve(now);
+    at->second.frozen = now.state.frozen;
     at->second.shown.seen = at->second.shown.seen && !now.state.frozen;
     return at->second;
 }
@@ -48,7 +65,7 @@ bool painter::draw_plain(dxf::record_id entity) {
     case dxf::type_insert:
         return draw_plain_reference(entity);
     default:
-        return false;
+        return records.type_name(entity) == "DIMENSION" && draw_plain_dimension(entity);
     }
 }
 
@@ -185,7 +202,7 @@ const block_figures* painter::block_named(std::string_view name) {
     return at->second;
 }
 
-painter::look painter::look_in(const block_figures::attributes& part, const plain_look& reference) {
+painter::plain_look painter::look_in(const block_figures::attributes& part, const plain_look& reference) {
     frame outer;
     static_cast<layer_states::place&>(outer) = reference.place;
     frame now;
@@ -198,20 +215,51 @@ painter::look painter::look_in(const block_figures::attributes& part, const plai
     now.linetype_scale = part.linetype_scale;
     frames_.push_back(outer);
     frames_.push_back(now);
-    look found = resolve(frames_.back());
+    plain_look found{now, resolve(frames_.back()), reference.frozen || now.state.frozen};
     frames_.resize(frames_.size() - 2);
-    found.seen = found.seen && !now.state.frozen;
+    found.shown.seen = found.shown.seen && !found.frozen;
     return found;
 }
 
-const std::vector<painter::look>& painter::looks_in(const block_figures& block, const plain_look& reference) {
+const std::vector<painter::plain_look>& painter::looks_in(const block_figures& block,
+                                                          const plain_look& reference) {
     const auto [at, fresh] = block_looks_.try_emplace({&block, &reference});
     if (fresh) {
         const std::lock_guard hold(shared_.lock);
         for (const block_figures::attributes& part : block.looks)
-            at->second.push_back(look_in(part, reference));
+            at->second.push_back(
+                look_in(part, part.around == block_figures::of_block ? reference : at->second[part.around]));
     }
     return at->second;
+}
+
+void painter::draw_block(const block_figures& block, const AcGeMatrix3d& to_world,
+                         const plain_look& reference) {
+    switch (size_of(block.extents, to_world)) {
+    case size::outside:
+        return;
+    case size::dot:
+        if (reference.shown.seen)
+            dot(to_world * block.extents.minPoint(), reference.shown);
+        return;
+    case size::seen:
+        break;
+    }
+    const std::vector<plain_look>& looks = looks_in(block, reference);
+    for (std::size_t i = 0; i < block.figures.size(); ++i) {
+        const block_figures::figure& figure = block.figures[i];
+        const plain_look& now = looks[figure.look];
+        if (figure.what != block_figures::kind::nested) {
+            if (now.shown.seen)
+                draw_figure(figure, to_world, now.shown);
+            continue;
+        }
+        const size seen = now.frozen ? size::outside : size_of(figure.lists.front(), to_world);
+        if (seen == size::dot && now.shown.seen)
+            dot(to_world * figure.lists.front().front(), now.shown);
+        if (seen != size::seen)
+            i += figure.inside;
+    }
 }
 
 void painter::draw_figure(const block_figures::figure& figure, const AcGeMatrix3d& to_world,
@@ -252,6 +300,11 @@ void painter::draw_figure(const block_figures::figure& figure, const AcGeMatrix3
     case kind::unbounded:
         draw_unbounded(to_world * figure.arc.center, to_world * figure.arc.u, figure.both, now);
         break;
+    case kind::point:
+        point_sign(to_world * figure.lists.front().front(), now);
+        break;
+    case kind::nested:
+        break;
     }
 }
 
@@ -261,6 +314,8 @@ void painter::draw_attributes(dxf::record_id reference, const plain_look& own) {
     for (dxf::record_id part = records.next(reference);
          part != dxf::no_record && records.kind(part) == dxf::record_kind::part; part = records.next(part)) {
         if (records.type(part) != dxf::type_attrib || records.gone(part))
+            continue;
+        if (manner_.changed == nullptr && draw_plain_text(part))
             continue;
         const std::lock_guard hold(shared_.lock);
         around_ = &own.shown;
@@ -294,29 +349,49 @@ bool painter::draw_plain_reference(dxf::record_id entity) {
     if (block == nullptr)
         return false;
     const plain_look& reference = look_of(entity, groups);
-    if (reference.place.state.frozen)
+    if (reference.frozen)
         return true;
     AcGeMatrix3d placing;
     const AcGeVector3d x(std::cos(angle), std::sin(angle), 0.0);
     placing.setCoordSystem(position, x * scales[0], AcGeVector3d(-x.y, x.x, 0.0) * scales[1],
                            AcGeVector3d::kZAxis * scales[2]);
     const AcGeMatrix3d to_world = placing * AcGeMatrix3d::translation(-block->base.asVector());
-    switch (size_of(block->extents, to_world)) {
-    case size::outside:
-        break;
-    case size::dot:
-        if (reference.shown.seen)
-            dot(to_world * block->extents.minPoint(), reference.shown);
-        break;
-    case size::seen: {
-        const std::vector<look>& looks = looks_in(*block, reference);
-        for (const block_figures::figure& figure : block->figures)
-            if (const look& now = looks[figure.look]; now.seen)
-                draw_figure(figure, to_world, now);
-        break;
-    }
-    }
+    draw_block(*block, to_world, reference);
     draw_attributes(entity, reference);
+    return true;
+}
+
+// By the block that it was drawn with; one that was moved since is left to the tracer.
+bool painter::draw_plain_dimension(dxf::record_id entity) {
+    std::string_view name;
+    common_groups groups(drawing_.records().text(entity));
+    while (groups.next())
+        switch (groups.group.code) {
+        case 2:
+            name = dxf::trimmed(groups.group.value);
+            break;
+        case 12:
+        case 22:
+        case 32:
+        case 210:
+        case 220:
+            groups.plain = groups.number() == 0.0;
+            break;
+        case 230:
+            groups.plain = groups.number() == 1.0;
+            break;
+        case 60:
+        case 440:
+            groups.plain = false;
+            break;
+        default:
+            break;
+        }
+    const block_figures* const block = groups.is_plain() && !name.empty() ? block_named(name) : nullptr;
+    if (block == nullptr)
+        return false;
+    if (const plain_look& own = look_of(entity, groups); !own.frozen)
+        draw_block(*block, AcGeMatrix3d::kIdentity, own);
     return true;
 }
 

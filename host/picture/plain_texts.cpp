@@ -27,6 +27,8 @@ std::wstring painter::message_of(std::string_view bytes) {
 }
 
 bool painter::draw_plain_text(dxf::record_id entity) {
+    const bool attribute = drawing_.records().type(entity) == dxf::type_attrib;
+    bool hidden = attribute && attribute_mode_ == 0;
     AcGePoint3d points[2]; // of insertion and of alignment
     bool aligned = false;
     double height = 0.0;
@@ -70,6 +72,10 @@ bool painter::draw_plain_text(dxf::record_id entity) {
         case 51:
             oblique = std::remainder(groups.number(), 360.0) * std::numbers::pi / 180.0;
             break;
+        case 70: // invisible, constant, ...
+            groups.plain = attribute;
+            hidden = hidden || ((static_cast<int>(groups.number()) & 1) != 0 && attribute_mode_ != 2);
+            break;
         case 71: // from right to left, and on its head
             groups.plain = groups.number() == 0.0;
             break;
@@ -79,15 +85,23 @@ bool painter::draw_plain_text(dxf::record_id entity) {
                            horizontal == AcDb::kTextRight || horizontal == AcDb::kTextMid;
             break;
         case 73:
-            vertical = static_cast<int>(groups.number());
-            groups.plain = vertical >= AcDb::kTextBase && vertical <= AcDb::kTextTop;
+        case 74:
+            if ((code == 74) == attribute) // the other one is an attribute's length
+                vertical = static_cast<int>(groups.number());
+            groups.plain =
+                (attribute || code == 73) && vertical >= AcDb::kTextBase && vertical <= AcDb::kTextTop;
             break;
-        default:
-            groups.plain = false;
+        default: // an attribute's tag, version and lock
+            groups.plain = attribute && (code == 2 || code == 280);
         }
     }
     if (!groups.is_plain() || !(height > 0.0) || !(width_factor > 0.0))
         return false;
+    if (attribute && (groups.color == AcCmEntityColor::kACIbyBlock || groups.weight == AcDb::kLnWtByBlock ||
+                      !groups.linetype.empty()))
+        return false; // it looks to its reference
+    if (hidden)
+        return true;
     const AcGiTextStyle& style = style_named(style_bytes);
     if (style.isVertical())
         return false;
