@@ -288,6 +288,27 @@ TEST(MarkupChange, ManyAgainstAPlainTree) {
     }
 }
 
+// A text that is written may stand in the document, which moves when it grows.
+TEST(MarkupChange, TextsOfItsOwn) {
+    MarkupDoc doc;
+    ASSERT_TRUE(doc.AddElement(L"a"));
+    std::wstring expected;
+    for (int i = 0; i < 8; ++i) {
+        const std::wstring whole(doc.GetDocumentText());
+        doc.ResetPosition();
+        ASSERT_TRUE(doc.FindElement() && doc.IntoElement());
+        ASSERT_TRUE(doc.AddElement(L"e", doc.GetDocumentText().data()));
+        EXPECT_EQ(doc.GetElementData(), whole);
+        expected += whole;
+    }
+    std::wstring told;
+    doc.ResetPosition();
+    ASSERT_TRUE(doc.FindElement() && doc.IntoElement());
+    while (doc.FindElement())
+        told += doc.GetElementData();
+    EXPECT_EQ(told, expected);
+}
+
 // Time and memory grow with the number of changes, not with its square.
 TEST(MarkupChange, Many) {
     const auto start = std::chrono::steady_clock::now();

@@ -228,20 +228,7 @@ std::uint32_t MarkupDoc::State::FindPlaceBehind() const {
 
 void MarkupDoc::State::AddElement(std::wstring_view name, std::wstring_view data) {
     const ElementIndex previous = node == MarkupNode::None ? tree.GetLastChild(parent) : current;
-    std::wstring tag = L"<";
-    std::wstring rest;
-    tag += name;
-    if (data.empty()) {
-        tag += L"/>";
-        MoveTo(tree.Insert(parent, previous, FindPlaceBehind(), tag, {}, 0));
-        return;
-    }
-    tag += L'>';
-    AppendEscaped(rest, data);
-    const std::size_t size = rest.size();
-    rest.append(L"</").append(name).append(L">");
-    MoveTo(tree.Insert(parent, previous, FindPlaceBehind(), tag, rest,
-                       static_cast<std::uint32_t>(rest.size() - size)));
+    MoveTo(tree.Insert(parent, previous, FindPlaceBehind(), name, data));
 }
 
 void MarkupDoc::State::SetAttribute(std::wstring_view name, std::wstring_view value) {
@@ -419,6 +406,10 @@ std::wstring_view MarkupDoc::GetTagName() const {
     default:
         return GetFrontName(TrimFront(state.tree.GetView(state.nodeInner)));
     }
+}
+
+std::wstring_view MarkupDoc::GetStartTag() const {
+    return m_state->IsOnElement() ? m_state->tree.GetTag(m_state->current) : std::wstring_view();
 }
 
 std::wstring_view MarkupDoc::GetElementData() const {

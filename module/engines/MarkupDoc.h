@@ -109,6 +109,9 @@ public:
     // instruction, the name in a document type, the name in an end tag.
     std::wstring_view GetTagName() const;
 
+    // An element's start tag as it stands, from `<` to `>`: equal ones have the same name and attributes.
+    std::wstring_view GetStartTag() const;
+
     // The text that lies directly inside the element, CDATA sections included and entities resolved, with
     // its blanks and line ends as they stand. Of other nodes: what they hold.
     std::wstring_view GetElementData() const;

@@ -21,6 +21,16 @@ struct Entity {
 
 constexpr Entity entities[] = {
     {L'<', L"&lt;"}, {L'&', L"&amp;"}, {L'>', L"&gt;"}, {L'"', L"&quot;"}, {L'\'', L"&apos;"}};
+constexpr std::uint64_t markedCharacters = MakeCharacterSet("<&>\"'");
+
+bool NeedsEntity(wchar_t unit) {
+    return IsIn(markedCharacters, unit) && !IsBlank(unit);
+}
+
+// What stands for a character that needs it.
+std::wstring_view FindEntity(wchar_t unit) {
+    return std::ranges::find(entities, unit, &Entity::character)->text;
+}
 
 // -1 when it is no digit of that base, 10 or 16.
 int GetDigit(wchar_t c, int base) {
@@ -145,17 +155,28 @@ bool EqualsSmall(std::wstring_view text, std::wstring_view small) {
     });
 }
 
-void AppendEscaped(std::wstring& out, std::wstring_view text) {
-    for (std::size_t at = 0;;) {
-        const std::size_t found = text.find_first_of(L"<&>\"'", at);
-        out += text.substr(at, found - at);
-        if (found == nowhere)
-            return;
-        for (const Entity& entity : entities)
-            if (text[found] == entity.character)
-                out += entity.text;
-        at = found + 1;
+std::size_t GetEscapedSize(std::wstring_view text) {
+    std::size_t size = text.size();
+    for (const wchar_t unit : text)
+        if (NeedsEntity(unit))
+            size += FindEntity(unit).size() - 1;
+    return size;
+}
+
+wchar_t* WriteEscaped(wchar_t* out, std::wstring_view text) {
+    for (const wchar_t unit : text) {
+        if (NeedsEntity(unit))
+            out = std::ranges::copy(FindEntity(unit), out).out;
+        else
+            *out++ = unit;
     }
+    return out;
+}
+
+void AppendEscaped(std::wstring& out, std::wstring_view text) {
+    const std::size_t size = out.size();
+    out.resize(size + GetEscapedSize(text));
+    WriteEscaped(out.data() + size, text);
 }
 
 void AppendResolved(std::wstring& out, std::wstring_view text) {

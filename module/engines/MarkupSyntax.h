@@ -59,7 +59,10 @@ inline std::wstring_view GetFrontName(std::wstring_view text) {
 // Equal but for the case of ASCII letters; `small` has small ones.
 bool EqualsSmall(std::wstring_view text, std::wstring_view small);
 
-// The text with < & > " ' as entities, added to `out`.
+// The text with < & > " ' as entities: how long it is; written from `out` on, which has room for it, to the
+// end that is given; added to `out`.
+std::size_t GetEscapedSize(std::wstring_view text);
+wchar_t* WriteEscaped(wchar_t* out, std::wstring_view text);
 void AppendEscaped(std::wstring& out, std::wstring_view text);
 
 // The text with the five entities and the numeric references as what they stand for, added to `out`. What

@@ -5,16 +5,24 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cwchar>
 #include <new>
 #include <utility>
 
+using std::string_view_literals::operator""sv;
+
 namespace {
 
-// What may gather in the store before it is worth while to write a small document anew.
-constexpr std::size_t smallStore = std::size_t(1) << 20;
+// How much of the store may be of no use before it is worth while to write a small document anew.
+constexpr std::size_t smallWaste = std::size_t(1) << 20;
 
 std::uint32_t Narrow(std::size_t size) {
     return static_cast<std::uint32_t>(size);
+}
+
+// The end of the text that is written from `out` on.
+wchar_t* Write(wchar_t* out, std::wstring_view text) {
+    return std::wmemcpy(out, text.data(), text.size()) + text.size();
 }
 
 } // namespace
@@ -36,8 +44,17 @@ ElementIndex MarkupTree::GetLastChild(ElementIndex parent) const {
 }
 
 ElementIndex MarkupTree::Insert(ElementIndex parent, ElementIndex previous, std::uint32_t place,
-                                std::wstring_view tag, std::wstring_view rest, std::uint32_t endTagLength) {
+                                std::wstring_view name, std::wstring_view data) {
+    const std::size_t tagLength = name.size() + (data.empty() ? 3 : 2);
+    const std::size_t endTagLength = data.empty() ? 0 : name.size() + 3;
+    const std::size_t length = GetEscapedSize(data) + endTagLength + tagLength;
     const bool isAtFront = parent != 0 && m_index[parent].firstChild == 0 && GetContent(parent).size == 0;
+    std::wstring keptName;
+    std::wstring keptData;
+    if (isAtFront || !m_text.HasRoom(length)) { // the store moves when it grows
+        name = keptName = name;
+        data = keptData = data;
+    }
     if (isAtFront) {
         // An empty element's tag becomes two tags.
         Open(parent, {});
@@ -45,9 +62,20 @@ ElementIndex MarkupTree::Insert(ElementIndex parent, ElementIndex previous, std:
     }
     Parts parts;
     parts.place = {place, 0};
-    parts.content = {Store(rest), Narrow(rest.size()) - endTagLength};
-    parts.endTagLength = endTagLength;
-    parts.tag = {Store(tag), Narrow(tag.size())};
+    wchar_t* const begin = MakeRoom(length);
+    wchar_t* at = WriteEscaped(begin, data);
+    parts.content = {Narrow(m_text.GetSize()), Narrow(static_cast<std::size_t>(at - begin))};
+    parts.endTagLength = Narrow(endTagLength);
+    if (!data.empty()) {
+        at = Write(at, L"</"sv);
+        at = Write(at, name);
+        *at++ = L'>';
+    }
+    parts.tag = {Narrow(m_text.GetSize() + length - tagLength), Narrow(tagLength)};
+    *at++ = L'<';
+    at = Write(at, name);
+    Write(at, data.empty() ? L"/>"sv : L">"sv);
+    m_text.SetSize(m_text.GetSize() + length);
     parts.isNew = true;
     parts.isAtFront = isAtFront;
     m_changes.push_back(parts);
@@ -61,7 +89,8 @@ ElementIndex MarkupTree::Insert(ElementIndex parent, ElementIndex previous, std:
     if (parent != 0)
         record.level =
             std::min(m_index[parent].level + 1u, MarkupElement::highestLevel) & MarkupElement::highestLevel;
-    record.nameLength = MarkupElement::longName;
+    record.nameLength =
+        std::min<std::uint32_t>(Narrow(name.size()), MarkupElement::longName) & MarkupElement::longName;
     m_deepest = std::max<std::uint32_t>(m_deepest, record.level);
 
     const ElementIndex first = m_index[parent].firstChild;
@@ -91,6 +120,8 @@ void MarkupTree::SetTag(ElementIndex element, std::wstring_view tag) {
     m_text.Extend(tag.size());
     if (parts.tag.GetEnd() == m_text.GetSize())
         m_text.SetSize(parts.tag.begin);
+    else
+        m_unused += parts.tag.size;
     parts.tag = {Store(tag), Narrow(tag.size())};
     Settle();
 }
@@ -134,6 +165,7 @@ void MarkupTree::Open(ElementIndex element, std::wstring_view content) {
     const std::uint32_t at = Store(rest);
     const std::uint32_t tagAt = isEmptyTag ? Store(tag) : 0;
     Parts& parts = Change(element);
+    m_unused += parts.content.size + parts.endTagLength + (isEmptyTag ? parts.tag.size : 0);
     if (isEmptyTag)
         parts.tag = {tagAt, Narrow(tag.size())};
     parts.content = {at, Narrow(content.size())};
@@ -146,19 +178,25 @@ std::uint32_t MarkupTree::FindEndTagLength(const MarkupElement& record) const {
     return Narrow(text.size() - text.rfind(L'<'));
 }
 
+// The end of the store, with room for `size` units behind it.
+wchar_t* MarkupTree::MakeRoom(std::size_t size) {
+    if (size > longestMarkup - m_text.GetSize())
+        throw std::bad_alloc();
+    return m_text.Extend(size);
+}
+
 // Puts a text that is no part of the store at its end and tells where it begins.
 std::uint32_t MarkupTree::Store(std::wstring_view text) {
     const std::size_t at = m_text.GetSize();
-    if (text.size() > longestMarkup - at)
-        throw std::bad_alloc();
+    MakeRoom(text.size());
     m_text.Append(text);
     return Narrow(at);
 }
 
-// Writes the text anew when the store has doubled since that was done: so all of it together costs no more
-// than a few times what was written.
+// Writes the text anew when half of the store is of no use any more: so all of it together costs no more than
+// a few times what was written.
 void MarkupTree::Settle() {
-    if (m_text.GetSize() < std::max<std::size_t>(smallStore, 2 * std::size_t(m_index[0].length)))
+    if (m_unused < std::max(smallWaste, m_text.GetSize() / 2))
         return;
     try {
         Rewrite();
@@ -177,7 +215,7 @@ void MarkupTree::Rewrite() {
     open.reserve(m_deepest + 2);
     // Nothing of the store is written twice. From here on nothing fails.
     WideText out;
-    wchar_t* const begin = out.Extend(m_text.GetSize() + m_changes.size() * 2 * lineEnd.size());
+    wchar_t* const begin = out.Extend(m_text.GetSize() - m_unused + m_changes.size() * 2 * lineEnd.size());
     wchar_t* to = begin;
     const auto size = [&] { return Narrow(static_cast<std::size_t>(to - begin)); };
     const auto write = [&](std::wstring_view text) { to = std::copy(text.begin(), text.end(), to); };
@@ -224,4 +262,5 @@ void MarkupTree::Rewrite() {
     out.Trim();
     m_text = std::move(out);
     m_changes.clear();
+    m_unused = 0;
 }

@@ -2,8 +2,8 @@
 //
 // A change does not touch the text: what is new goes to its end, and the element is noted as changed, with
 // where its parts stand now and which place in its parent's text it takes. So a change costs what it writes,
-// wherever it is. When the whole text is asked for, it is written anew in order; the same happens when more
-// has gathered behind the text than it is long.
+// wherever it is. When the whole text is asked for, it is written anew in order; the same happens when half
+// of the store is of no use any more.
 #pragma once
 
 #include "module/engines/MarkupIndex.h"
@@ -79,11 +79,11 @@ public:
 
     // Changes. They throw std::bad_alloc, and nothing is changed then.
 
-    // A new element behind `previous`, 0 being none, at a place in the parent's content that lies neither
-    // before `previous` nor behind its next sibling. `rest` is what follows its start tag, with an end tag of
-    // that length; 0 of an empty element.
+    // A new element of that name behind `previous`, 0 being none, at a place in the parent's content that
+    // lies neither before `previous` nor behind its next sibling. Without data it is an empty one. The texts
+    // may be parts of the store.
     ElementIndex Insert(ElementIndex parent, ElementIndex previous, std::uint32_t place,
-                        std::wstring_view tag, std::wstring_view rest, std::uint32_t endTagLength);
+                        std::wstring_view name, std::wstring_view data);
 
     // Other content, as markup, for an element that has no child elements.
     void SetContent(ElementIndex element, std::wstring_view content);
@@ -119,6 +119,7 @@ private:
         return record.hasPlainEnd ? record.nameLength + 3 : FindEndTagLength(record);
     }
     std::uint32_t FindEndTagLength(const MarkupElement& record) const;
+    wchar_t* MakeRoom(std::size_t size);
     std::uint32_t Store(std::wstring_view text);
     void Settle();
     void Rewrite();
@@ -126,6 +127,7 @@ private:
     WideText m_text; // the store: the document's text, and what was written since
     MarkupIndex m_index;
     std::vector<Parts> m_changes;
+    std::size_t m_unused = 0;    // how much of the store belongs to no element any more
     std::uint32_t m_deepest = 0; // no level is higher
 };
 
