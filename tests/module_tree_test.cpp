@@ -344,6 +344,8 @@ TEST(ModuleTree, LoadsXml) {
         {"<a><![CDATA[<x>]]></a>", L"a=<x>"},
         {"<a k='1' j='2' k='3'/>", L"a[j=2][k=3]"},
         {"<a><b><c><d/></c></b><e/></a>", L"a{b{c{d}} e}"},
+        {"<a><b k='xx12'/><b k='xx13'/><b k='xx12'>v</b><b k='xx12' /></a>",
+         L"a{b[k=xx12] b[k=xx13] b=v[k=xx12] b[k=xx12]}"},
     };
     for (const auto& [text, shown] : rows) {
         CVRbTree tree;

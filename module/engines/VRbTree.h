@@ -36,6 +36,9 @@ public:
     CString GetName() const;
     void SetName(LPCTSTR name);
 
+    // Whether the value is more than an empty text.
+    bool HasValue() const { return !ViewOf(m_value).empty(); }
+
     // The value, or the default when it is empty. As a number: the one that it begins with, blanks before it
     // skipped, or the default when it begins with none.
     CString GetValue(LPCTSTR defaultValue = nullptr) const;

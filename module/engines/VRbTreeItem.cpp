@@ -33,16 +33,31 @@ CString TextOf(double value, int precision) {
     return text;
 }
 
-int NumberIn(const CString& text, int defaultValue) {
+// What `parse`, one of the functions that the library has for it, reads at the front of a text.
+template<class Number, class Parse>
+Number NumberIn(std::wstring_view text, Number defaultValue, Parse parse) {
+    constexpr std::size_t common = 64;
+    TCHAR digits[common];
+    CString longer;
+    const TCHAR* begin = digits;
+    if (text.size() < common) {
+        digits[text.copy(digits, common - 1)] = L'\0';
+    } else {
+        longer = TextOf(text);
+        begin = longer.GetString();
+    }
     TCHAR* end = nullptr;
-    const LONG value = _tcstol(text, &end, 10);
-    return end != text.GetString() ? static_cast<int>(value) : defaultValue;
+    const Number value = static_cast<Number>(parse(begin, &end));
+    return end != begin ? value : defaultValue;
 }
 
-double NumberIn(const CString& text, double defaultValue) {
-    TCHAR* end = nullptr;
-    const double value = _tcstod(text, &end);
-    return end != text.GetString() ? value : defaultValue;
+int NumberIn(std::wstring_view text, int defaultValue) {
+    return NumberIn(text, defaultValue,
+                    [](const TCHAR* begin, TCHAR** end) { return _tcstol(begin, end, 10); });
+}
+
+double NumberIn(std::wstring_view text, double defaultValue) {
+    return NumberIn(text, defaultValue, [](const TCHAR* begin, TCHAR** end) { return _tcstod(begin, end); });
 }
 
 } // namespace
@@ -63,11 +78,11 @@ CString CVRbTreeItem::GetValue(LPCTSTR defaultValue) const {
 }
 
 int CVRbTreeItem::GetValue(int defaultValue) const {
-    return NumberIn(TextOf(ViewOf(m_value)), defaultValue);
+    return NumberIn(ViewOf(m_value), defaultValue);
 }
 
 double CVRbTreeItem::GetValue(double defaultValue) const {
-    return NumberIn(TextOf(ViewOf(m_value)), defaultValue);
+    return NumberIn(ViewOf(m_value), defaultValue);
 }
 
 void CVRbTreeItem::SetValue(LPCTSTR value) {
@@ -99,11 +114,11 @@ CString CVRbTreeItem::GetAttrib(LPCTSTR name, LPCTSTR defaultValue) const {
 }
 
 int CVRbTreeItem::GetAttrib(LPCTSTR name, int defaultValue) const {
-    return NumberIn(GetAttrib(name), defaultValue);
+    return NumberIn(ViewOf(GetAttrib(name)), defaultValue);
 }
 
 double CVRbTreeItem::GetAttrib(LPCTSTR name, double defaultValue) const {
-    return NumberIn(GetAttrib(name), defaultValue);
+    return NumberIn(ViewOf(GetAttrib(name)), defaultValue);
 }
 
 void CVRbTreeItem::SetAttrib(LPCTSTR name, LPCTSTR value) {

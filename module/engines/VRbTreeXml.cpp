@@ -7,6 +7,8 @@
 #include "sys/folders.h"
 #include "sys/plain_text.h"
 
+#include <vector>
+
 namespace {
 
 bool HasLoss(const MarkupDoc& document) {
@@ -20,6 +22,14 @@ std::optional<std::wstring> ReadByBytes(LPCTSTR path) {
     sys::text_form form;
     const auto text = file ? sys::utf8_of(file->view(), form) : std::nullopt;
     return text ? std::optional(base::widen(*text)) : std::nullopt;
+}
+
+// A number that mostly differs between the start tags of a file.
+std::size_t GetKey(std::wstring_view tag) {
+    std::size_t key = tag.size();
+    for (std::size_t at = 1; at < tag.size(); at += 5)
+        key = key * 31 + static_cast<std::size_t>(tag[at]);
+    return key;
 }
 
 } // namespace
@@ -38,11 +48,16 @@ int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fa
     if (!document.FindElement())
         return 0;
 
+    // What the last start tags came to: most files are made of a few, which come again and again.
+    struct KnownTag {
+        std::wstring_view tag;
+        SharedText name;
+        SharedArray<CVRbTreeItem::Attrib> attribs;
+    };
+    std::vector<KnownTag> known(256);
     std::vector<CVRbTreeItem::Attrib> attribs;
-    // Takes over the current element and goes inside it.
-    const auto enter = [&](CVRbTreeItem& item) {
+    const auto readTag = [&](CVRbTreeItem& item) {
         item.m_name = tree.Shared(document.GetTagName());
-        item.m_value = tree.Shared(document.GetElementData());
         attribs.clear();
         for (int i = 0;; ++i) {
             const std::wstring_view name = document.GetAttributeName(i);
@@ -52,6 +67,21 @@ int LoadTreeFromXml(LPCTSTR path, CVRbTree& tree, std::optional<MarkupFault>* fa
         }
         if (!attribs.empty())
             tree.AddAttribs(item, attribs);
+    };
+    // Takes over the current element and goes inside it.
+    const auto enter = [&](CVRbTreeItem& item) {
+        const std::wstring_view tag = document.GetStartTag();
+        KnownTag& same = known[GetKey(tag) % known.size()];
+        if (item.GetAttribCount() > 0) {
+            readTag(item); // what the root has stays beside
+        } else if (same.tag == tag) {
+            item.m_name = same.name;
+            item.m_attribs = same.attribs;
+        } else {
+            readTag(item);
+            same = {tag, item.m_name, item.m_attribs};
+        }
+        item.m_value = tree.Shared(document.GetElementData());
         document.IntoElement();
     };
 

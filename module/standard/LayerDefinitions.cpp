@@ -36,13 +36,15 @@ struct Line {
 std::vector<Line> LinesOf(const PipeStandard& standard) {
     std::vector<Line> lines;
     for (const auto& group : standard.m_groups)
-        for (const auto& system : group->Systems())
+        for (const auto& system : group->Systems()) {
+            const std::string name = Bytes(system->m_name);
             for (const auto& layer : system->Layers()) {
-                std::string key = Bytes(system->m_name) + ' ' + Bytes(layer->m_layerType);
+                std::string key = name + ' ' + Bytes(layer->m_layerType);
                 std::string text = key + ' ' + std::to_string(layer->m_color.colorIndex()) + ' ' +
                                    Bytes(layer->m_layerName) + ' ' + Bytes(layer->m_linetype);
                 lines.push_back({std::move(key), std::move(text)});
             }
+        }
     return lines;
 }
 

@@ -28,7 +28,7 @@ void Read(const CVRbTreeItem& parent, const Name::Element& element, CString& tar
 template<class Number>
 void ReadNumber(const CVRbTreeItem& parent, const Name::Element& element, Number& target) {
     const CVRbTreeItem* const item = parent.FindSubItem(element.name);
-    if (item != nullptr && !item->GetValue().IsEmpty())
+    if (item != nullptr && item->HasValue())
         target = item->GetValue(Number{});
 }
 
