@@ -8,6 +8,7 @@
 #include "host/dxf/padded_text.h"
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -28,8 +29,19 @@ struct raw_group {
 
 inline constexpr int no_code = -32768;
 
-// The group code that a line holds, blanks around it allowed; no_code when it holds none.
+// The group code that a line holds, blanks around it allowed; no_code when it holds none. Nothing is read
+// behind `end`.
 inline int parse_code(const char* p, const char* end) {
+    // Three columns, as most files write it.
+    const std::ptrdiff_t length = end - p;
+    if (length == 3 || (length == 4 && p[3] == '\r')) {
+        const auto digit = [p](int column) { return static_cast<unsigned>(p[column] - '0'); };
+        const bool has_tens = digit(1) < 10u;
+        const bool has_hundreds = has_tens && digit(0) < 10u;
+        if (digit(2) < 10u && (has_hundreds || p[0] == ' ') && (has_tens || p[1] == ' '))
+            return static_cast<int>((has_hundreds ? digit(0) * 100 : 0) + (has_tens ? digit(1) * 10 : 0) +
+                                    digit(2));
+    }
     while (p != end && (*p == ' ' || *p == '\t'))
         ++p;
     const bool negative = p != end && *p == '-';

@@ -16,20 +16,6 @@ namespace {
 constexpr unsigned most_threads = 4;
 constexpr std::size_t window = 16; // pieces whose records are held at a time
 
-// The code of three columns, as most files write it, and that of other lines.
-int code_of(const char* p, const char* end) {
-    const std::ptrdiff_t length = end - p;
-    if (length == 3 || (length == 4 && p[3] == '\r')) {
-        const auto digit = [p](int column) { return static_cast<unsigned>(p[column] - '0'); };
-        const bool has_tens = digit(1) < 10u;
-        const bool has_hundreds = has_tens && digit(0) < 10u;
-        if (digit(2) < 10u && (has_hundreds || p[0] == ' ') && (has_tens || p[1] == ' '))
-            return static_cast<int>((has_hundreds ? digit(0) * 100 : 0) + (has_tens ? digit(1) * 10 : 0) +
-                                    digit(2));
-    }
-    return parse_code(p, end);
-}
-
 // Where a record seems to begin: a line with the code 0, one that begins as types do, and a line with a code.
 // A value 0 is followed by a code, which begins with no letter. Null when there is none.
 const char* find_record(const char* from, const char* to) {
@@ -42,7 +28,7 @@ const char* find_record(const char* from, const char* to) {
         feed = lines.next();
         if (feed == to)
             return nullptr;
-        const int code = code_of(line, feed);
+        const int code = parse_code(line, feed);
         if (typed != nullptr && code != no_code)
             return typed;
         typed = zero != nullptr && *line >= 'A' && *line <= 'Z' ? zero : nullptr;
@@ -84,7 +70,7 @@ private:
         const char* const code_end = lines_.next();
         if (code_end == piece_.to)
             return false;
-        group.code = code_of(at_, code_end);
+        group.code = parse_code(at_, code_end);
         const char* const value_end = lines_.next();
         if (group.code == no_code || value_end == piece_.to)
             return false;

@@ -1,5 +1,7 @@
 #include "host/rx/class_registry.h"
 
+#include "base/utf.h"
+
 #include <algorithm>
 #include <memory>
 #include <utility>
@@ -16,7 +18,7 @@ AcRxClass* class_registry::add(class_data data) {
     made->m_parent = find(made->m_data->parent.c_str());
     all_.push_back(made);
     if (!made->m_data->dxf_name.empty() && made->m_data->create != nullptr)
-        by_dxf_name_.insert_or_assign(made->m_data->dxf_name, made);
+        by_dxf_name_.insert_or_assign(base::narrow(made->m_data->dxf_name), made);
     Adesk::UInt32 id;
     by_name_.atPut(made->name(), made, id);
     return made;
@@ -38,7 +40,7 @@ void class_registry::forget(const AcRxClass* gone) {
     std::erase_if(by_dxf_name_, [&](const auto& entry) { return entry.second == gone; });
     for (AcRxClass* c : all_) {
         if (!c->m_data->dxf_name.empty() && c->m_data->create != nullptr)
-            by_dxf_name_.try_emplace(c->m_data->dxf_name, c);
+            by_dxf_name_.try_emplace(base::narrow(c->m_data->dxf_name), c);
         if (c->m_parent == gone)
             c->m_parent = nullptr;
         std::erase_if(c->m_data->extensions, [&](const auto& x) { return x.protocol == gone; });
@@ -61,7 +63,7 @@ bool class_registry::has_classes_of(const void* owner) const {
                        [&](const AcRxClass* c) { return c->m_data->owner == owner; });
 }
 
-AcRxClass* class_registry::find_by_dxf_name(const std::wstring& name) const {
+AcRxClass* class_registry::find_by_dxf_name(std::string_view name) const {
     const auto at = by_dxf_name_.find(name);
     return at != by_dxf_name_.end() ? at->second : nullptr;
 }

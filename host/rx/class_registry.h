@@ -5,8 +5,9 @@
 #include "rxclass.h"
 
 #include <functional>
+#include <map>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 namespace rx {
@@ -49,7 +50,7 @@ public:
     AcRxClass* find(const ACHAR* name) const;
     // The class whose objects can be made and stand in drawing files under a name, the last that was
     // registered; null when there is none.
-    AcRxClass* find_by_dxf_name(const std::wstring& name) const;
+    AcRxClass* find_by_dxf_name(std::string_view name) const;
     // Told of a class that is about to end.
     std::function<void(const AcRxClass*)> on_removing;
     AcRxDictionary& dictionary() { return by_name_; }
@@ -57,7 +58,7 @@ public:
 private:
     rx::dictionary by_name_{{.refuses_doubles = true}};
     std::vector<AcRxClass*> all_;
-    std::unordered_map<std::wstring, AcRxClass*> by_dxf_name_;
+    std::map<std::string, AcRxClass*, std::less<>> by_dxf_name_; // names in UTF-8
     const void* owner_ = nullptr;
 };
 

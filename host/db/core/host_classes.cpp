@@ -1,6 +1,5 @@
 #include "host/db/core/host_classes.h"
 
-#include "base/utf.h"
 #include "dbmain.h"
 #include "host/rx/runtime.h"
 
@@ -55,7 +54,7 @@ bool has_application_classes() {
 }
 
 AcRxClass* application_class(std::string_view type, bool entity) {
-    AcRxClass* const named = rx::runtime::instance().classes.find_by_dxf_name(base::widen(type));
+    AcRxClass* const named = rx::runtime::instance().classes.find_by_dxf_name(type);
     if (named == nullptr || is_host_class(named) || !named->isDerivedFrom(AcDbObject::desc()))
         return nullptr;
     return named->isDerivedFrom(AcDbEntity::desc()) == entity ? named : nullptr;

@@ -10,6 +10,7 @@
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <optional>
@@ -389,24 +390,31 @@ private:
     int pushed_ = 0;
 };
 
-int digit_value(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-}
+// The value of each hexadecimal digit; of what is none more than a digit has.
+constexpr std::array<unsigned char, 256> digit_values = [] {
+    std::array<unsigned char, 256> values{};
+    values.fill(0xFF);
+    for (unsigned char value = 0; value < 16; ++value) {
+        values[static_cast<unsigned char>("0123456789ABCDEF"[value])] = value;
+        values[static_cast<unsigned char>("0123456789abcdef"[value])] = value;
+    }
+    return values;
+}();
 
 // Up to what is no pair of hexadecimal digits.
 void append_bytes(std::string& bytes, std::string_view digits) {
     digits = dxf::trimmed(digits);
+    const std::size_t before = bytes.size();
+    bytes.resize(before + digits.size() / 2);
+    char* to = bytes.data() + before;
     for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-        const int high = digit_value(digits[i]);
-        const int low = digit_value(digits[i + 1]);
-        if (high < 0 || low < 0)
-            return;
-        bytes += static_cast<char>(high * 16 + low);
+        const unsigned high = digit_values[static_cast<unsigned char>(digits[i])];
+        const unsigned low = digit_values[static_cast<unsigned char>(digits[i + 1])];
+        if ((high | low) > 15)
+            break;
+        *to++ = static_cast<char>(high * 16 + low);
     }
+    bytes.resize(static_cast<std::size_t>(to - bytes.data()));
 }
 
 std::string digits_of(std::string_view bytes) {
