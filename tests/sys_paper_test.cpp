@@ -23,14 +23,14 @@ TEST(Paper, draws_lines_alike_one_by_one_and_together) {
     for (const bool together : {true, false}) {
         const auto paper = png_paper();
         ASSERT_NE(paper, nullptr);
-        for (int i = 0; i < 400; ++i) {
+        for (int i = 0; i < 2'000; ++i) {
             const auto angle = i * 0.7;
             const double reach = 10.0 + i % 60;
             const std::vector<sys::sheet_point> points = {
                 {50.0, 30.0},
                 {50.0 + reach * std::cos(angle), 30.0 + reach * std::sin(angle)},
-                {i * 0.25, 60.0 - i * 0.15}};
-            constexpr double widths[] = {0.0, 0.1, 0.35, 0.74, 0.76, 2.11};
+                {i * 0.05, 60.0 - i * 0.03}};
+            constexpr double widths[] = {0.0, 0.1, 0.35, 0.74, 2.11, 5.0};
             const sys::ink color{static_cast<unsigned char>(i * 37), static_cast<unsigned char>(i * 11), 99};
             paper->stroke(std::span(points).first(i % 7 == 0 ? 1 : 3), {color, widths[i % 6]});
             if (!together)

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <numbers>
+#include <utility>
 
 namespace sys {
 
@@ -52,9 +54,9 @@ private:
     std::uint32_t whole_;
 };
 
+// Rounded down; the limits are not below nought.
 int whole_between(double at, int least, int most) {
-    return static_cast<int>(
-        std::clamp(std::floor(at), static_cast<double>(least), static_cast<double>(most)));
+    return static_cast<int>(std::clamp(at, static_cast<double>(least), static_cast<double>(most)));
 }
 
 class thin_raster {
@@ -127,10 +129,7 @@ public:
 
     void draw(const sheet_point& a, const sheet_point& b) {
         const dot_field& field = brush_.field();
-        a_ = a;
-        length_ = std::hypot(b.x - a.x, b.y - a.y);
-        along_ =
-            length_ > 0.0 ? sheet_point{(b.x - a.x) / length_, (b.y - a.y) / length_} : sheet_point{1.0, 0.0};
+        go(a, b);
         const double out = half_ + 0.5;
         const int last = whole_between(std::max(a.y, b.y) + out + 1.0, field.top, field.bottom);
         for (int row = whole_between(std::min(a.y, b.y) - out, field.top, field.bottom); row < last; ++row) {
@@ -148,6 +147,26 @@ public:
         }
     }
 
+    // How far from the line the middles of square tiles lie that it covers wholly, or touches.
+    double covering(int side) const { return half_ - 0.5 - side * std::numbers::sqrt2 / 2.0; }
+    double touching(int side) const { return half_ + 0.5 + side * std::numbers::sqrt2 / 2.0; }
+    // The tiles of the field whose middles are not further away, row by row.
+    template<class Take>
+    void for_tiles(const sheet_point& a, const sheet_point& b, int side, double away, Take take) {
+        const dot_field& field = brush_.field();
+        go(a, b);
+        const int tiles = (field.right - field.left + side - 1) / side;
+        const double out = half_ + side;
+        const int last = whole_between(std::max(a.y, b.y) + out, field.top, field.bottom);
+        const int begin = whole_between(std::min(a.y, b.y) - out, field.top, field.bottom);
+        for (int row = (begin - field.top) / side; away > 0.0 && field.top + row * side < last; ++row) {
+            const auto [low, high] = reach(field.top + (row + 0.5) * side, away);
+            if (low <= high)
+                take(row, whole_between(std::ceil((low - field.left) / side - 0.5), 0, tiles),
+                     whole_between((high - field.left) / side + 0.5, 0, tiles));
+        }
+    }
+
 private:
     // Columns, the last one not among them.
     struct span {
@@ -155,11 +174,27 @@ private:
         int last;
     };
 
-    // The dots of a row whose middles are not further from the line than `away`: it has round ends.
+    void go(const sheet_point& a, const sheet_point& b) {
+        a_ = a;
+        length_ = std::hypot(b.x - a.x, b.y - a.y);
+        along_ =
+            length_ > 0.0 ? sheet_point{(b.x - a.x) / length_, (b.y - a.y) / length_} : sheet_point{1.0, 0.0};
+    }
+    // The dots of a row whose middles are not further from the line than `away`.
     span across(int row, double away) const {
+        const auto [low, high] = reach(row + 0.5, away);
+        if (low > high)
+            return {0, 0};
+        const dot_field& field = brush_.field();
+        return {whole_between(std::ceil(low - 0.5), field.left, field.right),
+                whole_between(high + 0.5, field.left, field.right)};
+    }
+    // From where to where points at a height are not further from the line than `away`: it has round ends.
+    // The first is above the second where none is.
+    std::pair<double, double> reach(double height, double away) const {
         double low = 1e300;
         double high = -1e300;
-        const double y = row + 0.5 - a_.y;
+        const double y = height - a_.y;
         for (const double at : {0.0, length_}) {
             const double up = y - along_.y * at;
             if (std::fabs(up) > away)
@@ -176,11 +211,7 @@ private:
             low = std::min(low, left);
             high = std::max(high, right);
         }
-        if (low > high)
-            return {0, 0};
-        const dot_field& field = brush_.field();
-        return {whole_between(std::ceil(a_.x + low - 0.5), field.left, field.right),
-                whole_between(a_.x + high + 0.5, field.left, field.right)};
+        return {a_.x + low, a_.x + high};
     }
     // Narrows left and right to where slope * x lies between two numbers.
     static void keep(double slope, double least, double most, double& left, double& right) {
@@ -262,6 +293,62 @@ bool waiting_lines::add(const dot_field& field, std::span<const sheet_point> poi
     return true;
 }
 
+// What lies below a later line that covers a tile wholly is not seen there, and not drawn.
+void waiting_lines::draw_seen(const dot_field& field) const {
+    constexpr double thick = 16.0; // dots: such a line covers tiles
+    constexpr int side = 8;        // of a tile
+    const auto columns = static_cast<std::size_t>((field.right - field.left + side - 1) / side);
+    const auto rows = static_cast<std::size_t>((field.bottom - field.top + side - 1) / side);
+    std::vector<std::size_t> covered_by(columns * rows); // the number of the last line that does
+    const auto for_tiles = [&](const line& each, bool covered, auto take) {
+        const dot_brush brush(field, each.color);
+        thick_raster raster(brush, each.width);
+        const double away = covered ? raster.covering(side) : raster.touching(side);
+        for (std::size_t at = each.first; at + 1 < each.first + each.count; ++at)
+            raster.for_tiles(points_[at], points_[at + 1], side, away, [&](int row, int first, int last) {
+                take(std::span(points_).subspan(at, 2), row, static_cast<std::size_t>(first),
+                     static_cast<std::size_t>(last));
+            });
+    };
+    const auto is_near = [&](const line& each) { return each.top < field.bottom && field.top < each.bottom; };
+    for (std::size_t i = 0; i < lines_.size(); ++i)
+        if (is_near(lines_[i]) && lines_[i].width >= thick)
+            for_tiles(lines_[i], true, [&](const auto&, int row, std::size_t first, std::size_t last) {
+                const auto tiles =
+                    covered_by.begin() + std::ptrdiff_t{row} * static_cast<std::ptrdiff_t>(columns);
+                if (first < last)
+                    std::fill(tiles + static_cast<std::ptrdiff_t>(first),
+                              tiles + static_cast<std::ptrdiff_t>(last), i);
+            });
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        const line& each = lines_[i];
+        if (!is_near(each))
+            continue;
+        if (each.width < thick || each.count < 2) {
+            draw_line(field, std::span(points_).subspan(each.first, each.count), each.width, each.color);
+            continue;
+        }
+        for_tiles(each, false,
+                  [&](std::span<const sheet_point> part, int row, std::size_t first, std::size_t last) {
+                      const std::size_t* const tiles =
+                          covered_by.data() + static_cast<std::size_t>(row) * columns;
+                      while (first < last) {
+                          std::size_t end = first;
+                          while (end < last && tiles[end] <= i)
+                              ++end;
+                          dot_field seen = field;
+                          seen.top = field.top + row * side;
+                          seen.bottom = std::min(seen.top + side, field.bottom);
+                          seen.left = field.left + static_cast<int>(first) * side;
+                          seen.right = std::min(field.left + static_cast<int>(end) * side, field.right);
+                          if (first < end)
+                              draw_line(seen, part, each.width, each.color);
+                          first = end + 1;
+                      }
+                  });
+    }
+}
+
 void waiting_lines::draw(const dot_field& field) {
     constexpr double enough = 4e6; // dots that are worth further threads
     const int rows = dots_ > enough ? 64 : std::max(field.bottom - field.top, 1);
@@ -269,8 +356,10 @@ void waiting_lines::draw(const dot_field& field) {
         dot_field own = field;
         own.top = std::min(field.top + static_cast<int>(part) * rows, field.bottom);
         own.bottom = std::min(own.top + rows, field.bottom);
-        for (const line& each : lines_)
-            if (each.top < own.bottom && own.top < each.bottom)
+        if (dots_ > enough)
+            draw_seen(own);
+        else
+            for (const line& each : lines_)
                 draw_line(own, std::span(points_).subspan(each.first, each.count), each.width, each.color);
     };
     const auto bands = static_cast<std::size_t>((field.bottom - field.top + rows - 1) / rows);

@@ -45,6 +45,8 @@ private:
         int bottom;
     };
 
+    void draw_seen(const dot_field& field) const;
+
     std::vector<line> lines_;
     std::vector<sheet_point> points_;
     double dots_ = 0.0; // about so many are covered
