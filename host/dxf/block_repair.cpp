@@ -1,4 +1,5 @@
 #include "host/dxf/block_repair.h"
+#include "host/dxf/releases.h"
 
 #include "base/case_fold.h"
 #include "host/dxf/record_header.h"
@@ -78,14 +79,13 @@ record_id block_mender::record_of_block(record_id block) const {
 }
 
 record_id block_mender::add_block_record(std::string_view name, std::uint64_t handle, std::uint64_t layout) {
-    constexpr int first_with_units = 1021;
     record_tools::text made = tools_.begin("BLOCK_RECORD");
     if (tools_.has_handles)
         made.handle(5, handle);
     if (tools_.records.handle(blocks_) != 0)
         made.handle(330, tools_.records.handle(blocks_));
     made.add(100, "AcDbSymbolTableRecord").add(100, "AcDbBlockTableRecord").add(2, name).handle(340, layout);
-    if (tools_.manner.version >= first_with_units)
+    if (tools_.manner.version >= releases::release_2007)
         made.add(70, "0").add(280, "1").add(281, "0");
     const record_id id = tools_.insert(tools_.last_in(blocks_, type_endtab), record_kind::entry,
                                        type_block_record, made.bytes());

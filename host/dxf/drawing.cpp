@@ -8,6 +8,7 @@
 #include "host/dxf/name_repair.h"
 #include "host/dxf/record_header.h"
 #include "host/dxf/record_repair.h"
+#include "host/dxf/releases.h"
 #include "host/dxf/sealed_groups.h"
 #include "host/dxf/space_repair.h"
 #include "sys/atomic_file.h"
@@ -274,10 +275,9 @@ void drawing::take(const placed_repairs& repairs) {
 
 // Which encoding the text is in: the one that was asked for, or what the bytes and the header tell.
 void drawing::take_encoding(int encoding) {
-    constexpr int first_in_utf8 = 1021; // R2007
-    constexpr int last_of_dos = 1009;   // R12; what names no version is as old
+    constexpr int last_of_dos = 1009; // R12; what names no version is as old
     const auto page = header_value("$DWGCODEPAGE");
-    const int named = version_ >= first_in_utf8 ? utf8_page : encoding_number(page.value_or(""));
+    const int named = version_ >= releases::release_2007 ? utf8_page : encoding_number(page.value_or(""));
     const int usual = named != 0 ? named : 1252;
     if (encoding != 0 || !parts_.high_bytes) {
         codec_ = text_codec(encoding != 0 ? encoding : usual);
@@ -290,9 +290,9 @@ void drawing::take_encoding(int encoding) {
         return;
     encoding_note_ += (encoding_note_.empty() ? L"" : L"\n") +
                       (L"its text is read as " + encoding_name(guess) + L", " +
-                       (version_ >= first_in_utf8 ? L"not UTF-8 as its version says"
-                        : named != 0              ? L"not " + base::widen(*page) + L" as its header says"
-                                                  : std::wstring(L"its header names none that is known")));
+                       (version_ >= releases::release_2007 ? L"not UTF-8 as its version says"
+                        : named != 0 ? L"not " + base::widen(*page) + L" as its header says"
+                                     : std::wstring(L"its header names none that is known")));
 }
 
 std::vector<std::wstring> drawing::messages() const {

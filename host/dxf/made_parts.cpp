@@ -2,6 +2,7 @@
 #include "host/dxf/drawing.h"
 #include "host/dxf/handle_text.h"
 #include "host/dxf/record_header.h"
+#include "host/dxf/releases.h"
 
 #include <algorithm>
 
@@ -28,9 +29,6 @@ constexpr section_row sections[] = {
 // The symbol tables, likewise.
 constexpr std::string_view tables[] = {"VPORT", "LTYPE", "LAYER",    "STYLE",       "VIEW",
                                        "UCS",   "APPID", "DIMSTYLE", "BLOCK_RECORD"};
-
-constexpr int first_with_owners = 1012;        // R13: handles, owners and markers everywhere
-constexpr int first_with_cloning_flags = 1015; // 2000: group 281 of a dictionary
 
 } // namespace
 
@@ -87,7 +85,7 @@ record_id drawing::ensure_table(std::string_view name) {
     const std::string named(name);
     const std::string handle = handle_text(records_->new_handle());
     record_id head = no_record;
-    if (version_ < first_with_owners)
+    if (version_ < releases::release_13)
         head = make(previous, {{0, "TABLE"}, {2, named}, {70, "1"}}, record_kind::table);
     else if (name == "DIMSTYLE")
         head = make(previous,
@@ -109,7 +107,7 @@ record_id drawing::ensure_table(std::string_view name) {
 }
 
 record_id drawing::ensure_root_dictionary() {
-    if (version_ < first_with_owners)
+    if (version_ < releases::release_13)
         return no_record;
     const record_id section = ensure_section("OBJECTS");
     if (section == no_record)
@@ -119,7 +117,7 @@ record_id drawing::ensure_root_dictionary() {
         return records_->type(first) == type_dictionary ? first : no_record;
     const std::string handle = handle_text(records_->new_handle());
     const record_id root =
-        version_ < first_with_cloning_flags
+        version_ < releases::release_2000
             ? make(section, {{0, "DICTIONARY"}, {5, handle}, {330, "0"}, {100, "AcDbDictionary"}},
                    record_kind::object)
             : make(section, {{0, "DICTIONARY"}, {5, handle}, {330, "0"}, {100, "AcDbDictionary"}, {281, "1"}},

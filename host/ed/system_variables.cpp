@@ -1,4 +1,5 @@
 #include "host/ed/system_variables.h"
+#include "host/db/core/format_versions.h"
 
 #include "base/case_fold.h"
 #include "base/number_text.h"
@@ -131,8 +132,7 @@ variable_value header_value(const variable_row& row, AcDbImpDatabase& database) 
 // False when the drawing can not hold it: without a header, or older than what is asked of it.
 bool set_header_value(const variable_row& row, AcDbImpDatabase& database, const variable_value& value) {
     const std::string name = header_name(row, database);
-    constexpr int release_2000 = 1015;
-    if (row.code >= 280 && database.drawing().version() < release_2000 &&
+    if (row.code >= 280 && database.drawing().version() < db::release_2000 &&
         !database.drawing().header_value(name))
         return false;
     if (const AcGePoint3d* const point = std::get_if<AcGePoint3d>(&value))

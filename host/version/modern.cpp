@@ -10,8 +10,6 @@ namespace version {
 
 namespace {
 
-constexpr int release_2013 = 1027;
-
 class modern_writer {
 public:
     explicit modern_writer(conversion& job) : job_(job), plan_(job), records_(job, plan_) {}
@@ -167,7 +165,7 @@ private:
                 continue;
             const auto members = job_.members(id);
             // Bodies are in a section of their own since 2013; what stands there nobody else can read.
-            if (job_.to < release_2013 && dxf::value_of(job_.records.text(id), 2) == "ACDSDATA") {
+            if (job_.to < db::release_2013 && dxf::value_of(job_.records.text(id), 2) == "ACDSDATA") {
                 std::size_t bodies = 0;
                 for (const dxf::record_id member : members)
                     bodies += job_.records.type_name(member) == "ACDSRECORD" ? 1 : 0;

@@ -13,7 +13,6 @@ namespace {
 
 constexpr int embedded_object = 101;
 constexpr int first_data_code = 1000;
-constexpr int release_2018 = 1032;
 
 // The codes of a dimension style that name blocks before 2000, and those of the handles since.
 int handle_code_of(int code) {
@@ -64,7 +63,7 @@ void modern_records::begin(std::string_view type, std::uint64_t handle, std::uin
 void modern_records::marked(dxf::record_id id, std::uint64_t handle, std::uint64_t owner) {
     const std::uint32_t type = job_.records.type(id);
     const bool whole = groups_.handle() != 0 && groups_.owner() == owner;
-    const bool all_known = !dropped_.any(type) && job_.to >= release_2018;
+    const bool all_known = !dropped_.any(type) && job_.to >= db::release_2018;
     if (whole && all_known && !job_.recodes) {
         job_.out.raw(job_.records.text(id));
         return;
@@ -80,7 +79,7 @@ void modern_records::marked(dxf::record_id id, std::uint64_t handle, std::uint64
             job_.out.handle(330, owner);
         if (group.code >= first_data_code)
             in_embedded = false;
-        else if (group.code == embedded_object && job_.to < release_2018) {
+        else if (group.code == embedded_object && job_.to < db::release_2018) {
             in_embedded = true;
             job_.lost.add(L"columns or lines of " + job_.source.codec().decode(groups_.type()));
         } else if (group.code == 102)

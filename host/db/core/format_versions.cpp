@@ -51,7 +51,7 @@ constexpr group_row later_groups[] = {
     {"DIMENSION", 42, release_2000},
     {"DIMENSION", 71, release_2000},
     {"DIMENSION", 72, release_2000},
-    {"DIMENSION", 280, 1024},
+    {"DIMENSION", 280, release_2010},
     {"HATCH", 450, release_2004},
     {"HATCH", 451, release_2004},
     {"HATCH", 452, release_2004},
@@ -62,13 +62,13 @@ constexpr group_row later_groups[] = {
     {"HATCH", 463, release_2004},
     {"HATCH", 470, release_2004},
     {"LAYER", 290, release_2000},
-    {"LWPOLYLINE", 91, 1024},
+    {"LWPOLYLINE", 91, release_2010},
     {"MTEXT", 44, release_2000},
     {"MTEXT", 45, release_2004},
     {"MTEXT", 63, release_2004},
     {"MTEXT", 73, release_2000},
     {"MTEXT", 90, release_2004},
-    {"VERTEX", 91, 1024},
+    {"VERTEX", 91, release_2010},
 };
 
 } // namespace

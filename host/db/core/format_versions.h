@@ -1,16 +1,14 @@
 // What drawing files of a version can hold. Versions are the numbers in $ACADVER.
 #pragma once
 
+#include "host/dxf/releases.h"
+
 #include <string_view>
 #include <vector>
 
 namespace db {
 
-inline constexpr int release_13 = 1012;   // handles, owners, markers, classes, dictionaries
-inline constexpr int release_14 = 1014;   // light polylines, hatches
-inline constexpr int release_2000 = 1015; // lineweights, plot styles, several sheets
-inline constexpr int release_2004 = 1018; // true colours, transparency, counts of classes
-inline constexpr int release_2007 = 1021; // materials, flags of blocks
+using namespace dxf::releases;
 
 // The first version whose files can hold an entity of a type.
 int first_version_of(std::string_view type);

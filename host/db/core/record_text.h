@@ -1,6 +1,7 @@
 // Writes a new record in the manner of a drawing's file.
 #pragma once
 
+#include "host/db/core/format_versions.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
 #include "host/db/core/layer_facts.h"
@@ -25,8 +26,7 @@ public:
     // Type, a new handle where the drawing has handles, and from R13 on the owner, unless that is 0.
     void head(std::string_view type, std::uint64_t owner) {
         add(0, type);
-        constexpr int first_with_owners = 1012;
-        const bool modern = database_.drawing().version() >= first_with_owners;
+        const bool modern = database_.drawing().version() >= release_13;
         const auto handling = database_.drawing().header_value("$HANDLING");
         if (modern || (handling && *handling == "1"))
             add_handle(type == "DIMSTYLE" ? 105 : 5, database_.records().new_handle());

@@ -1,4 +1,5 @@
 #include "host/db/custom/proxy_graphics.h"
+#include "host/db/core/format_versions.h"
 
 #include "acgi.h"
 #include "base/byte_order.h"
@@ -464,7 +465,6 @@ void write_proxy_graphics(AcDbImpObject& entity, std::string_view data) {
         groups.splice(first, last, {});
     if (data.empty())
         return;
-    constexpr int release_2010 = 1024;
     const bool recent = entity.database == nullptr || entity.database->drawing().version() >= release_2010;
     const int size_code = recent ? 160 : 92;
     groups.set_integer(entity_place, size_code, static_cast<std::int64_t>(data.size()));

@@ -1,6 +1,7 @@
 #include "acgi.h"
 #include "base/byte_order.h"
 #include "base/utf.h"
+#include "host/db/core/format_versions.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/custom/proxy_chunk.h"
 #include "host/db/custom/proxy_graphics.h"
@@ -18,7 +19,6 @@ constexpr char32_t first_of_pairs = 0x10000; // what takes two units of UTF-16
 class writer final : public gi::canvas {
 public:
     explicit writer(const AcDbImpDatabase* database) : database_(database) {
-        constexpr int release_2007 = 1021;
         wide_ = database == nullptr || database->drawing().version() >= release_2007;
     }
 

@@ -1,4 +1,5 @@
 #include "host/db/tables/properties.h"
+#include "host/db/core/format_versions.h"
 
 #include "base/number_text.h"
 #include "host/db/core/imp_database.h"
@@ -97,12 +98,10 @@ bool is_line_weight(int weight) {
 }
 
 bool knows_line_weights(const AcDbImpObject& object) {
-    constexpr int release_2000 = 1015;
     return object.database == nullptr || object.database->drawing().version() >= release_2000;
 }
 
 bool knows_true_colors(const AcDbImpObject& object) {
-    constexpr int release_2004 = 1018;
     return object.database == nullptr || object.database->drawing().version() >= release_2004;
 }
 

@@ -1,4 +1,5 @@
 #include "host/db/tables/symbol_entry.h"
+#include "host/db/core/format_versions.h"
 
 #include "adscodes.h"
 #include "base/case_fold.h"
@@ -30,14 +31,10 @@ constexpr entry_row rows[] = {
     {"UCS", ucs_place},
 };
 
-constexpr int first_with_markers = 1012; // R13
-constexpr int first_with_weights = 1015; // 2000
-constexpr int first_with_true_colors = 1018;
-
 // Plot style and material of a layer that names none are those of layer 0: the format wants them named.
 void add_plotting(AcDbImpDatabase& database, const AcDbImpObject& layer, record_text& text) {
     const dxf::record_id zero = database.names().find(table_kind::layer, L"0");
-    if (zero == dxf::no_record || database.drawing().version() < first_with_weights)
+    if (zero == dxf::no_record || database.drawing().version() < release_2000)
         return;
     const dxf::group_list model(database.records().text(zero));
     for (const int code : {390, 347, 348})
@@ -76,8 +73,8 @@ std::string entry_text(AcDbImpDatabase& database, table_kind kind, const AcDbImp
         const bool in_line = kind == table_kind::linetype &&
                              (group.code == 9 || group.code == 340 || (group.code > 40 && group.code < 49) ||
                               (group.code > 73 && group.code < 76) || group.code == 50);
-        if (group.code == 0 || (version < first_with_markers && (group.code == 100 || in_line)) ||
-            (weight && version < first_with_weights) || (true_color && version < first_with_true_colors))
+        if (group.code == 0 || (version < release_13 && (group.code == 100 || in_line)) ||
+            (weight && version < release_2000) || (true_color && version < release_2004))
             continue;
         if (group.code >= 1000 && std::exchange(plotting_is_due, false))
             add_plotting(database, entry, text);

@@ -1,4 +1,5 @@
 #include "host/db/tables/viewport_groups.h"
+#include "host/db/core/format_versions.h"
 
 #include "base/case_fold.h"
 #include "base/number_text.h"
@@ -37,7 +38,6 @@ constexpr int application_name = 1001;
 constexpr int string_value = 1000;
 constexpr int control_string = 1002;
 constexpr int layer_name = 1003;
-constexpr int first_with_groups = 1015; // R2000
 
 bool is(const dxf::group& group, int code, std::string_view value) {
     return group.code == code && dxf::trimmed(group.value) == value;
@@ -223,8 +223,7 @@ bool uses_list(const AcDbImpObject& viewport) {
     if (viewport.database == nullptr ||
         viewport.groups().find(viewport_place, view_height) != dxf::group_list::npos)
         return false;
-    return viewport.database->drawing().version() < first_with_groups ||
-           find_mview(viewport.groups()).there();
+    return viewport.database->drawing().version() < release_2000 || find_mview(viewport.groups()).there();
 }
 
 double viewport_real(const dxf::group_list& groups, const viewport_field& field, double missing) {
