@@ -3,11 +3,13 @@
 #include "dbmain.h"
 #include "host/db/core/blocks.h"
 #include "host/db/core/imp_database.h"
+#include "host/db/core/plain_figures.h"
 #include "host/dxf/group_list.h"
 #include "host/dxf/record_header.h"
 #include "host/view/extents.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -59,40 +61,50 @@ private:
 
 using maybe_box = std::optional<flat_box>;
 
-// Points in groups 10 to 13: lines, points, faces without more.
-maybe_box box_of_points(dxf::padded_text record) {
-    flat_box box;
-    double x = 0.0;
-    numbers numbers(record);
-    while (numbers.next()) {
-        if (numbers.code() >= 10 && numbers.code() <= 13)
-            x = numbers.value();
-        else if (numbers.code() >= 20 && numbers.code() <= 23)
-            box.add(x, numbers.value());
-    }
-    return numbers.tilted() ? maybe_box() : box;
+// What a group is for the box of a figure, by its code.
+enum class role : unsigned char { none, x, y, reach };
+
+template<const auto& Fields>
+constexpr auto make_roles() {
+    std::array<role, 64> roles{};
+    for (const db::field& row : Fields)
+        if (row.reach) {
+            roles[static_cast<std::size_t>(row.code)] = role::reach;
+        } else if (row.size() > 1 && row.kind != db::field::normal) {
+            roles[static_cast<std::size_t>(row.code)] = role::x;
+            roles[static_cast<std::size_t>(row.code) + 10] = role::y;
+        }
+    return roles;
 }
 
-// A line's ends are in world coordinates whatever its normal; but thickness along a tilted one shows.
-maybe_box box_of_line(dxf::padded_text record) {
-    return box_of_points(record);
-}
-
-maybe_box box_of_circle(dxf::padded_text record) {
+// Around a figure's points, and as far from the last of them as it reaches.
+template<const auto& Fields>
+maybe_box box_of(dxf::padded_text record) {
+    static constexpr auto roles = make_roles<Fields>();
     flat_box box;
     double x = 0.0;
     double y = 0.0;
-    double radius = 0.0;
+    double reach = 0.0;
     numbers numbers(record);
     while (numbers.next()) {
-        if (numbers.code() == 10)
+        const auto code = static_cast<std::size_t>(numbers.code());
+        switch (code < roles.size() ? roles[code] : role::none) {
+        case role::x:
             x = numbers.value();
-        else if (numbers.code() == 20)
+            break;
+        case role::y:
             y = numbers.value();
-        else if (numbers.code() == 40)
-            radius = numbers.value();
+            box.add(x, y);
+            break;
+        case role::reach:
+            reach = numbers.value();
+            break;
+        case role::none:
+            break;
+        }
     }
-    box.add(x, y, std::fabs(radius));
+    if (reach != 0.0)
+        box.add(x, y, std::fabs(reach));
     return numbers.tilted() ? maybe_box() : box;
 }
 
@@ -320,12 +332,12 @@ std::optional<flat_box> quick_box(known_blocks& blocks, dxf::record_id entity) {
         return box_of_reference(blocks, entity);
     switch (records.type(entity)) {
     case dxf::type_line:
-        return box_of_line(text);
+        return box_of<db::line_fields>(text);
     case dxf::type_point:
-        return box_of_points(text);
+        return box_of<db::point_fields>(text);
     case dxf::type_circle:
     case dxf::type_arc:
-        return box_of_circle(text);
+        return box_of<db::circle_fields>(text);
     case dxf::type_lwpolyline:
         return box_of_polyline(text);
     case dxf::type_text:

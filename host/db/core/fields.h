@@ -35,13 +35,15 @@ struct field {
     std::string_view fresh = {};
     double missing = 0.0; // what is meant where the group is missing
     rules rule = anything;
+    bool reach = false; // what is drawn lies within that distance of the point
 
     // Coordinates stand in groups whose codes are ten apart.
     constexpr int size() const { return kind == single || kind == angle ? 1 : kind == pair ? 2 : 3; }
     // Other values are answered with eInvalidInput. A direction is written with the length 1.
-    constexpr field not_negative() const { return {code, kind, fresh, missing, not_below_zero}; }
-    constexpr field direction() const { return {code, kind, fresh, missing, a_direction}; }
-    constexpr field or_else(double meant) const { return {code, kind, fresh, meant, rule}; }
+    constexpr field not_negative() const { return {code, kind, fresh, missing, not_below_zero, reach}; }
+    constexpr field direction() const { return {code, kind, fresh, missing, a_direction, reach}; }
+    constexpr field or_else(double meant) const { return {code, kind, fresh, meant, rule, reach}; }
+    constexpr field around() const { return {code, kind, fresh, missing, rule, true}; }
 };
 
 // A number, flags, a text or a handle.

@@ -1,7 +1,7 @@
 #include "acgi.h"
 #include "dbents.h"
 #include "host/db/core/geometry_groups.h"
-#include "host/db/entities/circle_fields.h"
+#include "host/db/core/plain_figures.h"
 #include "host/db/entities/imp_curve.h"
 
 #include <cmath>

@@ -3,16 +3,11 @@
 #include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
 #include "host/db/core/lines_alike.h"
+#include "host/db/core/plain_figures.h"
 #include "host/db/entities/imp_curve.h"
 #include "host/db/tables/properties.h"
 
-namespace {
-
-constexpr db::field line_fields[] = {db::number(39), db::point(10, "0.0"), db::point(11, "0.0"),
-                                     db::normal()};
-constexpr auto line_place = db::section_of<line_fields>("AcDbLine");
-
-} // namespace
+using db::line_place;
 
 ENTITY_CLASS(AcDbLine, AcDbCurve, LINE, line_place)
 

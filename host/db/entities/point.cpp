@@ -1,14 +1,9 @@
 #include "acgi.h"
 #include "dbents.h"
-#include "host/db/core/fields.h"
 #include "host/db/core/geometry_groups.h"
+#include "host/db/core/plain_figures.h"
 
-namespace {
-
-constexpr db::field point_fields[] = {db::point(10, "0.0"), db::number(39), db::normal(), db::angle(50)};
-constexpr auto point_place = db::section_of<point_fields>("AcDbPoint");
-
-} // namespace
+using db::point_place;
 
 ENTITY_CLASS(AcDbPoint, AcDbEntity, POINT, point_place)
 
