@@ -1,4 +1,5 @@
 #include "module/check/DrawingCheck.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "aced.h"
 #include "acedads.h"
@@ -54,14 +55,8 @@ private:
     }
 
     bool LookInBlocks() {
-        const AcDbObjectPointer<AcDbBlockTable> table(
-            acdbHostApplicationServices()->workingDatabase()->blockTableId(), AcDb::kForRead);
-        AcDbSymbolTableIterator* made = nullptr;
-        if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
-            return true;
-        for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-            AcDbObjectId id;
-            each->getRecordId(id);
+        for (const AcDbObjectId id :
+             RecordsOf(acdbHostApplicationServices()->workingDatabase()->blockTableId())) {
             const AcDbBlockTableRecordPointer block(id, AcDb::kForRead);
             if (block.openStatus() == Acad::eOk && IsLookedAt(*block.object()) && !LookIn(*block.object()))
                 return false;
@@ -76,14 +71,9 @@ private:
     }
 
     bool LookIn(const AcDbBlockTableRecord& block) {
-        AcDbBlockTableRecordIterator* made = nullptr;
-        if (block.newIterator(made) != Acad::eOk)
-            return true;
-        for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
-            AcDbObjectId id;
-            if (each->getEntityId(id) == Acad::eOk && !Open(id, false))
+        for (const AcDbObjectId id : EntitiesOf(block))
+            if (!Open(id, false))
                 return false;
-        }
         return true;
     }
 

@@ -1,4 +1,5 @@
 #include "module/check/LayerMapping.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "base/case_fold.h"
 #include "base/utf.h"
@@ -84,35 +85,21 @@ CString Filled(const CString& pattern, const std::vector<std::wstring_view>& cap
 // each layer.
 template<class Take>
 void ForLayered(AcDbDatabase& database, Take take) {
-    const AcDbObjectPointer<AcDbLayerTable> layers(database.layerTableId(), AcDb::kForRead);
-    AcDbSymbolTableIterator* made = nullptr;
     const auto nameOf = [](const AcDbSymbolTableRecord& record) {
         AcString name;
         record.getName(name);
         return CString(name.kACharPtr());
     };
-    if (layers.openStatus() == Acad::eOk && layers->newIterator(made) == Acad::eOk)
-        for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-            AcDbObjectId id;
-            each->getRecordId(id);
-            const AcDbObjectPointer<AcDbLayerTableRecord> layer(id, AcDb::kForRead);
-            if (layer.openStatus() == Acad::eOk && !layer->isDependent())
-                take(id.handle(), nameOf(*layer.object()), true);
-        }
-    const AcDbObjectPointer<AcDbBlockTable> blocks(database.blockTableId(), AcDb::kForRead);
-    if (blocks.openStatus() != Acad::eOk || blocks->newIterator(made) != Acad::eOk)
-        return;
-    for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
-        each->getRecordId(id);
+    for (const AcDbObjectId id : RecordsOf(database.layerTableId())) {
+        const AcDbObjectPointer<AcDbLayerTableRecord> layer(id, AcDb::kForRead);
+        if (layer.openStatus() == Acad::eOk && !layer->isDependent())
+            take(id.handle(), nameOf(*layer.object()), true);
+    }
+    for (const AcDbObjectId id : RecordsOf(database.blockTableId())) {
         const AcDbBlockTableRecordPointer block(id, AcDb::kForRead);
-        AcDbBlockTableRecordIterator* entities = nullptr;
-        if (block.openStatus() != Acad::eOk || block->isFromExternalReference() ||
-            block->newIterator(entities) != Acad::eOk)
+        if (block.openStatus() != Acad::eOk || block->isFromExternalReference())
             continue;
-        for (const std::unique_ptr<AcDbBlockTableRecordIterator> one(entities); !one->done(); one->step()) {
-            AcDbObjectId entityId;
-            one->getEntityId(entityId);
+        for (const AcDbObjectId entityId : EntitiesOf(*block.object())) {
             const AcDbEntityPointer entity(entityId, AcDb::kForRead);
             AcString layer;
             if (entity.openStatus() == Acad::eOk && entity->layer(layer) == Acad::eOk)

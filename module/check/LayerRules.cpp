@@ -7,6 +7,7 @@
 #include "dbobjptr.h"
 #include "dbsymtb.h"
 #include "module/check/DrawingCheck.h"
+#include "module/layertools/DrawingWalk.h"
 #include "module/standard/LineWeightText.h"
 #include "module/standard/LinetypeLibrary.h"
 #include "module/standard/Names.h"
@@ -105,16 +106,9 @@ private:
         std::vector<CString> names;
         GetLinetypeNames(names);
         m_linetypes.insert(names.begin(), names.end());
-        const AcDbObjectPointer<AcDbLinetypeTable> table(
-            acdbHostApplicationServices()->workingDatabase()->linetypeTableId(), AcDb::kForRead);
-        AcDbSymbolTableIterator* made = nullptr;
-        if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
-            return;
-        for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-            AcDbObjectId id;
-            each->getRecordId(id);
+        for (const AcDbObjectId id :
+             RecordsOf(acdbHostApplicationServices()->workingDatabase()->linetypeTableId()))
             m_linetypes.insert(LinetypeName(id));
-        }
     }
 
     // What a layer of that name means; empty when nobody knows, or when it may be several.

@@ -1,4 +1,5 @@
 #include "module/check/LinetypeOrder.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "aced.h"
 #include "acedads.h"
@@ -51,14 +52,8 @@ std::wstring LookOf(const AcDbLinetypeTableRecord& linetype) {
 
 std::vector<AcDbObjectId> AllLinetypes() {
     std::vector<AcDbObjectId> ids;
-    const AcDbObjectPointer<AcDbLinetypeTable> table(Drawing().linetypeTableId(), AcDb::kForRead);
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table.openStatus() == Acad::eOk && table->newIterator(made) == Acad::eOk)
-        for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-            AcDbObjectId id;
-            each->getRecordId(id);
-            ids.push_back(id);
-        }
+    for (const AcDbObjectId id : RecordsOf(Drawing().linetypeTableId()))
+        ids.push_back(id);
     return ids;
 }
 
@@ -152,28 +147,18 @@ void CLinetypeOrder::ReadPatterns() {
 void CLinetypeOrder::Walk() {
     constexpr unsigned looksBetweenQuestions = 4096;
     unsigned looks = 0;
-    const AcDbObjectPointer<AcDbBlockTable> table(Drawing().blockTableId(), AcDb::kForRead);
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
-        return;
-    for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
-        each->getRecordId(id);
+    for (const AcDbObjectId id : RecordsOf(Drawing().blockTableId())) {
         const AcDbBlockTableRecordPointer block(id, AcDb::kForRead);
-        AcDbBlockTableRecordIterator* entities = nullptr;
         AcString name;
-        if (block.openStatus() != Acad::eOk || block->isFromExternalReference() ||
-            block->newIterator(entities) != Acad::eOk)
+        if (block.openStatus() != Acad::eOk || block->isFromExternalReference())
             continue;
         block->getName(name);
         const bool isModel = CString(name.kACharPtr()).CompareNoCase(ACDB_MODEL_SPACE) == 0;
-        for (const std::unique_ptr<AcDbBlockTableRecordIterator> one(entities); !one->done(); one->step()) {
+        for (const AcDbObjectId entityId : EntitiesOf(*block.object())) {
             if (++looks % looksBetweenQuestions == 0 && acedUsrBrk() != 0) {
                 m_isWhole = false;
                 return;
             }
-            AcDbObjectId entityId;
-            one->getEntityId(entityId);
             const AcDbEntityPointer entity(entityId, AcDb::kForRead);
             if (entity.openStatus() == Acad::eOk)
                 LookAt(*entity.object(), isModel);

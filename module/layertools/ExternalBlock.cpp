@@ -1,4 +1,5 @@
 #include "module/layertools/ExternalBlock.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "acdbads.h"
 #include "acedads.h"
@@ -73,13 +74,10 @@ CString KolTool::GetLayerOfInsertion(AcDbObjectId externalReference, AcDbObjectI
     if (external.openStatus() != Acad::eOk)
         return layer;
     const BlockPointer definition(external->blockTableRecord(), AcDb::kForRead);
-    AcDbBlockTableRecordIterator* made = nullptr;
-    if (definition.openStatus() != Acad::eOk || definition->newIterator(made) != Acad::eOk)
+    if (definition.openStatus() != Acad::eOk)
         return layer;
     const AcGeMatrix3d toWorld = GetPlacing(*external.object(), *definition.object());
-    for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
-        each->getEntityId(id);
+    for (const AcDbObjectId id : EntitiesOf(*definition.object())) {
         const BlockReferencePointer reference(id, AcDb::kForRead);
         if (reference.openStatus() != Acad::eOk || reference->blockTableRecord() != inserted)
             continue;

@@ -1,4 +1,5 @@
 #include "module/layertools/LayerExport.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "acutmem.h"
 #include "adscodes.h"
@@ -20,21 +21,12 @@ AcDbDatabase& Drawing() {
 
 // How many entities stand in model space and on sheets.
 int CountInSpaces(AcDbDatabase& drawing) {
-    const AcDbBlockTablePointer table(drawing.blockTableId(), AcDb::kForRead);
-    AcDbSymbolTableIterator* made = nullptr;
     int count = 0;
-    if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
-        return count;
-    for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
-        AcDbBlockTableRecordIterator* entities = nullptr;
-        each->getRecordId(id);
+    for (const AcDbObjectId id : RecordsOf(drawing.blockTableId())) {
         const AcDbBlockTableRecordPointer block(id, AcDb::kForRead);
-        if (block.openStatus() != Acad::eOk || !block->isLayout() ||
-            block->newIterator(entities) != Acad::eOk)
-            continue;
-        for (const std::unique_ptr<AcDbBlockTableRecordIterator> at(entities); !at->done(); at->step())
-            ++count;
+        if (block.openStatus() == Acad::eOk && block->isLayout())
+            for ([[maybe_unused]] const AcDbObjectId entity : EntitiesOf(*block.object()))
+                ++count;
     }
     return count;
 }

@@ -1,4 +1,5 @@
 #include "module/layertools/LayerExtract.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "dbapserv.h"
 #include "dbents.h"
@@ -94,14 +95,11 @@ bool IsDrawn(AcDbObjectId id) {
 // Calls `take` with each entity of a block that a reference to it draws.
 void ForDrawn(AcDbObjectId definition, const std::function<void(AcDbObjectId)>& take) {
     const AcDbBlockTableRecordPointer block(definition, AcDb::kForRead);
-    AcDbBlockTableRecordIterator* made = nullptr;
-    if (block.openStatus() != Acad::eOk || block->newIterator(made) != Acad::eOk)
+    if (block.openStatus() != Acad::eOk)
         return;
-    for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
-        if (each->getEntityId(id) == Acad::eOk && IsDrawn(id))
+    for (const AcDbObjectId id : EntitiesOf(*block.object()))
+        if (IsDrawn(id))
             take(id);
-    }
 }
 
 bool IsReference(AcDbObjectId id) {
@@ -117,13 +115,7 @@ CString SmallName(const AcDbBlockTableRecord& block) {
 
 std::set<CString> GetBlockNames() {
     std::set<CString> names;
-    const AcDbBlockTablePointer table(Drawing().blockTableId(), AcDb::kForRead);
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
-        return names;
-    for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
-        each->getRecordId(id);
+    for (const AcDbObjectId id : RecordsOf(Drawing().blockTableId())) {
         const AcDbBlockTableRecordPointer block(id, AcDb::kForRead);
         if (block.openStatus() == Acad::eOk)
             names.insert(SmallName(*block.object()));

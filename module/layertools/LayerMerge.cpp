@@ -1,4 +1,5 @@
 #include "module/layertools/LayerMerge.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "acdbads.h"
 #include "acutmem.h"
@@ -63,14 +64,8 @@ AcDbDatabase& Drawing() {
 
 // Calls `take` with each block of the drawing that is no space and of no reference, and its name.
 void ForOwnBlocks(const std::function<void(const AcDbBlockTableRecord&, const CString&)>& take) {
-    const AcDbObjectPointer<AcDbBlockTable> table(Drawing().blockTableId(), AcDb::kForRead);
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
-        return;
-    for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
+    for (const AcDbObjectId id : RecordsOf(Drawing().blockTableId())) {
         AcString name;
-        each->getRecordId(id);
         const AcDbBlockTableRecordPointer block(id, AcDb::kForRead);
         if (block.openStatus() == Acad::eOk && !block->isLayout() && !block->isFromExternalReference() &&
             block->getName(name) == Acad::eOk && CString(name.kACharPtr()).Find(L'|') < 0)
@@ -114,14 +109,8 @@ void CLayerMerge::FindInSpaces() {
 
 void CLayerMerge::FindInBlocks() {
     ForOwnBlocks([this](const AcDbBlockTableRecord& block, const CString& name) {
-        AcDbBlockTableRecordIterator* made = nullptr;
-        if (block.newIterator(made) != Acad::eOk)
-            return;
-        for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
-            AcDbObjectId entity;
-            if (each->getEntityId(entity) == Acad::eOk)
-                Look(entity, name);
-        }
+        for (const AcDbObjectId entity : EntitiesOf(block))
+            Look(entity, name);
     });
 }
 

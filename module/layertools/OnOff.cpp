@@ -3,6 +3,7 @@
 #include "dbobjptr.h"
 #include "module/layertools/BarMemory.h"
 #include "module/layertools/DocumentLock.h"
+#include "module/layertools/DrawingWalk.h"
 #include "module/layertools/LayerControlBar.h"
 #include "module/layertools/LayerDisplay.h"
 #include "module/layertools/LayerNames.h"
@@ -48,14 +49,10 @@ void ShowModelSpace() {
     CStayedEntities stayed;
     AcDbDatabase* const database = acdbHostApplicationServices()->workingDatabase();
     const AcDbBlockTableRecordPointer space(ACDB_MODEL_SPACE, database, AcDb::kForRead);
-    AcDbBlockTableRecordIterator* made = nullptr;
-    if (space.openStatus() != Acad::eOk || space->newIterator(made) != Acad::eOk)
+    if (space.openStatus() != Acad::eOk)
         return;
     TEntitySet redrawn;
-    for (const std::unique_ptr<AcDbBlockTableRecordIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
-        if (each->getEntityId(id) != Acad::eOk)
-            continue;
+    for (const AcDbObjectId id : EntitiesOf(*space.object())) {
         const AcDbEntityPointer entity(id, AcDb::kForRead);
         if (entity.openStatus() != Acad::eOk)
             continue;

@@ -1,4 +1,5 @@
 #include "module/layertools/TakenApart.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "dbobjptr.h"
 #include "dbptrar.h"
@@ -11,26 +12,11 @@
 
 namespace {
 
-// The records of a symbol table.
-template<class Table>
-std::vector<AcDbObjectId> RecordsOf(AcDbObjectId tableId) {
-    std::vector<AcDbObjectId> records;
-    const AcDbObjectPointer<Table> table(tableId, AcDb::kForRead);
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
-        return records;
-    const std::unique_ptr<AcDbSymbolTableIterator> at(made);
-    for (; !at->done(); at->step())
-        if (AcDbObjectId id; at->getRecordId(id) == Acad::eOk)
-            records.push_back(id);
-    return records;
-}
-
 // Entities on locked layers can not be changed: the layers are unlocked meanwhile.
 class Unlocked {
 public:
     explicit Unlocked(AcDbDatabase& drawing) {
-        for (const AcDbObjectId id : RecordsOf<AcDbLayerTable>(drawing.layerTableId()))
+        for (const AcDbObjectId id : RecordsOf(drawing.layerTableId()))
             if (AcDbLayerTableRecordPointer layer(id, AcDb::kForWrite);
                 layer.openStatus() == Acad::eOk && layer->isLocked()) {
                 layer->setIsLocked(false);
@@ -56,14 +42,9 @@ bool IsOfAddOn(const AcRxClass& type) {
 
 std::vector<AcDbObjectId> CustomEntitiesOf(const AcDbBlockTableRecord& block) {
     std::vector<AcDbObjectId> found;
-    AcDbBlockTableRecordIterator* made = nullptr;
-    if (block.isFromExternalReference() || block.newIterator(made) != Acad::eOk)
+    if (block.isFromExternalReference())
         return found;
-    const std::unique_ptr<AcDbBlockTableRecordIterator> at(made);
-    for (; !at->done(); at->step()) {
-        AcDbObjectId id;
-        if (at->getEntityId(id) != Acad::eOk)
-            continue;
+    for (const AcDbObjectId id : EntitiesOf(block)) {
         const AcDbEntityPointer entity(id, AcDb::kForRead);
         if (entity.openStatus() == Acad::eOk && IsOfAddOn(*entity->isA()))
             found.push_back(id);
@@ -97,7 +78,7 @@ void TakeApart(AcDbObjectId id, AcDbBlockTableRecord& block, TakenApart& count) 
 TakenApart TakeAllApart(AcDbDatabase& drawing) {
     const Unlocked unlocked(drawing);
     TakenApart count;
-    for (const AcDbObjectId id : RecordsOf<AcDbBlockTable>(drawing.blockTableId())) {
+    for (const AcDbObjectId id : RecordsOf(drawing.blockTableId())) {
         const AcDbObjectPointer<AcDbBlockTableRecord> block(id, AcDb::kForWrite);
         if (block.openStatus() != Acad::eOk)
             continue;

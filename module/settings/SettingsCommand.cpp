@@ -1,4 +1,5 @@
 #include "module/settings/SettingsCommand.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "module/settings/SettingsPages.h"
 #include "module/settings/SettingsQuestions.h"
@@ -33,17 +34,13 @@ StandardKnowledge Knowledge() {
     StandardKnowledge known;
     known.linetypes.emplace_back(L"Continuous");
     GetLinetypeNames(known.linetypes);
-    const AcDbLinetypeTablePointer table(acdbHostApplicationServices()->workingDatabase()->linetypeTableId());
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table.openStatus() == Acad::eOk && table->newIterator(made) == Acad::eOk)
-        for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-            AcDbObjectId id;
-            each->getRecordId(id);
-            const AcDbObjectPointer<AcDbLinetypeTableRecord> linetype(id, AcDb::kForRead);
-            AcString name;
-            if (linetype.openStatus() == Acad::eOk && linetype->getName(name) == Acad::eOk)
-                known.linetypes.emplace_back(name.kACharPtr());
-        }
+    for (const AcDbObjectId id :
+         RecordsOf(acdbHostApplicationServices()->workingDatabase()->linetypeTableId())) {
+        const AcDbObjectPointer<AcDbLinetypeTableRecord> linetype(id, AcDb::kForRead);
+        AcString name;
+        if (linetype.openStatus() == Acad::eOk && linetype->getName(name) == Acad::eOk)
+            known.linetypes.emplace_back(name.kACharPtr());
+    }
     known.materials = GetPipeMaterials();
     return known;
 }

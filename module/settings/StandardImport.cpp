@@ -1,4 +1,5 @@
 #include "module/settings/StandardImport.h"
+#include "module/layertools/DrawingWalk.h"
 
 #include "module/settings/StandardChanges.h"
 #include "module/settings/StandardFields.h"
@@ -30,20 +31,11 @@ CString LinetypeName(AcDbObjectId id) {
 // How many entities stand on each layer, in all blocks.
 std::map<AcDbObjectId, int> CountByLayer(AcDbDatabase& drawing) {
     std::map<AcDbObjectId, int> counts;
-    const AcDbObjectPointer<AcDbBlockTable> blocks(drawing.blockTableId(), AcDb::kForRead);
-    AcDbSymbolTableIterator* made = nullptr;
-    if (blocks.openStatus() != Acad::eOk || blocks->newIterator(made) != Acad::eOk)
-        return counts;
-    for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
-        each->getRecordId(id);
+    for (const AcDbObjectId id : RecordsOf(drawing.blockTableId())) {
         const AcDbObjectPointer<AcDbBlockTableRecord> block(id, AcDb::kForRead);
-        AcDbBlockTableRecordIterator* entities = nullptr;
-        if (block.openStatus() != Acad::eOk || block->newIterator(entities) != Acad::eOk)
+        if (block.openStatus() != Acad::eOk)
             continue;
-        for (const std::unique_ptr<AcDbBlockTableRecordIterator> one(entities); !one->done(); one->step()) {
-            AcDbObjectId entityId;
-            one->getEntityId(entityId);
+        for (const AcDbObjectId entityId : EntitiesOf(*block.object())) {
             const AcDbEntityPointer entity(entityId, AcDb::kForRead);
             if (entity.openStatus() == Acad::eOk)
                 ++counts[entity->layerId()];
@@ -136,13 +128,7 @@ LayerNode Changed(const LayerNode& layer, const ImportedLayer& imported, CString
 std::vector<ImportedLayer> LayersUsedIn(AcDbDatabase& drawing) {
     const std::map<AcDbObjectId, int> counts = CountByLayer(drawing);
     std::vector<ImportedLayer> layers;
-    const AcDbObjectPointer<AcDbLayerTable> table(drawing.layerTableId(), AcDb::kForRead);
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table.openStatus() != Acad::eOk || table->newIterator(made) != Acad::eOk)
-        return layers;
-    for (const std::unique_ptr<AcDbSymbolTableIterator> each(made); !each->done(); each->step()) {
-        AcDbObjectId id;
-        each->getRecordId(id);
+    for (const AcDbObjectId id : RecordsOf(drawing.layerTableId())) {
         const AcDbObjectPointer<AcDbLayerTableRecord> record(id, AcDb::kForRead);
         const auto count = counts.find(id);
         AcString name;
