@@ -27,7 +27,7 @@ check      clang-format        style of the sources
 check      clang-tidy          mistakes that compile
 check      python3             runs the checks
 mutate     rsync               copies the tree that faults are seeded into
-mutate     python3             seeds them
+mutate     python3-clang-14    finds the places for them
 bench      libdime-dev         a peer to measure against
 bench      libdxflib-dev       a peer to measure against
 bench      libpugixml-dev      a peer to measure against
