@@ -92,7 +92,7 @@ result<dbase_table> dbase_table::parse(std::string table, std::optional<std::str
         return failure{L"the header (byte 8) should have " + number_of(read.header_size_) +
                        L" bytes, the file has " + number_of(bytes.size())};
     if (auto fields = read.read_fields(); !fields)
-        return failure{fields.error()};
+        return fields.why();
     const std::size_t room = bytes.size() - read.header_size_;
     if (read.row_count_ > room / read.row_size_)
         return failure{L"the file ends at byte " + number_of(bytes.size()) + L", before the end of row " +
@@ -103,7 +103,7 @@ result<dbase_table> dbase_table::parse(std::string table, std::optional<std::str
     if (memo && has_memos && form != dbase_memo_form::none) {
         auto parsed = dbase_memo::parse(form, std::move(*memo));
         if (!parsed)
-            return failure{parsed.error()};
+            return parsed.why();
         read.memo_ = *std::move(parsed);
     }
     return read;
@@ -169,7 +169,7 @@ result<dbase_table> dbase_table::create(std::vector<dbase_field> fields, dbase_m
         std::string entry(field_entry_size, '\0');
         const auto encoded = encode(made.encoding_, field.name);
         if (!encoded)
-            return failure{L"field name " + in_quotes(field.name) + L": " + encoded.error()};
+            return encoded.why().behind(L"field name " + in_quotes(field.name) + L": ");
         const std::string& name = *encoded;
         if (name.empty() || name.size() >= field_name_size || name.find('\0') != name.npos)
             return failure{L"the field name " + in_quotes(field.name) + L" must have 1 to 10 bytes"};
@@ -302,7 +302,7 @@ std::optional<std::chrono::year_month_day> dbase_table::date(std::size_t row, st
 // 0 when the row has no memo.
 result<std::uint64_t> dbase_table::memo_block(std::size_t row, std::size_t field) const {
     if (auto right = check_type(row, field, "M"); !right)
-        return failure{right.error()};
+        return right.why();
     const std::string_view value = cell(row, field);
     if (value.size() == 4)
         return std::uint64_t{little_endian(value, 0, 4)};
@@ -318,14 +318,14 @@ result<std::uint64_t> dbase_table::memo_block(std::size_t row, std::size_t field
 result<std::wstring> dbase_table::memo(std::size_t row, std::size_t field) const {
     const auto block = memo_block(row, field);
     if (!block)
-        return failure{block.error()};
+        return block.why();
     if (*block == 0)
         return std::wstring();
     if (!memo_)
         return failure{place(row, field) + L"the table's memo file is missing"};
     const auto text = memo_->text(*block);
     if (!text)
-        return failure{place(row, field) + text.error()};
+        return text.why().behind(place(row, field));
     return encoding_.decode(*text);
 }
 
@@ -348,7 +348,7 @@ result<void> dbase_table::set_text(std::size_t row, std::size_t field, std::wstr
         return {};
     const auto bytes = encode(encoding_, text);
     if (!bytes)
-        return failure{place(row, field) + bytes.error()};
+        return bytes.why().behind(place(row, field));
     return put(row, field, *bytes, false);
 }
 
@@ -403,14 +403,14 @@ result<void> dbase_table::set_memo(std::size_t row, std::size_t field, std::wstr
         return {};
     const auto bytes = encode(encoding_, text);
     if (!bytes)
-        return failure{place(row, field) + bytes.error()};
+        return bytes.why().behind(place(row, field));
     std::uint32_t block = 0;
     if (!bytes->empty()) {
         if (!memo_)
             return failure{place(row, field) + L"the table's memo file is missing"};
         const auto added = memo_->append(*bytes);
         if (!added)
-            return failure{place(row, field) + added.error()};
+            return added.why().behind(place(row, field));
         block = *added;
     }
     if (fields_[field].length != 4)

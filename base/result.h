@@ -1,18 +1,31 @@
-// What a function that can fail gives back: the value, or a failure in words that may be shown to the user.
-// Asking a failed result for its value, or a good one for its error, is a mistake of the caller and ends the
-// program in every build.
+// What a function that can fail gives back: the value, or a failure: its kind, and words that may be shown to
+// the user. Asking a failed result for its value, or a good one for its error, is a mistake of the caller and
+// ends the program in every build.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 
 namespace base {
 
-// Why something failed: what and where, in plain words, without a final full stop.
+// What a failure is to who goes another way then.
+enum class failure_kind : std::uint8_t {
+    other,
+    not_found, // there is no such file or folder
+    no_access, // it is there, but not for this user
+};
+
+// Why something failed: what and where, in plain words, without a final full stop, and its kind.
 struct failure {
     std::wstring what;
+    failure_kind kind = failure_kind::other;
+
+    // The same failure, with words in front that say where it was met.
+    failure behind(std::wstring_view where) const { return {std::wstring(where) + what, kind}; }
 };
 
 template<class T>
@@ -31,8 +44,11 @@ public:
     T* operator->() noexcept { return &std::get<0>(held_); }
     const T* operator->() const noexcept { return &std::get<0>(held_); }
 
-    // The failure's words.
-    const std::wstring& error() const noexcept { return std::get<1>(held_).what; }
+    // The failure, to be handed on; and its words.
+    const failure& why() const noexcept { return std::get<1>(held_); }
+    const std::wstring& error() const noexcept { return why().what; }
+    // Whether it failed in that way.
+    bool failed(failure_kind kind) const noexcept { return !*this && why().kind == kind; }
 
 private:
     std::variant<T, failure> held_;
@@ -47,8 +63,11 @@ public:
     // True when all went well.
     explicit operator bool() const noexcept { return !why_; }
 
-    // The failure's words.
-    const std::wstring& error() const noexcept { return why_.value().what; }
+    // The failure, to be handed on; and its words.
+    const failure& why() const noexcept { return why_.value(); }
+    const std::wstring& error() const noexcept { return why().what; }
+    // Whether it failed in that way.
+    bool failed(failure_kind kind) const noexcept { return why_ && why_->kind == kind; }
 
 private:
     std::optional<failure> why_;

@@ -38,7 +38,7 @@ fs::path memo_path(const fs::path& table, base::dbase_memo_form form) {
 base::result<void> write_whole(const fs::path& path, std::string_view bytes) {
     auto file = atomic_file::create(path);
     if (!file)
-        return base::failure{file.error()};
+        return file.why();
     if (auto written = file->write(bytes); !written)
         return written;
     return file->commit();
@@ -60,7 +60,7 @@ base::result<base::dbase_table> read_dbase(const fs::path& path, int page) {
     };
     const auto table = read_file(path);
     if (!table)
-        return base::failure{table.error()};
+        return table.why();
     if (page == 0)
         page = base::code_page_of_dbase(table->view());
     auto encoding = dbase_encoding_of(page != 0 ? page : ansi_code_page());
@@ -73,7 +73,7 @@ base::result<base::dbase_table> read_dbase(const fs::path& path, int page) {
         if (fs::exists(beside, error)) {
             const auto bytes = read_file(beside);
             if (!bytes)
-                return base::failure{bytes.error()};
+                return bytes.why();
             memo = std::string(bytes->view());
         }
     }

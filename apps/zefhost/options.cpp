@@ -97,7 +97,7 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
         } else if (argument == L"--picture") {
             options.picture = value;
             if (const auto format = picture::format_of_file(value); !format)
-                return base::failure{L"option --picture: " + format.error()};
+                return format.why().behind(L"option --picture: ");
         } else if (argument == L"--since") {
             options.since = value;
         } else if (argument == L"--load") {
@@ -135,7 +135,7 @@ base::result<program_options> parse_options(const std::vector<std::wstring>& arg
     if (names_new_file(options)) {
         const auto name = ap::drawing_file_name(options.output);
         if (!name)
-            return base::failure{L"option -o: " + name.error()};
+            return name.why().behind(L"option -o: ");
         options.output = *name;
     }
     return options;

@@ -1,6 +1,7 @@
 // The document manager of the interface.
 #include "dbapserv.h"
 #include "host/ap/documents.h"
+#include "host/db/core/file_status.h"
 #include "host/rx/reactor_list.h"
 #include "rxregsvc.h"
 
@@ -179,7 +180,8 @@ private:
         return Acad::eOk;
     }
     Acad::ErrorStatus opened(const std::wstring& path) {
-        return all_.open(path, false) ? Acad::eOk : Acad::eFileAccessErr;
+        const auto done = all_.open(path, false);
+        return done ? Acad::eOk : db::status_of(done.why(), Acad::eFileAccessErr);
     }
 
     documents& all_ = documents::instance();

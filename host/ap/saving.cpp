@@ -119,7 +119,7 @@ base::result<void> documents::save(const std::wstring& path, int version, if_cha
     if (!own || !before.lock.holds()) {
         auto lock = lock_target(target);
         if (!lock)
-            return base::failure{lock.error()};
+            return lock.why();
         tie.lock = std::move(*lock);
     }
 
@@ -165,7 +165,7 @@ base::result<void> documents::save_copy(const std::wstring& path, int version) {
     if (is_same_file(path, current_->fileName()))
         return base::failure{quoted(path) + L" is the drawing's own file; use QSAVE"};
     if (const auto lock = lock_target(path); !lock)
-        return base::failure{lock.error()};
+        return lock.why();
     return version::save_copy(current_->database()->imp(), path, version, backup_of(path));
 }
 

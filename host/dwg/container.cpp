@@ -54,7 +54,7 @@ base::result<container> open_container(std::string_view bytes) {
         return base::failure{unknown_version(bytes)};
     }
     if (!opened)
-        return base::failure{opened.error()};
+        return opened.why();
     if (out.handles.empty() || out.objects.empty())
         return base::failure{L"this DWG file holds no map of its objects"};
     return out;

@@ -20,7 +20,7 @@ bool is_dwg(std::string_view bytes) {
 base::result<drawing_text> read_drawing(std::string_view bytes) {
     auto file = open_container(bytes);
     if (!file)
-        return base::failure{file.error()};
+        return file.why();
     drawing_text out;
     out.damage = file->damage;
     assembly(*file, out).run();

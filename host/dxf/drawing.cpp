@@ -1,4 +1,5 @@
 #include "host/dxf/drawing.h"
+#include "host/dxf/releases.h"
 
 #include "base/utf.h"
 #include "host/dwg/drawing_reader.h"
@@ -8,7 +9,6 @@
 #include "host/dxf/name_repair.h"
 #include "host/dxf/record_header.h"
 #include "host/dxf/record_repair.h"
-#include "host/dxf/releases.h"
 #include "host/dxf/sealed_groups.h"
 #include "host/dxf/space_repair.h"
 #include "sys/atomic_file.h"
@@ -91,14 +91,14 @@ group_style style_of(std::string_view bytes, const record_table& records) {
 
 base::result<std::unique_ptr<drawing>> drawing::open(const std::filesystem::path& file, int encoding) {
     if (auto regular = sys::check_regular_file(file); !regular)
-        return base::failure{regular.error()};
+        return regular.why();
     auto bytes = sys::read_file(file);
     if (!bytes)
-        return base::failure{bytes.error()};
+        return bytes.why();
     std::unique_ptr<drawing> opened(new drawing);
     opened->file_ = std::move(*bytes);
     if (auto read = opened->read(padded_text::promised(opened->file_.view()), encoding); !read)
-        return base::failure{L"'" + sys::from_path(file) + L"': " + read.error()};
+        return read.why().behind(L"'" + sys::from_path(file) + L"': ");
     return opened;
 }
 
@@ -106,14 +106,14 @@ base::result<std::unique_ptr<drawing>> drawing::from_bytes(std::string bytes, in
     std::unique_ptr<drawing> opened(new drawing);
     opened->memory_ = padded_string(std::move(bytes));
     if (auto read = opened->read(opened->memory_.view(), encoding); !read)
-        return base::failure{read.error()};
+        return read.why();
     return opened;
 }
 
 base::result<void> drawing::read(padded_text bytes, int encoding) {
     const auto text = text_of(bytes);
     if (!text)
-        return base::failure{text.error()};
+        return text.why();
     if (auto indexed = index(*text, encoding); !indexed || repairs_.empty())
         return indexed;
     // A repair that would have to be repaired in its turn is none: what was made of the drawing is read
@@ -138,7 +138,7 @@ base::result<padded_text> drawing::text_of(padded_text bytes) {
     if (binary_form::recognises(bytes)) {
         binary_ = std::make_unique<binary_form>();
         if (auto read = binary_->read(bytes); !read)
-            return base::failure{read.error()};
+            return read.why();
         if (const std::size_t cut = binary_->cut_at(); cut < bytes.size())
             repairs_.push_back(
                 {repair_kind::cut_end, cut, L"the file ends inside of this group", L"the group is left out"});
@@ -147,7 +147,7 @@ base::result<padded_text> drawing::text_of(padded_text bytes) {
     if (dwg::is_dwg(bytes)) {
         auto made = dwg::read_drawing(bytes);
         if (!made)
-            return base::failure{made.error()};
+            return made.why();
         encoding_note_ = dwg::notes(*made);
         mended_ = padded_string(std::move(made->dxf));
         return mended_.view();
@@ -471,7 +471,7 @@ base::result<void> drawing::write_file(const std::filesystem::path& file,
                                        const std::filesystem::path& backup) const {
     auto target = sys::atomic_file::create(file);
     if (!target)
-        return base::failure{target.error()};
+        return target.why();
     base::result<void> written;
     write([&](std::string_view piece) {
         written = target->write(piece);

@@ -121,13 +121,13 @@ base::result<void> write_picture(AcDbImpDatabase& drawing, const std::wstring& f
                                  const picture::request& request) {
     const auto format = picture::format_of_file(file);
     if (!format)
-        return base::failure{format.error()};
+        return format.why();
     const auto drawn = picture::draw(drawing, request, *format);
     if (!drawn)
-        return base::failure{drawn.error()};
+        return drawn.why();
     auto target = sys::atomic_file::create(sys::to_path(file));
     if (!target)
-        return base::failure{target.error()};
+        return target.why();
     if (auto written = target->write(drawn->bytes); !written)
         return written;
     auto done = target->commit();

@@ -104,9 +104,10 @@ bool import_state() {
     AcString state;
     AcDbLayerStateManager states(current_drawing());
     const Acad::ErrorStatus status = states.importLayerState(sys::from_path(file).c_str(), state);
-    const std::wstring why = status == Acad::eFileNotFound   ? L"Cannot find the file '" + name + L"'."
-                             : status == Acad::eInvalidInput ? L"'" + name + L"' holds no layer state."
-                                                             : reason_for(state.kwszPtr(), status);
+    const std::wstring why = status == Acad::eFileNotFound    ? L"Cannot find the file '" + name + L"'."
+                             : status == Acad::eFileAccessErr ? L"Cannot read the file '" + name + L"'."
+                             : status == Acad::eInvalidInput  ? L"'" + name + L"' holds no layer state."
+                                                              : reason_for(state.kwszPtr(), status);
     if (!why.empty())
         acdbFail((L"\n" + why).c_str());
     return true;

@@ -68,7 +68,7 @@ public:
     // A state as a file (.las) that the editor reads, and from there. Importing makes the layers that the
     // drawing lacks, those of references left out. eFileNotFound, eInvalidInput for what is no such file,
     // eDuplicateKey when there is a state of the name, which `sName` gets all the same; eFileAccessErr when
-    // the file can not be written.
+    // the file can not be read or written.
     Acad::ErrorStatus exportLayerState(const ACHAR* sNameToExport, const ACHAR* sFilename);
     Acad::ErrorStatus importLayerState(const ACHAR* sFilename);
     Acad::ErrorStatus importLayerState(const ACHAR* sFilename, AcString& sName);

@@ -98,7 +98,8 @@ public:
     virtual void removeReactor(AcApDocManagerReactor* reactor) = 0;
 
     // Opens and closes documents, from the application's context: eInvalidContext elsewhere. Opening makes
-    // the document current; what was not saved is lost when it is closed. eFileAccessErr, eNoDocument.
+    // the document current; what was not saved is lost when it is closed. eFileNotFound, eFileAccessErr,
+    // eNoDocument.
     virtual Acad::ErrorStatus appContextNewDocument(const ACHAR* templateName) = 0;
     virtual Acad::ErrorStatus appContextOpenDocument(const ACHAR* fileName) = 0;
     virtual Acad::ErrorStatus appContextCloseDocument(AcApDocument* document) = 0;

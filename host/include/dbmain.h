@@ -311,7 +311,7 @@ public:
     explicit AcDbDatabase(bool buildDefaultDrawing = true, bool noDocument = false);
     ~AcDbDatabase() override;
 
-    // Reads a DXF file into an empty database. eFileNotFound, eDxfReadAborted, eInvalidInput.
+    // Reads a DXF file into an empty database. eFileNotFound, eFileAccessErr, eDxfReadAborted, eInvalidInput.
     Acad::ErrorStatus dxfIn(const ACHAR* fileName, const ACHAR* logFileName = nullptr);
     // Writes a copy of the drawing, whole or not at all; the drawing's own file stays the one it was.
     // eFileAccessErr, and an old file is as it was.

@@ -355,7 +355,7 @@ base::result<drawn> draw(AcDbImpDatabase& drawing, const request& request, sys::
         setup.background = {0, 0, 0};
     auto paper = sys::make_paper(setup);
     if (!paper)
-        return base::failure{paper.error()};
+        return paper.why();
     manner manner;
     manner.drawn_in = request.drawn_in;
     manner.background = setup.background;
@@ -378,7 +378,7 @@ base::result<drawn> draw(AcDbImpDatabase& drawing, const request& request, sys::
     made.images = session.images_not_shown();
     auto bytes = (*paper)->finish();
     if (!bytes)
-        return base::failure{bytes.error()};
+        return bytes.why();
     made.bytes = *std::move(bytes);
     return made;
 }

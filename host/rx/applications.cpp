@@ -73,7 +73,7 @@ base::result<void> applications::load(std::wstring_view path) {
         return base::failure{name + L": no such application"};
     auto library = sys::dynamic_library::open(*file);
     if (!library)
-        return base::failure{library.error()};
+        return library.why();
     void* const entry = library->symbol("acrxEntryPoint");
     if (entry == nullptr)
         return base::failure{name + L" is no application: it has no acrxEntryPoint"};

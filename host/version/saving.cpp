@@ -43,7 +43,7 @@ base::result<std::vector<std::wstring>> save_as_version(AcDbImpDatabase& databas
                                                         const std::filesystem::path& backup) {
     auto target = sys::atomic_file::create(file);
     if (!target)
-        return base::failure{target.error()};
+        return target.why();
     base::result<void> written;
     auto lost = write_as_version(database, version, [&](std::string_view piece) {
         written = target->write(piece);
@@ -52,7 +52,7 @@ base::result<std::vector<std::wstring>> save_as_version(AcDbImpDatabase& databas
     if (written)
         written = target->commit(backup);
     if (!written)
-        return base::failure{written.error()};
+        return written.why();
     return lost;
 }
 
@@ -73,7 +73,7 @@ base::result<void> save_copy(AcDbImpDatabase& database, const std::wstring& path
         version = database.file_version != 0 ? database.file_version : database.drawing().version();
     const auto saved = save_as_version(database, version, sys::to_path(path), backup);
     if (!saved)
-        return base::failure{saved.error()};
+        return saved.why();
     AcDbImpDatabase::tell_of_file(path, *saved);
     return {};
 }

@@ -114,7 +114,7 @@ base::result<void> CCheckReport::Write(const std::filesystem::path& file) const 
         return base::failure{L"文件名应以 .json 或 .html 结尾"};
     auto written = sys::atomic_file::create(file);
     if (!written)
-        return base::failure{written.error()};
+        return written.why();
     if (auto done = written->write(isJson ? Json() : Html()); !done)
         return done;
     return written->commit();

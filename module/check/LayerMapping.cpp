@@ -121,7 +121,7 @@ void CLayerMapping::Add(const LayerMapRow& row) {
 base::result<CLayerMapping> CLayerMapping::Read(const std::filesystem::path& file) {
     const auto bytes = sys::read_file(file);
     if (!bytes)
-        return base::failure{bytes.error()};
+        return bytes.why();
     const std::wstring text = sys::plain_text(bytes->view());
     CLayerMapping mapping;
     std::size_t at = 0;
@@ -155,7 +155,7 @@ base::result<void> CLayerMapping::Write(const std::filesystem::path& file) const
         text += std::wstring(row.m_from) + L"=" + row.m_to.GetString() + L"\r\n";
     auto written = sys::atomic_file::create(file);
     if (!written)
-        return base::failure{written.error()};
+        return written.why();
     if (auto done = written->write(base::narrow(text)); !done)
         return done;
     return written->commit();

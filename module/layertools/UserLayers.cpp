@@ -84,7 +84,7 @@ base::result<base::dbase_table> MakeTable(std::vector<base::dbase_field> fields,
                                           base::dbase_memo_form form = base::dbase_memo_form::none) {
     auto encoding = sys::dbase_encoding_of(gbk);
     if (!encoding)
-        return base::failure{encoding.error()};
+        return encoding.why();
     const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
     return base::dbase_table::create(std::move(fields), form, gbkDriver, today, *std::move(encoding));
 }
@@ -113,7 +113,7 @@ base::result<void> CopyCell(const base::dbase_table& from, base::dbase_table& to
         if (const auto memo = from.memo(row, field); memo)
             return to.set_memo(row, field, *memo);
         else
-            return base::failure{memo.error()};
+            return memo.why();
     default:
         return base::failure{L"列 " + from.fields()[field].name + L" 的类型不能改写"};
     }
@@ -121,7 +121,7 @@ base::result<void> CopyCell(const base::dbase_table& from, base::dbase_table& to
 
 base::result<void> CopyRow(const base::dbase_table& from, base::dbase_table& to, std::size_t row) {
     if (auto made = to.append_row(); !made)
-        return base::failure{made.error()};
+        return made.why();
     for (std::size_t field = 0; field < from.fields().size(); ++field)
         if (auto copied = CopyCell(from, to, row, field); !copied)
             return copied;
@@ -135,14 +135,14 @@ base::result<base::dbase_table> WithSystems(const base::dbase_table& old) {
     auto made = MakeTable(std::move(fields), old.memo_form());
     for (std::size_t row = 0; made && row < old.row_count(); ++row)
         if (const auto copied = CopyRow(old, *made, row); !copied)
-            return base::failure{copied.error()};
+            return copied.why();
     return made;
 }
 
 base::result<void> PutRow(base::dbase_table& table, const Fields& fields, const UserLayerRow& row) {
     const auto place = table.append_row();
     if (!place)
-        return base::failure{place.error()};
+        return place.why();
     if (auto put = table.set_number(*place, fields.product, row.m_product); !put)
         return put;
     if (auto put = table.set_text(*place, fields.name, ViewOf(row.m_name)); !put)

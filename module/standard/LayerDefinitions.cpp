@@ -76,6 +76,8 @@ std::vector<Line> LinesIn(std::string_view bytes) {
 
 bool WriteLayerDefinitions(const std::filesystem::path& path, const PipeStandard& standard, bool keep) {
     const auto old = sys::read_file(path);
+    if (keep && !old && !old.failed(base::failure_kind::not_found))
+        return false; // what is to be kept of it is not known
     std::vector<Line> lines = LinesOf(standard);
     if (keep && old) {
         std::vector<Line> kept = LinesIn(old->view());

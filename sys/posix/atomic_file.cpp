@@ -202,7 +202,7 @@ atomic_file::~atomic_file() = default;
 base::result<atomic_file> atomic_file::create(const path& target) {
     auto file = follow_links(target);
     if (!file)
-        return base::failure{file.error()};
+        return file.why();
     auto made = std::make_unique<state>();
     made->asked = target;
     made->target = std::move(*file);
@@ -227,7 +227,7 @@ base::result<atomic_file> atomic_file::create(const path& target) {
         if (made->file >= 0)
             made->temporary = name;
         else if (errno == ENOENT)
-            return cannot(L"write", target, L"no such folder");
+            return cannot(L"write", target, L"no such folder", base::failure_kind::not_found);
         else if (errno != EEXIST)
             return cannot(L"write", target, errno);
     }

@@ -17,11 +17,11 @@ base::result<std::shared_ptr<const image_dots>> read_image(const std::filesystem
         return base::failure{L"it is larger than 512 MB"};
     const auto bytes = read_file(file);
     if (!bytes)
-        return base::failure{bytes.error()};
+        return bytes.why();
     static const auto& library =
         *new base::result<dynamic_library>(dynamic_library::open(executable_folder() / "libzef_paper.so"));
     if (!library)
-        return base::failure{library.error()};
+        return library.why();
     using reader = void (*)(std::string_view, base::result<std::shared_ptr<const image_dots>>&);
     base::result<std::shared_ptr<const image_dots>> read{base::failure{L"no images can be read here"}};
     if (void* const found = library->symbol("zef_read_image"))

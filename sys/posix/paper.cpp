@@ -12,7 +12,7 @@ base::result<std::unique_ptr<paper>> make_paper(const paper_setup& setup) {
     static const auto& library =
         *new base::result<dynamic_library>(dynamic_library::open(executable_folder() / "libzef_paper.so"));
     if (!library)
-        return base::failure{L"no pictures can be made here: " + library.error()};
+        return library.why().behind(L"no pictures can be made here: ");
     using maker = void (*)(const paper_setup&, base::result<std::unique_ptr<paper>>&);
     base::result<std::unique_ptr<paper>> made{base::failure{L"no pictures can be made here"}};
     if (void* const found = library->symbol("zef_make_paper"))

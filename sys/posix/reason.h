@@ -12,6 +12,7 @@ namespace sys {
 base::failure cannot(std::wstring_view act, const std::filesystem::path& path, int error);
 
 // The same with a reason in words of its own.
-base::failure cannot(std::wstring_view act, const std::filesystem::path& path, std::wstring_view reason);
+base::failure cannot(std::wstring_view act, const std::filesystem::path& path, std::wstring_view reason,
+                     base::failure_kind kind = base::failure_kind::other);
 
 } // namespace sys

@@ -109,11 +109,10 @@ base::result<void> update(Change change) {
         return locked;
     const fs::path path = registry_path();
     registry_text text;
-    struct stat about = {};
-    if (::stat(path.c_str(), &about) == 0 || errno != ENOENT) {
-        const auto bytes = read_file(path);
-        if (!bytes)
-            return base::failure{bytes.error()};
+    const auto bytes = read_file(path);
+    if (!bytes && !bytes.failed(base::failure_kind::not_found))
+        return bytes.why();
+    if (bytes) {
         if (!registry_text::is_text(bytes->view()))
             return base::failure{L"cannot write '" + from_path(path) +
                                  L"': it is neither UTF-16 nor UTF-8 and is left as it is"};
@@ -123,7 +122,7 @@ base::result<void> update(Change change) {
         return {};
     auto file = atomic_file::create(path);
     if (!file)
-        return base::failure{file.error()};
+        return file.why();
     if (auto written = file->write(text.bytes()); !written)
         return written;
     return file->commit();

@@ -55,7 +55,7 @@ void AcDbImpDatabase::tell_of_file(const std::wstring& path, const std::vector<s
 base::result<void> AcDbImpDatabase::read(const std::wstring& path) {
     auto opened = dxf::drawing::open(sys::to_path(path), how_to_read().encoding);
     if (!opened)
-        return base::failure{opened.error()};
+        return opened.why();
     set_drawing(std::move(*opened));
     file_name = path;
     tell_of_file(path, drawing_->messages());

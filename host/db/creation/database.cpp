@@ -6,6 +6,7 @@
 #include "dbxrecrd.h"
 #include "host/db/core/blocks.h"
 #include "host/db/core/entity_classes.h"
+#include "host/db/core/file_status.h"
 #include "host/db/core/host_classes.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
@@ -104,14 +105,10 @@ Acad::ErrorStatus AcDbDatabase::dxfIn(const ACHAR* fileName, const ACHAR* /*logF
     if (fileName == nullptr || m_imp->has_drawing())
         return Acad::eInvalidInput;
     rx::event_reactors().tell([&](AcRxEventReactor& reactor) { reactor.beginDxfIn(this); });
-    const bool read(m_imp->read(fileName));
+    const auto read = m_imp->read(fileName);
     rx::event_reactors().tell(
         [&](AcRxEventReactor& reactor) { read ? reactor.dxfInComplete(this) : reactor.abortDxfIn(this); });
-    if (read)
-        return Acad::eOk;
-    std::error_code ignored;
-    return std::filesystem::exists(sys::to_path(fileName), ignored) ? Acad::eDxfReadAborted
-                                                                    : Acad::eFileNotFound;
+    return read ? Acad::eOk : db::status_of(read.why(), Acad::eDxfReadAborted);
 }
 
 Acad::ErrorStatus AcDbDatabase::dxfOut(const ACHAR* fileName) {

@@ -29,7 +29,7 @@ base::result<inserted_drawing> insert_drawing(AcDbImpDatabase& drawing, const st
                                               const std::wstring& name) {
     AcDbDatabase source(false, true);
     if (auto read = source.imp().read(sys::from_path(file)); !read)
-        return base::failure{read.error()};
+        return read.why();
     inserted_drawing made;
     const dxf::record_id known = drawing.names().find(table_kind::block, name);
     made.redefined = known != dxf::no_record;

@@ -1,4 +1,5 @@
 #include "host/db/tables/layer_state_file.h"
+#include "host/db/core/file_status.h"
 
 #include "acdblayerstatemanager.h"
 #include "base/utf.h"
@@ -191,7 +192,7 @@ base::result<void> write_layer_state_file(const std::filesystem::path& file, con
         put_look(out, named, state.head.mask);
     auto target = sys::atomic_file::create(file);
     if (!target)
-        return base::failure{target.error()};
+        return target.why();
     if (auto written = target->write(out.text()); !written)
         return written;
     return target->commit();
@@ -200,7 +201,7 @@ base::result<void> write_layer_state_file(const std::filesystem::path& file, con
 Acad::ErrorStatus read_layer_state_file(const std::filesystem::path& file, named_state& state) {
     const auto bytes = sys::read_file(file);
     if (!bytes)
-        return Acad::eFileNotFound;
+        return status_of(bytes.why(), Acad::eFileAccessErr);
     const dxf::text_codec codec(base::is_utf8(bytes->view()) ? utf8_page : sys::ansi_code_page());
     const dxf::group_list list(dxf::padded_text::promised(bytes->view()));
     const auto& groups = list.groups();

@@ -1,4 +1,5 @@
 #include "host/db/tables/linetype_file.h"
+#include "host/db/core/file_status.h"
 
 #include "base/case_fold.h"
 #include "base/number_text.h"
@@ -114,7 +115,7 @@ base::result<std::vector<linetype_definition>> read_table(const fs::path& file) 
     std::vector<linetype_definition> found;
     const auto table = sys::read_dbase(file, gbk);
     if (!table)
-        return base::failure{table.error()};
+        return table.why();
     const auto name = table->find_field(L"NAME");
     const auto description = table->find_field(L"DESCR");
     const auto pattern = table->find_field(L"PATTERN");
@@ -225,7 +226,7 @@ base::result<std::vector<linetype_definition>> read_linetypes(const fs::path& fi
         return read_table(file);
     const auto bytes = sys::read_file(file);
     if (!bytes)
-        return base::failure{bytes.error()};
+        return bytes.why();
     return definitions_of(sys::plain_text(bytes->view()));
 }
 
@@ -286,7 +287,7 @@ Acad::ErrorStatus AcDbDatabase::loadLineTypeFile(const ACHAR* name, const ACHAR*
         return Acad::eFileNotFound;
     const auto definitions = db::read_linetypes(path);
     if (!definitions)
-        return Acad::eFilerError;
+        return db::status_of(definitions.why(), Acad::eFilerError);
     // One that is named is to be new; of those that a pattern fits the ones that are there are passed over.
     const bool named = db::find(*definitions, name) != nullptr;
     Acad::ErrorStatus status = Acad::eUndefinedLineType;
