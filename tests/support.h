@@ -35,6 +35,8 @@ private:
 std::string read(const std::filesystem::path& file);
 // A drawing of tests/drawings.
 std::filesystem::path drawing(std::string_view name);
+// Whether a drawing of other programs is known to want repairs.
+bool is_damaged(const std::filesystem::path& drawing);
 // The drawings of other programs, when ZEF_CORPUS names their folder; those that are damaged are left out.
 std::vector<std::filesystem::path> corpus();
 

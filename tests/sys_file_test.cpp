@@ -70,6 +70,13 @@ TEST(SysFile, Failures) {
     EXPECT_EQ(error(folder / "a.dxf"), L"cannot read '" + where + L"/a.dxf': no such file");
     EXPECT_EQ(error(folder.path()), L"cannot read '" + where + L"': it is a folder");
     EXPECT_EQ(error("a\xFF/b"), L"cannot read 'a\xDCFF/b': no such file");
+    const auto is_missing = [](const std::filesystem::path& path) {
+        return sys::read_file(path).failed(base::failure_kind::not_found);
+    };
+    EXPECT_TRUE(is_missing(folder / "a.dxf"));
+    EXPECT_TRUE(is_missing(folder.write("file", "") / "below"));
+    EXPECT_FALSE(is_missing(folder / "file"));
+    EXPECT_FALSE(is_missing(folder.path()));
 }
 
 } // namespace
