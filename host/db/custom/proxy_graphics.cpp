@@ -6,12 +6,12 @@
 #include "base/utf.h"
 #include "host/db/core/imp_database.h"
 #include "host/db/core/imp_object.h"
+#include "host/db/custom/hex_bytes.h"
 #include "host/db/custom/proxy_chunk.h"
 #include "host/db/tables/properties.h"
 #include "host/dxf/record_header.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cmath>
 #include <optional>
@@ -391,44 +391,6 @@ private:
     int pushed_ = 0;
 };
 
-// The value of each hexadecimal digit; of what is none more than a digit has.
-constexpr std::array<unsigned char, 256> digit_values = [] {
-    std::array<unsigned char, 256> values{};
-    values.fill(0xFF);
-    for (unsigned char value = 0; value < 16; ++value) {
-        values[static_cast<unsigned char>("0123456789ABCDEF"[value])] = value;
-        values[static_cast<unsigned char>("0123456789abcdef"[value])] = value;
-    }
-    return values;
-}();
-
-// Up to what is no pair of hexadecimal digits.
-void append_bytes(std::string& bytes, std::string_view digits) {
-    digits = dxf::trimmed(digits);
-    const std::size_t before = bytes.size();
-    bytes.resize(before + digits.size() / 2);
-    char* to = bytes.data() + before;
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-        const unsigned high = digit_values[static_cast<unsigned char>(digits[i])];
-        const unsigned low = digit_values[static_cast<unsigned char>(digits[i + 1])];
-        if ((high | low) > 15)
-            break;
-        *to++ = static_cast<char>(high * 16 + low);
-    }
-    bytes.resize(static_cast<std::size_t>(to - bytes.data()));
-}
-
-std::string digits_of(std::string_view bytes) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string text(bytes.size() * 2, '0');
-    char* to = text.data();
-    for (const char byte : bytes) {
-        *to++ = digits[static_cast<unsigned char>(byte) >> 4];
-        *to++ = digits[static_cast<unsigned char>(byte) & 15];
-    }
-    return text;
-}
-
 // The groups of the data: the size and behind it the bytes, [first, last).
 std::pair<std::size_t, std::size_t> range_of_graphics(const dxf::group_list& groups) {
     const auto& all = groups.groups();
@@ -455,7 +417,7 @@ std::string read_proxy_graphics(const AcDbImpObject& entity) {
     const auto [first, last] = range_of_graphics(entity.groups());
     std::string data;
     for (std::size_t i = first + 1; i < last; ++i)
-        append_bytes(data, all[i].value);
+        append_bytes(data, dxf::trimmed(all[i].value));
     return data;
 }
 
